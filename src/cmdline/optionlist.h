@@ -1,0 +1,35 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+// The game's command-line options as `varnik.cmd` lists them.
+namespace varnik {
+
+struct OptionEntry {
+  std::string text;             // what goes on the command line
+  bool hasSubParam = false;
+  std::string subParam = "None";  // given to the game behind the text; may be empty
+  bool ticked = false;
+};
+
+// The file that counts: the selected install's own, else the program's; empty when neither exists.
+std::string OptionListFile();
+
+// The rows of a file, in its order; a file that cannot be opened has none.
+std::vector<OptionEntry> ReadOptionList(const std::string& file);
+
+// The ticked rows as one line, in row order, one blank between them.
+std::string JoinTickedOptions(const std::vector<OptionEntry>& options);
+
+struct LineParts {
+  std::string options;  // the text of the options, as edited by hand perhaps
+  std::string mapName;  // may be empty
+  bool edit = false;    // the /edit box
+};
+
+// The line for the game. Without `keepEditSwitches`, and without a map, no map goes on it and the edit switches are cut out.
+std::string BuildCommandLine(const LineParts& parts, bool keepEditSwitches);
+
+}  // namespace varnik

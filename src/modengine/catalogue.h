@@ -1,0 +1,48 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "modengine/modentry.h"
+#include "platform/system/files.h"
+
+// The mods that fit the selected install.
+namespace varnik {
+
+// In the order in which their files were found; row 0 is unused. Written by LoadModFile and ClearModList only.
+extern const std::vector<ModEntry>& ModList;
+
+// At least one row was added.
+extern const bool& ModListFilled;
+
+// The selected mod's renames, index 0 empty, and whether there are any. Written by SelectModFolders and ClearModList.
+extern const std::vector<RenameEntry>& ModRenames;
+extern const bool& ModRenamesActive;
+
+// Empties ModList, ModListFilled and ModRenames.
+void ClearModList();
+
+// Rebuilds the catalogue from the install root and then `mods\` of the program's folder. `progress` is told each step in words and
+// may be empty. Does nothing with no install selected.
+void LoadModList(const std::function<void(const std::string&)>& progress = {});
+
+// Adds at most one row. A file without the marker line, and one whose mod does not fit, add none.
+void LoadModFile(std::string path);
+
+// False when the mod does not fit. `noActionYet` goes through included files, so one flag serves the whole walk.
+[[nodiscard]] bool ReadModDefinition(win::LineReader& file, ModEntry& entry, bool& noActionYet);
+
+// The row's name with its state behind it, as the list of mods shows it.
+std::string ModRowText(const ModEntry& entry);
+
+// Row of the catalogue whose definition file has this file name (case-blind) or this path; 0 for none.
+std::size_t FindMod(const std::string& nameOrPath);
+
+// Sets SearchDirs, ModRenames and ModRenamesActive for a row of ModList, or for no mod (-1).
+void SelectModFolders(int modIndex);
+
+// For the reader of the older format: adds a row of its own making.
+void AppendModRow(ModEntry entry);
+
+}  // namespace varnik

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+// One run from end to end.
+namespace varnik {
+
+// What the run needs of a window. An empty function means that there is none.
+struct RunHooks {
+  std::function<void(const std::string& tip)> setTrayTip;
+  std::function<void()> restoreTrayTip;
+  std::function<void()> hideWindow;     // remembers visibility and window state
+  std::function<void()> restoreWindow;
+  std::function<void(const std::string& picture)> showSplash;  // full path of the picture
+  std::function<void()> finishSplash;   // waits until the picture has had its time, then unloads it
+  std::function<void()> reloadInstall;  // the catalogue no longer fits the disk
+};
+
+// How the last run went, for a caller that wants to tell.
+struct RunOutcome {
+  bool ran = false;         // the game was to be started
+  std::string program;      // full path of it
+  std::string commandLine;  // the whole line as spawned
+  int exitStatus = -1;      // -1: it could not be started
+  std::string problem;      // the message that ended the run before the game, if any
+};
+
+// `modIndex` is a row of ModList, -1 for no mod.
+RunOutcome LaunchBZ2(int modIndex, const std::string& commandLine, bool useEditor, const RunHooks& hooks);
+
+}  // namespace varnik

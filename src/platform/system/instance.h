@@ -1,0 +1,57 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+// One instance per user and display. The claim dies with the process that holds it, so a killed instance leaves nothing behind
+// that could be mistaken for a running one, and of two starts at the same moment exactly one wins.
+namespace win {
+
+class Instance {
+ public:
+  // Claims the place of the running instance if it is free.
+  Instance();
+  ~Instance();
+  Instance(const Instance&) = delete;
+  Instance& operator=(const Instance&) = delete;
+
+  // True while another process holds the place. Tries to claim it again when that process has gone.
+  bool OtherIsRunning();
+
+  // Asks the other instance to close, as the close box of its window does. Does nothing when there is none.
+  void CloseOther();
+
+  // Called from DoEvents, or the event loop, when another process asks this one to close.
+  void OnCloseRequest(std::function<void()> handler);
+
+  // Readable when a request waits; -1 while another holds the place. HandleRequests answers all that wait.
+  int Descriptor() const;
+  void HandleRequests();
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+// Held while the game's files are being changed or the game runs, in whichever program of ours. Free again when its holder
+// dies.
+class ExclusiveLock {
+ public:
+  // `name` names the lock within the user's configuration folder.
+  explicit ExclusiveLock(const char* name);
+  ~ExclusiveLock();
+  ExclusiveLock(const ExclusiveLock&) = delete;
+  ExclusiveLock& operator=(const ExclusiveLock&) = delete;
+
+  // False when another process holds it. Holding it already counts as success.
+  [[nodiscard]] bool TryAcquire();
+  void Release();
+  bool IsHeld() const;
+
+ private:
+  std::string path_;
+  int descriptor_ = -1;
+};
+
+}  // namespace win

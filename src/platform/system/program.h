@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string>
+
+// What the running program is called and where its folders are. Set once, before anything else of this layer is used.
+namespace win {
+
+struct ProgramIdentity {
+  std::string name;       // names the folders and files that the program owns, in lower case
+  std::string title;      // what a person reads
+  std::string autostart;  // the file that an autostart entry runs; empty: the running program
+};
+
+void SetProgram(const ProgramIdentity& identity);
+const ProgramIdentity& Program();
+
+// Native path of the running executable, links resolved.
+std::string ExecutablePath();
+
+// The file name of the program without folder and extension.
+std::string ExecutableName();
+
+// The arguments as one text, as a Windows program is given it: an argument with a blank or a tab, and an empty one, stands in
+// double quotes.
+void SetCommandLine(int argc, const char* const* argv);
+const std::string& CommandLine();
+
+// Native paths, without a trailing separator; made when they are missing.
+std::string ConfigFolder();     // $XDG_CONFIG_HOME/<name>, else ~/.config/<name>
+std::string DataFolder();       // $XDG_DATA_HOME/<name>, else ~/.local/share/<name>
+std::string RuntimeFolder();    // $XDG_RUNTIME_DIR, else a folder of this user's own under /tmp
+std::string AutostartFolder();  // $XDG_CONFIG_HOME/autostart, else ~/.config/autostart
+
+// The program's own folder, as a Windows path that ends in a backslash: `<NAME>_HOME` if set; else the folder of the
+// executable when it holds `marker` (a portable copy); else DataFolder(), filled at the first start with the shipped files,
+// which stand in ../share/<name> as seen from the executable. Files that are there already are never replaced.
+std::string ProgramFolder(const std::string& marker);
+
+}  // namespace win

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+// The per-user settings store: application, section, key; every value a text of bytes. It lives in `settings.json` of the
+// program's configuration folder. A value that a call stored has reached the disk when the call returns, and a kill or a
+// full disk leaves the old or the new store, never less. A store that cannot be read is kept aside under another name,
+// which is said on standard error, and never overwritten. Names of sections and keys match without regard to case.
+// Another process may write between two calls: every call sees what is on disk.
+namespace win {
+
+std::string GetSetting(const std::string& application, const std::string& section, const std::string& key,
+                       const std::string& fallback = "");
+
+// False when the value could not be stored; the store is then as it was.
+bool SaveSetting(const std::string& application, const std::string& section, const std::string& key,
+                 const std::string& value);
+
+// Without `key` the section goes, without `section` the application. Deleting what is not there does nothing.
+bool DeleteSetting(const std::string& application, const std::string& section = "", const std::string& key = "");
+
+struct StoredSetting {
+  std::string section;
+  std::string key;
+  std::string value;
+};
+
+// Everything stored for the application, sections and keys in name order.
+std::vector<StoredSetting> AllSettings(const std::string& application);
+
+}  // namespace win

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+// What the subsystems share while the program runs. Each variable says who writes it; nobody else does.
+namespace varnik {
+
+// The program's folder, ends in a backslash. Written once at start-up.
+extern std::string AppPath;
+
+// Switches the debug log on. Nothing sets it: the log is compiled in and silent.
+extern bool DebugLog;
+
+// True while the start brings up the main window. Written by Main.
+extern bool StartingUp;
+
+// True exactly while ShellAndWait waits. Written by ShellAndWait.
+extern bool GameRunning;
+
+// Row of InstallList that is selected, -1 for none. Written by the selection of an install and by the command-line tool.
+extern std::int16_t CurrentInstall;
+
+// Folder names under the install root in which game files are looked for; index 0 is empty. Written by Main and by the
+// selection of a mod (SelectModFolders).
+extern std::vector<std::string> SearchDirs;
+
+// Row of MapList in use; -1 no map, -2 a name typed by hand. Written by the map page, by ClearMaps, by the selection of a mod and by
+// DeactivateMod.
+extern std::int16_t SelectedMapIndex;
+
+// Options. Written by the load of the main window, by the options dialog and by the command-line tool.
+extern bool ShowOldMods;
+extern bool HighPriority;
+extern bool ClearBindataOnLaunch;
+
+// Sets the three options from the settings store.
+void ReadOptionFlags();
+
+}  // namespace varnik

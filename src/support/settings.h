@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+// The keys that the program keeps in the settings store, with the defaults that their readers pass. Every value is a text; a
+// boolean option is On or Off, and only the exact text On is true.
+namespace varnik {
+
+constexpr char kApplication[] = "Varnik";
+constexpr char kSettingsSection[] = "Settings";
+constexpr char kInstallsSection[] = "BZ2Dir";
+constexpr char kCrashSection[] = "Crash";
+constexpr char kBackupSection[] = "Backup";
+
+struct SettingKey {
+  const char* name;
+  const char* fallback;
+};
+
+// The keys of section Settings, in the order in which they are told to a person.
+extern const std::vector<SettingKey> kSettingKeys;
+
+// The stored text of a key of section Settings, or its default.
+std::string ReadOption(const std::string& key);
+bool OptionIsOn(const std::string& key);
+void StoreOption(const std::string& key, const std::string& value);
+
+std::string ReadStored(const char* section, const std::string& key, const std::string& fallback = "");
+void Store(const char* section, const std::string& key, const std::string& value);
+void Forget(const char* section, const std::string& key = "");
+
+}  // namespace varnik

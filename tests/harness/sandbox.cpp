@@ -1,0 +1,74 @@
+#include "tests/harness/sandbox.h"
+
+#include <stdlib.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "platform/system/program.h"
+
+namespace test {
+
+namespace fs = std::filesystem;
+
+Sandbox::Sandbox() {
+  std::string pattern = (fs::temp_directory_path() / "varnik-test-XXXXXX").string();
+  root_ = mkdtemp(pattern.data());
+  install_ = root_ / "game";
+  app_ = root_ / "app";
+  home_ = root_ / "home";
+  for (const fs::path& folder : {install_, app_, home_, home_ / "run"}) fs::create_directories(folder);
+  setenv("HOME", home_.c_str(), 1);
+  setenv("XDG_CONFIG_HOME", (home_ / "config").c_str(), 1);
+  setenv("XDG_DATA_HOME", (home_ / "data").c_str(), 1);
+  setenv("XDG_RUNTIME_DIR", (home_ / "run").c_str(), 1);
+  setenv("VARNIK_HOME", app_.c_str(), 1);
+  setenv("WINEPREFIX", (home_ / "wine").c_str(), 1);
+  win::SetProgram({"varnik", "Varnik", ""});
+}
+
+Sandbox::~Sandbox() {
+  std::error_code ignored;
+  for (const auto& entry : fs::recursive_directory_iterator(root_, ignored))
+    if (entry.is_directory(ignored) && !entry.is_symlink(ignored))
+      fs::permissions(entry.path(), fs::perms::owner_all, fs::perm_options::add, ignored);
+  fs::remove_all(root_, ignored);
+}
+
+std::string Sandbox::InstallText() const { return install_.string() + "\\"; }
+std::string Sandbox::AppText() const { return app_.string() + "\\"; }
+
+void Sandbox::MakeInstall(std::string_view version) {
+  WriteFile(install_ / "bzone.exe", "#!/bin/sh\nexit 0\n");
+  fs::permissions(install_ / "bzone.exe", fs::perms::owner_exec, fs::perm_options::add);
+  WriteFile(install_ / "data.pak", "");
+  WriteFile(install_ / "binkw32.dll", "");
+  WriteFile(install_ / "bzone.cfg", "// the game's own\r\n");
+  if (version != "1.0")
+    WriteFile(install_ / "addon" / "localize.odf", "[Network]\r\nVersionStr = \"" + std::string(version) + "\"\r\n");
+}
+
+void WriteFile(const fs::path& path, std::string_view content) {
+  fs::create_directories(path.parent_path());
+  std::ofstream(path, std::ios::binary).write(content.data(), static_cast<std::streamsize>(content.size()));
+}
+
+std::string ReadFile(const fs::path& path) {
+  std::ostringstream content;
+  content << std::ifstream(path, std::ios::binary).rdbuf();
+  return content.str();
+}
+
+std::map<std::string, std::string> Snapshot(const fs::path& folder) {
+  std::map<std::string, std::string> found;
+  for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+    const std::string name = entry.path().lexically_relative(folder).string();
+    if (entry.is_directory())
+      found[name + "/"];
+    else
+      found[name] = ReadFile(entry.path());
+  }
+  return found;
+}
+
+}  // namespace test
