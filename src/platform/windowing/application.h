@@ -1,0 +1,35 @@
+#pragma once
+
+#include <memory>
+
+namespace win {
+
+class Form;
+class Instance;
+
+// The program's connection to the screen. Made once, before any form, control or timer, and destroyed after them. It
+// puts DoEvents, MsgBox and InputBox into services.h.
+class Application {
+ public:
+  Application();
+  ~Application();
+  Application(const Application&) = delete;
+  Application& operator=(const Application&) = delete;
+
+  // The form that requests to close the program are for: from another instance as from its close box, from a signal
+  // (TERM, INT, HUP) and at the end of the session as kAppWindows. A request that finds it disabled waits until it
+  // is enabled. Before a main form is set, a request waits for it.
+  void SetMainForm(Form* form);
+
+  // Answers requests of other instances to close.
+  void Serve(Instance& instance);
+
+  // Runs events until no form is loaded; returns at once when none is.
+  void Run();
+
+ private:
+  struct Impl;
+  std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace win

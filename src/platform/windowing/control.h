@@ -1,0 +1,88 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+class QWidget;
+
+namespace win {
+
+// What controls stand in: a form or a frame.
+class Container {
+ public:
+  virtual ~Container() = default;
+
+  // The widget that takes the controls; for this layer only.
+  virtual QWidget* Area() const = 0;
+};
+
+// What all controls have in common. A control stands in the container that it was made in and must not outlive it;
+// declared behind its container as a member of the same page, it never does. The order in which the controls of a form
+// are made is its Tab order.
+//
+// Positions and sizes are twips, 1440 to the inch of the screen's logical resolution, counted from the top left corner
+// of the container. Texts are bytes: UTF-8 if valid, else Windows-1252; what was set comes back to the byte.
+//
+// Events are the function members. An event may change, empty or destroy the control that raised it.
+class Control {
+ public:
+  virtual ~Control();
+  Control(const Control&) = delete;
+  Control& operator=(const Control&) = delete;
+
+  std::string Name() const;  // also the object name of its widget
+
+  bool Visible() const;  // the control's own mark, whether or not its container shows
+  void SetVisible(bool visible);
+  bool Enabled() const;
+  void SetEnabled(bool enabled);
+
+  double Left() const;
+  double Top() const;
+  double Width() const;
+  double Height() const;
+  void Move(double left, double top);
+  void Move(double left, double top, double width, double height);
+  void SetHeight(double height);
+
+  std::string Tag() const;
+  void SetTag(const std::string& tag);
+  std::string ToolTipText() const;
+  void SetToolTipText(const std::string& text);
+
+  // What a screen reader says. Without one: the caption, else the name without its type prefix.
+  void SetAccessibleName(const std::string& name);
+
+  // Does nothing while the control is disabled or its form is not showing.
+  void SetFocus();
+  bool HasFocus() const;
+  void SetTabStop(bool stop);  // false: Tab passes it by
+
+  // Paints the control at once, without running other events.
+  void Refresh();
+
+  std::function<void()> Click;
+  std::function<void()> DblClick;
+  std::function<void()> GotFocus;
+  // When another control of the program takes the focus; not when the window or a menu takes it for a while.
+  std::function<void()> LostFocus;
+  std::function<void()> MouseMove;
+
+  // The widget itself, null once its form is gone; for this layer and its tests.
+  QWidget* Widget() const;
+
+ protected:
+  Control(const char* name, QWidget* widget);
+  void SetSpokenCaption(const std::string& caption);
+
+  // Called when the control's width or text has changed, after the new place is in force.
+  virtual void FitText() {}
+
+ private:
+  friend class ControlWatcher;
+  struct Impl;
+  std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace win

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "platform/windowing/control.h"
+
+class QLineEdit;
+class QPlainTextEdit;
+
+namespace win {
+
+enum class TextBoxStyle { kSingleLine, kMultiLine };  // kMultiLine wraps and has a vertical scroll bar
+
+// A box for text. The text comes back to the byte as it was set until a person changes it; a changed text stays in
+// Windows-1252 when it was set in that and has room for all its characters, and its lines end in CRLF.
+class TextBox : public Control {
+ public:
+  TextBox(Container& parent, const char* name, TextBoxStyle style = TextBoxStyle::kSingleLine);
+
+  std::string Text() const;
+  void SetText(const std::string& text);  // raises Change when the text is another
+  void SetLocked(bool locked);            // can be read and copied, not changed
+  void SelectAll();
+
+  std::function<void()> Change;
+
+  // A key that types a character, before it has its effect; Enter is 13. Set to 0 the key has none. With a handler
+  // Enter does not reach the form's default button.
+  std::function<void(int& key)> KeyPress;
+
+ private:
+  void TextChanged();
+  bool FilterKey(int key);
+
+  QLineEdit* line_ = nullptr;
+  QPlainTextEdit* page_ = nullptr;
+  std::string text_;       // as it was set
+  std::string shownText_;  // what the box made of text_, or of the last change; UTF-8
+  bool edited_ = false;
+  bool windows1252_ = false;
+};
+
+}  // namespace win

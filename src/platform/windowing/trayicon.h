@@ -1,0 +1,37 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/windowing/picture.h"
+
+namespace win {
+
+class Menu;
+
+// An icon in the desktop's tray. Events come from a person's mouse, on the thread of the event loop.
+class TrayIcon {
+ public:
+  TrayIcon();
+  ~TrayIcon();  // removes the icon
+  TrayIcon(const TrayIcon&) = delete;
+  TrayIcon& operator=(const TrayIcon&) = delete;
+
+  // False when the desktop has no tray, after waiting up to `patience` milliseconds for one: at a start together with
+  // the desktop session the tray may come later than the program. Events run meanwhile.
+  bool Add(const std::string& tip, const Picture& image, int patience = 0);
+  bool Active() const;
+  void SetImage(const Picture& image);  // also while there is no icon: it shows with the next Add
+  void SetTip(const std::string& tip);
+  void Remove();
+
+  std::function<void()> DoubleClick;
+  std::function<void()> RightUp;
+
+ private:
+  struct Impl;
+  std::unique_ptr<Impl> impl_;
+};
+
+}  // namespace win
