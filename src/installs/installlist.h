@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -12,17 +13,23 @@ struct InstallEntry {
   std::string Version;      // empty when the folder failed the install test; only the exact text 1.3 has a meaning
 };
 
-// Indexed from 0; a row's index is the number in its keys in the store. A row whose folder failed the install test stays, so that
-// indices keep their meaning. Written by ReadInstallList and UseInstallFolder only.
+// Indexed from 0; a row's index is the number in its keys in the store. A row whose folder failed the install test
+// stays, so that indices keep their meaning. Written by ReadInstallList and UseInstallFolder only.
 extern const std::vector<InstallEntry>& InstallList;
 
 // True when bzone.exe, data.pak and binkw32.dll all exist in the folder.
 bool IsBZ2Install(const std::string& path);
 
+// What the store holds for a row: the folder with a separator behind it, empty where the list ends; the description,
+// trimmed; whether the row is ticked. Only the folder of row 0 is trimmed.
+std::string StoredInstallPath(std::size_t row);
+std::string StoredInstallDescription(std::size_t row);
+bool StoredInstallIsTicked(std::size_t row);
+
 // Fills the list from the settings store. Leaves CurrentInstall alone. An empty store leaves the list as it was.
 void ReadInstallList();
 
-// True when the store offers the row in the menus.
+// True when the menus offer the row: it is ticked in the store and holds an install.
 bool IsOffered(std::size_t row);
 
 // Makes the folder, which need not be in the store, the selected install: one row, index 0.

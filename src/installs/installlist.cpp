@@ -1,0 +1,90 @@
+#include "installs/installlist.h"
+
+#include "platform/system/paths.h"
+#include "platform/system/text.h"
+#include "support/debuglog.h"
+#include "support/ini_sm.h"
+#include "support/modfileexists.h"
+#include "support/modfindfile.h"
+#include "support/runstate.h"
+#include "support/settings.h"
+
+namespace varnik {
+namespace {
+
+std::vector<InstallEntry> installs;
+
+// The game shipped without this file first; its patches bring it somewhere below addon.
+std::string DetectVersion(const std::string& root) {
+  FileSearchParams params{.Recurse = true, .Pattern = "localize.odf"};
+  FileSearchResults found(1);
+  FindFiles(root + "addon\\", params, found, true);
+  return params.FoundCount == 0 ? "1.0" : ReadIniValue("Network", "VersionStr", found[1], "N/A");
+}
+
+InstallEntry MakeInstallEntry(const std::string& path, const std::string& description) {
+  InstallEntry entry{path, "", ""};
+  if (!IsBZ2Install(path)) return entry;
+  entry.Version = DetectVersion(path);
+  entry.Description = description.empty() ? "(" + entry.Version + ")" + path : description;
+  return entry;
+}
+
+const InstallEntry* Selected() {
+  const auto row = static_cast<std::size_t>(CurrentInstall);
+  return CurrentInstall >= 0 && row < installs.size() ? &installs[row] : nullptr;
+}
+
+}  // namespace
+
+const std::vector<InstallEntry>& InstallList = installs;
+
+bool IsBZ2Install(const std::string& path) {
+  const std::string trimmed = win::Trim(path);
+  if (trimmed.empty()) return false;
+  const std::string folder = win::WithSeparator(trimmed);
+  return FileExists(folder + "bzone.exe") && FileExists(folder + "data.pak") && FileExists(folder + "binkw32.dll");
+}
+
+std::string StoredInstallPath(std::size_t row) {
+  const std::string path = ReadStored(kInstallsSection, "BZ2Loc" + std::to_string(row));
+  const std::string kept = row == 0 ? win::Trim(path) : path;
+  return kept.empty() ? kept : win::WithSeparator(kept);
+}
+
+std::string StoredInstallDescription(std::size_t row) {
+  return win::Trim(ReadStored(kInstallsSection, "BZ2Des" + std::to_string(row)));
+}
+
+bool StoredInstallIsTicked(std::size_t row) {
+  return win::Trim(ReadStored(kInstallsSection, "BZ2Sel" + std::to_string(row), "No")) == "Yes";
+}
+
+void ReadInstallList() {
+  LogLine("LoadBZ2List Begin");
+  std::vector<InstallEntry> rows;
+  for (std::string path = StoredInstallPath(0); !path.empty(); path = StoredInstallPath(rows.size()))
+    rows.push_back(MakeInstallEntry(path, StoredInstallDescription(rows.size())));
+  if (!rows.empty()) installs = std::move(rows);
+}
+
+bool IsOffered(std::size_t row) {
+  return row < installs.size() && !installs[row].Description.empty() && StoredInstallIsTicked(row);
+}
+
+void UseInstallFolder(const std::string& path) {
+  installs.assign(1, MakeInstallEntry(win::WithSeparator(path), ""));
+  CurrentInstall = 0;
+}
+
+std::string InstallRoot() {
+  return Selected() ? Selected()->Path : "";
+}
+std::string InstallVersion() {
+  return Selected() ? Selected()->Version : "";
+}
+bool IsVersion13() {
+  return InstallVersion() == "1.3";
+}
+
+}  // namespace varnik

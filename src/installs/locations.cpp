@@ -1,0 +1,69 @@
+#include "installs/locations.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+#include "installs/installlist.h"
+#include "platform/system/text.h"
+#include "support/settings.h"
+
+namespace varnik {
+
+LocationList LoadLocations() {
+  LocationList list;
+  std::size_t n = 0;
+  for (std::string path = StoredInstallPath(0); !path.empty(); path = StoredInstallPath(++n)) {
+    AddLocation(list, path);
+    list.Descriptions.resize(std::max(list.Descriptions.size(), n + 1));
+    list.Descriptions[n] = StoredInstallDescription(n);
+    // Behind a path that stood twice there is no row of this number.
+    if (n < list.rows.size()) list.rows[n].Offered = StoredInstallIsTicked(n);
+  }
+  return list;
+}
+
+bool IsListed(const LocationList& list, const std::string& path) {
+  return std::any_of(list.rows.begin(), list.rows.end(),
+                     [&path](const Location& row) { return win::Trim(row.Path) == path; });
+}
+
+bool AddLocation(LocationList& list, const std::string& path) {
+  if (IsListed(list, path)) return false;
+  list.rows.push_back({path, false});
+  list.Descriptions.resize(list.rows.size() + 1);
+  return true;
+}
+
+void RemoveLocation(LocationList& list, std::size_t row) {
+  if (row >= list.rows.size()) return;
+  list.rows.erase(list.rows.begin() + static_cast<std::ptrdiff_t>(row));
+  list.Descriptions.erase(list.Descriptions.begin() + static_cast<std::ptrdiff_t>(row));
+}
+
+void SwapLocations(LocationList& list, std::size_t a, std::size_t b) {
+  if (a >= list.rows.size() || b >= list.rows.size()) return;
+  std::swap(list.rows[a], list.rows[b]);
+  std::swap(list.Descriptions[a], list.Descriptions[b]);
+}
+
+void AddSearchResults(LocationList& list, const FileSearchResults& results) {
+  constexpr std::string_view kProgram = "bzone.exe";
+  for (std::size_t i = 1; i < results.size(); ++i) {
+    std::string folder = win::Trim(results[i]);
+    folder.resize(folder.size() - std::min(folder.size(), kProgram.size()));
+    if (IsBZ2Install(folder)) AddLocation(list, folder);
+  }
+}
+
+void SaveLocations(const LocationList& list) {
+  if (!ReadStored(kInstallsSection, "BZ2Loc0").empty()) Forget(kInstallsSection);
+  for (std::size_t i = 0; i < list.rows.size(); ++i) {
+    const std::string n = std::to_string(i);
+    Store(kInstallsSection, "BZ2Loc" + n, list.rows[i].Path);
+    Store(kInstallsSection, "BZ2Des" + n, list.Descriptions[i]);
+    Store(kInstallsSection, "BZ2Sel" + n, list.rows[i].Offered ? "Yes" : "No");
+  }
+}
+
+}  // namespace varnik

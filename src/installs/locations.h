@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "support/modfindfile.h"
+
+// The list of installs while it is being edited: a private copy, which reaches the store only by SaveLocations.
+namespace varnik {
+
+struct Location {
+  std::string Path;      // ends in `\` or `/`
+  bool Offered = false;  // ticked: the menus offer it
+};
+
+struct LocationList {
+  std::vector<Location> rows;
+  // By row index, and one longer than the rows: a store with a path twice has a description behind the last row.
+  std::vector<std::string> Descriptions;
+};
+
+// The list as the store holds it. Of two rows with the same path only the first stays, so the rows behind it move up
+// while their descriptions and ticks keep the place that they have in the store.
+LocationList LoadLocations();
+
+// The path, as it stands, is a row of the list: compared exactly, with its case, with each row trimmed.
+bool IsListed(const LocationList& list, const std::string& path);
+
+// Adds the path at the end, not offered and without a description; false when it is listed.
+bool AddLocation(LocationList& list, const std::string& path);
+
+void RemoveLocation(LocationList& list, std::size_t row);
+
+// Exchanges two rows that are both in the list, with their ticks and descriptions.
+void SwapLocations(LocationList& list, std::size_t a, std::size_t b);
+
+// Adds the folders of the found files that hold an install. `results` are from a search for bzone.exe, index 0 unused.
+void AddSearchResults(LocationList& list, const FileSearchResults& results);
+
+// Replaces what the store holds, the row selected last included.
+void SaveLocations(const LocationList& list);
+
+}  // namespace varnik
