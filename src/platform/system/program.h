@@ -21,7 +21,7 @@ std::string ExecutablePath();
 std::string ExecutableName();
 
 // The arguments as one text, as a Windows program is given it: an argument with a blank or a tab, and an empty one, stands in
-// double quotes.
+// double quotes. One that holds quotes already is passed on as it is.
 void SetCommandLine(int argc, const char* const* argv);
 const std::string& CommandLine();
 
@@ -33,7 +33,8 @@ std::string AutostartFolder();  // $XDG_CONFIG_HOME/autostart, else ~/.config/au
 
 // The program's own folder, as a Windows path that ends in a backslash: `<NAME>_HOME` if set; else the folder of the
 // executable when it holds `marker` (a portable copy); else DataFolder(), filled at the first start with the shipped files,
-// which stand in ../share/<name> as seen from the executable. Files that are there already are never replaced.
+// which stand in ../share/<name> as seen from the executable. It is full once it holds `marker`; files that are there already
+// are never replaced.
 std::string ProgramFolder(const std::string& marker);
 
 }  // namespace win
