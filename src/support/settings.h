@@ -27,7 +27,8 @@ bool OptionIsOn(const std::string& key);
 void StoreOption(const std::string& key, const std::string& value);
 
 std::string ReadStored(const char* section, const std::string& key, const std::string& fallback = "");
-void Store(const char* section, const std::string& key, const std::string& value);
+// False when the value could not be stored; the old one stands then.
+bool Store(const char* section, const std::string& key, const std::string& value);
 void Forget(const char* section, const std::string& key = "");
 
 }  // namespace varnik

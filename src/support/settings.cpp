@@ -1,0 +1,39 @@
+#include "support/settings.h"
+
+#include "platform/system/settings.h"
+
+namespace varnik {
+
+const std::vector<SettingKey> kSettingKeys = {
+    {"TrayIcon", "0"}, {"TrayIconNum", "1"}, {"NoMapPic", "1"}, {"MainLeft", "1000"}, {"MainTop", "1000"},
+    {"OldMods", "On"}, {"HighPri", "Off"},   {"BinDat", "Off"}, {"RenameLog", "Off"}, {"StatusBar", "On"},
+};
+
+std::string ReadOption(const std::string& key) {
+  const char* fallback = "";
+  for (const SettingKey& row : kSettingKeys)
+    if (key == row.name) fallback = row.fallback;
+  return ReadStored(kSettingsSection, key, fallback);
+}
+
+bool OptionIsOn(const std::string& key) {
+  return ReadOption(key) == "On";
+}
+
+void StoreOption(const std::string& key, const std::string& value) {
+  Store(kSettingsSection, key, value);
+}
+
+std::string ReadStored(const char* section, const std::string& key, const std::string& fallback) {
+  return win::GetSetting(kApplication, section, key, fallback);
+}
+
+bool Store(const char* section, const std::string& key, const std::string& value) {
+  return win::SaveSetting(kApplication, section, key, value);
+}
+
+void Forget(const char* section, const std::string& key) {
+  win::DeleteSetting(kApplication, section, key);
+}
+
+}  // namespace varnik
