@@ -10,8 +10,9 @@ namespace varnik {
 // Index 0 is the directive's name, empty for a line that is no directive; arguments from 1.
 using Args = std::vector<std::string>;
 
-// Takes one line apart. `comment` receives what follows the first `//`, and is left alone when there is none. A line with an empty
-// list, and one whose last argument is ended by a comma before a cut-off comment or closing pair, has one further empty argument.
+// Takes one line apart. `comment` receives what follows the first `//`, and is left alone when there is none. A line
+// with an empty list, and one whose last argument is ended by a comma before a cut-off comment or closing pair, has one
+// further empty argument.
 void ParseDirective(std::string_view line, Args& args, std::string& comment);
 
 // For readers, which have no use for the comment: the name comes in lower case.
