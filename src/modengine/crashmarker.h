@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+
+// What a start needs to finish a run that was interrupted: two values of section Crash, which every start reads, and an
+// entry that makes the system start the program after the next log-in.
+namespace varnik {
+
+struct CrashMarker {
+  std::string root;            // of the install, ends in a separator
+  std::string definitionFile;  // full path
+};
+
+// Both texts are empty when there is no marker.
+CrashMarker ReadCrashMarker();
+
+void WriteCrashMarker(const CrashMarker& marker);
+
+// Value by value; another value of the section stays.
+void RemoveCrashMarker();
+
+}  // namespace varnik
