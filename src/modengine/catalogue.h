@@ -23,8 +23,8 @@ extern const bool& ModRenamesActive;
 // Empties ModList, ModListFilled and ModRenames.
 void ClearModList();
 
-// Rebuilds the catalogue from the install root and then `mods\` of the program's folder. `progress` is told each step in words and
-// may be empty. Does nothing with no install selected.
+// Rebuilds the catalogue from the install root and then `mods\` of the program's folder. `progress` is told each step
+// in words and may be empty. Does nothing with no install selected.
 void LoadModList(const std::function<void(const std::string&)>& progress = {});
 
 // Adds at most one row. A file without the marker line, and one whose mod does not fit, add none.

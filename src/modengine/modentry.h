@@ -16,17 +16,17 @@ struct RenameEntry {
 // One row of the mod catalogue.
 struct ModEntry {
   std::string Description;
-  std::string Name;                 // empty when the definition gives none
-  std::string Image;                // below the install root, or below `mods\` of the program's folder
-  std::string Splash;               // same rule
-  std::string DefinitionFile;       // full path
-  std::vector<RenameEntry> Renames{1};   // index 0 is empty
+  std::string Name;                     // empty when the definition gives none
+  std::string Image;                    // below the install root, or below `mods\` of the program's folder
+  std::string Splash;                   // same rule
+  std::string DefinitionFile;           // full path
+  std::vector<RenameEntry> Renames{1};  // index 0 is empty
   std::vector<std::string> Folders{1};  // folders under the root searched for game files; index 0 is empty
-  bool Standard = true;             // false: after requireexe an EXE does the mod's work
-  bool ExeDeactivates = false;      // that EXE can undo it, too
+  bool Standard = true;                 // false: after requireexe an EXE does the mod's work
+  bool ExeDeactivates = false;          // that EXE can undo it, too
   bool Legacy = false;
-  bool MarkedX = false;             // line 1 carries /x; always true for a legacy row
-  std::int32_t State = 0;           // 0 in force only during a run; 1 persistent and in force; -1 persistent and not
+  bool MarkedX = false;    // line 1 carries /x; always true for a legacy row
+  std::int32_t State = 0;  // 0 in force only during a run; 1 persistent and in force; -1 persistent and not
 };
 
 }  // namespace varnik

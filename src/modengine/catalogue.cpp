@@ -1,0 +1,149 @@
+#include "modengine/catalogue.h"
+
+#include <algorithm>
+#include <unordered_set>
+#include <utility>
+
+#include "installs/installlist.h"
+#include "legacy/legacy.h"
+#include "modengine/directive.h"
+#include "platform/system/paths.h"
+#include "platform/system/text.h"
+#include "support/debuglog.h"
+#include "support/modfileexists.h"
+#include "support/modfindfile.h"
+#include "support/runstate.h"
+
+namespace varnik {
+
+namespace {
+
+std::vector<ModEntry> list(1);
+bool listFilled = false;
+std::vector<RenameEntry> renames(1);
+bool renamesActive = false;
+
+// Names of the definition files in the list, in lower case.
+std::unordered_set<std::string> knownFiles;
+
+std::string KeyOf(const std::string& path) {
+  return win::LowerCase(win::FileNameOf(path));
+}
+
+bool IsRow(int modIndex) {
+  return modIndex > 0 && static_cast<std::size_t>(modIndex) < list.size();
+}
+
+// A file of the older format drops out when one of its name lies in the program's own folder of mods.
+bool StandsInModsFolder(const std::string& path) {
+  const std::string folder = AppPath + "mods\\";
+  return FileExists(folder) && FileExists(folder + win::FileNameOf(path));
+}
+
+// The mod's own folders come first; the two that every install has follow unless it named them itself.
+void AddStandardFolders(std::vector<std::string>& folders) {
+  for (const char* standard : {"addon", "data"})
+    if (std::find(folders.begin() + 1, folders.end(), standard) == folders.end()) folders.emplace_back(standard);
+}
+
+void LoadCurrentMod(win::LineReader& file, const std::string& path, const std::string& marker) {
+  if (knownFiles.contains(KeyOf(path))) return;
+  ModEntry entry;
+  entry.MarkedX = marker.size() > 9 && marker.substr(9) == "/x";
+  entry.DefinitionFile = path;
+  bool noActionYet = true;
+  if (!ReadModDefinition(file, entry, noActionYet)) return;
+  AddStandardFolders(entry.Folders);
+  AppendModRow(std::move(entry));
+}
+
+}  // namespace
+
+const std::vector<ModEntry>& ModList = list;
+const bool& ModListFilled = listFilled;
+const std::vector<RenameEntry>& ModRenames = renames;
+const bool& ModRenamesActive = renamesActive;
+
+void ClearModList() {
+  LogLine("ClearMods Begin");
+  list.assign(1, ModEntry());
+  listFilled = false;
+  renames.assign(1, RenameEntry());
+  renamesActive = false;
+  knownFiles.clear();
+}
+
+void LoadModList(const std::function<void(const std::string&)>& progress) {
+  LogLine("LoadMods Begin");
+  if (CurrentInstall < 0) return;
+  ClearModList();
+  LogLine("LoadMods Continue");
+  const auto tell = [&](const std::string& text) {
+    if (progress) progress(text);
+  };
+  FileSearchParams search;
+  search.Pattern = "*.bzm";
+  FileSearchResults found(1);
+  tell("Loading Mod File List");
+  FindFiles(InstallRoot(), search, found, false);
+  FindFiles(AppPath + "mods\\", search, found, false);
+  for (std::int32_t i = 1; i <= search.FoundCount; ++i) {
+    tell("Processing Mod:" + std::to_string(i));
+    LoadModFile(win::Trim(found[i]));
+  }
+}
+
+void LoadModFile(std::string path) {
+  win::LineReader file(path);
+  const std::string marker = win::Trim(file.ReadLine());
+  double version = 0;
+  if (!ReadMarker(marker, version)) return;
+  if (version == kCurrentFormat) {
+    LoadCurrentMod(file, path, marker);
+  } else if (version <= kLastLegacyFormat) {
+    if (ShowOldMods && !StandsInModsFolder(path)) LoadLegacyMod(file, path);
+  }
+}
+
+std::string ModRowText(const ModEntry& entry) {
+  switch (entry.State) {
+    case 1:
+      return entry.Name + "(ACTIVE)";
+    case -1:
+      return entry.Name + "(INACTIVE)";
+    default:
+      return entry.Name;
+  }
+}
+
+std::size_t FindMod(const std::string& nameOrPath) {
+  const std::string name = win::FileNameOf(nameOrPath);
+  const bool isPath = name.size() != nameOrPath.size();
+  for (std::size_t row = 1; row < list.size(); ++row) {
+    const std::string& file = list[row].DefinitionFile;
+    if (!win::EqualNoCase(win::FileNameOf(file), name)) continue;
+    if (!isPath || win::NativePath(file) == win::NativePath(nameOrPath)) return row;
+  }
+  return 0;
+}
+
+void SelectModFolders(int modIndex) {
+  if (IsRow(modIndex)) {
+    SearchDirs = list[modIndex].Folders;
+    renames = list[modIndex].Renames;
+  } else {
+    SearchDirs = {"", "addon"};
+    if (!IsVersion13()) SearchDirs.emplace_back("data");
+    renames.assign(1, RenameEntry());
+  }
+  renamesActive = renames.size() > 1;
+  SelectedMapIndex = -1;
+}
+
+void AppendModRow(ModEntry entry) {
+  knownFiles.insert(KeyOf(entry.DefinitionFile));
+  list.push_back(std::move(entry));
+  listFilled = true;
+}
+
+}  // namespace varnik

@@ -1,0 +1,234 @@
+#include <optional>
+
+#include "installs/installlist.h"
+#include "modengine/catalogue.h"
+#include "modengine/directive.h"
+#include "modengine/includes.h"
+#include "platform/system/text.h"
+#include "support/modfileexists.h"
+
+// The catalogue pass over a definition: it judges and describes the mod and changes nothing on disk.
+namespace varnik {
+
+namespace {
+
+enum class Verdict {
+  kFits,
+  kDoesNotFit,
+  kAbandoned,  // a file could not be read: the mod stays with what was read by then
+};
+
+struct Pass {
+  ModEntry& entry;
+  bool& noActionYet;
+  const std::string root;
+  const std::string version;  // of the install, in lower case
+  ReadBounds bounds;
+};
+
+// One file of the pass.
+struct Level {
+  Pass& pass;
+  bool versionSeen = false;
+  bool versionMatched = false;
+  Verdict verdict = Verdict::kFits;
+
+  std::string Below(const std::string& name) const { return pass.root + name; }
+};
+
+Verdict ReadLevel(win::LineReader& file, Pass& pass);
+
+void Include(Level& level, const Args& args) {
+  const std::string path = FindModFile(args[1]);
+  if (path.empty()) return;
+  const FurtherFile further(level.pass.bounds);
+  if (!further.IsAllowed()) return;
+  win::LineReader file(path);
+  level.verdict = file.IsOpen() ? ReadLevel(file, level.pass) : Verdict::kAbandoned;
+}
+
+void SetFirst(std::string& field, const std::string& value) {
+  if (win::Trim(field).empty()) field = value;
+}
+
+void Name(Level& level, const Args& args) {
+  SetFirst(level.pass.entry.Name, args[1]);
+}
+void Description(Level& level, const Args& args) {
+  SetFirst(level.pass.entry.Description, args[1]);
+}
+void Image(Level& level, const Args& args) {
+  SetFirst(level.pass.entry.Image, args[1]);
+}
+void Splash(Level& level, const Args& args) {
+  SetFirst(level.pass.entry.Splash, args[1]);
+}
+
+void DescriptionFile(Level& level, const Args& args) {
+  std::string& description = level.pass.entry.Description;
+  if (!win::Trim(description).empty()) return;
+  const std::string path = FindModFile(args[1]);
+  if (path.empty()) return;
+  const FurtherFile further(level.pass.bounds);
+  if (!further.IsAllowed()) return;
+  std::optional<std::string> text = win::ReadWholeFile(path);
+  if (text)
+    description = std::move(*text);
+  else
+    level.verdict = Verdict::kAbandoned;
+}
+
+void Version(Level& level, const Args& args) {
+  level.versionSeen = true;
+  for (std::size_t i = 1; i < args.size(); ++i)
+    if (win::LowerCase(args[i]) == level.pass.version) level.versionMatched = true;
+}
+
+void RequireFile(Level& level, const Args& args) {
+  if (!FileExists(level.Below(args[1]))) level.verdict = Verdict::kDoesNotFit;
+}
+
+void RequireFolder(Level& level, const Args& args) {
+  if (!FileExists(level.Below(args[1] + "\\"))) level.verdict = Verdict::kDoesNotFit;
+}
+
+void RequireExe(Level& level, const Args& args) {
+  if (!level.pass.noActionYet) return;
+  RequireFile(level, args);
+  if (level.verdict != Verdict::kFits) return;
+  level.pass.noActionYet = false;
+  level.pass.entry.Standard = false;
+  level.pass.entry.ExeDeactivates = args.size() > 2;
+}
+
+// True for a mod that is carried out by this program; any of its actions then ends the time before the first one.
+bool BeginAction(Level& level) {
+  if (!level.pass.entry.Standard) return false;
+  level.pass.noActionYet = false;
+  return true;
+}
+
+void Rename(Level& level, const Args& args) {
+  if (BeginAction(level)) level.pass.entry.Renames.push_back({args[1], args[2], ""});
+}
+
+// The folder that a line of a game configuration adds, if it adds one.
+std::optional<std::string> FolderOfConfigurationLine(const std::string& line) {
+  constexpr std::string_view kOpening = "adddirrecurse(\"";
+  constexpr std::string_view kClosing = "\");";
+  constexpr std::string_view kRootDir = "@rootdir\\";
+  const std::string text = win::Trim(line.substr(0, line.find("//")));
+  if (!win::StartsWithNoCase(text, kOpening)) return {};
+  std::string folder = win::Trim(text.substr(kOpening.size()));
+  if (folder.ends_with(kClosing)) folder.resize(folder.size() - kClosing.size());
+  if (win::StartsWithNoCase(folder, kRootDir)) folder.erase(0, kRootDir.size());
+  return folder;
+}
+
+// A mod that brings its own game configuration owns the folders named in it.
+void ReadFoldersOf(Level& level, const std::string& configuration) {
+  const FurtherFile further(level.pass.bounds);
+  if (!further.IsAllowed()) return;
+  win::LineReader file(configuration);
+  if (!file.IsOpen()) level.verdict = Verdict::kAbandoned;
+  while (!file.AtEnd())
+    if (const auto folder = FolderOfConfigurationLine(file.ReadLine())) level.pass.entry.Folders.push_back(*folder);
+}
+
+void Replace(Level& level, const Args& args) {
+  if (!BeginAction(level)) return;
+  level.pass.entry.Renames.push_back({args[1], args[3], ""});
+  level.pass.entry.Renames.push_back({args[2], args[1], ""});
+  if (args[1] == "bzone.cfg" && FileExists(level.Below(args[2]))) ReadFoldersOf(level, level.Below(args[2]));
+}
+
+void Pak(Level& level, const Args&) {
+  BeginAction(level);
+}
+
+void Fold(Level& level, const Args& args) {
+  if (BeginAction(level)) level.pass.entry.Folders.push_back(args[1]);
+}
+
+void Activated(Level& level, const Args&) {
+  if (!level.pass.noActionYet || level.pass.entry.State != 0) return;
+  level.pass.entry.State = 1;
+  level.pass.noActionYet = false;
+}
+
+void CountAsInactive(Level& level) {
+  if (level.pass.entry.State == 1) level.pass.entry.State = -1;
+}
+
+void ActivatedFile(Level& level, const Args& args) {
+  if (!FileExists(level.Below(args[1]))) CountAsInactive(level);
+}
+
+void ActivatedFolder(Level& level, const Args& args) {
+  if (!FileExists(level.Below(args[1] + "\\"))) CountAsInactive(level);
+}
+
+// Any line of another mod keeps this one active; a list without such a line, an empty one too, makes it inactive.
+// Definitions rely on this sense of the test.
+void ActivatedRecy(Level& level, const Args& args) {
+  if (!FileExists(level.Below("RecyList.txt"))) return;
+  const std::string path = level.Below(args.size() > 2 ? args[2] : "RecyList.txt");
+  if (!FileExists(path)) return;
+  const FurtherFile further(level.pass.bounds);
+  if (!further.IsAllowed()) return;
+  win::LineReader file(path);
+  if (!file.IsOpen()) level.verdict = Verdict::kAbandoned;
+  const std::string own = args[1] + " ";
+  bool foreignLine = false;
+  while (!file.AtEnd())
+    if (!file.ReadLine().starts_with(own)) foreignLine = true;
+  if (file.IsOpen() && !foreignLine) CountAsInactive(level);
+}
+
+struct Directive {
+  std::string_view name;
+  std::size_t arguments;  // with fewer the line is passed over
+  void (*act)(Level&, const Args&);
+};
+
+constexpr Directive kDirectives[] = {
+    {"include", 1, Include},
+    {"dname", 1, Name},
+    {"description", 1, Description},
+    {"descriptionf", 1, DescriptionFile},
+    {"image", 1, Image},
+    {"splash", 1, Splash},
+    {"version", 1, Version},
+    {"requirefile", 1, RequireFile},
+    {"requirefolder", 1, RequireFolder},
+    {"requireexe", 1, RequireExe},
+    {"rename", 2, Rename},
+    {"renameex", 3, Replace},
+    {"replace", 3, Replace},
+    {"pak", 1, Pak},
+    {"fold", 1, Fold},
+    {"activated", 0, Activated},
+    {"activatedfile", 1, ActivatedFile},
+    {"activatedfold", 1, ActivatedFolder},
+    {"activatedrecy", 1, ActivatedRecy},
+};
+
+Verdict ReadLevel(win::LineReader& file, Pass& pass) {
+  Level level{pass};
+  while (level.verdict == Verdict::kFits && !file.AtEnd()) {
+    const Args args = ParseDirective(file.ReadLine());
+    for (const Directive& directive : kDirectives)
+      if (args[0] == directive.name && args.size() > directive.arguments) directive.act(level, args);
+  }
+  const bool versionFits = !level.versionSeen || level.versionMatched;
+  return level.verdict == Verdict::kFits && !versionFits ? Verdict::kDoesNotFit : level.verdict;
+}
+
+}  // namespace
+
+bool ReadModDefinition(win::LineReader& file, ModEntry& entry, bool& noActionYet) {
+  Pass pass{entry, noActionYet, InstallRoot(), win::LowerCase(win::Trim(InstallVersion())), {}};
+  return ReadLevel(file, pass) != Verdict::kDoesNotFit;
+}
+
+}  // namespace varnik

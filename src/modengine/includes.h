@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+
+// Files that a definition names.
+namespace varnik {
+
+// Full path of the file below the root of the selected install, else below `mods\` of the program's folder; empty when
+// it is in neither.
+std::string FindModFile(const std::string& name);
+
+// How many further files one pass over a definition reads, and how deep they include each other. A file may include
+// itself, and one that does so twice doubles the work with each level; no honest definition comes near.
+struct ReadBounds {
+  static constexpr int kMaxDepth = 16;
+  static constexpr int kMaxFiles = 256;
+
+  int depth = 0;
+  int files = 0;
+};
+
+// Held while a further file is read.
+class FurtherFile {
+ public:
+  explicit FurtherFile(ReadBounds& bounds);
+  ~FurtherFile();
+  FurtherFile(const FurtherFile&) = delete;
+  FurtherFile& operator=(const FurtherFile&) = delete;
+
+  // False beyond the bounds: the directive is passed over.
+  bool IsAllowed() const { return allowed_; }
+
+ private:
+  ReadBounds& bounds_;
+  bool allowed_;
+};
+
+}  // namespace varnik
