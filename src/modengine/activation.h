@@ -19,8 +19,8 @@ struct ActivationWalk {
   bool persistent = false;
 };
 
-// Puts a mod of the current format into force on the selected install. False when an EXE took over or there is no such file:
-// the game is not to be run then. No roll-back: a step that fails is skipped.
+// Puts a mod of the current format into force on the selected install. False when an EXE took over or there is no such
+// file: the game is not to be run then. No roll-back: a step that fails is skipped.
 bool ActivateMod(const std::string& definitionFile);
 
 // One definition file; false when an EXE took over.

@@ -1,0 +1,186 @@
+#include "modengine/activation.h"
+
+#include "installs/installlist.h"
+#include "modengine/bzonecfg.h"
+#include "modengine/crashmarker.h"
+#include "modengine/directive.h"
+#include "modengine/includes.h"
+#include "modengine/sessiondefaults.h"
+#include "platform/system/process.h"
+#include "platform/system/services.h"
+#include "platform/system/text.h"
+#include "support/modfileexists.h"
+
+namespace varnik {
+
+namespace {
+
+std::array<std::string, 26> raceNames;
+
+// One file of the pass.
+struct Walk {
+  ActivationWalk& state;
+  const std::string& root;
+  ReadBounds& bounds;
+  bool goOn = true;
+
+  std::string Below(const std::string& name) const { return root + name; }
+};
+
+bool WalkFile(win::LineReader& file, Walk walk);
+
+void Include(Walk& walk, const Args& args) {
+  const std::string path = FindModFile(args[1]);
+  if (path.empty()) return;
+  const FurtherFile further(walk.bounds);
+  if (!further.IsAllowed()) return;
+  const bool persistent = walk.state.persistent;
+  win::LineReader file(path);
+  walk.goOn = WalkFile(file, walk);
+  walk.state.persistent = persistent;
+}
+
+void RequireExe(Walk& walk, const Args& args) {
+  if (!walk.state.noActionYet || !FileExists(walk.Below(args[1]))) return;
+  walk.state.noActionYet = false;
+  walk.goOn = false;
+  win::ShellExecute(walk.Below(args[1]));
+}
+
+// Reading the attributes and storing them back changes none of them: a read-only file stays one.
+void KeepAttributes(const std::string& path) {
+  if (const auto attributes = win::GetAttributes(path)) win::SetAttributes(path, *attributes);
+}
+
+void Rename(Walk& walk, const Args& args) {
+  walk.state.noActionYet = false;
+  KeepAttributes(walk.Below(args[1]));
+  win::RenameFile(walk.Below(args[1]), walk.Below(args[2]));
+}
+
+void Replace(Walk& walk, const Args& args) {
+  walk.state.noActionYet = false;
+  KeepAttributes(walk.Below(args[1]));
+  KeepAttributes(walk.Below(args[2]));
+  win::RenameFile(walk.Below(args[1]), walk.Below(args[3]));
+  win::DoEvents();
+  win::RenameFile(walk.Below(args[2]), walk.Below(args[1]));
+}
+
+void Pak(Walk& walk, const Args& args) {
+  GeneratePackEntry(walk.root, args[1].ends_with(".pak") ? args[1] : args[1] + ".pak");
+  walk.state.noActionYet = false;
+}
+
+void Fold(Walk& walk, const Args& args) {
+  GenerateFolderEntry(walk.root, args[1]);
+  walk.state.noActionYet = false;
+}
+
+void SetFirst(std::string& field, const std::string& value) {
+  if (field.empty()) field = value;
+}
+
+void DefaultName(Walk& walk, const Args& args) {
+  SetFirst(walk.state.sessionName, args[1]);
+}
+void DefaultPassword(Walk& walk, const Args& args) {
+  SetFirst(walk.state.password, args[1]);
+}
+void DefaultMessage(Walk& walk, const Args& args) {
+  SetFirst(walk.state.message, args[1]);
+}
+
+void RaceName(Walk&, const Args& args) {
+  const std::string letter = win::UpperCase(args[1].substr(0, 1));
+  if (letter >= "A" && letter <= "Z") SetFirst(raceNames[letter[0] - 'A'], args[2]);
+}
+
+void Activated(Walk& walk, const Args&) {
+  if (!walk.state.noActionYet) return;
+  walk.state.persistent = true;
+  walk.state.noActionYet = false;
+}
+
+void WriteId(Walk& walk, const Args& args) {
+  win::LineWriter(walk.Below(args[1]), win::WriteMode::kOutput).Close();
+}
+
+void AddRecy(Walk& walk, const Args& args) {
+  win::LineWriter list(walk.Below(args.size() > 3 ? args[3] : "RecyList.txt"), win::WriteMode::kAppend);
+  list.WriteLine(args[1] + " " + args[2]);
+}
+
+struct Directive {
+  std::string_view name;
+  std::size_t arguments;  // with fewer the line is passed over
+  void (*act)(Walk&, const Args&);
+};
+
+constexpr Directive kDirectives[] = {
+    {"include", 1, Include},
+    {"requireexe", 1, RequireExe},
+    {"rename", 2, Rename},
+    {"renameex", 3, Replace},
+    {"replace", 3, Replace},
+    {"pak", 1, Pak},
+    {"fold", 1, Fold},
+    {"defaultname", 1, DefaultName},
+    {"defaultpass", 1, DefaultPassword},
+    {"defaultsmsg", 1, DefaultMessage},
+    {"racename", 2, RaceName},
+    {"activated", 0, Activated},  // works only above the first action, and is itself one
+    {"writeid", 1, WriteId},
+    {"addrecy", 2, AddRecy},
+};
+
+bool WalkFile(win::LineReader& file, Walk walk) {
+  while (walk.goOn && !file.AtEnd()) {
+    win::DoEvents();
+    const Args args = ParseDirective(file.ReadLine());
+    for (const Directive& directive : kDirectives)
+      if (args[0] == directive.name && args.size() > directive.arguments) directive.act(walk, args);
+  }
+  return walk.goOn;
+}
+
+bool WalkDefinition(win::LineReader& file, ActivationWalk& state, const std::string& root) {
+  ReadBounds bounds;
+  return WalkFile(file, {state, root, bounds});
+}
+
+// A persistent mod has no marker, since it stays in force across starts, and leaves the player's own files alone.
+void FinishRunOnlyMod(const ActivationWalk& walk, const CrashMarker& marker) {
+  if (IsVersion13()) {
+    ApplySessionDefaults(walk);
+    ApplyRaceNames();
+  }
+  WriteCrashMarker(marker);
+}
+
+}  // namespace
+
+const std::array<std::string, 26>& RaceNames = raceNames;
+
+bool ActivateMod(const std::string& definitionFile) {
+  win::DoEvents();
+  raceNames.fill({});
+  const std::string root = InstallRoot();
+  win::LineReader file(definitionFile);
+  if (root.empty() || !file.IsOpen()) return false;
+  win::DoEvents();
+  ActivationWalk walk;
+  if (!WalkDefinition(file, walk, root)) {
+    DropConfiguration(root);
+    return false;
+  }
+  PutConfigurationInForce(root, IsVersion13());
+  if (!walk.persistent) FinishRunOnlyMod(walk, {root, definitionFile});
+  return true;
+}
+
+bool ActivateFile(win::LineReader& file, ActivationWalk& walk) {
+  return WalkDefinition(file, walk, InstallRoot());
+}
+
+}  // namespace varnik

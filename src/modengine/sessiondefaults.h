@@ -1,0 +1,19 @@
+#pragma once
+
+#include "modengine/activation.h"
+
+// What a mod changes for the length of a run in the player's own files below the selected install: session defaults in
+// gameprefs.ini and race names in RaceName_A.txt to RaceName_Z.txt. The old values wait in section Backup of the
+// settings store. A file that is not found is passed over; with no install selected none is.
+namespace varnik {
+
+// A value whose old one could not be stored is not changed.
+void ApplySessionDefaults(const ActivationWalk& walk);
+void ApplyRaceNames();
+
+// A session default whose old value was empty stays as the mod set it, and a race name file grows by one line end: the
+// game minds neither.
+void RestoreSessionDefaults();
+void RestoreRaceNames();
+
+}  // namespace varnik
