@@ -1,0 +1,183 @@
+#include "modengine/deactivation.h"
+
+#include <utility>
+
+#include "installs/installlist.h"
+#include "legacy/legacy.h"
+#include "modengine/bzonecfg.h"
+#include "modengine/crashmarker.h"
+#include "modengine/directive.h"
+#include "modengine/includes.h"
+#include "modengine/sessiondefaults.h"
+#include "platform/system/process.h"
+#include "platform/system/services.h"
+#include "support/debuglog.h"
+#include "support/modfileexists.h"
+#include "support/runstate.h"
+#include "support/settings.h"
+
+namespace varnik {
+
+namespace {
+
+std::function<void()> refreshMapPage;
+
+// One file of the pass.
+struct Walk {
+  const std::string& root;
+  bool& noActionYet;
+  bool& persistent;
+  ReadBounds& bounds;
+  bool goOn = true;
+
+  std::string Below(const std::string& name) const { return root + name; }
+};
+
+bool WalkFile(win::LineReader& file, Walk walk);
+
+void Include(Walk& walk, const Args& args) {
+  const std::string path = walk.Below(args[1]);
+  if (!FileExists(path)) return;
+  const FurtherFile further(walk.bounds);
+  if (!further.IsAllowed()) return;
+  win::LineReader file(path);
+  walk.goOn = WalkFile(file, walk);
+}
+
+// Looks below the selected install, whatever the root of the pass; with none selected there is nothing to look at.
+void RequireExe(Walk& walk, const Args& args) {
+  const std::string selected = InstallRoot();
+  if (!walk.noActionYet || selected.empty() || !FileExists(selected + args[1])) return;
+  walk.noActionYet = false;
+  walk.goOn = false;
+  win::ShellExecute("\"" + selected + args[1] + "\" " + args[2]);
+}
+
+void Rename(Walk& walk, const Args& args) {
+  win::RenameFile(walk.Below(args[2]), walk.Below(args[1]));
+  walk.noActionYet = false;
+}
+
+void Replace(Walk& walk, const Args& args) {
+  win::RenameFile(walk.Below(args[1]), walk.Below(args[2]));
+  win::DoEvents();
+  win::RenameFile(walk.Below(args[3]), walk.Below(args[1]));
+  walk.noActionYet = false;
+}
+
+void PakOrFold(Walk& walk, const Args&) {
+  RestoreConfiguration(walk.root);
+  walk.noActionYet = false;
+}
+
+void Activated(Walk& walk, const Args&) {
+  if (!walk.noActionYet) return;
+  walk.persistent = true;
+  walk.noActionYet = false;
+}
+
+// A marker's name that is a pattern would take the player's files with it.
+bool IsPattern(const std::string& path) {
+  return path.find_first_of("*?") != std::string::npos;
+}
+
+void WriteId(Walk& walk, const Args& args) {
+  const std::string path = walk.Below(args[1]);
+  if (!IsPattern(path) && FileExists(path)) win::DeleteFiles(path);
+}
+
+// False when the copy is not whole.
+bool CopyForeignLines(const std::string& list, const std::string& own, const std::string& copy) {
+  win::LineReader lines(list);
+  if (!lines.IsOpen()) return false;
+  win::LineWriter kept(copy, win::WriteMode::kOutput);
+  bool whole = kept.IsOpen();
+  while (whole && !lines.AtEnd()) {
+    const std::string line = lines.ReadLine();
+    if (!line.starts_with(own)) whole = kept.WriteLine(line);
+  }
+  return kept.Close() && whole;
+}
+
+// The list goes only once its copy is whole, and the copy only while the list is still there.
+void RemoveLines(const std::string& root, const std::string& name, const std::string& own) {
+  const std::string list = root + name;
+  const std::string copy = root + "tmp.recylist";
+  if (IsPattern(list) || !FileExists(list)) return;
+  if (CopyForeignLines(list, own, copy) && win::DeleteFiles(list))
+    win::RenameFile(copy, list);
+  else
+    win::DeleteFiles(copy);
+}
+
+// Looks below the selected install like RequireExe. A list of its own is left alone where there is no RecyList.txt.
+void AddRecy(Walk&, const Args& args) {
+  const std::string selected = InstallRoot();
+  if (selected.empty() || !FileExists(selected + "RecyList.txt")) return;
+  RemoveLines(selected, args.size() > 3 ? args[3] : "RecyList.txt", args[1] + " ");
+}
+
+struct Directive {
+  std::string_view name;
+  std::size_t arguments;  // with fewer the line is passed over
+  void (*act)(Walk&, const Args&);
+};
+
+constexpr Directive kDirectives[] = {
+    {"include", 1, Include},  {"requireexe", 2, RequireExe}, {"rename", 2, Rename},
+    {"renameex", 3, Replace}, {"replace", 3, Replace},       {"pak", 1, PakOrFold},
+    {"fold", 1, PakOrFold},   {"activated", 0, Activated},  // works only above the first action, and is itself one
+    {"writeid", 1, WriteId},  {"addrecy", 2, AddRecy},
+};
+
+bool WalkFile(win::LineReader& file, Walk walk) {
+  LogLine("DeactivateFile Begin");
+  while (walk.goOn && !file.AtEnd()) {
+    win::DoEvents();
+    const Args args = ParseDirective(file.ReadLine());
+    for (const Directive& directive : kDirectives)
+      if (args[0] == directive.name && args.size() > directive.arguments) directive.act(walk, args);
+  }
+  return walk.goOn;
+}
+
+void ForgetSelectedMap() {
+  SelectedMapIndex = -1;
+  if (refreshMapPage) refreshMapPage();
+}
+
+}  // namespace
+
+bool DeactivateMod(const std::string& definitionFile, const std::string& root) {
+  LogLine("Deactivate Varnik Mod Begin");
+  win::LineReader file(definitionFile);
+  bool noActionYet = true;
+  bool persistent = false;
+  if (!DeactivateFile(file, root, noActionYet, persistent)) return false;
+  if (!persistent) RemoveCrashMarker();
+  ForgetSelectedMap();
+  if (persistent) return true;
+  RestoreSessionDefaults();
+  RestoreRaceNames();
+  Forget(kBackupSection);
+  return true;
+}
+
+bool DeactivateFile(win::LineReader& file, const std::string& root, bool& noActionYet, bool& persistent) {
+  ReadBounds bounds;
+  return WalkFile(file, {root, noActionYet, persistent, bounds});
+}
+
+bool DeactivateByMarker(const std::string& definitionFile, const std::string& root) {
+  double version = 0;
+  if (!ReadMarker(win::LineReader(definitionFile).ReadLine(), version)) return false;
+  if (version <= kLastLegacyFormat) DeactivateLegacyMod(definitionFile, root);
+  if (version == kCurrentFormat) DeactivateMod(definitionFile, root);
+  return true;
+}
+
+void SetMapPageRefresh(std::function<void()> refresh) {
+  refreshMapPage = std::move(refresh);
+}
+
+}  // namespace varnik
