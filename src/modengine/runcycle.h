@@ -3,14 +3,14 @@
 #include <functional>
 #include <string>
 
-// One run from end to end.
+// One run from end to end, and what a click on the launch button comes to.
 namespace varnik {
 
 // What the run needs of a window. An empty function means that there is none.
 struct RunHooks {
   std::function<void(const std::string& tip)> setTrayTip;
   std::function<void()> restoreTrayTip;
-  std::function<void()> hideWindow;     // remembers visibility and window state
+  std::function<void()> hideWindow;  // remembers visibility and window state
   std::function<void()> restoreWindow;
   std::function<void(const std::string& picture)> showSplash;  // full path of the picture
   std::function<void()> finishSplash;   // waits until the picture has had its time, then unloads it
@@ -19,14 +19,26 @@ struct RunHooks {
 
 // How the last run went, for a caller that wants to tell.
 struct RunOutcome {
-  bool ran = false;         // the game was to be started
+  bool ran = false;         // the game was to be started; false without a problem: an EXE of the mod took over
   std::string program;      // full path of it
   std::string commandLine;  // the whole line as spawned
   int exitStatus = -1;      // -1: it could not be started
-  std::string problem;      // the message that ended the run before the game, if any
+  std::string problem;      // the message that ended the run before the game, if any; it has been shown
 };
 
-// `modIndex` is a row of ModList, -1 for no mod.
+// `modIndex` is a row of ModList, -1 for no mod. Holds a RunGuard; a person who is refused is told.
 RunOutcome LaunchBZ2(int modIndex, const std::string& commandLine, bool useEditor, const RunHooks& hooks);
+
+struct ClickOutcome {
+  enum class Act { kNone, kActivated, kDeactivated, kRun };
+
+  Act act = Act::kNone;  // kActivated and kDeactivated: the catalogue no longer fits the disk
+  bool done = false;     // of an activation or deactivation: false when an EXE took over
+  RunOutcome run;        // for kNone it holds the problem alone
+};
+
+// A click on the launch button with this row selected: a persistent mod is put into force or taken out of it, any other
+// is run. `buildLine` gives the game's command line, with the edit switches.
+ClickOutcome LaunchClick(int modIndex, const std::function<std::string()>& buildLine, const RunHooks& hooks);
 
 }  // namespace varnik

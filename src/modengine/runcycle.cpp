@@ -1,0 +1,168 @@
+#include "modengine/runcycle.h"
+
+#include <cstdio>
+
+#include "installs/installlist.h"
+#include "legacy/legacy.h"
+#include "modengine/activation.h"
+#include "modengine/catalogue.h"
+#include "modengine/deactivation.h"
+#include "modengine/directive.h"
+#include "modengine/includes.h"
+#include "modengine/runguard.h"
+#include "platform/system/files.h"
+#include "platform/system/process.h"
+#include "platform/system/services.h"
+#include "platform/system/text.h"
+#include "support/modfileexists.h"
+#include "support/modshellwait.h"
+#include "support/runstate.h"
+#include "support/settings.h"
+
+namespace varnik {
+
+namespace {
+
+constexpr char kMissing[] =
+    "Mod File is Missing.\r\n"
+    "Don't delete files once Varnik has loaded, or reload your BZ2 location once you have.\r\n";
+constexpr char kBadVersion[] = "Mod has an invalid version #.\r\n";
+constexpr char kBadFormat[] = "Mod File is improperly formatted.\r\n";
+constexpr char kDoNotEdit[] =
+    "Don't edit files once Varnik has loaded your mod list, or reload your BZ2 location once you have edited them.\r\n";
+constexpr char kReloading[] = "Reloading BZ2 location for you now.";
+constexpr char kNoEditor[] =
+    "Sorry, but the current 1.3 install is missing bz2edit.exe and therefore /edit cannot be used. Aborting.";
+
+template <class Hook, class... Values>
+void Call(const Hook& hook, const Values&... values) {
+  if (hook) hook(values...);
+}
+
+// A copy, since a handler that runs meanwhile may reload the list; an empty row for an index that has gone.
+ModEntry RowOf(int modIndex) {
+  const bool isRow = modIndex > 0 && static_cast<std::size_t>(modIndex) < ModList.size();
+  return isRow ? ModList[modIndex] : ModEntry();
+}
+
+struct Run {
+  const std::string& commandLine;
+  bool useEditor;
+  const RunHooks& hooks;
+  const std::string root;
+  RunOutcome outcome;
+};
+
+// The log of the previous run; the game overwrites it when there is no number left.
+void RotateLog(const std::string& root) {
+  const std::string log = root + "battlezone.log";
+  if (!FileExists(root + "logs")) win::MakeFolder(root + "logs");
+  if (!FileExists(log)) return;
+  for (int number = 0; number <= 999; ++number) {
+    char name[] = "logs\\battlezone.000";
+    std::snprintf(name, sizeof name, "logs\\battlezone.%03d", number);
+    if (FileExists(root + name)) continue;
+    win::RenameFile(log, root + name);
+    return;
+  }
+}
+
+void RunGame(Run& run) {
+  Call(run.hooks.finishSplash);
+  run.outcome.ran = true;
+  run.outcome.program = run.root + (run.useEditor ? "bz2edit.exe" : "bzone.exe");
+  run.outcome.commandLine = "\"" + run.outcome.program + "\" " + run.commandLine;
+  run.outcome.exitStatus =
+      ShellAndWait(run.outcome.commandLine, HighPriority ? win::kHighPriorityClass : win::kNormalPriorityClass);
+}
+
+void RunCurrentMod(Run& run, const std::string& definitionFile) {
+  if (!ActivateMod(definitionFile)) return;
+  RunGame(run);
+  DeactivateMod(definitionFile, run.root);
+}
+
+void RunLegacyMod(Run& run, const std::string& definitionFile) {
+  if (!ActivateLegacyMod(definitionFile)) return;
+  RunGame(run);
+  DeactivateLegacyMod(definitionFile, run.root);
+}
+
+void EndWithProblem(Run& run, const std::string& problem) {
+  run.outcome.problem = problem;
+  win::MsgBox(problem);
+  Call(run.hooks.reloadInstall);
+}
+
+void ShowSplash(const RunHooks& hooks, const std::string& splash) {
+  if (splash.empty()) return;
+  if (const std::string picture = FindModFile(splash); !picture.empty()) Call(hooks.showSplash, picture);
+}
+
+void RunMod(Run& run, const ModEntry& mod) {
+  if (!FileExists(mod.DefinitionFile)) {
+    EndWithProblem(run, std::string(kMissing) + kReloading);
+    return;
+  }
+  ShowSplash(run.hooks, mod.Splash);
+  double version = 0;
+  const bool isGood = ReadMarker(win::LineReader(mod.DefinitionFile).ReadLine(), version);
+  const int format = win::RoundToInt16(version).value_or(0);
+  if (isGood && format >= 1 && format <= kLastLegacyFormat)
+    RunLegacyMod(run, mod.DefinitionFile);
+  else if (isGood && format == kCurrentFormat)
+    RunCurrentMod(run, mod.DefinitionFile);
+  else
+    EndWithProblem(run, std::string(isGood ? kBadVersion : kBadFormat) + kDoNotEdit + kReloading);
+}
+
+RunOutcome Refused(const std::string& problem) {
+  win::MsgBox(problem);
+  RunOutcome outcome;
+  outcome.problem = problem;
+  return outcome;
+}
+
+bool AsksForEditor(const std::string& line) {
+  for (const char* edit : {"/edit", "+edit", "-edit"})
+    if (line.find(edit) != std::string::npos) return true;
+  return false;
+}
+
+ClickOutcome RunSelected(int modIndex, const std::function<std::string()>& buildLine, const RunHooks& hooks) {
+  const std::string root = InstallRoot();
+  const bool useEditor = IsVersion13() && AsksForEditor(buildLine());
+  if (useEditor && !FileExists(root + "bz2edit.exe")) return {ClickOutcome::Act::kNone, false, Refused(kNoEditor)};
+  if (ClearBindataOnLaunch) win::DeleteFiles(root + "data\\bindata\\*");
+  return {ClickOutcome::Act::kRun, false, LaunchBZ2(modIndex, buildLine(), useEditor, hooks)};
+}
+
+}  // namespace
+
+RunOutcome LaunchBZ2(int modIndex, const std::string& commandLine, bool useEditor, const RunHooks& hooks) {
+  const RunGuard guard;
+  if (!guard.IsHeld()) return Refused(kRunRefused);
+  Run run{commandLine, useEditor, hooks, InstallRoot(), {}};
+  Call(hooks.setTrayTip, "Varnik: Running Battlezone II");
+  if (OptionIsOn("RenameLog")) RotateLog(run.root);
+  Call(hooks.hideWindow);
+  win::DoEvents();
+  if (modIndex == -1)
+    RunGame(run);
+  else
+    RunMod(run, RowOf(modIndex));
+  Call(hooks.restoreWindow);
+  Call(hooks.restoreTrayTip);
+  return run.outcome;
+}
+
+ClickOutcome LaunchClick(int modIndex, const std::function<std::string()>& buildLine, const RunHooks& hooks) {
+  const RunGuard guard;
+  if (!guard.IsHeld()) return {ClickOutcome::Act::kNone, false, Refused(kRunRefused)};
+  const ModEntry mod = modIndex == -1 ? ModEntry() : RowOf(modIndex);
+  if (mod.State == 1) return {ClickOutcome::Act::kDeactivated, DeactivateMod(mod.DefinitionFile, InstallRoot()), {}};
+  if (mod.State == -1) return {ClickOutcome::Act::kActivated, ActivateMod(mod.DefinitionFile), {}};
+  return RunSelected(modIndex, buildLine, hooks);
+}
+
+}  // namespace varnik
