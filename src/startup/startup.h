@@ -2,6 +2,8 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace varnik {
 
@@ -10,10 +12,15 @@ constexpr std::int16_t kRunModeNormal = 0;
 constexpr std::int16_t kRunModeLeave = 1;   // finish and end, no main window
 constexpr std::int16_t kRunModeHidden = 2;  // the tray icon stands for the window
 
+// Blanks and tabs outside quotes separate; quotes are dropped wherever they stand, and an empty pair is an argument.
+// What follows the first `maxArgs` arguments is lost.
+std::vector<std::string> SplitCommandLine(std::string_view line, int maxArgs);
+
 // Takes the run mode from the program's own command line and performs the deactivation that it asks for.
 std::int16_t ProcessCmdLine(int maxArgs = 20);
 
-// Finishes a run that was interrupted, by its marker. True when a marker was acted on, whatever came of it.
+// Finishes a run that was interrupted, by its marker. True when a marker was acted on, whatever came of it. Does
+// nothing while another process of ours changes an install or runs the game.
 bool RecoverFromCrash();
 
 }  // namespace varnik

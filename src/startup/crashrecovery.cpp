@@ -1,0 +1,26 @@
+#include "modengine/crashmarker.h"
+#include "modengine/deactivation.h"
+#include "modengine/runguard.h"
+#include "startup/startup.h"
+#include "support/debuglog.h"
+#include "support/modfileexists.h"
+#include "support/settings.h"
+
+namespace varnik {
+
+bool RecoverFromCrash() {
+  LogLine("RecoverFromCrash Begin");
+  // A marker that stands while another process of ours is at work belongs to a run that is well alive.
+  const RunGuard guard;
+  if (!guard.IsHeld()) return false;
+  const CrashMarker marker = ReadCrashMarker();
+  if (!marker.root.empty() && !marker.definitionFile.empty() && FileExists(marker.definitionFile)) {
+    DeactivateByMarker(marker.definitionFile, marker.root);
+    return true;
+  }
+  RemoveCrashMarker();
+  Forget(kBackupSection);
+  return false;
+}
+
+}  // namespace varnik
