@@ -17,8 +17,8 @@ std::string Trim(std::string_view text);
 bool EqualNoCase(std::string_view a, std::string_view b);
 bool StartsWithNoCase(std::string_view text, std::string_view prefix);
 
-// The longest numeric prefix behind any blanks and tabs: sign, digits, a decimal point, an exponent. 0 when the text does
-// not begin with a number. Never fails; "1e999" gives infinity.
+// The longest numeric prefix behind any blanks and tabs: sign, digits, a decimal point, an exponent. 0 when the text
+// does not begin with a number. Never fails; "1e999" gives infinity.
 double LeadingNumber(std::string_view text);
 
 // Rounded to a whole number, halves to the even neighbour; nothing outside the 16-bit signed range, or for no number.
@@ -29,6 +29,9 @@ std::string Utf8FromBytes(std::string_view bytes);
 
 // Windows-1252 bytes for UTF-8 text; nothing when a character has no place in that code page.
 [[nodiscard]] std::optional<std::string> Windows1252FromUtf8(std::string_view utf8);
+
+// The characters of text bytes, by the same rule as Utf8FromBytes.
+std::u32string CharactersFromBytes(std::string_view bytes);
 
 bool IsValidUtf8(std::string_view bytes);
 
