@@ -11,12 +11,12 @@
 namespace win {
 
 // Renames or moves a file or folder. Never replaces an existing target, whatever the case of its name. A trailing
-// separator in either name is ignored; a rename that only changes case works; a read-only file can be renamed. A move to
-// another file system copies and deletes, files only.
+// separator in either name is ignored; a rename that only changes case works; a read-only file can be renamed. A move
+// to another file system copies and deletes, files only.
 bool RenameFile(const std::string& from, const std::string& to);
 
-// Deletes the files (never folders) that the last name of `pattern` matches, wildcards `*` and `?` included, and goes on
-// past one that refuses. False when nothing matched or one refused, as a read-only file does.
+// Deletes the files (never folders) that the last name of `pattern` matches, wildcards `*` and `?` included, and goes
+// on past one that refuses. False when nothing matched or one refused, as a read-only file does.
 bool DeleteFiles(const std::string& pattern);
 
 bool MakeFolder(const std::string& path);
@@ -25,7 +25,7 @@ bool MakeFolder(const std::string& path);
 bool RemoveFolder(const std::string& path);
 
 constexpr unsigned kAttributeReadOnly = 0x01;
-constexpr unsigned kAttributeHidden = 0x02;     // a name that begins with a dot
+constexpr unsigned kAttributeHidden = 0x02;  // a name that begins with a dot
 constexpr unsigned kAttributeDirectory = 0x10;
 constexpr unsigned kAttributeArchive = 0x20;
 
@@ -38,13 +38,13 @@ bool SetAttributes(const std::string& path, unsigned attributes);
 // The whole content, byte for byte. Nothing for a folder, a missing file or one that cannot be read to its end.
 [[nodiscard]] std::optional<std::string> ReadWholeFile(const std::string& path);
 
-// Replaces the file's content so that a crash or a full disk leaves the old or the new content and never less: temporary
-// file in the same folder, flush, rename, flush of the folder. Mode bits stay; a link is written through. Fails on a
-// read-only file, on a folder and in a missing folder.
+// Replaces the file's content so that a crash or a full disk leaves the old or the new content and never less:
+// temporary file in the same folder, flush, rename, flush of the folder. Mode bits stay; a link is written through.
+// Fails on a read-only file, on a folder and in a missing folder.
 bool WriteWholeFile(const std::string& path, std::string_view content);
 
-// Reads a text file line by line. A line ends at CRLF, at LF or at CR; the end is not part of the line. The file is read in
-// pieces: its size does not matter, only its longest line does.
+// Reads a text file line by line. A line ends at CRLF, at LF or at CR; the end is not part of the line. The file is
+// read in pieces: its size does not matter, only its longest line does.
 class LineReader {
  public:
   explicit LineReader(const std::string& path);
@@ -54,7 +54,8 @@ class LineReader {
 
   bool IsOpen() const;
 
-  // True behind the last line, and at once when the file could not be opened or is a folder. A read error counts as the end.
+  // True behind the last line, and at once when the file could not be opened or is a folder. A read error counts as the
+  // end.
   bool AtEnd();
 
   // Empty at the end.
@@ -81,7 +82,8 @@ class LineWriter {
   // `text` may hold line ends of its own; it stands in the file as given, then CRLF.
   bool WriteLine(std::string_view text);
 
-  // Creates (or empties) the file without a line. True when everything has been handed to the system; called by the destructor.
+  // Creates (or empties) the file without a line. True when everything has been handed to the system; called by the
+  // destructor.
   bool Close();
 
  private:

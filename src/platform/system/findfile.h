@@ -12,8 +12,8 @@ struct FoundEntry {
   bool isFolder = false;  // a link to a folder counts as a folder
 };
 
-// Enumerates one folder: every entry, `.` and `..` included, hidden ones too, in the order of the file system. Memory does
-// not grow with the number of entries.
+// Enumerates one folder: every entry, `.` and `..` included, hidden ones too, in the order of the file system. Memory
+// does not grow with the number of entries.
 class FolderReader {
  public:
   // `folder` is a Windows path; a trailing separator is allowed.
@@ -36,12 +36,13 @@ class FolderReader {
   std::unique_ptr<State> state_;
 };
 
-// The bare test for one path: a file or folder of this name, or, with wildcards in the last name, any entry that matches.
-// An empty text, a single separator and a name with a trailing separator are not found; trailing blanks and dots are ignored.
+// The bare test for one path: a file or folder of this name, or, with wildcards in the last name, any entry that
+// matches. An empty text, a single separator and a name with a trailing separator are not found; trailing blanks and
+// dots are ignored.
 bool FindFirstFileSucceeds(const std::string& path);
 
-// PathMatchSpecW: without regard to case, beyond ASCII too; `*` and `?`; `;` separates alternatives; exactly `*.*` matches
-// every name. An empty pattern matches nothing. Both texts are bytes (UTF-8 if valid, else Windows-1252).
+// PathMatchSpecW: without regard to case, beyond ASCII too; `*` and `?`; `;` separates alternatives; exactly `*.*`
+// matches every name. An empty pattern matches nothing. Both texts are bytes (UTF-8 if valid, else Windows-1252).
 bool PathMatchSpec(std::string_view name, std::string_view pattern);
 
 }  // namespace win

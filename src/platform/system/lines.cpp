@@ -1,0 +1,122 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+
+#include "platform/system/files.h"
+#include "platform/system/nativefile.h"
+#include "platform/system/paths.h"
+
+namespace win {
+
+namespace {
+
+constexpr std::size_t kPiece = 64 * 1024;
+
+// Opens for output what Windows would: no folder, no pipe, no file with the read-only attribute, not even for root.
+Descriptor OpenForWriting(const std::string& native, WriteMode mode) {
+  struct stat status;
+  const bool exists = stat(native.c_str(), &status) == 0;
+  if (exists && (!S_ISREG(status.st_mode) || (status.st_mode & S_IWUSR) == 0)) return Descriptor();
+  const int end = mode == WriteMode::kAppend ? O_APPEND : O_TRUNC;
+  return Descriptor(open(native.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK | end, 0666));
+}
+
+}  // namespace
+
+struct LineReader::State {
+  Descriptor file;
+  std::size_t next = 0;  // first byte of `piece` that has not been handed out
+  std::size_t size = 0;
+  bool afterReturn = false;  // the last line ended in CR, so that an LF here belongs to it
+  char piece[kPiece];
+
+  // False at the end of the file; otherwise there is a byte at `next`.
+  bool Fill() {
+    if (next < size) return true;
+    if (!file.IsOpen()) return false;
+    const ssize_t count = ReadSome(file.Get(), piece, sizeof piece);
+    if (count <= 0) file = Descriptor();
+    next = 0;
+    size = static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+    return size > 0;
+  }
+
+  bool AtEnd() {
+    if (afterReturn && Fill() && piece[next] == '\n') ++next;
+    afterReturn = false;
+    return !Fill();
+  }
+
+  // Appends the piece up to a line end, which is taken too; false when the line goes on in the next piece.
+  bool TakeLine(std::string& line) {
+    const char* const begin = piece + next;
+    const char* const end =
+        std::find_if(begin, static_cast<const char*>(piece) + size, [](char c) { return c == '\n' || c == '\r'; });
+    line.append(begin, end);
+    next = static_cast<std::size_t>(end - piece);
+    if (next == size) return false;
+    afterReturn = piece[next++] == '\r';
+    return true;
+  }
+};
+
+LineReader::LineReader(const std::string& path) {
+  Descriptor file = OpenForReading(NativePath(path));
+  if (!file.IsOpen()) return;
+  state_.reset(new State);  // the piece stays unset
+  state_->file = std::move(file);
+}
+
+LineReader::~LineReader() = default;
+LineReader::LineReader(LineReader&&) noexcept = default;
+LineReader& LineReader::operator=(LineReader&&) noexcept = default;
+
+bool LineReader::IsOpen() const {
+  return state_ != nullptr;
+}
+
+bool LineReader::AtEnd() {
+  return state_ == nullptr || state_->AtEnd();
+}
+
+std::string LineReader::ReadLine() {
+  std::string line;
+  if (AtEnd()) return line;
+  while (state_->Fill() && !state_->TakeLine(line)) {
+  }
+  return line;
+}
+
+LineWriter::LineWriter(const std::string& path, WriteMode mode)
+    : descriptor_(OpenForWriting(NativePath(path), mode).Release()) {}
+
+LineWriter::~LineWriter() {
+  Close();
+}
+
+bool LineWriter::IsOpen() const {
+  return descriptor_ >= 0;
+}
+
+bool LineWriter::WriteLine(std::string_view text) {
+  if (!IsOpen()) return false;
+  buffer_.append(text).append("\r\n");
+  if (buffer_.size() >= kPiece) {
+    failed_ = !WriteAll(descriptor_, buffer_) || failed_;
+    buffer_.clear();
+  }
+  return !failed_;
+}
+
+bool LineWriter::Close() {
+  if (!IsOpen()) return false;
+  failed_ = !WriteAll(descriptor_, buffer_) || failed_;
+  buffer_.clear();
+  failed_ = close(descriptor_) != 0 || failed_;
+  descriptor_ = -1;
+  return !failed_;
+}
+
+}  // namespace win

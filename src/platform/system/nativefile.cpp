@@ -1,0 +1,56 @@
+#include "platform/system/nativefile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace win {
+
+Descriptor::~Descriptor() {
+  if (IsOpen()) close(descriptor_);
+}
+
+Descriptor OpenForReading(const std::string& native) {
+  Descriptor file(open(native.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  struct stat status;
+  if (file.IsOpen() && fstat(file.Get(), &status) == 0 && S_ISREG(status.st_mode)) return file;
+  return Descriptor();
+}
+
+ssize_t ReadSome(int descriptor, char* buffer, std::size_t size) {
+  ssize_t count = 0;
+  do
+    count = read(descriptor, buffer, size);
+  while (count < 0 && errno == EINTR);
+  return count;
+}
+
+bool WriteAll(int descriptor, std::string_view content) {
+  while (!content.empty()) {
+    const ssize_t count = write(descriptor, content.data(), content.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) return false;
+    content.remove_prefix(static_cast<std::size_t>(count));
+  }
+  return true;
+}
+
+std::string FolderOf(const std::string& native) {
+  return native.substr(0, native.rfind('/') + 1);
+}
+
+std::string TemporaryNameFor(const std::string& native) {
+  constexpr std::size_t kLongestName = 250;
+  const std::string folder = FolderOf(native);
+  return folder + "." + native.substr(folder.size(), kLongestName) + "~";
+}
+
+bool FlushToDisk(const std::string& native) {
+  const Descriptor file(open(native.empty() ? "." : native.c_str(), O_RDONLY | O_CLOEXEC));
+  // EINVAL: some file systems cannot flush a folder, and have nothing to flush.
+  return file.IsOpen() && (fsync(file.Get()) == 0 || errno == EINVAL);
+}
+
+}  // namespace win

@@ -1,0 +1,82 @@
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+
+#include "platform/system/files.h"
+#include "platform/system/nativefile.h"
+#include "platform/system/paths.h"
+
+namespace win {
+
+namespace {
+
+// Where the name leads when it is a link, also one to a file that does not exist yet.
+std::string FollowLinks(std::string native) {
+  constexpr int kMostLinks = 40;
+  char target[4096];
+  for (int i = 0; i < kMostLinks; ++i) {
+    const ssize_t length = readlink(native.c_str(), target, sizeof target);
+    if (length <= 0) break;
+    const std::string text(target, static_cast<std::size_t>(length));
+    native = text.starts_with('/') ? text : FolderOf(native) + text;
+  }
+  return native;
+}
+
+bool IsStillNamed(const Descriptor& file, const std::string& native) {
+  struct stat opened;
+  struct stat named;
+  return fstat(file.Get(), &opened) == 0 && lstat(native.c_str(), &named) == 0 && opened.st_ino == named.st_ino &&
+         opened.st_dev == named.st_dev;
+}
+
+// An empty temporary file that no other writer of the same file holds: who waited for the lock may find that the name
+// has moved on with the other's content.
+Descriptor OpenTemporary(const std::string& native) {
+  while (true) {
+    Descriptor file(open(native.c_str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0666));
+    if (!file.IsOpen()) return file;
+    flock(file.Get(), LOCK_EX);
+    if (IsStillNamed(file, native)) return ftruncate(file.Get(), 0) == 0 ? std::move(file) : Descriptor();
+  }
+}
+
+}  // namespace
+
+std::optional<std::string> ReadWholeFile(const std::string& path) {
+  const Descriptor file = OpenForReading(NativePath(path));
+  struct stat status;
+  if (!file.IsOpen() || fstat(file.Get(), &status) != 0) return std::nullopt;
+  // One byte more than its size, so that the first read also finds the end.
+  std::string content(static_cast<std::size_t>(status.st_size) + 1, '\0');
+  std::size_t length = 0;
+  while (true) {
+    const ssize_t count = ReadSome(file.Get(), content.data() + length, content.size() - length);
+    if (count < 0) return std::nullopt;
+    length += static_cast<std::size_t>(count);
+    if (count == 0) break;
+    if (length == content.size()) content.resize(2 * length);
+  }
+  content.resize(length);
+  return content;
+}
+
+bool WriteWholeFile(const std::string& path, std::string_view content) {
+  const std::string target = FollowLinks(NativePath(path));
+  struct stat status;
+  const bool exists = stat(target.c_str(), &status) == 0;
+  if (target.empty() || (exists && (!S_ISREG(status.st_mode) || (status.st_mode & S_IWUSR) == 0))) return false;
+  const std::string copy = TemporaryNameFor(target);
+  const Descriptor file = OpenTemporary(copy);
+  if (!file.IsOpen()) return false;
+  if (WriteAll(file.Get(), content) && (!exists || fchmod(file.Get(), status.st_mode & 07777) == 0) &&
+      fsync(file.Get()) == 0 && rename(copy.c_str(), target.c_str()) == 0)
+    return FlushToDisk(FolderOf(target));
+  unlink(copy.c_str());
+  return false;
+}
+
+}  // namespace win
