@@ -1,0 +1,65 @@
+#include "support/modfindfile.h"
+
+#include "installs/installlist.h"
+#include "platform/system/findfile.h"
+#include "platform/system/services.h"
+#include "support/runstate.h"
+
+namespace varnik {
+
+namespace {
+
+struct Search {
+  FileSearchParams& params;
+  FileSearchResults& results;
+
+  void AddFile(const std::string& folder, const std::string& name) {
+    ++params.FoundCount;
+    results.resize(static_cast<std::size_t>(params.FoundCount));
+    results.emplace_back().reserve(folder.size() + name.size());
+    results.back().append(folder).append(name);
+  }
+
+  void Walk(win::FolderReader folder, const std::string& path, bool stopAtFirst) {
+    win::DoEvents();
+    for (win::FoundEntry entry; folder.Next(entry);) {
+      if (!entry.isFolder) {
+        if (MatchesPattern(entry.name, params.Pattern, params)) AddFile(path, entry.name);
+      } else if (!entry.name.starts_with('.') && params.Recurse) {
+        Walk(folder.Descend(entry.name), path + entry.name + "\\", false);
+      }
+      ++params.SearchedCount;
+      if (stopAtFirst && params.FoundCount > 0) return;
+    }
+  }
+};
+
+}  // namespace
+
+void FindFiles(const std::string& folder, FileSearchParams& params, FileSearchResults& results, bool stopAtFirst) {
+  if (stopAtFirst && params.FoundCount > 0) return;
+  Search{params, results}.Walk(win::FolderReader(folder), folder, stopAtFirst);
+}
+
+std::string TrimAtNul(const std::string& text) {
+  return text.substr(0, text.find('\0'));
+}
+
+bool MatchesPattern(const std::string& name, const std::string& pattern, const FileSearchParams& params) {
+  return static_cast<std::int32_t>(win::PathMatchSpec(name, pattern)) == params.MatchSense;
+}
+
+std::string FindInSearchDirs(const std::string& fileName, std::size_t firstDir) {
+  if (InstallRoot().empty()) return "";
+  for (std::size_t row = firstDir; row < SearchDirs.size(); ++row) {
+    FileSearchParams params;
+    params.Recurse = true;
+    params.Pattern = fileName;
+    FileSearchResults results(1);
+    FindFiles(InstallRoot() + SearchDirs[row] + "\\", params, results, true);
+    if (params.FoundCount > 0) return results[1];
+  }
+  return "";
+}
+
+}  // namespace varnik
