@@ -1,0 +1,64 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "platform/windowing/button.h"
+#include "platform/windowing/frame.h"
+#include "platform/windowing/label.h"
+#include "platform/windowing/listbox.h"
+#include "platform/windowing/picturebox.h"
+#include "platform/windowing/textbox.h"
+#include "platform/windowing/timer.h"
+#include "support/busywindow.h"
+
+namespace varnik {
+
+// What the map page needs of the window.
+struct MapPageHost {
+  std::function<void(bool bold)> markMaps;  // the node of the map page
+  std::function<std::string()> mapName;     // txtMapFileName of the command-line page
+  std::function<void(const std::string&)> setMapName;
+  std::function<void()> askForMapName;     // brings up the command-line page, with the focus in the box
+  std::function<void()> showSelectedPage;  // the page switch for the tree's selected node
+  BusyWindow busy;
+};
+
+// The map page: the list of a tree node's maps, and the chosen one's text, details and picture.
+class FrmMap {
+ public:
+  FrmMap(win::Container& parent, MapPageHost host);
+
+  void ClearMaps();
+  void LoadMaps(bool rescan);
+
+  // The numbers name the page as the tree does (maplist.h). Loads the catalogue at the first visit.
+  void PopulateMapList(int mapType, int subType);
+
+  // Notes the selected row and starts the timer, which does the work.
+  void lstmap_Click();
+
+  // The box for the map's name on the command-line page has lost the focus.
+  void txtMapFileName_LostFocus();
+
+  // The stand-by picture for a map without one.
+  void SetNoMapPicture(const win::Picture& picture);
+
+  win::Frame frmMap;
+  win::ListBox lstmap;
+  win::Button cmdMapLstRefresh;
+  win::PictureBox imgmap;
+  win::PictureBox imgnomap;  // never shown
+  win::Label lblMapDetails;
+  win::TextBox txtMapDesc;
+  win::Timer tmrMap{10};
+
+ private:
+  void tmrMap_Timer();
+  void cmdMapLstRefresh_Click();
+
+  MapPageHost host_;
+  int PendingMap = -1;  // MapList index of the click not yet shown; -1 none
+};
+
+}  // namespace varnik

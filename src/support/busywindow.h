@@ -1,0 +1,16 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace varnik {
+
+// The busy window as pages reach it: up over the main window, which takes no input meanwhile.
+struct BusyWindow {
+  std::function<void()> begin;  // shows it, disables the main window
+  std::function<void(const std::string& status)> setStatus;
+  std::function<void()> end;  // enables the main window, takes the busy window down
+  std::function<bool()> isUp;
+};
+
+}  // namespace varnik
