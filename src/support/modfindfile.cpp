@@ -9,36 +9,38 @@ namespace varnik {
 
 namespace {
 
-struct Search {
-  FileSearchParams& params;
-  FileSearchResults& results;
-
-  void AddFile(const std::string& folder, const std::string& name) {
-    ++params.FoundCount;
-    results.resize(static_cast<std::size_t>(params.FoundCount));
-    results.emplace_back().reserve(folder.size() + name.size());
-    results.back().append(folder).append(name);
+bool Walk(win::FolderReader folder, const std::string& path, bool recurse, const EntryVisitor& visit) {
+  win::DoEvents();
+  for (win::FoundEntry entry; folder.Next(entry);) {
+    if (entry.isFolder && recurse && !entry.name.starts_with('.') &&
+        !Walk(folder.Descend(entry.name), path + entry.name + "\\", recurse, visit))
+      return false;
+    if (!visit(path, entry)) return false;
   }
+  return true;
+}
 
-  void Walk(win::FolderReader folder, const std::string& path, bool stopAtFirst) {
-    win::DoEvents();
-    for (win::FoundEntry entry; folder.Next(entry);) {
-      if (!entry.isFolder) {
-        if (MatchesPattern(entry.name, params.Pattern, params)) AddFile(path, entry.name);
-      } else if (!entry.name.starts_with('.') && params.Recurse) {
-        Walk(folder.Descend(entry.name), path + entry.name + "\\", false);
-      }
-      ++params.SearchedCount;
-      if (stopAtFirst && params.FoundCount > 0) return;
-    }
-  }
-};
+void AddFile(FileSearchParams& params, FileSearchResults& results, const std::string& folder, const std::string& name) {
+  ++params.FoundCount;
+  results.resize(static_cast<std::size_t>(params.FoundCount));
+  results.emplace_back().reserve(folder.size() + name.size());
+  results.back().append(folder).append(name);
+}
 
 }  // namespace
 
+void VisitEntries(const std::string& folder, bool recurse, const EntryVisitor& visit) {
+  Walk(win::FolderReader(folder), folder, recurse, visit);
+}
+
 void FindFiles(const std::string& folder, FileSearchParams& params, FileSearchResults& results, bool stopAtFirst) {
   if (stopAtFirst && params.FoundCount > 0) return;
-  Search{params, results}.Walk(win::FolderReader(folder), folder, stopAtFirst);
+  VisitEntries(folder, params.Recurse, [&](const std::string& where, const win::FoundEntry& entry) {
+    if (!entry.isFolder && MatchesPattern(entry.name, params.Pattern, params))
+      AddFile(params, results, where, entry.name);
+    ++params.SearchedCount;
+    return !(stopAtFirst && params.FoundCount > 0 && where.size() == folder.size());
+  });
 }
 
 std::string TrimAtNul(const std::string& text) {

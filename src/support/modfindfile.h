@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
+
+#include "platform/system/findfile.h"
 
 namespace varnik {
 
@@ -18,19 +21,26 @@ struct FileSearchParams {
 // Index 0 is unused; valid entries run from 1 to FoundCount, each the folder followed by the file name.
 using FileSearchResults = std::vector<std::string>;
 
-// Adds the files of `folder` (which ends in a separator) whose names match, in the order of the file system. Folders are never
-// listed, and those whose names begin with a dot are never entered. Events are pumped once for each folder. With
-// `stopAtFirst` nothing is done when FoundCount is above 0 already, and the search ends after the entry that gave the first
-// result: when that entry is a folder, all matches below it are added, and the caller uses entry 1.
+// Adds the files of `folder` (which ends in a separator) whose names match, in the order of the file system. Folders
+// are never listed, and those whose names begin with a dot are never entered. Events are pumped once for each folder.
+// With `stopAtFirst` nothing is done when FoundCount is above 0 already, and the search ends after the entry that gave
+// the first result: when that entry is a folder, all matches below it are added, and the caller uses entry 1.
 void FindFiles(const std::string& folder, FileSearchParams& params, FileSearchResults& results, bool stopAtFirst);
+
+// `folder` is that of the entry and ends in a separator. False ends the walk.
+using EntryVisitor = std::function<bool(const std::string& folder, const win::FoundEntry& entry)>;
+
+// Shows every entry of `folder` in the order of FindFiles, a sub-folder after what it holds; for callers who look for
+// many names at once. With `recurse` it enters the folders that FindFiles enters, and pumps events as it does.
+void VisitEntries(const std::string& folder, bool recurse, const EntryVisitor& visit);
 
 // `text` up to its first NUL.
 std::string TrimAtNul(const std::string& text);
 
 bool MatchesPattern(const std::string& name, const std::string& pattern, const FileSearchParams& params);
 
-// Full path of the first file of this name below the install root followed by each entry of SearchDirs from `firstDir` on and a
-// backslash; the first folder with a hit ends the search. Empty when there is none.
+// Full path of the first file of this name below the install root followed by each entry of SearchDirs from `firstDir`
+// on and a backslash; the first folder with a hit ends the search. Empty when there is none.
 std::string FindInSearchDirs(const std::string& fileName, std::size_t firstDir);
 
 }  // namespace varnik
