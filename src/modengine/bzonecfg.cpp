@@ -2,6 +2,7 @@
 
 #include "platform/system/files.h"
 #include "platform/system/services.h"
+#include "platform/system/text.h"
 #include "support/modfileexists.h"
 
 namespace varnik {
@@ -90,6 +91,18 @@ std::string PackEntry(int indent, std::string_view path) {
 }
 std::string FolderEntry(int indent, std::string_view path) {
   return Entry(indent, "AddDirRecurse", path);
+}
+
+std::optional<std::string> FolderOfConfigurationLine(std::string_view line) {
+  constexpr std::string_view kOpening = "adddirrecurse(\"";
+  constexpr std::string_view kClosing = "\");";
+  constexpr std::string_view kRootDir = "@rootdir\\";
+  const std::string text = win::Trim(line.substr(0, line.find("//")));
+  if (!win::StartsWithNoCase(text, kOpening)) return {};
+  std::string folder = win::Trim(text.substr(kOpening.size()));
+  if (folder.ends_with(kClosing)) folder.resize(folder.size() - kClosing.size());
+  if (win::StartsWithNoCase(folder, kRootDir)) folder.erase(0, kRootDir.size());
+  return folder;
 }
 
 void GeneratePackEntry(const std::string& root, const std::string& path) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -23,6 +24,9 @@ extern const std::string_view kGamePacks;
 
 // Closes the stream and makes it the active one.
 extern const std::string_view kConfigurationEnd;
+
+// The folder that a line of any game configuration adds, if it adds one, without `@rootdir\` at its front.
+std::optional<std::string> FolderOfConfigurationLine(std::string_view line);
 
 // Adds an entry to bzonevarnik.cfg below `root`, which it creates with a head when it is missing; a file that is there
 // already, a stale one too, is appended to. `path` is relative to the root.

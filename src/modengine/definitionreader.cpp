@@ -1,6 +1,7 @@
 #include <optional>
 
 #include "installs/installlist.h"
+#include "modengine/bzonecfg.h"
 #include "modengine/catalogue.h"
 #include "modengine/directive.h"
 #include "modengine/includes.h"
@@ -110,19 +111,6 @@ bool BeginAction(Level& level) {
 
 void Rename(Level& level, const Args& args) {
   if (BeginAction(level)) level.pass.entry.Renames.push_back({args[1], args[2], ""});
-}
-
-// The folder that a line of a game configuration adds, if it adds one.
-std::optional<std::string> FolderOfConfigurationLine(const std::string& line) {
-  constexpr std::string_view kOpening = "adddirrecurse(\"";
-  constexpr std::string_view kClosing = "\");";
-  constexpr std::string_view kRootDir = "@rootdir\\";
-  const std::string text = win::Trim(line.substr(0, line.find("//")));
-  if (!win::StartsWithNoCase(text, kOpening)) return {};
-  std::string folder = win::Trim(text.substr(kOpening.size()));
-  if (folder.ends_with(kClosing)) folder.resize(folder.size() - kClosing.size());
-  if (win::StartsWithNoCase(folder, kRootDir)) folder.erase(0, kRootDir.size());
-  return folder;
 }
 
 // A mod that brings its own game configuration owns the folders named in it.
