@@ -7,8 +7,8 @@
 // Mods of the older, line-oriented definition format: marker version 3 or less.
 namespace varnik {
 
-// Reads a definition whose first line has been read from `file` and adds its row to the catalogue; a file that passed line 1 always
-// gets one. `path` may be cut down to its file name.
+// Reads a definition whose first line has been read from `file` and adds its row to the catalogue; a file that passed
+// line 1 always gets one. `path` may be cut down to its file name.
 void LoadLegacyMod(win::LineReader& file, std::string& path);
 
 // False when a line started a program in the game's place: no marker is written then and the game is not to be run.

@@ -1,0 +1,137 @@
+#include "installs/installlist.h"
+#include "legacy/legacy.h"
+#include "legacy/legacyconfig.h"
+#include "legacy/legacyformat.h"
+#include "modengine/crashmarker.h"
+#include "platform/system/process.h"
+
+namespace varnik {
+
+namespace {
+
+struct ActivationPass {
+  LegacyPlaces places{InstallRoot()};
+  LegacyArguments arguments;
+  LegacyConfig config = LegacyConfig::kUndecided;
+  LegacyConfigWriter generated;
+  bool pilotsDone = false;
+  bool savedDone = false;
+  bool tempMade = false;
+  bool execAllowed = true;
+  bool programTookOver = false;
+
+  std::string InRoot(const std::string& name) const { return places.root + name; }
+};
+
+void Exec(ActivationPass& pass, const LegacyLine& line) {
+  if (!pass.execAllowed) return;
+  const std::string program = pass.places.ExpandRootDir(line.Value());
+  win::ShellExecute("\"" + program + "\"");
+  pass.programTookOver = true;
+}
+
+bool Decide(ActivationPass& pass, LegacyConfig config) {
+  if (pass.config != LegacyConfig::kUndecided) return false;
+  pass.config = config;
+  pass.execAllowed = false;
+  return true;
+}
+
+void Dynamic(ActivationPass& pass, const LegacyLine&) {
+  if (Decide(pass, LegacyConfig::kGenerated)) pass.generated.Begin(pass.places.root);
+}
+
+void Predefined(ActivationPass& pass, const LegacyLine& line) {
+  if (!Decide(pass, LegacyConfig::kPredefined)) return;
+  const std::string path = pass.places.ExpandRootDir(line.Value());
+  win::RenameFile(pass.InRoot("bzone.cfg"), pass.InRoot(kSavedConfig));
+  win::RenameFile(path, pass.InRoot("bzone.cfg"));
+}
+
+void NoBzoneCfg(ActivationPass& pass, const LegacyLine&) {
+  Decide(pass, LegacyConfig::kUntouched);
+}
+
+void SwapFolder(ActivationPass& pass, const LegacyLine& line, const std::string& folder, bool& done) {
+  if (done) return;
+  const std::string path = pass.places.ExpandRootDir(line.Value());
+  win::RenameFile(pass.InRoot(folder), pass.InRoot(folder + ".orig"));
+  win::RenameFile(path, pass.InRoot(folder));
+  pass.execAllowed = false;
+  done = true;
+}
+
+void Pilots(ActivationPass& pass, const LegacyLine& line) {
+  SwapFolder(pass, line, "pilots", pass.pilotsDone);
+}
+
+void Saved(ActivationPass& pass, const LegacyLine& line) {
+  SwapFolder(pass, line, "saved", pass.savedDone);
+}
+
+void Pak(ActivationPass& pass, const LegacyLine& line) {
+  if (pass.config != LegacyConfig::kGenerated) return;
+  std::string name = win::Trim(line.Value());
+  if (!win::LowerCase(name).ends_with(".pak")) name += ".pak";
+  pass.generated.AddPack(name);
+}
+
+void Fold(ActivationPass& pass, const LegacyLine& line) {
+  if (pass.config == LegacyConfig::kGenerated) pass.generated.AddFolder(win::Trim(line.Value()));
+}
+
+void MakeTempFolder(ActivationPass& pass) {
+  if (!pass.tempMade) win::MakeFolder(pass.InRoot(kTempFolder));
+  pass.tempMade = true;
+}
+
+// The one change that leaves a later `exec` in force.
+void Replace(ActivationPass& pass, const LegacyLine& line) {
+  MakeTempFolder(pass);
+  pass.places.SplitExpanded(line, pass.arguments);
+  win::RenameFile(pass.arguments.first, pass.places.NextTempName());
+  win::RenameFile(pass.arguments.second, pass.arguments.first);
+}
+
+void Move(ActivationPass& pass, const LegacyLine& line) {
+  pass.places.SplitExpanded(line, pass.arguments);
+  win::RenameFile(pass.arguments.first, pass.arguments.second);
+  pass.execAllowed = false;
+}
+
+void Remove(ActivationPass& pass, const LegacyLine& line) {
+  MakeTempFolder(pass);
+  const std::string path = pass.places.ExpandRootDir(win::Trim(line.Value()));
+  win::RenameFile(path, pass.places.NextTempName());
+  pass.execAllowed = false;
+}
+
+constexpr LegacyDirective<ActivationPass> kDirectives[] = {
+    {"exec ", Exec},
+    {"dynamic", Dynamic},
+    {"predefined ", Predefined},
+    {"nobzonecfg", NoBzoneCfg},
+    {"pilots ", Pilots},
+    {"saved ", Saved},
+    {"pak ", Pak},
+    {"fold ", Fold},
+    {"replace ", Replace},
+    {"move ", Move},
+    {"remove ", Remove},
+};
+
+}  // namespace
+
+bool ActivateLegacyMod(const std::string& definitionFile) {
+  win::LineReader file(definitionFile);
+  if (!file.IsOpen()) return false;
+  ActivationPass pass;
+  while (!file.AtEnd() && !pass.programTookOver)
+    ActOnLegacyLine(kDirectives, pass, ReadLegacyLine(file));
+  if (pass.programTookOver) return false;
+  if (pass.config == LegacyConfig::kGenerated) pass.generated.Finish(pass.places.root);
+  WriteCrashMarker({pass.places.root, definitionFile});
+  return true;
+}
+
+}  // namespace varnik

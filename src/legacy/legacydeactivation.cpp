@@ -1,0 +1,108 @@
+#include "installs/installlist.h"
+#include "legacy/legacy.h"
+#include "legacy/legacyformat.h"
+#include "platform/system/registry.h"
+#include "support/modfileexists.h"
+#include "support/registry.h"
+#include "support/settings.h"
+
+namespace varnik {
+
+namespace {
+
+// The lines are undone from the first to the last, as they were done: parking names go by that count.
+struct UndoPass {
+  std::string root;
+  LegacyPlaces places;
+  LegacyArguments arguments{};
+  LegacyConfig config = LegacyConfig::kUndecided;
+  bool pilotsDone = false;
+  bool savedDone = false;
+
+  std::string InRoot(const std::string& name) const { return root + name; }
+};
+
+// Without the saved configuration there is nothing to put back, and a later line may still be the one that saved it.
+bool TakeSavedConfig(UndoPass& pass, LegacyConfig config) {
+  if (pass.config != LegacyConfig::kUndecided || !FileExists(pass.InRoot(kSavedConfig))) return false;
+  pass.config = config;
+  return true;
+}
+
+void RestoreConfig(const UndoPass& pass) {
+  win::RenameFile(pass.InRoot(kSavedConfig), pass.InRoot("bzone.cfg"));
+}
+
+void Dynamic(UndoPass& pass, const LegacyLine&) {
+  if (!TakeSavedConfig(pass, LegacyConfig::kGenerated)) return;
+  win::DeleteFiles(pass.InRoot("bzone.cfg"));
+  RestoreConfig(pass);
+}
+
+void Predefined(UndoPass& pass, const LegacyLine& line) {
+  if (!TakeSavedConfig(pass, LegacyConfig::kPredefined)) return;
+  const std::string path = pass.places.ExpandRootDir(line.Value());
+  win::RenameFile(pass.InRoot("bzone.cfg"), path);
+  RestoreConfig(pass);
+}
+
+void NoBzoneCfg(UndoPass& pass, const LegacyLine&) {
+  if (pass.config == LegacyConfig::kUndecided) pass.config = LegacyConfig::kUntouched;
+}
+
+void SwapBack(UndoPass& pass, const LegacyLine& line, const std::string& folder, bool& done) {
+  if (done) return;
+  const std::string path = pass.places.ExpandRootDir(line.Value());
+  win::RenameFile(pass.InRoot(folder), path);
+  win::RenameFile(pass.InRoot(folder + ".orig"), pass.InRoot(folder));
+  done = true;
+}
+
+void Pilots(UndoPass& pass, const LegacyLine& line) {
+  SwapBack(pass, line, "pilots", pass.pilotsDone);
+}
+
+void Saved(UndoPass& pass, const LegacyLine& line) {
+  SwapBack(pass, line, "saved", pass.savedDone);
+}
+
+void Replace(UndoPass& pass, const LegacyLine& line) {
+  pass.places.SplitExpanded(line, pass.arguments);
+  win::RenameFile(pass.arguments.first, pass.arguments.second);
+  win::RenameFile(pass.places.NextTempName(), pass.arguments.first);
+}
+
+void Move(UndoPass& pass, const LegacyLine& line) {
+  pass.places.SplitExpanded(line, pass.arguments);
+  win::RenameFile(pass.arguments.second, pass.arguments.first);
+}
+
+void Remove(UndoPass& pass, const LegacyLine& line) {
+  const std::string path = pass.places.ExpandRootDir(win::Trim(line.Value()));
+  win::RenameFile(pass.places.NextTempName(), path);
+}
+
+// `exec`, `pak` and `fold` leave nothing behind.
+constexpr LegacyDirective<UndoPass> kDirectives[] = {
+    {"dynamic", Dynamic}, {"predefined ", Predefined}, {"nobzonecfg", NoBzoneCfg},
+    {"pilots ", Pilots},  {"saved ", Saved},           {"replace ", Replace},
+    {"move ", Move},      {"remove ", Remove},
+};
+
+}  // namespace
+
+void DeactivateLegacyMod(const std::string& definitionFile, const std::string& root) {
+  win::LineReader file(definitionFile);
+  if (!file.IsOpen()) return;  // nothing is undone, so the marker stays for the next start
+  // Recovery at a start has no install selected; the interrupted run had this one.
+  const std::string selected = InstallRoot();
+  UndoPass pass{root, {selected.empty() ? root : selected}};
+  while (!file.AtEnd())
+    ActOnLegacyLine(kDirectives, pass, ReadLegacyLine(file));
+  // The folder goes while the marker still stands: a kill in between leaves nothing behind that a start would not find.
+  win::RemoveFolder(pass.InRoot(kTempFolder));
+  Forget(kCrashSection);
+  RegRemoveValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue);
+}
+
+}  // namespace varnik

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "platform/system/files.h"
+#include "platform/system/text.h"
+
+// What the three passes over a legacy definition have in common: how a line is read, and what its paths mean.
+namespace varnik {
+
+// One line without what follows the first `//`, and without outer blanks.
+struct LegacyLine {
+  std::string text;
+  std::size_t keywordLength = 0;  // of the directive that it was found to be
+
+  std::string Value() const { return text.substr(keywordLength); }
+};
+
+LegacyLine ReadLegacyLine(win::LineReader& file);
+
+// A directive's keyword stands at the front of its line, whatever its case, with its blank where it has one. Empty
+// lines and `;` comments begin with no keyword, so they need no test of their own.
+template <typename Walk>
+struct LegacyDirective {
+  const char* keyword;
+  void (*act)(Walk& walk, const LegacyLine& line);
+};
+
+template <typename Walk, std::size_t N>
+void ActOnLegacyLine(const LegacyDirective<Walk> (&directives)[N], Walk& walk, LegacyLine line) {
+  for (const LegacyDirective<Walk>& directive : directives) {
+    if (!win::StartsWithNoCase(line.text, directive.keyword)) continue;
+    line.keywordLength = std::string_view(directive.keyword).size();
+    directive.act(walk, line);
+    return;
+  }
+}
+
+// The two arguments of `replace` and `move`. They live as long as the walk, since a line without a comma keeps the
+// first one of the line before, and takes its own whole text, keyword included, as the second.
+struct LegacyArguments {
+  std::string first;
+  std::string second;
+
+  void Split(const LegacyLine& line);
+};
+
+// Where the game's core configuration of a mod comes from; the first line that says so counts.
+enum class LegacyConfig { kUndecided, kGenerated, kPredefined, kUntouched };
+
+// The install that a walk works on, and the numbers of its parking names.
+struct LegacyPlaces {
+  std::string root;  // ends in a separator
+  std::int16_t LegacyTempCounter = 1;
+
+  // A free name in `tempstuff\`, by count of the lines that take one. The count stands still at the last 16-bit number.
+  std::string NextTempName();
+
+  // `@rootdir\` or `@rootdir/` at the front becomes the root; any other path is left relative to the working folder.
+  std::string ExpandRootDir(std::string path) const;
+
+  // The next two arguments, both expanded.
+  void SplitExpanded(const LegacyLine& line, LegacyArguments& arguments) const;
+};
+
+// True when `path` begins with `@rootdir\` or `@rootdir/`, whatever the case.
+bool HasRootDir(const std::string& path);
+constexpr std::size_t kRootDirLength = 9;
+
+constexpr char kSavedConfig[] = "bzone.tmp.old";  // the game's own bzone.cfg while the mod's is in its place
+constexpr char kTempFolder[] = "tempstuff";
+
+}  // namespace varnik
