@@ -8,7 +8,7 @@
 namespace varnik {
 
 struct OptionEntry {
-  std::string text;             // what goes on the command line
+  std::string text;  // what goes on the command line
   bool hasSubParam = false;
   std::string subParam = "None";  // given to the game behind the text; may be empty
   bool ticked = false;
@@ -29,7 +29,8 @@ struct LineParts {
   bool edit = false;    // the /edit box
 };
 
-// The line for the game. Without `keepEditSwitches`, and without a map, no map goes on it and the edit switches are cut out.
+// The line for the game. Without `keepEditSwitches`, and without a map, no map goes on it and the edit switches are cut
+// out.
 std::string BuildCommandLine(const LineParts& parts, bool keepEditSwitches);
 
 }  // namespace varnik
