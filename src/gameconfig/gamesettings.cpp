@@ -1,0 +1,110 @@
+#include "gameconfig/gamesettings.h"
+
+#include "installs/installlist.h"
+#include "platform/system/files.h"
+#include "platform/system/text.h"
+#include "support/ini_sm.h"
+#include "support/modfindfile.h"
+
+namespace varnik {
+
+const std::array<CraftView, 4> kCraftViews = {{
+    {"1.2 Default", -1},
+    {"Cockpit(Shift+F1)", 0},
+    {"Forward(Shift+F2)", 1},
+    {"Chase(Shift+F3)!", 2},
+}};
+
+namespace {
+
+struct FlagKey {
+  const char* key;
+  bool UserPrefs::*field;
+};
+
+struct ViewKey {
+  const char* key;
+  int UserPrefs::*field;
+};
+
+struct TextKey {
+  const char* key;
+  std::string UserPrefs::*field;
+  const char* fallback;
+};
+
+constexpr FlagKey kFlags[] = {{"ShowFPS", &UserPrefs::showFps}, {"VSyncOn", &UserPrefs::vsyncOn}};
+
+constexpr ViewKey kViews[] = {
+    {"HovercraftForceView", &UserPrefs::hovercraftView},
+    {"PersonForceView", &UserPrefs::personView},
+    {"TrackedForceView", &UserPrefs::trackedView},
+    {"WalkerForceView", &UserPrefs::walkerView},
+};
+
+constexpr TextKey kTexts[] = {
+    {"IRCAlternateNick", &UserPrefs::ircAlternateNick, ""},
+    {"IRCUserID", &UserPrefs::ircUserId, "player"},
+    {"IRCFullName", &UserPrefs::ircFullName, "Battlezone II Player"},
+};
+
+constexpr char kGamePrefs[] = "gameprefs.ini";
+constexpr char kSection[] = "UserPrefs";
+
+std::string RenderFile() {
+  return InstallRoot() + "render.cfg";
+}
+
+void RemoveReadOnly(const std::string& file) {
+  const unsigned attributes = win::GetAttributes(file).value_or(0);
+  if (attributes & win::kAttributeReadOnly) win::SetAttributes(file, attributes & ~win::kAttributeReadOnly);
+}
+
+bool IsCraftView(int row) {
+  return row >= 0 && row < static_cast<int>(kCraftViews.size());
+}
+
+int CraftViewRow(const std::string& value) {
+  const int row = win::RoundToInt16(win::LeadingNumber(value) + 1).value_or(kNoCraftView);
+  return IsCraftView(row) ? row : kNoCraftView;
+}
+
+}  // namespace
+
+bool ReadDarkPlants() {
+  return win::LeadingNumber(ReadIniValue("Render", "darkPlants", RenderFile(), "1")) != 0;
+}
+
+void ApplyDarkPlants(bool dark) {
+  if (InstallRoot().empty()) return;
+  RemoveReadOnly(RenderFile());
+  WriteIniValue("Render", "darkPlants", dark ? "1" : "0", RenderFile());
+}
+
+std::optional<UserPrefs> ReadUserPrefs() {
+  const std::string file = FindInSearchDirs(kGamePrefs, 1);
+  if (file.empty()) return std::nullopt;
+  UserPrefs prefs;
+  for (const FlagKey& flag : kFlags)
+    prefs.*flag.field = win::EqualNoCase(ReadIniValue(kSection, flag.key, file, "false"), "true");
+  for (const ViewKey& view : kViews)
+    prefs.*view.field = CraftViewRow(ReadIniValue(kSection, view.key, file, "-1"));
+  for (const TextKey& text : kTexts)
+    prefs.*text.field = ReadIniValue(kSection, text.key, file, text.fallback);
+  return prefs;
+}
+
+void ApplyUserPrefs(const UserPrefs& prefs) {
+  const std::string file = FindInSearchDirs(kGamePrefs, 0);
+  if (file.empty()) return;
+  RemoveReadOnly(file);
+  for (const FlagKey& flag : kFlags)
+    WriteIniValue(kSection, flag.key, prefs.*flag.field ? "true" : "false", file);
+  for (const ViewKey& view : kViews)
+    if (IsCraftView(prefs.*view.field))
+      WriteIniValue(kSection, view.key, std::to_string(kCraftViews[prefs.*view.field].value), file);
+  for (const TextKey& text : kTexts)
+    WriteIniValue(kSection, text.key, prefs.*text.field, file);
+}
+
+}  // namespace varnik

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+// The settings in the game's own files that the pages edit, for the selected install. A failed write is silent; it
+// leaves the file as it was.
+namespace varnik {
+
+// `render.cfg` in the install root. Ground under trees is darkened: 0 is no, any other number yes, and a missing key
+// yes.
+bool ReadDarkPlants();
+
+// Removes a read-only attribute; creates the file when it is missing.
+void ApplyDarkPlants(bool dark);
+
+// A row of a list of views as the pages offer it; the file holds `value`.
+struct CraftView {
+  const char* text;
+  std::int16_t value;
+};
+extern const std::array<CraftView, 4> kCraftViews;
+
+constexpr int kNoCraftView =
+    -1;  // the file holds a number that the list does not have; applying it leaves the key alone
+
+// Section UserPrefs of `gameprefs.ini`, which the game has from version 1.3 on.
+struct UserPrefs {
+  bool showFps = false;
+  bool vsyncOn = false;
+  // Rows of kCraftViews.
+  int hovercraftView = 0;
+  int personView = 0;
+  int trackedView = 0;
+  int walkerView = 0;
+  std::string ircAlternateNick;
+  std::string ircUserId;
+  std::string ircFullName;
+};
+
+// From the first gameprefs.ini below the folders of SearchDirs; nothing when there is none.
+[[nodiscard]] std::optional<UserPrefs> ReadUserPrefs();
+
+// To the first one found when the whole install is looked through ahead of the folders of SearchDirs, so perhaps not to
+// the file that was read. Removes its read-only attribute.
+void ApplyUserPrefs(const UserPrefs& prefs);
+
+}  // namespace varnik
