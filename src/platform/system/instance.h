@@ -4,8 +4,8 @@
 #include <memory>
 #include <string>
 
-// One instance per user and display. The claim dies with the process that holds it, so a killed instance leaves nothing behind
-// that could be mistaken for a running one, and of two starts at the same moment exactly one wins.
+// One instance per user and display. The claim dies with the process that holds it, so a killed instance leaves nothing
+// behind that could be mistaken for a running one, and of two starts at the same moment exactly one wins.
 namespace win {
 
 class Instance {
@@ -19,7 +19,8 @@ class Instance {
   // True while another process holds the place. Tries to claim it again when that process has gone.
   bool OtherIsRunning();
 
-  // Asks the other instance to close, as the close box of its window does. Does nothing when there is none.
+  // Asks the other instance to close, as the close box of its window does, and does not wait for it. Does nothing when
+  // there is none.
   void CloseOther();
 
   // Called from DoEvents, or the event loop, when another process asks this one to close.
@@ -34,8 +35,8 @@ class Instance {
   std::unique_ptr<State> state_;
 };
 
-// Held while the game's files are being changed or the game runs, in whichever program of ours. Free again when its holder
-// dies.
+// Held while the game's files are being changed or the game runs, in whichever program of ours. Free again when its
+// holder dies.
 class ExclusiveLock {
  public:
   // `name` names the lock within the user's configuration folder.
@@ -44,7 +45,8 @@ class ExclusiveLock {
   ExclusiveLock(const ExclusiveLock&) = delete;
   ExclusiveLock& operator=(const ExclusiveLock&) = delete;
 
-  // False when another process holds it. Holding it already counts as success.
+  // False when another process holds it. Holding it already counts as success; so does a file that cannot be made,
+  // which is said on standard error and holds nothing.
   [[nodiscard]] bool TryAcquire();
   void Release();
   bool IsHeld() const;
