@@ -4,17 +4,20 @@
 #include <string>
 #include <string_view>
 
-// Profile (INI) files, one key at a time, as the Windows calls of these names treat them: sections and keys match without
-// regard to case, the first section and the first key of a name count, and an edit touches the one line that it concerns.
+// Profile (INI) files, one key at a time, as the Windows calls of these names treat them: sections and keys match
+// without regard to case, the first section and the first key of a name count, and an edit touches the one line that it
+// concerns.
 namespace win {
 
-// `size` is the caller's buffer in bytes: at most size - 1 bytes come back. `fallback` when the file, section or key is missing.
+// `size` is the caller's buffer in bytes: at most size - 1 bytes come back. `fallback` when the file, section or key is
+// missing.
 std::string GetPrivateProfileString(std::string_view section, std::string_view key, std::string_view fallback,
                                     std::size_t size, const std::string& file);
 
-// No value deletes the key; no key deletes the section. The file is edited in place and replaced as a whole: on failure
-// (a missing folder, a read-only file, a full disk) it is as it was. Creates a file that is missing in a folder that exists.
-bool WritePrivateProfileString(std::string_view section, std::optional<std::string_view> key,
+// No value deletes the key; no key deletes the section; no section does nothing and fails. The file is edited in place
+// and replaced as a whole: on failure (a missing folder, a read-only file, a full disk) it is as it was. Creates a file
+// that is missing in a folder that exists.
+bool WritePrivateProfileString(std::optional<std::string_view> section, std::optional<std::string_view> key,
                                std::optional<std::string_view> value, const std::string& file);
 
 }  // namespace win
