@@ -1,6 +1,7 @@
 #include "platform/system/jsonstore.h"
 
 #include "platform/system/files.h"
+#include "platform/system/nativefile.h"
 #include "platform/system/paths.h"
 #include "platform/system/program.h"
 #include "platform/system/text.h"
@@ -14,7 +15,6 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
-#include <cstring>
 #include <set>
 #include <thread>
 
@@ -27,20 +27,6 @@ constexpr int kObjectLevels = 3;
 constexpr auto kLockPatience = std::chrono::seconds(5);
 
 enum class Content { kMissing, kRead, kUnreadable };
-
-class Descriptor {
- public:
-  explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
-  ~Descriptor() {
-    if (descriptor_ >= 0) close(descriptor_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int Get() const { return descriptor_; }
-
- private:
-  int descriptor_;
-};
 
 // Serialises read-modify-write between processes. A side file, since the store itself is replaced by each write.
 class StoreLock {
@@ -68,25 +54,21 @@ void SayOnce(const std::string& message) {
 }
 
 Content ReadBytes(const std::string& path, std::string& bytes) {
-  // Not blocking, since a named pipe in the store's place would wait for a writer.
-  const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  if (file.Get() < 0) return errno == ENOENT ? Content::kMissing : Content::kUnreadable;
+  const Descriptor file = OpenForReading(path);
   struct stat status;
+  if (!file.IsOpen())
+    return access(path.c_str(), F_OK) != 0 && errno == ENOENT ? Content::kMissing : Content::kUnreadable;
   if (fstat(file.Get(), &status) != 0) return Content::kUnreadable;
-  errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
-  if (!S_ISREG(status.st_mode)) return Content::kUnreadable;
   // One byte more than allowed is enough to see that a store is too big.
-  bytes.resize(std::min<std::size_t>(static_cast<std::size_t>(status.st_size), kMaxBytes) + 1);
+  bytes.resize(std::min(static_cast<std::size_t>(status.st_size), kMaxBytes) + 1);
   std::size_t filled = 0;
-  while (filled < bytes.size()) {
-    const ssize_t count = read(file.Get(), bytes.data() + filled, bytes.size() - filled);
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return Content::kUnreadable;
-    if (count == 0) break;
-    filled += static_cast<std::size_t>(count);
+  ssize_t count = 1;
+  while (count > 0 && filled < bytes.size()) {
+    count = ReadSome(file.Get(), bytes.data() + filled, bytes.size() - filled);
+    if (count > 0) filled += static_cast<std::size_t>(count);
   }
   bytes.resize(filled);
-  return Content::kRead;
+  return count < 0 ? Content::kUnreadable : Content::kRead;
 }
 
 bool NestsTooDeep(std::string_view json) {
@@ -166,7 +148,7 @@ std::string JsonStore::Path() const {
 JsonStore::Load JsonStore::Reload() {
   std::string bytes;
   const Content content = ReadBytes(Path(), bytes);
-  if (content == Content::kUnreadable) SayOnce(Path() + " cannot be read: " + std::strerror(errno));
+  if (content == Content::kUnreadable) SayOnce(Path() + " is there and cannot be read; nothing is stored");
   if (content != Content::kRead) bytes.clear();
   if (!bytes.empty() && bytes == bytes_) return Load::kDone;
   Json tree = content == Content::kRead ? ParseStore(bytes) : Json::object();
