@@ -1,0 +1,134 @@
+#include "platform/system/registry.h"
+
+#include "platform/system/program.h"
+#include "tests/harness/sandbox.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <regex>
+
+namespace {
+
+using namespace std::string_literals;
+
+constexpr char kRun[] = "Software\\Microsoft\\Windows\\CurrentVersion\\Run";
+constexpr char kRunOnce[] = "Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce";
+constexpr char kSystemTool[] = "SOFTWARE\\Microsoft\\Shared Tools\\MSINFO";
+
+class Registry : public testing::Test {
+ protected:
+  test::Sandbox sandbox_;
+  const std::filesystem::path entries_ = sandbox_.Home() / "config" / "autostart";
+
+  win::RegistryHandle Open(const std::string& path) {
+    win::RegistryHandle key = 99;
+    const long status = win::RegOpenKeyEx(win::kHkeyLocalMachine, path, 0, 0x3F, key);
+    EXPECT_EQ(status == win::kErrorSuccess, key != 0);
+    return key;
+  }
+  std::string Query(win::RegistryHandle key, const std::string& name) {
+    std::uint32_t type = 0;
+    std::string data;
+    const long status = win::RegQueryValueEx(key, name, type, data);
+    return status == win::kErrorSuccess ? std::to_string(type) + ":" + data : "status " + std::to_string(status);
+  }
+};
+
+TEST_F(Registry, HasTheThreeKeysAndNoOther) {
+  EXPECT_TRUE(Open(kRun));
+  EXPECT_TRUE(Open("SOFTWARE\\microsoft\\WINDOWS\\CurrentVersion\\runonce"));
+  EXPECT_TRUE(Open("SOFTWARE\\Microsoft\\Internet Explorer\\AboutURLs"));
+  EXPECT_FALSE(Open("Software\\Microsoft\\Windows\\CurrentVersion"));
+  EXPECT_FALSE(Open("Software\\Varnik"));
+  win::RegistryHandle key = 99;
+  EXPECT_EQ(win::RegOpenKeyEx(0x80000001, kRun, 0, 0x3F, key), win::kErrorFileNotFound);
+  EXPECT_EQ(key, 0u);
+  EXPECT_EQ(win::RegSetValueEx(0, "n", win::kRegSz, "v"), win::kErrorInvalidHandle);
+  EXPECT_EQ(Query(0, "n"), "status 6");
+  EXPECT_EQ(win::RegDeleteValue(0, "n"), win::kErrorInvalidHandle);
+  EXPECT_EQ(win::RegCloseKey(0), win::kErrorInvalidHandle);
+}
+
+TEST_F(Registry, KeepsTypeAndRawData) {
+  const auto key = Open("SOFTWARE\\Microsoft\\Internet Explorer\\AboutURLs");
+  EXPECT_EQ(win::RegSetValueEx(key, "Name", win::kRegSz, "text\0"s), win::kErrorSuccess);
+  EXPECT_EQ(win::RegSetValueEx(key, "Raw", win::kRegBinary, "\xFF\0\x80"s), win::kErrorSuccess);
+  EXPECT_EQ(Query(key, "nAME"), "1:text\0"s);
+  EXPECT_EQ(Query(key, "Raw"), "3:\xFF\0\x80"s);
+  EXPECT_EQ(win::RegDeleteValue(key, "NAME"), win::kErrorSuccess);
+  EXPECT_EQ(Query(key, "Name"), "status 2");
+  EXPECT_EQ(win::RegDeleteValue(key, "Name"), win::kErrorFileNotFound);
+  EXPECT_FALSE(std::filesystem::exists(entries_ / "raw.desktop"));
+}
+
+// Starts an entry as a desktop does: undo the escapes of entry texts and of field codes, then split as a shell would.
+void StartEntry(const std::filesystem::path& entry) {
+  std::smatch match;
+  const std::string content = test::ReadFile(entry);
+  ASSERT_TRUE(std::regex_search(content, match, std::regex("\nExec=(.*)\n"))) << content;
+  std::string command = std::regex_replace(match[1].str(), std::regex(R"(\\\\)"), "\\");
+  command = std::regex_replace(command, std::regex("%%"), "%");
+  ASSERT_EQ(std::system(("env -u VARNIK_HOME " + command).c_str()), 0) << command;
+}
+
+TEST_F(Registry, EntriesStartTheProgramWithTheSwitch) {
+  for (const char* name : {"plain", "a b", "$HOME", "100%d", "it's", "q\"q", "`id`", "back\\slash", "x=y"}) {
+    SCOPED_TRACE(name);
+    const auto folder = sandbox_.Home() / name;
+    const auto program = folder / "varnik";
+    const auto home = (folder / "app").string();
+    test::WriteFile(program, "#!/bin/sh\nprintf '%s|' \"$VARNIK_HOME\" \"$VARNIK_RUNONCE\" \"$@\" > \"$SEEN\"\n");
+    std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+    setenv("VARNIK_HOME", home.c_str(), 1);
+    setenv("SEEN", (folder / "seen").c_str(), 1);
+    win::SetProgram({"varnik", "Varnik", program.string()});
+    win::RegSetValueEx(Open(kRun), "Varnik Autoload", win::kRegSz, "\"C:\\some path\\varnik.exe\" /boot\0"s);
+    StartEntry(entries_ / "varnik-autoload.desktop");
+    EXPECT_EQ(test::ReadFile(folder / "seen"), home + "||/boot|");
+    win::RegSetValueEx(Open(kRunOnce), "Varnik Crash Recovery", win::kRegSz, "varnik.exe /crash /x\0"s);
+    StartEntry(entries_ / "varnik-crash-recovery.desktop");
+    EXPECT_EQ(test::ReadFile(folder / "seen"), home + "|Varnik Crash Recovery|/crash|/x|");
+  }
+}
+
+TEST_F(Registry, EntriesGoWithTheirValues) {
+  const auto entry = entries_ / "once.desktop";
+  const auto key = Open(kRunOnce);
+  win::RegSetValueEx(key, "Once", win::kRegSz, "varnik.exe /crash\0"s);
+  win::RegSetValueEx(key, "Other", win::kRegSz, "varnik.exe /crash\0"s);
+  win::ConsumeRunOnce();
+  EXPECT_TRUE(std::filesystem::exists(entry));
+  setenv("VARNIK_RUNONCE", "Once", 1);
+  win::ConsumeRunOnce();
+  EXPECT_FALSE(std::filesystem::exists(entry));
+  EXPECT_EQ(Query(key, "Once"), "status 2");
+  EXPECT_EQ(std::getenv("VARNIK_RUNONCE"), nullptr);
+  EXPECT_TRUE(std::filesystem::exists(entries_ / "other.desktop"));
+  // The record may be lost, the entry goes all the same.
+  std::filesystem::remove(sandbox_.Home() / "config" / "varnik" / "registry.json");
+  win::RegDeleteValue(key, "Other");
+  EXPECT_FALSE(std::filesystem::exists(entries_ / "other.desktop"));
+}
+
+TEST_F(Registry, AValueThatCannotBeStoredLeavesNoEntry) {
+  std::filesystem::create_directories(sandbox_.Home() / "config" / "varnik" / "registry.json" / "folder");
+  EXPECT_EQ(win::RegSetValueEx(Open(kRun), "Name", win::kRegSz, "varnik.exe /boot\0"s), win::kErrorAccessDenied);
+  EXPECT_FALSE(std::filesystem::exists(entries_ / "name.desktop"));
+}
+
+TEST_F(Registry, TellsTheSystemInformationToolInPath) {
+  const std::string before = std::getenv("PATH");
+  const auto tool = sandbox_.Home() / "bin" / "hardinfo";
+  setenv("PATH", tool.parent_path().c_str(), 1);
+  EXPECT_FALSE(Open(kSystemTool));
+  test::WriteFile(tool, "");
+  EXPECT_FALSE(Open(kSystemTool));
+  std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
+  const auto key = Open(kSystemTool);
+  EXPECT_EQ(Query(key, "path"), "1:" + tool.string() + '\0');
+  EXPECT_EQ(win::RegSetValueEx(key, "PATH", win::kRegSz, "x"), win::kErrorAccessDenied);
+  setenv("PATH", before.c_str(), 1);
+}
+
+}  // namespace
