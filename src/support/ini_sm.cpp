@@ -1,13 +1,12 @@
 #include "support/ini_sm.h"
 
-#include "platform/system/profile.h"
 #include "platform/system/services.h"
 #include "platform/system/text.h"
 
 namespace varnik {
 namespace {
 
-constexpr std::size_t kBufferSize = 255;
+constexpr std::size_t kLongestValue = 254;
 
 // In this order, so that a `//` inside quotes cuts too, and a blank ahead of the closing quote stays.
 std::string CleanValue(std::string text) {
@@ -23,9 +22,14 @@ std::string CleanValue(std::string text) {
 
 std::string ReadIniValue(const std::string& section, const std::string& key, const std::string& file,
                          const std::string& fallback) {
-  const std::string raw = win::GetPrivateProfileString(section, key, "", kBufferSize, file);
+  return ReadIniValue(section, key, win::ProfileFile(file), fallback);
+}
+
+std::string ReadIniValue(const std::string& section, const std::string& key, const win::ProfileFile& file,
+                         const std::string& fallback) {
+  const std::string_view raw = file.Find(section, key).value_or("").substr(0, kLongestValue);
   win::DoEvents();
-  const std::string value = CleanValue(raw);
+  const std::string value = CleanValue(std::string(raw));
   return win::Trim(value).empty() ? fallback : value;
 }
 

@@ -156,16 +156,6 @@ std::string_view Unquoted(std::string_view value) {
   return quoted ? value.substr(1, value.size() - 2) : value;
 }
 
-std::optional<std::string_view> FindValue(std::string_view characters, std::string_view section, std::string_view key) {
-  Line line;
-  while (NextLine(characters, line) && !OpensSection(line, section)) {
-  }
-  if (!OpensSection(line, section)) return std::nullopt;
-  while (NextLine(characters, line) && line.kind != LineKind::kSection)
-    if (line.value && EqualNoCase(line.name, key)) return Unquoted(*line.value);
-  return std::nullopt;
-}
-
 // The lines of one section that an edit needs.
 struct SectionLines {
   Line header;
@@ -245,11 +235,47 @@ std::string Apply(const std::string& bytes, const ProfileText& text, const std::
 
 }  // namespace
 
+// The first lines are taken apart once, and what stands behind them again at each search, so that a huge file costs no
+// more than its size.
+struct ProfileFile::State {
+  ProfileText text;
+  std::string_view characters;
+  std::vector<Line> firstLines;
+};
+
+ProfileFile::ProfileFile(const std::string& file) : state_(std::make_unique<State>()) {
+  constexpr std::size_t kMostLines = 256;
+  state_->text = Decode(ReadWholeFile(file).value_or(""));
+  state_->characters = std::string_view(state_->text.characters).substr(0, TextEnd(state_->text.characters));
+  Line line;
+  while (state_->firstLines.size() < kMostLines && NextLine(state_->characters, line))
+    state_->firstLines.push_back(line);
+}
+
+ProfileFile::~ProfileFile() = default;
+
+std::optional<std::string_view> ProfileFile::Find(std::string_view section, std::string_view key) const {
+  const std::string_view wantedSection = TrimGiven(section);
+  const std::string_view wantedKey = TrimGiven(key);
+  std::size_t known = 0;
+  Line behind;
+  const auto next = [&]() -> const Line* {
+    if (known < state_->firstLines.size()) return &state_->firstLines[known++];
+    if (known != 0) behind.next = std::max(behind.next, state_->firstLines.back().next);
+    return NextLine(state_->characters, behind) ? &behind : nullptr;
+  };
+  const Line* line = next();
+  while (line && !OpensSection(*line, wantedSection))
+    line = next();
+  while (line && (line = next()) && line->kind != LineKind::kSection)
+    if (line->value && EqualNoCase(line->name, wantedKey)) return Unquoted(*line->value);
+  return std::nullopt;
+}
+
 std::string GetPrivateProfileString(std::string_view section, std::string_view key, std::string_view fallback,
                                     std::size_t size, const std::string& file) {
-  const ProfileText text = Decode(ReadWholeFile(file).value_or(""));
-  const std::string_view characters = std::string_view(text.characters).substr(0, TextEnd(text.characters));
-  const std::string_view value = FindValue(characters, TrimGiven(section), TrimGiven(key)).value_or(fallback);
+  const ProfileFile profile(file);
+  const std::string_view value = profile.Find(section, key).value_or(fallback);
   return std::string(value.substr(0, size ? size - 1 : 0));
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,6 +14,23 @@ namespace win {
 // missing.
 std::string GetPrivateProfileString(std::string_view section, std::string_view key, std::string_view fallback,
                                     std::size_t size, const std::string& file);
+
+// A file read once, for callers that ask for several of its keys. Each answer is the one that GetPrivateProfileString
+// gives for the content as it was then. A file that cannot be read has no keys.
+class ProfileFile {
+ public:
+  explicit ProfileFile(const std::string& file);
+  ~ProfileFile();
+  ProfileFile(const ProfileFile&) = delete;
+  ProfileFile& operator=(const ProfileFile&) = delete;
+
+  // Valid as long as this object. Nothing when the section or the key is missing.
+  std::optional<std::string_view> Find(std::string_view section, std::string_view key) const;
+
+ private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
 
 // No value deletes the key; no key deletes the section; no section does nothing and fails. The file is edited in place
 // and replaced as a whole: on failure (a missing folder, a read-only file, a full disk) it is as it was. Creates a file
