@@ -4,8 +4,9 @@
 #include <string>
 
 // Starting programs, Windows programs included. A program that this system can start is started as it is. A Windows
-// program (its first bytes are `MZ`) goes through a runner: `VARNIK_RUNNER`, else the line `Runner=` of `platform.ini` in the
-// configuration folder, else `wine`; when it lies inside a Wine prefix, WINEPREFIX names that prefix for the child.
+// program (its first bytes are `MZ`) goes through a runner: `VARNIK_RUNNER`, else the line `Runner=` of `platform.ini`
+// in the configuration folder, else `wine`; when it lies inside a Wine prefix, WINEPREFIX names that prefix for the
+// child.
 namespace win {
 
 constexpr unsigned kNormalPriorityClass = 32;
@@ -24,7 +25,8 @@ class Process {
 
   bool Started() const;
 
-  // kEnded when the program and its whole session have ended; kFailed at once for a failed start. Sleeps while it waits.
+  // kEnded when the program and its whole session have ended; kFailed at once for a failed start. Sleeps while it
+  // waits.
   WaitResult Wait(int milliseconds);
 
   // Exit status of the program itself once it has ended; 128 plus the signal for one that was killed; -1 before.
@@ -36,12 +38,14 @@ class Process {
   std::unique_ptr<State> state_;
 };
 
-// `commandLine` begins with the program, in double quotes when it holds blanks; what follows reaches a Windows program byte
-// for byte, and a native one split by the rules of Windows' C runtime. `folder` is a Windows path; a missing one fails the start.
+// `commandLine` begins with the program, in double quotes when it holds blanks; what follows reaches a Windows program
+// byte for byte, and a native one split by the rules of Windows' C runtime. `folder` is a Windows path; a missing one
+// fails the start.
 Process CreateProcess(const std::string& commandLine, unsigned creationFlags, const std::string& folder);
 
-// Starts a program and does not wait: it outlives this one. `commandLine` as above; an unquoted path that names an existing file is
-// taken whole, blanks included. The child starts in `folder`, or in the program's own folder when that is empty.
+// Starts a program and does not wait: it outlives this one. `commandLine` as above; an unquoted path that names an
+// existing file is taken whole, blanks included. The child starts in `folder`, or in the program's own folder when that
+// is empty.
 bool ShellExecute(const std::string& commandLine, const std::string& folder = "");
 
 }  // namespace win

@@ -1,0 +1,160 @@
+#include "platform/system/launch.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
+#include <string_view>
+#include <system_error>
+
+#include "platform/system/argumentlist.h"
+#include "platform/system/files.h"
+#include "platform/system/nativefile.h"
+#include "platform/system/paths.h"
+#include "platform/system/program.h"
+#include "platform/system/text.h"
+
+namespace win {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string Variable(const std::string& name) {
+  const char* value = std::getenv(name.c_str());
+  return value ? value : "";
+}
+
+std::string VariableName(const char* suffix) {
+  return UpperCase(Program().name) + suffix;
+}
+
+bool Exists(const fs::path& path) {
+  std::error_code ignored;
+  return fs::exists(path, ignored);
+}
+
+// The first bytes of a file, up to behind the processor type of a Windows program.
+std::string HeaderOf(const std::string& program) {
+  std::string header(4096, '\0');
+  const Descriptor file = OpenForReading(program);
+  const ssize_t size = file.IsOpen() ? ReadSome(file.Get(), header.data(), header.size()) : 0;
+  header.resize(size > 0 ? static_cast<std::size_t>(size) : 0);
+  return header;
+}
+
+std::uint32_t NumberAt(std::string_view bytes, std::size_t offset, int size) {
+  std::uint32_t number = 0;
+  for (int i = size; i-- > 0;)
+    number = number << 8 | static_cast<unsigned char>(bytes[offset + i]);
+  return number;
+}
+
+// "32" or "64" by the processor type in the PE header, empty for an older kind of program.
+std::string BitsOf(std::string_view header) {
+  if (header.size() < 0x40) return "";
+  const std::size_t pe = NumberAt(header, 0x3c, 4);
+  if (pe > header.size() - 6 || header.substr(pe, 4) != std::string_view("PE\0\0", 4)) return "";
+  const std::uint32_t machine = NumberAt(header, pe + 4, 2);
+  return machine == 0x14c ? "32" : machine == 0x8664 ? "64" : "";
+}
+
+std::string RunnerLine() {
+  const std::string given = Variable(VariableName("_RUNNER"));
+  if (!given.empty()) return given;
+  LineReader file(WindowsPathFromNative(ConfigFolder() + "/platform.ini"));
+  while (!file.AtEnd()) {
+    const std::string line = file.ReadLine();
+    const std::size_t equals = line.find('=');
+    if (equals == std::string::npos || !EqualNoCase(Trim(line.substr(0, equals)), "Runner")) continue;
+    const std::string value = Trim(line.substr(equals + 1));
+    if (!value.empty()) return value;
+  }
+  return "wine";
+}
+
+// The runner may have arguments of its own. It is found from the folder that we are in, the program runs in another.
+std::vector<std::string> Runner() {
+  const std::string line = RunnerLine();
+  std::vector<std::string> words = Exists(line) ? std::vector{line} : SplitArguments(line);
+  if (words.empty()) words = {"wine"};
+  std::error_code ignored;
+  if (words[0].find('/') != std::string::npos) words[0] = fs::absolute(words[0], ignored).string();
+  return words;
+}
+
+// The Wine prefix in which the program lies, the innermost one.
+std::optional<std::string> PrefixAround(const fs::path& program) {
+  std::error_code ignored;
+  for (const fs::path& spelling : {program, fs::weakly_canonical(program, ignored)})
+    for (fs::path folder = spelling.parent_path(); folder.has_relative_path(); folder = folder.parent_path()) {
+      const bool inside = folder.filename() == "drive_c" || folder.filename() == "dosdevices";
+      if (inside && Exists(folder.parent_path() / "dosdevices")) return folder.parent_path().string();
+    }
+  return std::nullopt;
+}
+
+std::string DefaultPrefix() {
+  const std::string given = Variable("WINEPREFIX");
+  return given.empty() ? Variable("HOME") + "/.wine" : given;
+}
+
+// Empty when there is none for this kind of program.
+std::string StarterFor(std::string_view header) {
+  const std::string name = Program().name + "-start" + BitsOf(header) + ".exe";
+  const fs::path programs = fs::path(ExecutablePath()).parent_path();
+  for (const fs::path& folder : {programs, programs.parent_path() / "libexec" / Program().name})
+    if (Exists(folder / name)) return (folder / name).string();
+  return "";
+}
+
+bool IsAscii(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+// In hexadecimal digits: what is in the environment has to pass through the character set of the locale.
+std::string Hexadecimal(std::string_view bytes) {
+  constexpr char kDigits[] = "0123456789abcdef";
+  std::string text;
+  for (const unsigned char c : bytes) {
+    text += kDigits[c >> 4];
+    text += kDigits[c & 15];
+  }
+  return text;
+}
+
+void SetVariable(std::vector<std::string>& environment, const std::string& name, const std::string& value) {
+  std::erase_if(environment, [&name](const std::string& entry) { return entry.starts_with(name + "="); });
+  environment.push_back(name + "=" + value);
+}
+
+void GoThroughRunner(Launch& launch, const std::string& program, const std::string& tail, std::string_view header) {
+  const std::vector<std::string> arguments = launch.arguments;
+  launch.arguments = Runner();
+  const std::optional<std::string> prefix = PrefixAround(program);
+  if (prefix) SetVariable(launch.environment, "WINEPREFIX", *prefix);
+  const bool carried = IsAscii(tail) && TailFromArguments(SplitArguments(tail)) == tail;
+  const std::string starter = StarterFor(header);
+  if (!carried && !starter.empty() && Exists(prefix.value_or(DefaultPrefix()) + "/system.reg")) {
+    SetVariable(launch.environment, VariableName("_START"), Hexadecimal(program) + "/" + Hexadecimal(tail));
+    launch.arguments.push_back(starter);
+  }
+  launch.arguments.insert(launch.arguments.end(), arguments.begin(), arguments.end());
+}
+
+}  // namespace
+
+Launch PrepareLaunch(const std::string& program, const std::string& tail) {
+  Launch launch;
+  for (char** entry = environ; *entry; ++entry)
+    launch.environment.push_back(*entry);
+  launch.arguments = SplitArguments(tail);
+  launch.arguments.insert(launch.arguments.begin(), program);
+  const std::string header = HeaderOf(program);
+  if (header.starts_with("MZ")) GoThroughRunner(launch, program, tail, header);
+  return launch;
+}
+
+}  // namespace win

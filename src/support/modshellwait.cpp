@@ -1,0 +1,21 @@
+#include "support/modshellwait.h"
+
+#include "installs/installlist.h"
+#include "platform/system/process.h"
+#include "platform/system/services.h"
+#include "support/runstate.h"
+
+namespace varnik {
+
+int ShellAndWait(const std::string& commandLine, unsigned creationFlags) {
+  constexpr int kPumpEveryMilliseconds = 500;
+  win::Process game = win::CreateProcess(commandLine, creationFlags, InstallRoot());
+  GameRunning = true;
+  do
+    win::DoEvents();
+  while (game.Wait(kPumpEveryMilliseconds) == win::WaitResult::kTimedOut);
+  GameRunning = false;
+  return game.ExitStatus();
+}
+
+}  // namespace varnik

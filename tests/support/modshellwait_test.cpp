@@ -1,0 +1,59 @@
+#include "support/modshellwait.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+
+#include "installs/installlist.h"
+#include "platform/system/process.h"
+#include "platform/system/services.h"
+#include "support/runstate.h"
+#include "tests/harness/sandbox.h"
+
+namespace {
+
+using std::chrono::steady_clock;
+
+struct ShellAndWaitTest : testing::Test {
+  ShellAndWaitTest() {
+    sandbox.MakeInstall();
+    varnik::UseInstallFolder(sandbox.InstallText());
+  }
+  ~ShellAndWaitTest() override { win::SetWindowServices({}); }
+
+  int Run(const std::string& body) {
+    test::WriteFile(sandbox.Install() / "bzone.exe", "#!/bin/sh\n" + body + "\n");
+    return varnik::ShellAndWait("\"" + sandbox.InstallText() + "bzone.exe\" ", win::kNormalPriorityClass);
+  }
+
+  test::Sandbox sandbox;
+};
+
+TEST_F(ShellAndWaitTest, PumpsEventsWhileTheGameRunsInItsFolder) {
+  int pumped = 0;
+  win::SetWindowServices({[&pumped] {
+                            ++pumped;
+                            EXPECT_TRUE(varnik::GameRunning);
+                          },
+                          nullptr, nullptr});
+  EXPECT_EQ(Run("pwd > here; sleep 1.2; exit 4"), 4);
+  EXPECT_FALSE(varnik::GameRunning);
+  EXPECT_GE(pumped, 3);
+  EXPECT_LE(pumped, 6);
+  EXPECT_EQ(test::ReadFile(sandbox.Install() / "here"), sandbox.Install().string() + "\n");
+}
+
+TEST_F(ShellAndWaitTest, NoticesAtOnceThatTheGameHasEnded) {
+  const auto start = steady_clock::now();
+  for (int i = 0; i < 5; ++i)
+    EXPECT_EQ(Run("exit 0"), 0);
+  EXPECT_LT(steady_clock::now() - start, std::chrono::seconds(2));  // five times 500 ms would be more
+}
+
+TEST_F(ShellAndWaitTest, AFailedStartEndsAtOnce) {
+  EXPECT_EQ(varnik::ShellAndWait("\"" + sandbox.InstallText() + "gone.exe\" ", 32), -1);
+  EXPECT_FALSE(varnik::GameRunning);
+}
+
+}  // namespace
