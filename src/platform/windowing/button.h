@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "platform/windowing/control.h"
@@ -18,6 +19,8 @@ class Button : public Control {
 
   // Raises Click as a person's press does; nothing while the button is disabled.
   void Press();
+
+  std::function<void()> Click;
 
  private:
   void FitText() override;

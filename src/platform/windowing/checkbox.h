@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "platform/windowing/control.h"
@@ -20,6 +21,8 @@ class CheckBox : public Control {
 
   // Raises Click when the value is another. False, with nothing changed, for a value outside 0 to 2.
   bool SetValue(int value);
+
+  std::function<void()> Click;
 
  private:
   void FitText() override;

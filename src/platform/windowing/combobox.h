@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -31,11 +32,15 @@ class ComboBox : public Control {
   std::int32_t ItemData(int index) const;
   void SetItemData(int index, std::int32_t data);
 
+  std::function<void()> Click;
+
  private:
   struct Row {
     std::string text;
     std::int32_t data = 0;
   };
+  bool Holds(int index) const { return index >= 0 && index < ListCount(); }
+
   QComboBox* box_;
   std::vector<Row> rows_;
   int listIndex_ = -1;

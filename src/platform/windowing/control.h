@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+class QSize;
 class QWidget;
 
 namespace win {
@@ -51,21 +52,18 @@ class Control {
   std::string ToolTipText() const;
   void SetToolTipText(const std::string& text);
 
-  // What a screen reader says. Without one: the caption, else the name without its type prefix.
+  // What a screen reader says. Unless set: the caption, else the words of the name without its type prefix.
   void SetAccessibleName(const std::string& name);
 
-  // Does nothing while the control is disabled or its form is not showing.
-  void SetFocus();
+  void SetFocus();  // nothing happens while the control is disabled or hidden
   bool HasFocus() const;
   void SetTabStop(bool stop);  // false: Tab passes it by
 
   // Paints the control at once, without running other events.
   void Refresh();
 
-  std::function<void()> Click;
-  std::function<void()> DblClick;
+  // When the focus moves between the controls of a form; not when another window or a menu takes it for a while.
   std::function<void()> GotFocus;
-  // When another control of the program takes the focus; not when the window or a menu takes it for a while.
   std::function<void()> LostFocus;
   std::function<void()> MouseMove;
 
@@ -74,9 +72,9 @@ class Control {
 
  protected:
   Control(const char* name, QWidget* widget);
-  void SetSpokenCaption(const std::string& caption);
+  QSize AskedSize() const;  // in pixels, as it was last set
 
-  // Called when the control's width or text has changed, after the new place is in force.
+  // Makes room for the control's text. Called when the control has been moved and when it shows.
   virtual void FitText() {}
 
  private:

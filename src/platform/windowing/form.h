@@ -33,6 +33,7 @@ namespace win {
 
 class Button;
 class Picture;
+struct FormImpl;
 
 enum class UnloadMode { kControlMenu = 0, kFormCode = 1, kAppWindows = 2 };  // close box; Close(); the session ends
 enum class WindowState { kNormal = 0, kMinimized = 1, kMaximized = 2 };
@@ -104,9 +105,8 @@ class Form : public Container {
   QMenuBar* MenuBar() const;  // made when first asked for; for this layer
 
  private:
-  friend class FormWindow;
-  struct Impl;
-  std::unique_ptr<Impl> impl_;
+  friend struct FormImpl;
+  std::shared_ptr<FormImpl> impl_;
 };
 
 // The loaded forms, the one loaded first at index 0.

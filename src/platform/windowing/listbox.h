@@ -47,9 +47,12 @@ class ListBox : public Control {
   void BeginUpdate();
   void EndUpdate();
 
+  std::function<void()> Click;
   std::function<void(int index)> ItemCheck;  // a tick changed, by a person (Click follows) or by SetSelected
 
  private:
+  void Acted(bool clickedRow);
+
   struct State;
   std::unique_ptr<State> state_;
 };

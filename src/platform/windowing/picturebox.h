@@ -31,6 +31,7 @@ class PictureBox : public Control {
 
  private:
   PictureWidget* box_;
+  PictureSize size_;
   Picture picture_;
   DrawingHandle context_;
 };

@@ -31,14 +31,13 @@ class TextBox : public Control {
 
  private:
   void TextChanged();
-  bool FilterKey(int key);
+  bool TakesKey(int key);
 
   QLineEdit* line_ = nullptr;
   QPlainTextEdit* page_ = nullptr;
-  std::string text_;       // as it was set
-  std::string shownText_;  // what the box made of text_, or of the last change; UTF-8
-  bool edited_ = false;
-  bool windows1252_ = false;
+  std::string text_;     // as it was set
+  bool edited_ = false;  // since
+  bool setting_ = false;
 };
 
 }  // namespace win

@@ -1,0 +1,178 @@
+#include "platform/windowing/application.h"
+
+#include <signal.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <QApplication>
+#include <QSocketNotifier>
+#include <QTimer>
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <optional>
+#include <utility>
+
+#include "platform/system/instance.h"
+#include "platform/system/program.h"
+#include "platform/windowing/form.h"
+#include "platform/windowing/qt/boxes.h"
+#include "platform/windowing/qt/formimpl.h"
+#include "platform/windowing/qt/qtsupport.h"
+
+namespace win {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+constexpr std::chrono::milliseconds kEventPause(10);  // between two runs of the events in a long loop
+constexpr int kMostRuns = 20;                         // in a row, after a longer pause
+constexpr int kLongestRun = 50;                       // milliseconds
+constexpr int kRetryDelay = 200;  // milliseconds until a request to close is put to a busy form again
+
+// A loop that asks a hundred thousand times a second gets its events run a hundred times a second; a call by itself is
+// always served.
+void RunEvents() {
+  static Clock::time_point next;
+  const Clock::time_point now = Clock::now();
+  next = std::max(next, now - kMostRuns * kEventPause);
+  if (next > now) return;
+  next += kEventPause;
+  QCoreApplication::processEvents(QEventLoop::AllEvents, kLongestRun);
+  AwaitShownForms();
+}
+
+int signalPipe[2] = {-1, -1};
+
+void ForwardSignal(int) {
+  const int kept = errno;
+  const char byte = 0;
+  [[maybe_unused]] const ssize_t written = write(signalPipe[1], &byte, 1);
+  errno = kept;
+}
+
+void CatchSignals() {
+  for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+    struct sigaction action = {};
+    sigaction(number, nullptr, &action);
+    if (action.sa_handler == SIG_IGN) continue;  // as under nohup
+    action.sa_handler = ForwardSignal;
+    action.sa_flags = SA_RESTART;
+    sigaction(number, &action, nullptr);
+  }
+}
+
+void ReleaseSignals() {
+  for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+    struct sigaction action = {};
+    sigaction(number, nullptr, &action);
+    if (action.sa_handler == ForwardSignal) signal(number, SIG_DFL);
+  }
+}
+
+class QtApplication : public QApplication {
+ public:
+  using QApplication::QApplication;
+  std::function<void()> sessionEnds;
+
+  // The desktop's session asks to quit. Qt would close every window by itself.
+  bool event(QEvent* event) override {
+    if (event->type() != QEvent::Quit || !sessionEnds) return QApplication::event(event);
+    sessionEnds();
+    return true;
+  }
+};
+
+}  // namespace
+
+struct Application::Impl {
+  Impl();
+  void Request(UnloadMode mode);
+  void PutRequest();
+
+  // Qt takes its own switches from a program's arguments; ours are all for the program.
+  std::string programName = Program().name;
+  char* argv[2] = {programName.data(), nullptr};
+  int argc = 1;
+  QtApplication qt{argc, argv};
+  QTimer retry;
+  QTimer quit;  // a form that follows the last one keeps the program going
+  std::unique_ptr<QSocketNotifier> signalNotifier, requestNotifier;
+  Form* mainForm = nullptr;
+  std::optional<UnloadMode> requested;
+  bool running = false;
+};
+
+Application::Impl::Impl() {
+  QApplication::setQuitOnLastWindowClosed(false);
+  retry.setSingleShot(true);
+  QObject::connect(&retry, &QTimer::timeout, &retry, [this] { PutRequest(); });
+  SetNoFormLeft([this] { quit.start(); });
+  quit.setSingleShot(true);
+  QObject::connect(&quit, &QTimer::timeout, &quit, [this] {
+    if (running && OpenForms().empty()) QCoreApplication::exit();
+  });
+  qt.sessionEnds = [this] { Request(UnloadMode::kAppWindows); };
+  if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0, signalPipe) != 0) return;
+  signalNotifier = std::make_unique<QSocketNotifier>(signalPipe[0], QSocketNotifier::Read);
+  QObject::connect(signalNotifier.get(), &QSocketNotifier::activated, signalNotifier.get(), [this] {
+    char byte;
+    while (read(signalPipe[0], &byte, 1) == 1) {
+    }
+    Request(UnloadMode::kAppWindows);
+  });
+  CatchSignals();
+}
+
+void Application::Impl::Request(UnloadMode mode) {
+  requested = mode;
+  PutRequest();
+}
+
+void Application::Impl::PutRequest() {
+  if (!requested) return;
+  if (!mainForm || !mainForm->Enabled() || IsLoading(*mainForm)) {
+    retry.start(kRetryDelay);
+    return;
+  }
+  mainForm->Close(*std::exchange(requested, std::nullopt));
+}
+
+Application::Application() : impl_(std::make_unique<Impl>()) {
+  QApplication::setDesktopFileName(QString::fromStdString(Program().name));
+  WindowServices services = BoxServices();
+  services.doEvents = RunEvents;
+  SetWindowServices(services);
+}
+
+Application::~Application() {
+  SetWindowServices({});
+  SetNoFormLeft({});
+  // What was destroyed behind the last run of the events.
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  ReleaseSignals();
+  impl_->signalNotifier.reset();
+  for (int& end : signalPipe)
+    close(std::exchange(end, -1));
+}
+
+void Application::SetMainForm(Form* form) {
+  impl_->mainForm = form;
+}
+
+void Application::Serve(Instance& instance) {
+  if (instance.Descriptor() < 0) return;
+  instance.OnCloseRequest([this] { impl_->Request(UnloadMode::kControlMenu); });
+  impl_->requestNotifier = std::make_unique<QSocketNotifier>(instance.Descriptor(), QSocketNotifier::Read);
+  QObject::connect(impl_->requestNotifier.get(), &QSocketNotifier::activated, impl_->requestNotifier.get(),
+                   [&instance] { instance.HandleRequests(); });
+}
+
+void Application::Run() {
+  if (OpenForms().empty()) return;
+  impl_->running = true;
+  QApplication::exec();
+  impl_->running = false;
+}
+
+}  // namespace win

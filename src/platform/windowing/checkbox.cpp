@@ -1,0 +1,46 @@
+#include "platform/windowing/checkbox.h"
+
+#include "platform/windowing/qt/caption.h"
+#include "platform/windowing/qt/qtsupport.h"
+
+namespace win {
+
+CheckBox::CheckBox(Container& parent, const char* name, const std::string& caption)
+    : Control(name, new CheckBoxWidget(parent.Area())), box_(static_cast<CheckBoxWidget*>(Widget())) {
+  // Only a person's click arrives here; the greyed state is left by it for good.
+  QObject::connect(box_, &QCheckBox::clicked, box_, [this] { SetValue(value_ == 1 ? 0 : 1); });
+  SetCaption(caption);
+}
+
+std::string CheckBox::Caption() const {
+  return caption_;
+}
+
+void CheckBox::SetCaption(const std::string& caption) {
+  if (!Widget()) return;
+  caption_ = caption;
+  box_->setText(FromBytes(caption));
+  FitText();
+}
+
+int CheckBox::Value() const {
+  return value_;
+}
+
+bool CheckBox::SetValue(int value) {
+  if (value < 0 || value > 2) return false;
+  if (!Widget()) return false;
+  constexpr Qt::CheckState kStates[] = {Qt::Unchecked, Qt::Checked, Qt::PartiallyChecked};
+  const bool changed = value != value_;
+  value_ = value;
+  box_->setTristate(value == 2);
+  box_->setCheckState(kStates[value]);
+  if (changed) Raise(Click);
+  return true;
+}
+
+void CheckBox::FitText() {
+  if (Widget()) FitCaption(box_, AskedSize(), [this](int width) { return box_->NeededHeight(width); });
+}
+
+}  // namespace win

@@ -1,0 +1,100 @@
+#include "platform/windowing/dialogs.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QMessageBox>
+
+#include "platform/system/paths.h"
+#include "platform/system/program.h"
+#include "platform/windowing/form.h"
+#include "platform/windowing/qt/boxes.h"
+#include "platform/windowing/qt/qtsupport.h"
+
+namespace win {
+
+namespace {
+
+constexpr int kButtons = 0x0F;  // the part of a style that names the buttons
+
+std::function<BoxAnswer(const Box&)> boxAnswerer;
+
+// The window that a box belongs in front of: the active one, else the form shown last.
+QWidget* BoxOwner() {
+  if (QWidget* active = QApplication::activeModalWidget()) return active;
+  if (QWidget* active = QApplication::activeWindow()) return active;
+  QWidget* last = nullptr;
+  for (const Form* form : OpenForms())
+    if (form->Visible()) last = form->Window();
+  return last;
+}
+
+QString TitleOf(const std::string& title) {
+  return FromBytes(title.empty() ? Program().title : title);
+}
+
+QMessageBox::StandardButtons ButtonsOf(int style) {
+  switch (style & kButtons) {
+    case kYesNo:
+      return QMessageBox::Yes | QMessageBox::No;
+    case kYesNoCancel:
+      return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    default:
+      return QMessageBox::Ok;
+  }
+}
+
+Answer AnswerOf(int button) {
+  switch (button) {
+    case QMessageBox::Yes:
+      return Answer::kYes;
+    case QMessageBox::No:
+      return Answer::kNo;
+    case QMessageBox::Cancel:
+      return Answer::kCancel;
+    default:
+      return Answer::kOk;
+  }
+}
+
+Answer ShowMessage(const std::string& text, int style, const std::string& title) {
+  if (boxAnswerer) return boxAnswerer({BoxKind::kMessage, text, title, style, ""}).answer;
+  QMessageBox box(BoxOwner());
+  box.setObjectName("MsgBox");
+  box.setWindowTitle(TitleOf(title));
+  box.setTextFormat(Qt::PlainText);
+  box.setText(FromBytes(text));
+  box.setIcon((style & kCritical) ? QMessageBox::Critical : QMessageBox::NoIcon);
+  box.setStandardButtons(ButtonsOf(style));
+  return AnswerOf(box.exec());
+}
+
+std::string AskText(const std::string& prompt, const std::string& title, const std::string& initial) {
+  if (boxAnswerer) return boxAnswerer({BoxKind::kInput, prompt, title, kOkOnly, initial}).text;
+  QInputDialog box(BoxOwner());
+  box.setObjectName("InputBox");
+  box.setWindowTitle(TitleOf(title));
+  box.setLabelText(FromBytes(prompt));
+  box.setTextValue(FromBytes(initial));
+  return box.exec() == QDialog::Accepted ? BytesOfEdited(box.textValue(), initial) : std::string();
+}
+
+}  // namespace
+
+WindowServices BoxServices() {
+  return {{}, ShowMessage, AskText};
+}
+
+std::string BrowseForFolder(Form* owner, const std::string& title) {
+  if (boxAnswerer) return boxAnswerer({BoxKind::kFolder, "", title, kOkOnly, ""}).text;
+  QWidget* parent = owner ? owner->Window() : BoxOwner();
+  const QString folder = QFileDialog::getExistingDirectory(parent, FromBytes(title));
+  return folder.isEmpty() ? std::string() : WindowsPathFromNative(QFile::encodeName(folder).toStdString());
+}
+
+void AnswerBoxesWith(std::function<BoxAnswer(const Box&)> answerer) {
+  boxAnswerer = std::move(answerer);
+}
+
+}  // namespace win

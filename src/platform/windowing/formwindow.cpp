@@ -1,0 +1,119 @@
+#include "platform/windowing/qt/formwindow.h"
+
+#include <QAbstractButton>
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QScreen>
+#include <QStyle>
+#include <algorithm>
+
+#include "platform/windowing/qt/formimpl.h"
+
+namespace win {
+
+namespace {
+
+constexpr int kTitleHeight = 32;  // room for the title bar, whose height the window manager decides
+constexpr int kGripWidth = 120;   // of the title bar that must lie on a screen
+constexpr QSize kSmallest{320, 240};
+
+// Of the frame's title bar, within the screen.
+QRect Grip(const QRect& frame, const QRect& screen) {
+  return QRect(frame.left(), frame.top(), frame.width(), kTitleHeight) & screen;
+}
+
+}  // namespace
+
+FormWindow::FormWindow(Form& form) : form_(&form), scroll_(new QScrollArea(this)), client_(new QWidget) {
+  scroll_->setWidget(client_);
+  scroll_->setFrameShape(QFrame::NoFrame);
+  scroll_->setFocusPolicy(Qt::NoFocus);
+}
+
+QMenuBar* FormWindow::Bar() {
+  if (!bar_) {
+    bar_ = new QMenuBar(this);
+    bar_->setNativeMenuBar(false);  // the desktop's own bar would change the height of the window
+    bar_->show();
+  }
+  return bar_;
+}
+
+int FormWindow::BarHeight() const {
+  return bar_ ? bar_->heightForWidth(client_->width()) : 0;
+}
+
+QSize FormWindow::FullSize() const {
+  return {client_->width(), client_->height() + BarHeight()};
+}
+
+void FormWindow::SetClientSize(QSize size) {
+  client_->resize(size);
+  FitToScreen();
+}
+
+void FormWindow::FitToScreen() {
+  const QSize full = FullSize();
+  const QSize room = screen()->availableSize() - QSize(0, kTitleHeight);
+  QSize fitted = full.boundedTo(room);
+  if (fitted.height() < full.height()) fitted.rwidth() += scroll_->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+  fitted = fitted.boundedTo(room);
+  setMinimumSize(fitted == full ? full : kSmallest.boundedTo(fitted));
+  setMaximumSize(full.expandedTo(fitted));
+  resize(fitted);
+  Arrange();
+}
+
+void FormWindow::Arrange() {
+  const int barHeight = BarHeight();
+  if (bar_) bar_->setGeometry(0, 0, width(), barHeight);
+  scroll_->setGeometry(0, barHeight, width(), height() - barHeight);
+}
+
+void FormWindow::resizeEvent(QResizeEvent*) {
+  Arrange();
+}
+
+void FormWindow::closeEvent(QCloseEvent* event) {
+  // Whether the window goes is the form's decision, and Close hides it.
+  event->ignore();
+  if (form_ && form_->Enabled()) form_->Close(UnloadMode::kControlMenu);
+}
+
+void FormWindow::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (form_ && isVisible() && event->type() == QEvent::WindowStateChange) FormImpl::Of(*form_).StateChanged();
+}
+
+void FormWindow::keyPressEvent(QKeyEvent* event) {
+  if (!form_) return;
+  FormImpl& form = FormImpl::Of(*form_);
+  QAbstractButton* button = nullptr;
+  if (event->key() == Qt::Key_Escape) {
+    button = form.cancelButton;
+  } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    button = qobject_cast<QAbstractButton*>(focusWidget());
+    if (!button) button = form.defaultButton;
+  }
+  if (button && button->isVisible())
+    button->click();
+  else
+    QWidget::keyPressEvent(event);
+}
+
+QPoint ReachablePlace(const QRect& frame, const QList<QRect>& screens) {
+  const auto area = [&frame](const QRect& screen) {
+    const QRect grip = Grip(frame, screen);
+    return grip.width() * grip.height();
+  };
+  const auto best = std::max_element(screens.begin(), screens.end(),
+                                     [&area](const QRect& a, const QRect& b) { return area(a) < area(b); });
+  if (best == screens.end()) return frame.topLeft();
+  const QRect grip = Grip(frame, *best);
+  if (grip.height() >= kTitleHeight && grip.width() >= std::min(kGripWidth, frame.width())) return frame.topLeft();
+  const int lastLeft = std::max(best->left(), best->right() + 1 - frame.width());
+  const int lastTop = std::max(best->top(), best->bottom() + 1 - frame.height());
+  return {std::clamp(frame.left(), best->left(), lastLeft), std::clamp(frame.top(), best->top(), lastTop)};
+}
+
+}  // namespace win

@@ -1,0 +1,27 @@
+#include "platform/windowing/frame.h"
+
+#include <QGroupBox>
+
+#include "platform/windowing/qt/qtsupport.h"
+
+namespace win {
+
+Frame::Frame(Container& parent, const char* name, const std::string& caption)
+    : Control(name, new QGroupBox(parent.Area())), box_(static_cast<QGroupBox*>(Widget())) {
+  SetCaption(caption);
+}
+
+std::string Frame::Caption() const {
+  return caption_;
+}
+
+void Frame::SetCaption(const std::string& caption) {
+  caption_ = caption;
+  if (Widget()) box_->setTitle(FromBytes(caption));
+}
+
+QWidget* Frame::Area() const {
+  return box_;
+}
+
+}  // namespace win

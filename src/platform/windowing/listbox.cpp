@@ -1,0 +1,183 @@
+#include "platform/windowing/listbox.h"
+
+#include <QKeyEvent>
+#include <QListView>
+#include <QMouseEvent>
+#include <QPointer>
+#include <utility>
+
+#include "platform/windowing/qt/listmodel.h"
+#include "platform/windowing/qt/qtsupport.h"
+
+namespace win {
+
+namespace {
+
+// Tells when a person has acted on it, behind the view's own handling: a handler may rebuild the list.
+class ListView : public QListView {
+ public:
+  using QListView::QListView;
+  std::function<void(bool clickedRow)> acted;
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override {
+    // Below the last row there is nothing to select, and the selection stays.
+    if (indexAt(event->pos()).isValid()) QListView::mousePressEvent(event);
+  }
+
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    QListView::mouseReleaseEvent(event);
+    if (event->button() == Qt::LeftButton) Tell(indexAt(event->pos()).isValid());
+  }
+
+  void keyPressEvent(QKeyEvent* event) override {
+    QListView::keyPressEvent(event);
+    Tell(false);
+  }
+
+  void focusInEvent(QFocusEvent* event) override {
+    const bool none = !currentIndex().isValid();
+    QListView::focusInEvent(event);
+    // Qt makes the first row the current one, and the first key would then go past it.
+    if (none) selectionModel()->clear();
+  }
+
+ private:
+  void Tell(bool clickedRow) {
+    const auto handler = acted;
+    if (handler) handler(clickedRow);
+  }
+};
+
+}  // namespace
+
+struct ListBox::State {
+  explicit State(ListStyle itsStyle) : style(itsStyle), model(itsStyle) {}
+
+  // Makes view and list index agree without an event.
+  void Select(int index) {
+    listIndex = index;
+    if (!view || model.Updating()) return;
+    if (index >= 0)
+      view->selectionModel()->setCurrentIndex(model.index(index), QItemSelectionModel::ClearAndSelect);
+    else
+      view->selectionModel()->clear();
+  }
+
+  ListStyle style;
+  ListModel model;
+  QPointer<QListView> view;
+  int listIndex = -1;
+  int newIndex = -1;
+  int tickedRow = -1;  // by the person's act under way
+};
+
+ListBox::ListBox(Container& parent, const char* name, ListStyle style)
+    : Control(name, new ListView(parent.Area())), state_(std::make_unique<State>(style)) {
+  auto* view = static_cast<ListView*>(Widget());
+  state_->view = view;
+  view->setModel(&state_->model);
+  view->setUniformItemSizes(true);
+  view->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  view->acted = [this](bool clickedRow) { Acted(clickedRow); };
+  state_->model.tickedByPerson = [this](int index) { state_->tickedRow = index; };
+}
+
+ListBox::~ListBox() {
+  if (state_->view) state_->view->setModel(nullptr);
+}
+
+void ListBox::Acted(bool clickedRow) {
+  State& state = *state_;
+  const QModelIndex current = state.view->selectionModel()->currentIndex();
+  const int index = state.view->selectionModel()->isSelected(current) ? current.row() : -1;
+  const int tickedRow = std::exchange(state.tickedRow, -1);
+  const bool moved = index != std::exchange(state.listIndex, index);
+  if (!clickedRow && !moved && tickedRow == -1) return;
+  const QPointer<QWidget> alive = Widget();
+  if (tickedRow != -1) Raise(ItemCheck, tickedRow);
+  if (alive && state_) Raise(Click);
+}
+
+void ListBox::AddItem(const std::string& text, int index) {
+  State& state = *state_;
+  state.newIndex = state.model.Add(text, index);
+  if (state.listIndex >= state.newIndex) ++state.listIndex;
+}
+
+int ListBox::NewIndex() const {
+  return state_->newIndex;
+}
+
+void ListBox::RemoveItem(int index) {
+  State& state = *state_;
+  if (!state.model.Holds(index)) return;
+  state.newIndex = -1;
+  const int selected = state.listIndex;
+  state.model.Remove(index);
+  state.Select(selected == index ? -1 : selected - (selected > index ? 1 : 0));
+}
+
+void ListBox::Clear() {
+  state_->model.Clear();
+  state_->listIndex = state_->newIndex = -1;
+}
+
+int ListBox::ListCount() const {
+  return state_->model.Count();
+}
+
+std::string ListBox::List(int index) const {
+  return state_->model.Holds(index) ? state_->model.Row(index).text : std::string();
+}
+
+void ListBox::SetList(int index, const std::string& text) {
+  if (state_->model.Holds(index)) state_->model.SetText(index, text);
+}
+
+int ListBox::ListIndex() const {
+  return state_->listIndex;
+}
+
+void ListBox::SetListIndex(int index) {
+  State& state = *state_;
+  if (index == state.listIndex || (index != -1 && !state.model.Holds(index))) return;
+  state.Select(index);
+  Raise(Click);
+}
+
+std::int32_t ListBox::ItemData(int index) const {
+  return state_->model.Holds(index) ? state_->model.Row(index).data : 0;
+}
+
+void ListBox::SetItemData(int index, std::int32_t data) {
+  if (state_->model.Holds(index)) state_->model.SetData(index, data);
+}
+
+bool ListBox::Selected(int index) const {
+  if (state_->style != ListStyle::kCheckBoxes) return index >= 0 && index == state_->listIndex;
+  return state_->model.Holds(index) && state_->model.Row(index).ticked;
+}
+
+void ListBox::SetSelected(int index, bool selected) {
+  if (!state_->model.Holds(index)) return;
+  if (state_->style == ListStyle::kCheckBoxes) {
+    if (state_->model.SetTicked(index, selected)) Raise(ItemCheck, index);
+  } else if (selected) {
+    SetListIndex(index);
+  } else if (index == state_->listIndex) {
+    SetListIndex(-1);
+  }
+}
+
+void ListBox::BeginUpdate() {
+  state_->model.BeginUpdate();
+}
+
+void ListBox::EndUpdate() {
+  State& state = *state_;
+  const ListRow* selected = state.listIndex >= 0 ? &state.model.Row(state.listIndex) : nullptr;
+  if (state.model.EndUpdate()) state.Select(selected ? state.model.IndexOf(selected) : -1);
+}
+
+}  // namespace win

@@ -1,0 +1,46 @@
+#include "platform/windowing/qt/qtsupport.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QTextDocument>
+#include <cmath>
+
+#include "platform/system/text.h"
+
+namespace win {
+
+namespace {
+
+constexpr double kTwipsToTheInch = 1440;
+
+double DotsPerInch() {
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  return screen ? screen->logicalDotsPerInchX() : 96;
+}
+
+}  // namespace
+
+QString FromBytes(std::string_view bytes) {
+  return QString::fromStdString(Utf8FromBytes(bytes));
+}
+
+std::string BytesOfEdited(const QString& edited, std::string_view original) {
+  if (edited == FromBytes(original)) return std::string(original);
+  const std::string utf8 = edited.toStdString();
+  if (IsValidUtf8(original)) return utf8;
+  return Windows1252FromUtf8(utf8).value_or(utf8);
+}
+
+QString PlainToolTip(const QString& text) {
+  return Qt::mightBeRichText(text) ? "<qt>" + text.toHtmlEscaped() + "</qt>" : text;
+}
+
+int ToPixels(double twips) {
+  return static_cast<int>(std::lround(twips * DotsPerInch() / kTwipsToTheInch));
+}
+
+double ToTwips(int pixels) {
+  return pixels * kTwipsToTheInch / DotsPerInch();
+}
+
+}  // namespace win

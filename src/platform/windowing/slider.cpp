@@ -1,0 +1,35 @@
+#include "platform/windowing/slider.h"
+
+#include <QSlider>
+#include <algorithm>
+
+#include "platform/windowing/qt/qtsupport.h"
+
+namespace win {
+
+Slider::Slider(Container& parent, const char* name)
+    : Control(name, new QSlider(Qt::Horizontal, parent.Area())), slider_(static_cast<QSlider*>(Widget())) {
+  slider_->setTickPosition(QSlider::TicksBelow);
+  slider_->setPageStep(1);
+  QObject::connect(slider_, &QSlider::valueChanged, slider_, [this] { Raise(Change); });
+}
+
+int Slider::Min() const {
+  return Widget() ? slider_->minimum() : 0;
+}
+int Slider::Max() const {
+  return Widget() ? slider_->maximum() : 0;
+}
+int Slider::Value() const {
+  return Widget() ? slider_->value() : 0;
+}
+
+void Slider::SetRange(int min, int max) {
+  if (Widget()) slider_->setRange(min, std::max(min, max));
+}
+
+void Slider::SetValue(int value) {
+  if (Widget()) slider_->setValue(value);
+}
+
+}  // namespace win

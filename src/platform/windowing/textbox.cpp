@@ -1,0 +1,105 @@
+#include "platform/windowing/textbox.h"
+
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+
+#include "platform/windowing/qt/qtsupport.h"
+
+namespace win {
+
+namespace {
+
+constexpr int kEnter = 13;
+
+// A Qt edit that asks before it takes a key.
+template <class Edit>
+class AskingEdit : public Edit {
+ public:
+  using Edit::Edit;
+  std::function<bool(int key)> takesKey;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    const QString text = event->text();
+    if (text.size() == 1 && takesKey && !takesKey(text[0].unicode())) return;
+    Edit::keyPressEvent(event);
+  }
+};
+
+using LineEdit = AskingEdit<QLineEdit>;
+using PageEdit = AskingEdit<QPlainTextEdit>;
+
+// The page's text with line ends as a text file has them; toPlainText would turn hard blanks into blanks.
+QString PageText(const QPlainTextEdit& page) {
+  QString text = page.document()->toRawText();
+  text.replace(QChar::ParagraphSeparator, "\r\n");
+  text.replace(QChar::LineSeparator, "\r\n");
+  return text;
+}
+
+}  // namespace
+
+TextBox::TextBox(Container& parent, const char* name, TextBoxStyle style)
+    : Control(name, style == TextBoxStyle::kSingleLine ? static_cast<QWidget*>(new LineEdit(parent.Area()))
+                                                       : new PageEdit(parent.Area())) {
+  const auto changed = [this] { TextChanged(); };
+  const auto takesKey = [this](int key) { return TakesKey(key); };
+  if (style == TextBoxStyle::kSingleLine) {
+    auto* line = static_cast<LineEdit*>(Widget());
+    line->takesKey = takesKey;
+    QObject::connect(line, &QLineEdit::textChanged, line, changed);
+    line_ = line;
+  } else {
+    auto* page = static_cast<PageEdit*>(Widget());
+    page->takesKey = takesKey;
+    page->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
+    page->setTabChangesFocus(true);
+    QObject::connect(page, &QPlainTextEdit::textChanged, page, changed);
+    page_ = page;
+  }
+}
+
+std::string TextBox::Text() const {
+  if (!edited_ || !Widget()) return text_;
+  const QString now = line_ ? line_->text() : PageText(*page_);
+  return BytesOfEdited(now, text_);
+}
+
+void TextBox::SetText(const std::string& text) {
+  if (!Widget() || text == Text()) return;
+  setting_ = true;
+  if (line_)
+    line_->setText(FromBytes(text));
+  else
+    page_->setPlainText(FromBytes(text));
+  setting_ = false;
+  text_ = text;
+  edited_ = false;
+  Raise(Change);
+}
+
+void TextBox::SetLocked(bool locked) {
+  if (line_ && Widget()) line_->setReadOnly(locked);
+  if (page_ && Widget()) page_->setReadOnly(locked);
+}
+
+void TextBox::SelectAll() {
+  if (line_ && Widget()) line_->selectAll();
+  if (page_ && Widget()) page_->selectAll();
+}
+
+void TextBox::TextChanged() {
+  if (setting_) return;
+  edited_ = true;
+  Raise(Change);
+}
+
+bool TextBox::TakesKey(int key) {
+  if (!KeyPress) return true;
+  const bool staysHere = line_ && key == kEnter;
+  Raise(KeyPress, key);
+  return key != 0 && !staysHere;
+}
+
+}  // namespace win
