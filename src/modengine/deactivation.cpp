@@ -132,9 +132,10 @@ constexpr Directive kDirectives[] = {
 
 bool WalkFile(win::LineReader& file, Walk walk) {
   LogLine("DeactivateFile Begin");
+  Args args;
   while (walk.goOn && !file.AtEnd()) {
     win::DoEvents();
-    const Args args = ParseDirective(file.ReadLine());
+    ParseDirective(file.ReadLine(), args);
     for (const Directive& directive : kDirectives)
       if (args[0] == directive.name && args.size() > directive.arguments) directive.act(walk, args);
   }

@@ -203,8 +203,9 @@ constexpr Directive kDirectives[] = {
 
 Verdict ReadLevel(win::LineReader& file, Pass& pass) {
   Level level{pass};
+  Args args;
   while (level.verdict == Verdict::kFits && !file.AtEnd()) {
-    const Args args = ParseDirective(file.ReadLine());
+    ParseDirective(file.ReadLine(), args);
     for (const Directive& directive : kDirectives)
       if (args[0] == directive.name && args.size() > directive.arguments) directive.act(level, args);
   }

@@ -15,8 +15,9 @@ using Args = std::vector<std::string>;
 // further empty argument.
 void ParseDirective(std::string_view line, Args& args, std::string& comment);
 
-// For readers, which have no use for the comment: the name comes in lower case.
-Args ParseDirective(std::string_view line);
+// For readers, which have no use for the comment: the name comes in lower case. A pass keeps one `args` for all its
+// lines.
+void ParseDirective(std::string_view line, Args& args);
 
 // Judges line 1 of a definition file. `version` is set only for a good marker; 0 when no number follows.
 [[nodiscard]] bool ReadMarker(std::string_view firstLine, double& version);
