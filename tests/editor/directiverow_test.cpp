@@ -1,0 +1,84 @@
+#include "editor/directiverow.h"
+
+#include <gtest/gtest.h>
+
+using varnik::DirectiveRow;
+using varnik::FindDirective;
+
+namespace {
+
+struct RowCase {
+  const char* row;
+  const char* rebuilt;
+};
+
+const RowCase kRows[] = {
+    {"-", "-"},
+    {"//  note", "//  note"},
+    {"RENAME ( a.txt , \"b, c.txt\" );", "Rename(\"a.txt\",\"b, c.txt\");"},
+    {"replace(a); // why", "Replace(\"a\"); // why"},
+    {"dname(a,b,c); // why", "DName(\"a\"); // why"},
+    {"ACTIVATED();", "activated();"},
+    {"rename(,b);", "Rename(\"b\");"},
+    {"launch(a,b); // why", "// why"},
+    {"launch(a,b);", "-"},
+    {"just text", "-"},
+    {"defaultsmsg(a);", "-"},  // the one directive that the editor spells in another way than its readers
+};
+
+TEST(DirectiveRow, RebuildsARowFromTheCatalogue) {
+  for (const RowCase& c : kRows)
+    EXPECT_EQ(DirectiveRow(c.row).BuildRowText(), c.rebuilt) << c.row;
+}
+
+struct ChangeCase {
+  const char* row;
+  const char* directive;
+  const char* rebuilt;
+};
+
+const ChangeCase kChanges[] = {
+    {"dname(a); // why", "Version", "Version(\"a\"); // why"},
+    {"replace(a,b,c); // why", "Rename", "Rename(\"a\",\"b\"); // why"},
+    {"rename(a,b); // why", "RaceName", "RaceName(\"a\",\"b\"); // why"},
+    {"rename(a,b); // why", "<Blank>", "// why"},
+    {"// why", "Image", "Image(); // why"},
+};
+
+TEST(DirectiveRow, KeepsParametersAndCommentWhenTheDirectiveChanges) {
+  for (const ChangeCase& c : kChanges) {
+    DirectiveRow row(c.row);
+    row.ChangeDirective(FindDirective(c.directive));
+    EXPECT_EQ(row.BuildRowText(), c.rebuilt) << c.row;
+  }
+}
+
+struct PartCase {
+  const char* row;
+  int part;
+  const char* name;
+  const char* note;
+  const char* text;
+};
+
+const PartCase kParts[] = {
+    {"-", 0, "Comment", "", ""},
+    {"dname(a); //b", 0, "Name", "Don't go too long", "a"},
+    {"dname(a); //b", 1, "Comment", "", "b"},
+    {"addrecy(a,b,c); //d", 2, "OPT: File", "Optional Recycler File", "c"},
+    {"addrecy(a,b,c); //d", 3, "Comment", "Use for readability", "d"},
+    {"dname(a); //b", 2, "", "", ""},
+    {"dname(a); //b", -1, "", "", ""},
+};
+
+TEST(DirectiveRow, TellsItsParts) {
+  for (const PartCase& c : kParts) {
+    SCOPED_TRACE(c.row);
+    const DirectiveRow row(c.row);
+    EXPECT_EQ(row.PartName(c.part), c.name);
+    EXPECT_EQ(row.PartNote(c.part), c.note);
+    EXPECT_EQ(row.PartText(c.part), c.text);
+  }
+}
+
+}  // namespace
