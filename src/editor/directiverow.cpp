@@ -26,8 +26,7 @@ DirectiveRow::DirectiveRow(const std::string& rowText) {
 void DirectiveRow::ChangeDirective(int index) {
   if (index < 0 || index >= static_cast<int>(Directives.size())) return;
   directive_ = index;
-  std::string comment = std::move(paramValues_.back());
-  paramValues_.back().clear();
+  std::string comment = std::exchange(paramValues_.back(), "");
   paramValues_.resize(Info().ParamCount + 2);
   paramValues_.front() = Info().Keyword;
   paramValues_.back() = std::move(comment);

@@ -117,11 +117,11 @@ std::string ReadDescription(const LoaderWalk& walk, const std::string& line) {
 // ever found by it.
 void ReadHeader(LoaderWalk& walk, win::LineReader& file) {
   const std::string name = ReadLegacyLine(file).text;
-  if (name.size() > 5 && win::StartsWithNoCase(name, "desc ")) walk.entry.Name = name.substr(5);
+  if (win::StartsWithNoCase(name, "desc ")) walk.entry.Name = name.substr(5);
   walk.entry.Description = ReadDescription(walk, ReadLegacyLine(file).text);
   file.ReadLine();
   const std::string splash = ReadLegacyLine(file).text;
-  if (splash.size() > 10 && win::StartsWithNoCase(splash, "splashimg ")) walk.entry.Splash = splash;
+  if (win::StartsWithNoCase(splash, "splashimg ")) walk.entry.Splash = splash;
 }
 
 void NameByFile(ModEntry& entry, std::string& path) {

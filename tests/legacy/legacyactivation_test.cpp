@@ -1,6 +1,8 @@
 #include "modengine/bzonecfg.h"
 #include "modengine/crashmarker.h"
 #include "modengine/deactivation.h"
+#include "platform/system/registry.h"
+#include "support/registry.h"
 #include "tests/legacy/legacytest.h"
 
 using namespace varnik;
@@ -10,7 +12,8 @@ namespace {
 using LegacyActivation = test::LegacyTest;
 
 bool HasMarker() {
-  return !ReadCrashMarker().definitionFile.empty();
+  return !ReadCrashMarker().definitionFile.empty() ||
+         !RegReadValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue).empty();
 }
 
 struct WalkCase {
@@ -27,9 +30,11 @@ const WalkCase kWalks[] = {
      "bzone.cfg=own c=1 d=2"},
     {"a missing configuration", "bzone.cfg=own", "predefined @rootdir\\c", "bzone.tmp.old=own", "bzone.cfg=own"},
     {"an untouched one", "bzone.cfg=own", "nobzonecfg\ndynamic\npak p", "bzone.cfg=own", "bzone.cfg=own"},
-    {"the first folders count", "m/p/a=1 pilots/b=2 m/s/c=3 saved/d=4 x/e=5",
-     "pilots @rootdir\\m\\p\nsaved @rootdir/m/s/\npilots @rootdir\\x",
-     "pilots.orig/b=2 pilots/a=1 saved.orig/d=4 saved/c=3 x/e=5", "m/p/a=1 m/s/c=3 pilots/b=2 saved/d=4 x/e=5"},
+    {"an old one beside it", "bzone.cfg=own bzone.tmp.old=x", "nobzonecfg\ndynamic", "bzone.cfg=own bzone.tmp.old=x",
+     "bzone.cfg=own bzone.tmp.old=x"},
+    {"the first folders count", "m/p/a=1 m/s/c=3 saved/d=4 x/e=5",
+     "pilots @rootdir\\m\\p\nsaved @rootdir/m/s/\npilots @rootdir\\x\nsaved @rootdir\\none",
+     "pilots/a=1 saved.orig/d=4 saved/c=3 x/e=5", "m/p/a=1 m/s/c=3 saved/d=4 x/e=5"},
     {"parking names", "a=1 b=2 c=3 d=4 e=5",
      "remove @rootdir\\a\nmove @rootdir\\b,@rootdir\\m\nreplace @rootdir\\c, @rootdir\\d\nremove  @rootdir\\e",
      "c=4 m=2 tempstuff/1=1 tempstuff/2=3 tempstuff/3=5", "a=1 b=2 c=3 d=4 e=5"},

@@ -52,7 +52,7 @@ const LineCase kLines[] = {
     {"dynamic\nFOLD  @rootdir\\Mods/x // why\nfold @rootdir/y", "addon data Mods/x y ", ""},
     {"fold x\nnobzonecfg\nfold y\ndynamic\nfold z", "addon data ", ""},
     {"predefined @rootdir/c.cfg\nfold x", "mods\\a @rootdir/b c ", ""},
-    {"dynamic\npredefined @rootdir\\c.cfg", "addon data ", ""},
+    {"dynamic\npredefined @rootdir\\c.cfg\nmove @rootdir.a,b", "addon data ", "@rootdir.a>b "},
     {"predefined @rootdir\\empty.cfg\nmove a,b", "addon data ", "a>b "},
     {"move a,b\npredefined none.cfg\nmove c,d", "addon data ", "a>b "},
     {"Replace @ROOTDIR\\a , @rootdir/b", "addon data ", "b>a a>XXXXXXXXXXXXX "},
