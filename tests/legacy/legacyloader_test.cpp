@@ -33,7 +33,7 @@ TEST_F(LegacyLoader, ReadsTheHeaderByPosition) {
   StartWith("text.txt=Told.");
   for (const HeaderCase& c : kHeaders) {
     SCOPED_TRACE(c.lines);
-    const ModEntry entry = Load(Define("bz2hald3\n" + std::string(c.lines)));
+    const ModEntry entry = Load(DefineText("bz2hald3\n" + std::string(c.lines)));
     EXPECT_EQ(entry.Name, c.name);
     EXPECT_EQ(entry.Description, c.description);
     EXPECT_EQ(entry.Splash, c.splash);
@@ -88,9 +88,9 @@ TEST_F(LegacyLoader, ReadsLines) {
 TEST_F(LegacyLoader, WithoutANameLooksForTheLinesInTheWorkingFolder) {
   const auto before = std::filesystem::current_path();
   std::filesystem::current_path(sandbox_.Home());
-  EXPECT_EQ(Load(Define("bz2hald1\n\n\n\n\nmove a,b")).Renames.size(), 1u);
+  EXPECT_EQ(Load(DefineText("bz2hald1\n\n\n\n\nmove a,b")).Renames.size(), 1u);
   test::WriteFile(sandbox_.Home() / "mod.bzm", "move c,d");
-  EXPECT_EQ(Load(Define("bz2hald1\n\n\n\n\nmove a,b")).Renames.back().From, "c");
+  EXPECT_EQ(Load(DefineText("bz2hald1\n\n\n\n\nmove a,b")).Renames.back().From, "c");
   std::filesystem::current_path(before);
 }
 

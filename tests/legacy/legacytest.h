@@ -16,9 +16,9 @@ class LegacyTest : public ModTest {
   }
 
   // Writes a definition beside the install. Its name keeps the second open from going to the working folder.
-  std::string DefineLegacy(const std::string& lines) { return Define("BZ2HALD2\ndesc M\n\n\n\n" + lines); }
+  std::string DefineLegacy(const std::string& lines) { return DefineText("BZ2HALD2\ndesc M\n\n\n\n" + lines); }
 
-  std::string Define(const std::string& content) {
+  std::string DefineText(const std::string& content) {
     WriteFile(sandbox_.Root() / "mod.bzm", content);
     return (sandbox_.Root() / "mod.bzm").string();
   }
