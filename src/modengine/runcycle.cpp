@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "gameconfig/screenshots.h"
 #include "installs/installlist.h"
 #include "legacy/legacy.h"
 #include "modengine/activation.h"
@@ -133,7 +134,7 @@ ClickOutcome RunSelected(int modIndex, const std::function<std::string()>& build
   const std::string root = InstallRoot();
   const bool useEditor = IsVersion13() && AsksForEditor(buildLine());
   if (useEditor && !FileExists(root + "bz2edit.exe")) return {ClickOutcome::Act::kNone, false, Refused(kNoEditor)};
-  if (ClearBindataOnLaunch) win::DeleteFiles(root + "data\\bindata\\*");
+  if (ClearBindataOnLaunch) ClearBindata();
   return {ClickOutcome::Act::kRun, false, LaunchBZ2(modIndex, buildLine(), useEditor, hooks)};
 }
 
