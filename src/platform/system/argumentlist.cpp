@@ -49,19 +49,6 @@ std::string TakeArgument(std::string_view& rest) {
   return argument;
 }
 
-// Backslashes are doubled only in front of a double quote, and at the end of an argument that gets quotes.
-std::string Escaped(const std::string& argument, bool quote) {
-  std::string text;
-  std::size_t backslashes = 0;
-  for (const char c : argument) {
-    if (c == '"') text.append(backslashes + 1, '\\');
-    backslashes = c == '\\' ? backslashes + 1 : 0;
-    text += c;
-  }
-  if (quote) text.append(backslashes, '\\');
-  return text;
-}
-
 }  // namespace
 
 ProgramAndTail SplitProgram(std::string_view commandLine) {
@@ -80,17 +67,6 @@ std::vector<std::string> SplitArguments(std::string_view tail) {
     if (tail.empty()) return arguments;
     arguments.push_back(TakeArgument(tail));
   }
-}
-
-std::string TailFromArguments(const std::vector<std::string>& arguments) {
-  std::string tail;
-  for (const std::string& argument : arguments) {
-    const bool quote = argument.empty() || argument.find_first_of(kBlanks) != std::string::npos;
-    tail += quote ? " \"" : " ";
-    tail += Escaped(argument, quote);
-    if (quote) tail += '"';
-  }
-  return tail;
 }
 
 }  // namespace win

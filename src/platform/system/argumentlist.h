@@ -21,7 +21,4 @@ ProgramAndTail SplitProgram(std::string_view commandLine);
 // doubled quote within quotes is one such character.
 std::vector<std::string> SplitArguments(std::string_view tail);
 
-// The tail that Wine hands to a program that was started with these arguments.
-std::string TailFromArguments(const std::vector<std::string>& arguments);
-
 }  // namespace win

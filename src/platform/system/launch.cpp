@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
@@ -96,6 +95,11 @@ std::optional<std::string> PrefixAround(const fs::path& program) {
   return std::nullopt;
 }
 
+// Wine fills the Windows folder when it sets a prefix up; the registry files come only later.
+bool IsSetUp(const fs::path& prefix) {
+  return Exists(prefix / "drive_c" / "windows" / "system32" / "kernel32.dll");
+}
+
 std::string DefaultPrefix() {
   const std::string given = Variable("WINEPREFIX");
   return given.empty() ? Variable("HOME") + "/.wine" : given;
@@ -108,10 +112,6 @@ std::string StarterFor(std::string_view header) {
   for (const fs::path& folder : {programs, programs.parent_path() / "libexec" / Program().name})
     if (Exists(folder / name)) return (folder / name).string();
   return "";
-}
-
-bool IsAscii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
 // In hexadecimal digits: what is in the environment has to pass through the character set of the locale.
@@ -135,9 +135,8 @@ void GoThroughRunner(Launch& launch, const std::string& program, const std::stri
   launch.arguments = Runner();
   const std::optional<std::string> prefix = PrefixAround(program);
   if (prefix) SetVariable(launch.environment, "WINEPREFIX", *prefix);
-  const bool carried = IsAscii(tail) && TailFromArguments(SplitArguments(tail)) == tail;
   const std::string starter = StarterFor(header);
-  if (!carried && !starter.empty() && Exists(prefix.value_or(DefaultPrefix()) + "/system.reg")) {
+  if (!starter.empty() && IsSetUp(prefix.value_or(DefaultPrefix()))) {
     SetVariable(launch.environment, VariableName("_START"), Hexadecimal(program) + "/" + Hexadecimal(tail));
     launch.arguments.push_back(starter);
   }

@@ -13,11 +13,12 @@ struct Launch {
 
 // `program` is the absolute native path of the program, `tail` the rest of its command line with the blank in front.
 //
-// A Windows program gets the tail byte for byte. Wine builds a program's command line from an argument list, which
-// cannot carry every text: a second blank between two arguments is lost, and so is one at the end. Such a tail goes in
-// the environment, and the runner is given a small Windows program of ours (`<name>-start32.exe` or
-// `<name>-start64.exe`, beside the running executable or in ../libexec/<name>) that starts the real one with it and
-// waits for it. When that program is not there, or the prefix has not been set up yet, the arguments have to do.
+// Wine builds a program's command line anew from an argument list, which cannot carry every text: a second blank
+// between two arguments is lost, and so is one at the end. It also ends with the program, though that may have started
+// another that is the game. So the runner is given a small Windows program of ours, which starts the real one with
+// `tail` byte for byte and waits for all that it starts: `<name>-start32.exe` or `<name>-start64.exe`, beside the
+// running executable or in
+// ../libexec/<name>. When it is not there, or Wine has not set up the prefix yet, the arguments have to do.
 Launch PrepareLaunch(const std::string& program, const std::string& tail);
 
 }  // namespace win

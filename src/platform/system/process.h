@@ -5,8 +5,10 @@
 
 // Starting programs, Windows programs included. A program that this system can start is started as it is. A Windows
 // program (its first bytes are `MZ`) goes through a runner: `VARNIK_RUNNER`, else the line `Runner=` of `platform.ini`
-// in the configuration folder, else `wine`; when it lies inside a Wine prefix, WINEPREFIX names that prefix for the
-// child.
+// in the configuration folder, else `wine`; a path, or a program with arguments of its own. When the program lies
+// inside a Wine prefix, WINEPREFIX names that prefix for the child.
+//
+// A child has a session of its own, no input, and standard error for all that it prints.
 namespace win {
 
 constexpr unsigned kNormalPriorityClass = 32;

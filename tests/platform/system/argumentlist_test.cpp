@@ -48,15 +48,4 @@ TEST(ArgumentList, SplitsAsTheCRuntimeDoes) {
   }
 }
 
-TEST(ArgumentList, AnyListSurvivesTheWayThroughATail) {
-  const List lists[] = {{},
-                        {""},
-                        {"a", "", "b c"},
-                        {R"(a\)", R"(a b\)", R"(a\\"b)", R"(x"y z)", R"(\\)", "\"", "t\tb"},
-                        {R"(" ")", R"(\")"}};
-  for (const List& list : lists)
-    EXPECT_EQ(win::SplitArguments(win::TailFromArguments(list)), list);
-  EXPECT_EQ(win::TailFromArguments({R"(a\)", R"(a b\)", R"(a\\"b)"}), R"( a\ "a b\\" a\\\\\"b)");
-}
-
 }  // namespace

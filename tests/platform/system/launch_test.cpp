@@ -1,0 +1,71 @@
+#include "platform/system/launch.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "tests/harness/sandbox.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using List = std::vector<std::string>;
+
+std::string Number(std::uint32_t number, int size) {
+  std::string bytes;
+  for (int i = 0; i < size; ++i)
+    bytes += static_cast<char>(number >> 8 * i);
+  return bytes;
+}
+
+// The head of a Windows program whose PE header, for a processor, stands at an offset.
+std::string Program(std::uint32_t offset, std::uint32_t processor) {
+  std::string head = "MZ" + std::string(0x3a, '\0') + Number(offset, 4);
+  if (offset < 0x1000) head.resize(offset, '\0');
+  return head + "PE" + Number(0, 2) + Number(processor, 2);
+}
+
+struct LaunchTest : testing::Test {
+  LaunchTest() {
+    setenv("VARNIK_RUNNER", "runner --fast", 1);
+    test::WriteFile(sandbox.Home() / "wine" / "drive_c" / "windows" / "system32" / "kernel32.dll", "");
+  }
+  win::Launch Prepare(const std::string& content, const std::string& tail = " a  b ") {
+    test::WriteFile(program, content);
+    return win::PrepareLaunch(program, tail);
+  }
+  test::Sandbox sandbox;
+  const std::string program = (sandbox.Install() / "bzone.exe").string();
+};
+
+TEST_F(LaunchTest, TheStarterIsOneThatTheProgramsPrefixCanRun) {
+  const std::string starter32 = BINARY_DIR "/varnik-start32.exe", starter64 = BINARY_DIR "/varnik-start64.exe";
+  if (!fs::exists(starter32) || !fs::exists(starter64)) GTEST_SKIP() << "the Windows programs were not built";
+  const struct {
+    const char* what;
+    std::string content, starter;
+  } kCases[] = {
+      {"32 bits", Program(0x80, 0x14c), starter32},
+      {"64 bits", Program(0xf8, 0x8664), starter64},
+      {"another processor", Program(0x80, 0xaa64), ""},
+      {"a header cut short", Program(0x80, 0x14c).substr(0, 0x85), ""},
+      {"a header beyond the file", Program(0x7fff'ffff, 0x14c), ""},
+      {"a header at the end of the numbers", Program(0xffff'ffff, 0x14c), ""},
+      {"a DOS program", "MZ" + std::string(600, '\0'), ""},
+      {"no more than the mark", "MZ", ""},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.what);
+    List expected{"runner", "--fast"};
+    if (!c.starter.empty()) expected.push_back(c.starter);
+    expected.insert(expected.end(), {program, "a", "b"});
+    EXPECT_EQ(Prepare(c.content).arguments, expected);
+  }
+}
+
+TEST_F(LaunchTest, APrefixThatIsNotSetUpYetGetsTheProgramItself) {
+  fs::remove_all(sandbox.Home() / "wine" / "drive_c" / "windows");
+  EXPECT_EQ(Prepare(Program(0x80, 0x14c)).arguments, (List{"runner", "--fast", program, "a", "b"}));
+}
+
+}  // namespace
