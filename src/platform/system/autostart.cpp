@@ -7,8 +7,8 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
-#include <filesystem>
 #include <sstream>
 #include <string_view>
 #include <vector>
@@ -71,10 +71,15 @@ std::vector<std::string> ArgumentsOf(const std::string& command) {
 // What this process needs to find its files, and what the next log-in may not have set.
 std::vector<std::string> EnvironmentToKeep() {
   std::vector<std::string> kept;
-  for (const std::string& name : {OwnVariable("_HOME"), std::string("XDG_CONFIG_HOME"), std::string("XDG_DATA_HOME"),
-                                  std::string("WINEPREFIX")}) {
-    const char* value = std::getenv(name.c_str());
-    if (value && *value) kept.push_back(name + "=" + value);
+  const std::string home = OwnVariable("_HOME");
+  for (const std::string& name :
+       {home, std::string("XDG_CONFIG_HOME"), std::string("XDG_DATA_HOME"), std::string("WINEPREFIX")}) {
+    const char* set = std::getenv(name.c_str());
+    std::string value = set ? set : "";
+    if (value.empty()) continue;
+    // Absolute, and with slashes: some readers of these entries undo the escape of a backslash twice.
+    if (name == home) std::ranges::replace(value = ProgramFolder(""), '\\', '/');
+    kept.push_back(name + "=" + value);
   }
   return kept;
 }

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <regex>
 
@@ -77,18 +78,20 @@ TEST_F(Registry, EntriesStartTheProgramWithTheSwitch) {
     SCOPED_TRACE(name);
     const auto folder = sandbox_.Home() / name;
     const auto program = folder / "varnik";
-    const auto home = (folder / "app").string();
+    const auto home = folder.string() + "\\app";
     test::WriteFile(program, "#!/bin/sh\nprintf '%s|' \"$VARNIK_HOME\" \"$VARNIK_RUNONCE\" \"$@\" > \"$SEEN\"\n");
     std::filesystem::permissions(program, std::filesystem::perms::owner_all);
     setenv("VARNIK_HOME", home.c_str(), 1);
     setenv("SEEN", (folder / "seen").c_str(), 1);
     win::SetProgram({"varnik", "Varnik", program.string()});
+    std::string slashed = home + "/";
+    std::replace(slashed.begin(), slashed.end(), '\\', '/');
     win::RegSetValueEx(Open(kRun), "Varnik Autoload", win::kRegSz, "\"C:\\some path\\varnik.exe\" /boot\0"s);
     StartEntry(entries_ / "varnik-autoload.desktop");
-    EXPECT_EQ(test::ReadFile(folder / "seen"), home + "||/boot|");
+    EXPECT_EQ(test::ReadFile(folder / "seen"), slashed + "||/boot|");
     win::RegSetValueEx(Open(kRunOnce), "Varnik Crash Recovery", win::kRegSz, "varnik.exe /crash /x\0"s);
     StartEntry(entries_ / "varnik-crash-recovery.desktop");
-    EXPECT_EQ(test::ReadFile(folder / "seen"), home + "|Varnik Crash Recovery|/crash|/x|");
+    EXPECT_EQ(test::ReadFile(folder / "seen"), slashed + "|Varnik Crash Recovery|/crash|/x|");
   }
 }
 
