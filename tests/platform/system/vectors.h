@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/system/text.h"
+
 #include <nlohmann/json.hpp>
 
 #include <fstream>
@@ -21,15 +23,9 @@ inline std::vector<nlohmann::json> VectorRows(const char* name) {
 // A row writes a byte as the character of the same number. Nothing for null.
 inline std::optional<std::string> RowBytes(const nlohmann::json& text) {
   if (text.is_null()) return std::nullopt;
-  const std::string utf8 = text.get<std::string>();
   std::string bytes;
-  for (std::size_t i = 0; i < utf8.size(); ++i) {
-    const auto lead = static_cast<unsigned char>(utf8[i]);
-    if (lead < 0x80)
-      bytes += utf8[i];
-    else
-      bytes += static_cast<char>((lead & 3) << 6 | (static_cast<unsigned char>(utf8[++i]) & 0x3F));
-  }
+  for (const char32_t c : win::CharactersFromBytes(text.get<std::string>()))
+    bytes += static_cast<char>(c);
   return bytes;
 }
 
