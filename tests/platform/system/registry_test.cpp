@@ -65,7 +65,7 @@ TEST_F(Registry, EntriesStartTheProgramWithTheSwitch) {
     SCOPED_TRACE(name);
     const auto folder = sandbox_.Home() / name;
     const std::string home = folder.string() + "\\app";
-    const std::string slashed = std::regex_replace(home, std::regex(R"(\\)"), "/");
+    const std::string slashed = std::regex_replace(home, std::regex(R"(\\)"), "/") + "/";
     test::WriteFile(folder / "varnik",
                     "#!/bin/sh\nprintf '%s|' \"$VARNIK_HOME\" \"$VARNIK_RUNONCE\" \"$@\" > \"$SEEN\"\n");
     std::filesystem::permissions(folder / "varnik", std::filesystem::perms::owner_all);
