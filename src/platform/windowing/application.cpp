@@ -75,6 +75,11 @@ class QtApplication : public QApplication {
   using QApplication::QApplication;
   std::function<void()> sessionEnds;
 
+  // Ahead of all that Qt does with an event: by the time of a filter a click has moved the focus already.
+  bool notify(QObject* receiver, QEvent* event) override {
+    return InputIsBlocked(receiver, event->type()) || QApplication::notify(receiver, event);
+  }
+
   // The desktop's session asks to quit. Qt would close every window by itself.
   bool event(QEvent* event) override {
     if (event->type() != QEvent::Quit || !sessionEnds) return QApplication::event(event);

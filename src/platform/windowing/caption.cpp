@@ -49,13 +49,18 @@ int WrappedHeight(const QWidget* widget, const QString& text, int width) {
 
 void FitCaption(QWidget* widget, QSize asked, const std::function<int(int)>& neededHeight) {
   if (asked.isEmpty()) return;
-  const int most = asked.height() + RoomBelow(widget, QRect(widget->pos(), asked));
   QFont usual = widget->parentWidget()->font();
   usual.setBold(widget->font().bold());
-  widget->setFont(usual);
-  for (double scale = 1 - kFontStep; neededHeight(asked.width()) > most && scale >= kSmallestFont; scale -= kFontStep)
-    widget->setFont(Scaled(usual, scale));
-  widget->resize(asked.width(), std::max(asked.height(), neededHeight(asked.width())));
+  if (widget->font() != usual) widget->setFont(usual);
+  int needed = neededHeight(asked.width());
+  if (needed > asked.height()) {
+    const int most = asked.height() + RoomBelow(widget, QRect(widget->pos(), asked));
+    for (double scale = 1 - kFontStep; needed > most && scale >= kSmallestFont; scale -= kFontStep) {
+      widget->setFont(Scaled(usual, scale));
+      needed = neededHeight(asked.width());
+    }
+  }
+  widget->resize(asked.width(), std::max(asked.height(), needed));
 }
 
 LabelWidget::LabelWidget(QWidget* parent) : QLabel(parent) {
@@ -115,6 +120,10 @@ void ButtonWidget::paintEvent(QPaintEvent*) {
 
 CheckBoxWidget::CheckBoxWidget(QWidget* parent) : QCheckBox(parent) {
   setFocusPolicy(Qt::StrongFocus);
+}
+
+bool CheckBoxWidget::hitButton(const QPoint& place) const {
+  return rect().contains(place);
 }
 
 QRect CheckBoxWidget::TextRect(const QRect& whole) const {

@@ -1,6 +1,5 @@
 #include <QApplication>
 #include <QEvent>
-#include <QPointer>
 #include <QSet>
 #include <QWidget>
 
@@ -35,46 +34,28 @@ bool IsInput(QEvent::Type type) {
   }
 }
 
-class InputBlocker : public QObject {
- public:
-  static InputBlocker& Get() {
-    static QPointer<InputBlocker> blocker;
-    if (!blocker) blocker = new InputBlocker;
-    return *blocker;
-  }
+QSet<const QObject*> blocked;
 
-  void Add(QWidget* window) {
-    if (windows_.isEmpty()) qApp->installEventFilter(this);
-    windows_.insert(window);
-    if (QWidget* popup = QApplication::activePopupWidget(); popup && Holds(popup)) popup->close();
-  }
-
-  void Remove(QWidget* window) {
-    windows_.remove(window);
-    if (windows_.isEmpty()) qApp->removeEventFilter(this);
-  }
-
-  bool eventFilter(QObject* watched, QEvent* event) override { return IsInput(event->type()) && Holds(watched); }
-
- private:
-  InputBlocker() : QObject(qApp) {}
-
-  bool Holds(const QObject* object) const {
-    for (; object; object = object->parent())
-      if (windows_.contains(object)) return true;
-    return false;
-  }
-
-  QSet<const QObject*> windows_;
-};
+bool HangsOnBlocked(const QObject* object) {
+  for (; object; object = object->parent())
+    if (blocked.contains(object)) return true;
+  return false;
+}
 
 }  // namespace
 
 void BlockInput(QWidget* window, bool block) {
-  if (block)
-    InputBlocker::Get().Add(window);
-  else
-    InputBlocker::Get().Remove(window);
+  if (!block) {
+    blocked.remove(window);
+    return;
+  }
+  blocked.insert(window);
+  QWidget* menu = QApplication::activePopupWidget();
+  if (menu && HangsOnBlocked(menu)) menu->close();
+}
+
+bool InputIsBlocked(const QObject* receiver, QEvent::Type type) {
+  return !blocked.isEmpty() && IsInput(type) && HangsOnBlocked(receiver);
 }
 
 }  // namespace win

@@ -73,7 +73,7 @@ struct ListBox::State {
 };
 
 ListBox::ListBox(Container& parent, const char* name, ListStyle style)
-    : Control(name, new ListView(parent.Area())), state_(std::make_unique<State>(style)) {
+    : Control(name, new ListView(parent.Area())), state_(std::make_shared<State>(style)) {
   auto* view = static_cast<ListView*>(Widget());
   state_->view = view;
   view->setModel(&state_->model);
@@ -89,14 +89,15 @@ ListBox::~ListBox() {
 
 void ListBox::Acted(bool clickedRow) {
   State& state = *state_;
-  const QModelIndex current = state.view->selectionModel()->currentIndex();
-  const int index = state.view->selectionModel()->isSelected(current) ? current.row() : -1;
   const int tickedRow = std::exchange(state.tickedRow, -1);
-  const bool moved = index != std::exchange(state.listIndex, index);
+  // Qt does not move to a row whose tick is clicked.
+  const int index = tickedRow != -1 ? tickedRow : state.view->currentIndex().row();
+  const bool moved = index != state.listIndex;
+  state.Select(index);
   if (!clickedRow && !moved && tickedRow == -1) return;
-  const QPointer<QWidget> alive = Widget();
+  const std::weak_ptr<State> alive = state_;
   if (tickedRow != -1) Raise(ItemCheck, tickedRow);
-  if (alive && state_) Raise(Click);
+  if (!alive.expired()) Raise(Click);
 }
 
 void ListBox::AddItem(const std::string& text, int index) {

@@ -54,7 +54,7 @@ class ListBox : public Control {
   void Acted(bool clickedRow);
 
   struct State;
-  std::unique_ptr<State> state_;
+  std::shared_ptr<State> state_;
 };
 
 // Holds a list's update open for as long as it lives.

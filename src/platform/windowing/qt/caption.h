@@ -43,6 +43,7 @@ class CheckBoxWidget : public QCheckBox {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  bool hitButton(const QPoint& place) const override;  // its whole place, not the caption alone
 
  private:
   QRect TextRect(const QRect& whole) const;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QEvent>
 #include <QMenuBar>
 #include <QPointer>
 #include <QScrollArea>
@@ -47,6 +48,7 @@ QPoint ReachablePlace(const QRect& frame, const QList<QRect>& screens);
 // Keeps a person's input from the window and from all that hangs on it, its menus and their shortcuts included. Unlike
 // a disabled widget it looks as before and keeps its focus.
 void BlockInput(QWidget* window, bool block);
+bool InputIsBlocked(const QObject* receiver, QEvent::Type type);
 
 // Waits until the forms shown last are on the screen, at most a short while: a display server draws no window before
 // that.

@@ -1,0 +1,185 @@
+#include "tests/harness/window_app.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QElapsedTimer>
+#include <QListView>
+#include <QStyle>
+#include <QStyleOptionViewItem>
+#include <QTest>
+#include <QTimer>
+#include <QTreeWidget>
+#include <memory>
+
+#include "platform/system/program.h"
+#include "platform/windowing/application.h"
+#include "platform/windowing/combobox.h"
+#include "platform/windowing/form.h"
+#include "platform/windowing/listbox.h"
+#include "platform/windowing/menu.h"
+#include "platform/windowing/treeview.h"
+
+namespace test {
+
+namespace {
+
+constexpr int kLongestModal = 10000;  // milliseconds
+
+class OneApplication : public ::testing::Environment {
+ public:
+  void SetUp() override {
+    win::SetProgram({"varnik", "Varnik", ""});
+    application_ = std::make_unique<win::Application>();
+  }
+  void TearDown() override { application_.reset(); }
+
+ private:
+  std::unique_ptr<win::Application> application_;
+};
+
+[[maybe_unused]] const ::testing::Environment* const kApplication =
+    ::testing::AddGlobalTestEnvironment(new OneApplication);
+
+win::Form* ModalForm() {
+  for (win::Form* form : win::OpenForms())
+    if (form->Window() == QApplication::activeModalWidget()) return form;
+  return nullptr;
+}
+
+// Tries again and again, since the form may show much later than the test asked.
+void ActOnModal(std::function<void(win::Form&)> act) {
+  win::Form* form = ModalForm();
+  if (!form) {
+    QTimer::singleShot(1, qApp, [act = std::move(act)] { ActOnModal(act); });
+    return;
+  }
+  QTimer::singleShot(kLongestModal, form->Window(), [form] {
+    ADD_FAILURE() << form->Name() << " stays open";
+    form->Hide();
+  });
+  act(*form);
+}
+
+QPoint Center(const QWidget& widget) {
+  return widget.rect().center();
+}
+
+QRect RowRect(const QListView& view, int row) {
+  return view.visualRect(view.model()->index(row, 0));
+}
+
+}  // namespace
+
+BoxScript::BoxScript() {
+  win::AnswerBoxesWith([this](const win::Box& box) { return Reply(box); });
+}
+
+BoxScript::~BoxScript() {
+  win::AnswerBoxesWith({});
+  for (const Expected& expected : expected_)
+    ADD_FAILURE() << "no box came: " << expected.box.text << expected.box.title;
+}
+
+void BoxScript::ExpectMsgBox(const std::string& text, win::Answer answer, const std::string& title) {
+  expected_.push_back({{win::BoxKind::kMessage, text, title, 0, ""}, {answer, ""}});
+}
+
+void BoxScript::ExpectInputBox(const std::string& prompt, const std::string& typed) {
+  expected_.push_back({{win::BoxKind::kInput, prompt, "", 0, ""}, {win::Answer::kOk, typed}});
+}
+
+void BoxScript::ExpectFolderDialog(const std::string& title, const std::string& chosen) {
+  expected_.push_back({{win::BoxKind::kFolder, "", title, 0, ""}, {win::Answer::kOk, chosen}});
+}
+
+win::BoxAnswer BoxScript::Reply(const win::Box& box) {
+  last_ = box;
+  if (expected_.empty()) {
+    ADD_FAILURE() << "unexpected box: " << box.title << ": " << box.text;
+    return {box.style & win::kYesNo ? win::Answer::kNo : win::Answer::kOk, ""};
+  }
+  const Expected expected = expected_.front();
+  expected_.pop_front();
+  EXPECT_EQ(box.kind, expected.box.kind);
+  EXPECT_EQ(box.text, expected.box.text);
+  EXPECT_TRUE(expected.box.title.empty() || box.title == expected.box.title) << box.title;
+  return expected.answer;
+}
+
+void WindowTest::TearDown() {
+  RunEvents();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void RunEvents() {
+  QTest::qWait(1);
+}
+
+bool Await(const std::function<bool()>& condition, int milliseconds) {
+  return QTest::qWaitFor(condition, milliseconds);
+}
+
+void DuringModal(std::function<void(win::Form&)> act) {
+  QTimer::singleShot(0, qApp, [act = std::move(act)] { ActOnModal(act); });
+}
+
+void ClickOn(const win::Control& control) {
+  QTest::mouseClick(control.Widget(), Qt::LeftButton, {}, Center(*control.Widget()));
+}
+
+void ClickRow(const win::ListBox& list, int row) {
+  auto* view = qobject_cast<QListView*>(list.Widget());
+  QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, RowRect(*view, row).center());
+}
+
+void ClickTick(const win::ListBox& list, int row) {
+  auto* view = qobject_cast<QListView*>(list.Widget());
+  QStyleOptionViewItem option;
+  option.initFrom(view);
+  option.rect = RowRect(*view, row);
+  option.features = QStyleOptionViewItem::HasCheckIndicator;
+  const QRect tick = view->style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, view);
+  QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, tick.center());
+}
+
+void ClickNode(const win::TreeView& tree, const std::string& text) {
+  auto* view = qobject_cast<QTreeWidget*>(tree.Widget());
+  const auto found = view->findItems(QString::fromStdString(text), Qt::MatchExactly | Qt::MatchRecursive);
+  ASSERT_FALSE(found.isEmpty()) << text;
+  view->scrollToItem(found.front());
+  QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualItemRect(found.front()).center());
+}
+
+void HoverOver(const win::Control& control) {
+  QWidget* surface = control.Widget();
+  if (const auto* area = qobject_cast<QAbstractScrollArea*>(surface)) surface = area->viewport();
+  QTest::mouseMove(surface, Center(*surface) - QPoint(1, 1));
+  QTest::mouseMove(surface, Center(*surface));
+}
+
+void Type(const win::Control& control, const std::string& ascii) {
+  QTest::keyClicks(control.Widget(), QString::fromStdString(ascii));
+}
+
+void PressKey(const win::Control& control, int qtKey) {
+  QTest::keyClick(control.Widget(), static_cast<Qt::Key>(qtKey));
+}
+
+void PressKey(const win::Form& form, int qtKey) {
+  QTest::keyClick(form.Window(), static_cast<Qt::Key>(qtKey));
+}
+
+void ChooseRow(const win::ComboBox& box, int row) {
+  auto* widget = qobject_cast<QComboBox*>(box.Widget());
+  widget->showPopup();
+  QAbstractItemView* popup = widget->view();
+  popup->setCurrentIndex(popup->model()->index(row, 0));
+  QTest::keyClick(popup, Qt::Key_Return);
+}
+
+void ClickMenu(const win::MenuItem& item) {
+  if (item.Visible()) item.Action()->trigger();
+}
+
+}  // namespace test
