@@ -122,8 +122,12 @@ void PutConfigurationInForce(const std::string& root, bool version13) {
   win::RenameFile(Generated(root), InForce(root));
 }
 
+bool ConfigurationIsReplaced(const std::string& root) {
+  return FileExists(Backup(root));
+}
+
 void RestoreConfiguration(const std::string& root) {
-  if (!FileExists(Backup(root))) return;
+  if (!ConfigurationIsReplaced(root)) return;
   win::DeleteFiles(InForce(root));
   win::RenameFile(Backup(root), InForce(root));
 }

@@ -37,6 +37,9 @@ void GenerateFolderEntry(const std::string& root, const std::string& path);
 // Does nothing when no entry was generated.
 void PutConfigurationInForce(const std::string& root, bool version13);
 
+// The game's own bzone.cfg is put away as bzonevarnik.bak.
+bool ConfigurationIsReplaced(const std::string& root);
+
 // Brings bzone.cfg back from bzonevarnik.bak, if there is one.
 void RestoreConfiguration(const std::string& root);
 
