@@ -72,6 +72,20 @@ bool IsOffered(std::size_t row) {
   return row < installs.size() && !installs[row].Description.empty() && StoredInstallIsTicked(row);
 }
 
+std::int16_t StoredActiveInstall() {
+  return win::RoundToInt16(win::LeadingNumber(ReadStored(kInstallsSection, "Active", "-1"))).value_or(-1);
+}
+
+void StoreActiveInstall(std::int16_t row) {
+  Store(kInstallsSection, "Active", std::to_string(row));
+}
+
+bool SelectInstall(std::int16_t row) {
+  const bool isRow = row >= 0 && static_cast<std::size_t>(row) < installs.size();
+  CurrentInstall = isRow ? row : std::int16_t{-1};
+  return isRow;
+}
+
 void UseInstallFolder(const std::string& path) {
   installs.assign(1, MakeInstallEntry(win::WithSeparator(path), ""));
   CurrentInstall = 0;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,13 @@ void ReadInstallList();
 
 // True when the menus offer the row: it is ticked in the store and holds an install.
 bool IsOffered(std::size_t row);
+
+// The row that was selected last, as the store holds it; -1 for none. It need not be in the list.
+std::int16_t StoredActiveInstall();
+void StoreActiveInstall(std::int16_t row);
+
+// False, with no install selected, when the list has no such row.
+bool SelectInstall(std::int16_t row);
 
 // Makes the folder, which need not be in the store, the selected install: one row, index 0.
 void UseInstallFolder(const std::string& path);

@@ -1,0 +1,93 @@
+#include "installs/locations.h"
+
+#include <gtest/gtest.h>
+
+#include "support/settings.h"
+#include "tests/harness/sandbox.h"
+
+namespace varnik {
+namespace {
+
+// The list in one text: a star for a ticked row, its path, its description.
+std::string Told(const LocationList& list) {
+  std::string text;
+  for (std::size_t i = 0; i < list.rows.size(); ++i)
+    text += (list.rows[i].Offered ? "*" : "") + list.rows[i].Path + "=" + list.Descriptions[i] + ";";
+  return text;
+}
+
+void StoreAll(const std::vector<std::string>& paths) {
+  Forget(kInstallsSection);
+  for (std::size_t i = 0; i < paths.size(); ++i) {
+    const std::string n = std::to_string(i);
+    Store(kInstallsSection, "BZ2Loc" + n, paths[i]);
+    Store(kInstallsSection, "BZ2Des" + n, " d" + n);
+    if (i % 2 == 0) Store(kInstallsSection, "BZ2Sel" + n, "Yes");
+  }
+}
+
+struct LoadCase {
+  std::vector<std::string> stored;
+  const char* told;
+};
+
+const LoadCase kLoads[] = {
+    {{}, ""},
+    {{" /a ", "/b/", " "}, "*/a\\=d0;/b/=d1;* \\=d2;"},
+    {{"/a", "/A"}, "*/a\\=d0;/A\\=d1;"},
+    {{"/a", "", "/c"}, "*/a\\=d0;"},
+    {{"/a", "/a", "/c"}, "*/a\\=d0;/c\\=d1;"},  // the second row goes, its description stays where it is
+    {{"/a", "/a", "/a", "/b"}, "*/a\\=d0;/b\\=d1;"},
+};
+
+TEST(Locations, LoadAsTheStoreHoldsThem) {
+  const test::Sandbox sandbox;
+  for (const LoadCase& c : kLoads) {
+    StoreAll(c.stored);
+    EXPECT_EQ(Told(LoadLocations()), c.told);
+  }
+}
+
+TEST(Locations, AreEditedWithTheirDescriptions) {
+  LocationList list;
+  for (const char* path : {"/a\\", "/b\\", "/c\\"})
+    EXPECT_TRUE(AddLocation(list, path));
+  EXPECT_FALSE(AddLocation(list, "/b\\"));
+  EXPECT_TRUE(AddLocation(list, "/B\\"));
+  list.Descriptions = {"A", "B", "C", "D", ""};
+  list.rows[2].Offered = true;
+  SwapLocations(list, 2, 1);
+  RemoveLocation(list, 0);
+  RemoveLocation(list, 9);
+  SwapLocations(list, 2, 3);
+  EXPECT_EQ(Told(list), "*/c\\=C;/b\\=B;/B\\=D;");
+  AddLocation(list, "/new/");
+  EXPECT_EQ(Told(list), "*/c\\=C;/b\\=B;/B\\=D;/new/=;");
+}
+
+TEST(Locations, TakeTheInstallsOfASearch) {
+  test::Sandbox sandbox;
+  sandbox.MakeInstall();
+  const std::string folder = sandbox.Install().string() + "/";
+  LocationList list;
+  AddSearchResults(list, {"", folder + "BZONE.EXE", "/nowhere/bzone.exe", folder + "bzone.exe", "x"});
+  EXPECT_EQ(Told(list), folder + "=;");
+}
+
+TEST(Locations, ReplaceTheWholeSection) {
+  const test::Sandbox sandbox;
+  StoreAll({"/a", "/b", "/c"});
+  Store(kInstallsSection, "Active", "1");
+  LocationList list = LoadLocations();
+  RemoveLocation(list, 0);
+  SaveLocations(list);
+  EXPECT_EQ(Told(LoadLocations()), "/b\\=d1;*/c\\=d2;");
+  EXPECT_EQ(ReadStored(kInstallsSection, "Active", "none"), "none");
+  EXPECT_EQ(ReadStored(kInstallsSection, "BZ2Sel0"), "No");
+  EXPECT_EQ(ReadStored(kInstallsSection, "BZ2Loc2", "none"), "none");
+  SaveLocations({});
+  EXPECT_EQ(ReadStored(kInstallsSection, "BZ2Loc0", "none"), "none");
+}
+
+}  // namespace
+}  // namespace varnik
