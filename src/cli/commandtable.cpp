@@ -1,0 +1,95 @@
+#include "cli/commandtable.h"
+
+#include <CLI/CLI.hpp>
+
+#include "cli/commands.h"
+#include "cli/output.h"
+
+namespace varnik::cli {
+
+namespace {
+
+void DeclareMod(CLI::App& app, Arguments& arguments) {
+  app.add_option("MOD", arguments.mod, "File name of a definition in the catalogue, or a path to one")
+      ->required()
+      ->type_name("");
+}
+
+void DeclareFile(CLI::App& app, Arguments& arguments) {
+  app.add_option("FILE", arguments.file, "A definition file")->required()->type_name("");
+}
+
+void DeclareRow(CLI::App& app, Arguments& arguments) {
+  app.add_option("N", arguments.index, "Number of the install in the list, from 0")->required()->type_name("");
+}
+
+void DeclareAddInstall(CLI::App& app, Arguments& arguments) {
+  app.add_option("DIR", arguments.folder, "Folder of the install")->required()->type_name("");
+  app.add_option("--description", arguments.description, "What the menus call it; without: its version and folder");
+}
+
+void DeclareMapAndEdit(CLI::App& app, Arguments& arguments) {
+  app.add_option("--map", arguments.map, "File name of the map to load, .bzn or .trn")->type_name("NAME");
+  app.add_flag("--edit", arguments.edit, "Start the game's editor, which needs a map");
+}
+
+void DeclareRun(CLI::App& app, Arguments& arguments) {
+  app.add_option("MOD", arguments.mod, "File name of a definition in the catalogue, or a path to one; - for no mod")
+      ->required()
+      ->type_name("");
+  DeclareMapAndEdit(app, arguments);
+  app.add_option("--options", arguments.options, "The game's options, in place of the ticked ones");
+}
+
+void DeclareLine(CLI::App& app, Arguments& arguments) {
+  app.add_option("--tick", arguments.tick, "Tick this row of the option list, counted from 0")->allow_extra_args(false);
+  app.add_option("--untick", arguments.untick, "Untick this row")->allow_extra_args(false);
+  DeclareMapAndEdit(app, arguments);
+}
+
+void DeclareListSettings(CLI::App& app, Arguments& arguments) {
+  app.add_flag("--all", arguments.all, "Every section, and what the registry holds");
+}
+
+void DeclareSetSetting(CLI::App& app, Arguments& arguments) {
+  app.add_option("KEY", arguments.key, "One of the keys that `varnik-cli settings` lists")->required()->type_name("");
+  app.add_option("VALUE", arguments.value, "Its new text; options are exactly On or Off")->required()->type_name("");
+}
+
+int NotThereYet(const Arguments&) {
+  Note("this command is not there yet");
+  return kWrongUsage;
+}
+
+}  // namespace
+
+const std::vector<Command> kCommands = {
+    {"installs", "List the installs of the game", false, nullptr, ListInstalls, "installs\n--json installs"},
+    {"installs add", "Add an install at the end of the list", false, DeclareAddInstall, AddInstall,
+     "installs add ~/games/bz2\ninstalls add ~/games/bz2-1.3 --description \"For the league\""},
+    {"installs remove", "Take an install off the list; its folder stays", false, DeclareRow, RemoveInstall,
+     "installs remove 1"},
+    {"installs select", "Select the install that other commands work on", false, DeclareRow, SelectInstallRow,
+     "installs select 0"},
+    {"mods", "List the mods that fit the install", true, nullptr, ListMods, "mods\n--root ~/games/bz2 --json mods"},
+    {"parse", "Show a definition file as its readers see it, line by line", false, DeclareFile, ParseFile,
+     "parse ~/games/bz2/mymod.bzm"},
+    {"check", "Tell what readers of a definition file would pass over in silence", false, DeclareFile, NotThereYet,
+     "check ~/games/bz2/mymod.bzm"},
+    {"plan", "Show each step that an activation would take now, and change nothing", true, DeclareMod, NotThereYet,
+     "plan mymod.bzm"},
+    {"activate", "Put a mod into force", true, DeclareMod, ActivateGivenMod, "activate mymod.bzm"},
+    {"deactivate", "Take a mod out of force", true, DeclareMod, DeactivateGivenMod, "deactivate mymod.bzm"},
+    {"run", "Put a mod into force, run the game, and put everything back", true, DeclareRun, RunGivenMod,
+     "run mymod.bzm\nrun mymod.bzm --map stalker.bzn\nrun - --options \"/win /nointro\""},
+    {"options", "List the game's command-line options", true, nullptr, ListOptions, "options"},
+    {"line", "Show the command line that a launch would use", true, DeclareLine, ShowLine,
+     "line\nline --tick 0 --untick 2 --map \"my map.bzn\""},
+    {"maps", "List the maps of the install", true, nullptr, NotThereYet, "maps"},
+    {"settings", "List the program's settings", false, DeclareListSettings, ListSettings,
+     "settings\nsettings --all --json"},
+    {"settings set", "Store a setting", false, DeclareSetSetting, SetSetting, "settings set RenameLog On"},
+    {"recover", "Undo a run that was interrupted, as a start of Varnik does", false, nullptr, Recover, "recover"},
+};
+
+}  // namespace varnik::cli

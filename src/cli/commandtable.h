@@ -1,0 +1,25 @@
+#pragma once
+
+#include <vector>
+
+#include "cli/arguments.h"
+
+namespace CLI {
+class App;
+}
+
+namespace varnik::cli {
+
+struct Command {
+  const char* name;  // with a blank: one below the command of the first word
+  const char* help;
+  bool needsInstall;
+  void (*declare)(CLI::App& app, Arguments& arguments);  // its own arguments; null for none
+  int (*act)(const Arguments& arguments);
+  const char* examples;  // behind `varnik-cli`, one a line
+};
+
+// In the order in which the help tells them; a command stands ahead of those below it.
+extern const std::vector<Command> kCommands;
+
+}  // namespace varnik::cli

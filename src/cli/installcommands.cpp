@@ -1,0 +1,110 @@
+#include "cli/commands.h"
+#include "cli/output.h"
+#include "cli/session.h"
+#include "installs/installlist.h"
+#include "installs/locations.h"
+#include "support/settings.h"
+
+namespace varnik::cli {
+
+namespace {
+
+constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+// With --root that folder is the selected install, listed or not.
+std::size_t ActiveRow(const Arguments& arguments) {
+  if (!arguments.root) return static_cast<std::size_t>(StoredActiveInstall());
+  const std::string root = GivenFolder(*arguments.root);
+  for (std::size_t i = 0; i < InstallList.size(); ++i)
+    if (InstallList[i].Path == root) return i;
+  return kNone;
+}
+
+Json RowAsJson(std::size_t row, bool isActive) {
+  const InstallEntry& install = InstallList[row];
+  return {{"Index", row},
+          {"Path", Text(install.Path)},
+          {"Description", Text(install.Description)},
+          {"Version", Text(install.Version)},
+          {"Valid", IsBZ2Install(install.Path)},
+          {"Offered", IsOffered(row)},
+          {"Active", isActive}};
+}
+
+std::vector<std::string> RowAsText(std::size_t row, bool isActive) {
+  const InstallEntry& install = InstallList[row];
+  const char* const state = isActive                  ? "active"
+                            : install.Version.empty() ? "no install"
+                            : IsOffered(row)          ? ""
+                                                      : "hidden";
+  return {std::to_string(row), install.Version, state, install.Path, install.Description};
+}
+
+int FailAtRow(const Arguments& arguments) {
+  return Fail(std::to_string(arguments.index), "the list has no install of this number");
+}
+
+std::size_t RowOfPath(const LocationList& list, const std::string& path) {
+  for (std::size_t i = 0; i < list.rows.size(); ++i)
+    if (list.rows[i].Path == path) return i;
+  return kNone;
+}
+
+// Saving forgets which install is selected; an addition moves none, so that it can stay.
+void SaveKeepingSelection(const LocationList& list) {
+  const auto active = static_cast<std::size_t>(StoredActiveInstall());
+  const std::string path = active < InstallList.size() ? InstallList[active].Path : "";
+  SaveLocations(list);
+  const std::size_t row = RowOfPath(list, path);
+  if (row != kNone) StoreActiveInstall(static_cast<std::int16_t>(row));
+}
+
+}  // namespace
+
+int ListInstalls(const Arguments& arguments) {
+  ReadInstallList();
+  // An emptied store leaves the rows read before.
+  const std::size_t count = StoredInstallPath(0).empty() ? 0 : InstallList.size();
+  const std::size_t active = ActiveRow(arguments);
+  Json list = Json::array();
+  std::vector<std::vector<std::string>> rows;
+  for (std::size_t i = 0; i < count; ++i) {
+    list.push_back(RowAsJson(i, i == active));
+    rows.push_back(RowAsText(i, i == active));
+  }
+  return arguments.json ? Print(list) : PrintTable({"#", "Version", "State", "Path", "Description"}, rows);
+}
+
+int AddInstall(const Arguments& arguments) {
+  ReadInstallList();
+  const std::string folder = GivenFolder(arguments.folder);
+  if (!IsBZ2Install(folder)) return Fail(folder, "no install: bzone.exe, data.pak and binkw32.dll are not all there");
+  LocationList list = LoadLocations();
+  if (!AddLocation(list, folder)) return Fail(folder, "is listed already");
+  const std::size_t row = list.rows.size() - 1;
+  list.rows[row].Offered = true;
+  list.Descriptions[row] = arguments.description;
+  SaveKeepingSelection(list);
+  return ListInstalls(arguments);
+}
+
+int RemoveInstall(const Arguments& arguments) {
+  ReadInstallList();
+  if (arguments.index >= InstallList.size()) return FailAtRow(arguments);
+  LocationList list = LoadLocations();
+  RemoveLocation(list, RowOfPath(list, InstallList[arguments.index].Path));
+  SaveLocations(list);
+  Note("no install is selected now");
+  return ListInstalls(arguments);
+}
+
+int SelectInstallRow(const Arguments& arguments) {
+  ReadInstallList();
+  if (arguments.index >= InstallList.size()) return FailAtRow(arguments);
+  const std::string& path = InstallList[arguments.index].Path;
+  if (!IsBZ2Install(path)) return Fail(path, "holds no install");
+  StoreActiveInstall(static_cast<std::int16_t>(arguments.index));
+  return ListInstalls(arguments);
+}
+
+}  // namespace varnik::cli

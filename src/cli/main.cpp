@@ -1,0 +1,82 @@
+#include <CLI/CLI.hpp>
+
+#include <csignal>
+#include <string>
+
+#include "cli/commandtable.h"
+#include "cli/output.h"
+#include "cli/session.h"
+#include "platform/system/program.h"
+
+namespace {
+
+using varnik::cli::Arguments;
+using varnik::cli::Command;
+using varnik::cli::kCommands;
+using varnik::cli::kWrongUsage;
+
+// What the next log-in starts after a crash is the program with the window.
+std::string WindowProgram() {
+  const std::string path = win::ExecutablePath();
+  return path.substr(0, path.rfind('/') + 1) + "varnik";
+}
+
+void DeclareGlobalOptions(CLI::App& app, Arguments& arguments) {
+  app.add_option("--root", arguments.root, "The install to work on, listed or not; without: the selected one")
+      ->type_name("DIR");
+  app.add_option("--app-path", arguments.appPath, "The program's folder, which holds varnik.cmd and mods/")
+      ->type_name("DIR");
+  app.add_flag("--json", arguments.json, "One JSON document on standard output, and nothing else there");
+  app.set_version_flag("--version", "varnik-cli " VARNIK_VERSION, "Print the version and exit");
+}
+
+std::string ExamplesOf(const Command& command) {
+  std::string text = "Examples:\n  varnik-cli ";
+  for (const char* c = command.examples; *c; ++c)
+    text += *c == '\n' ? "\n  varnik-cli " : std::string(1, *c);
+  return text;
+}
+
+CLI::App* DeclareCommand(CLI::App& app, const Command& command, Arguments& arguments) {
+  const std::string name = command.name;
+  const std::size_t blank = name.find(' ');
+  CLI::App& parent = blank == std::string::npos ? app : *app.get_subcommand(name.substr(0, blank));
+  CLI::App* const declared = parent.add_subcommand(name.substr(blank + 1), command.help);
+  declared->fallthrough()->footer(ExamplesOf(command));
+  if (command.declare) command.declare(*declared, arguments);
+  return declared;
+}
+
+int RunCommand(const Command& command, const Arguments& arguments) {
+  varnik::cli::StartSession(arguments);
+  if (command.needsInstall && !varnik::cli::OpenInstall(arguments)) return varnik::cli::kFailed;
+  return command.act(arguments);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  // A reader that goes away must not end the program while a mod is in force.
+  std::signal(SIGPIPE, SIG_IGN);
+  win::SetProgram({"varnik", "Varnik", WindowProgram()});
+
+  Arguments arguments;
+  CLI::App app("Varnik without a window: the installs, mods and maps of Battlezone II", "varnik-cli");
+  app.get_formatter()->label("SUBCOMMAND", "COMMAND");
+  app.get_formatter()->label("Subcommands", "Commands");
+  app.get_formatter()->label("REQUIRED", "");
+  DeclareGlobalOptions(app, arguments);
+  std::vector<CLI::App*> declared;
+  for (const Command& command : kCommands)
+    declared.push_back(DeclareCommand(app, command, arguments));
+  app.require_subcommand(1)->footer("varnik-cli COMMAND --help tells more, with examples.");
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? varnik::cli::kDone : kWrongUsage;
+  }
+  // A command stands ahead of those below it, so the last one given is the one that is meant.
+  for (std::size_t i = declared.size(); i-- > 0;)
+    if (declared[i]->parsed()) return RunCommand(kCommands[i], arguments);
+  return kWrongUsage;
+}

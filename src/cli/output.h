@@ -1,0 +1,40 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+// What the program says: data on standard output, everything else on standard error.
+namespace varnik::cli {
+
+using Json = nlohmann::ordered_json;
+
+constexpr int kDone = 0;
+constexpr int kFailed = 1;
+constexpr int kWrongUsage = 2;
+
+// Bytes of a file as a text of JSON; UTF-8 if valid, else Windows-1252.
+Json Text(std::string_view bytes);
+
+// kDone, or kFailed when standard output takes no more.
+int Print(const Json& document);
+int PrintLine(std::string_view bytes);
+
+// Columns below headings, as wide as their widest text.
+int PrintTable(const std::vector<std::string>& headings, const std::vector<std::vector<std::string>>& rows);
+
+// One line on standard error.
+void Note(std::string_view text);
+
+// The same, naming the file or value that the failure is about; gives kFailed.
+[[nodiscard]] int Fail(std::string_view subject, std::string_view why);
+
+// The text up to its first line end.
+std::string FirstLine(std::string_view text);
+
+// Line ends turned into blanks.
+std::string OneLine(std::string_view text);
+
+}  // namespace varnik::cli

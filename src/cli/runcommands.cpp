@@ -1,0 +1,152 @@
+#include "cli/commands.h"
+#include "cli/output.h"
+#include "cli/session.h"
+#include "cmdline/optionlist.h"
+#include "installs/installlist.h"
+#include "legacy/legacy.h"
+#include "modengine/activation.h"
+#include "modengine/bzonecfg.h"
+#include "modengine/catalogue.h"
+#include "modengine/crashmarker.h"
+#include "modengine/deactivation.h"
+#include "modengine/runcycle.h"
+#include "modengine/runguard.h"
+#include "platform/system/paths.h"
+#include "startup/startup.h"
+
+namespace varnik::cli {
+
+namespace {
+
+int Refuse(const std::string& subject) {
+  return Fail(subject, kRunRefused);
+}
+
+bool IsSamePath(const std::string& a, const std::string& b) {
+  return win::NativePath(a) == win::NativePath(b);
+}
+
+// The marker of another mod, or of another install, that is still to be undone. Whatever follows would lose what the
+// store holds for that.
+std::string OtherModInForce(const std::string& definitionFile) {
+  const CrashMarker marker = ReadCrashMarker();
+  const bool isOurs = IsSamePath(marker.definitionFile, definitionFile) && IsSamePath(marker.root, InstallRoot());
+  return marker.root.empty() || isOurs ? "" : marker.definitionFile;
+}
+
+int FailOverModInForce(const std::string& definitionFile) {
+  return Fail(definitionFile,
+              "is in force: `varnik-cli deactivate` takes it out, or `varnik-cli recover` after a crash");
+}
+
+void NoteExeTookOver() {
+  Note("an EXE of the mod has taken over");
+}
+
+int PrintDone(const Arguments& arguments, bool done, const std::string& what) {
+  if (!done) NoteExeTookOver();
+  if (arguments.json) return Print({{"Done", done}});
+  return done ? PrintLine(what) : kDone;
+}
+
+std::string LineFor(const Arguments& arguments) {
+  LineParts parts{"", arguments.map, arguments.edit};
+  parts.options = arguments.options ? *arguments.options : JoinTickedOptions(ReadOptionList(OptionListFile()));
+  return BuildCommandLine(parts, true);
+}
+
+int PrintRun(const Arguments& arguments, const RunOutcome& run) {
+  if (!run.ran) NoteExeTookOver();
+  if (!arguments.json) {
+    if (!run.ran) return kDone;
+    return PrintLine(run.commandLine + "\nended with status " + std::to_string(run.exitStatus));
+  }
+  Json result = {{"Ran", run.ran}, {"Program", nullptr}, {"CommandLine", nullptr}, {"ExitStatus", nullptr}};
+  if (run.ran) {
+    result["Program"] = Text(run.program);
+    result["CommandLine"] = Text(run.commandLine);
+    result["ExitStatus"] = run.exitStatus;
+  }
+  return Print(result);
+}
+
+int Launch(const Arguments& arguments, int row) {
+  SilenceMessages();
+  const RunOutcome run = LaunchClick(row, [&] { return LineFor(arguments); }, {}).run;
+  if (!run.problem.empty()) return Fail(arguments.mod, OneLine(run.problem));
+  if (run.ran && run.exitStatus == -1) return Fail(run.program, "could not be started; everything was put back");
+  return PrintRun(arguments, run);
+}
+
+bool Activate(const ModEntry& mod) {
+  return mod.Legacy ? ActivateLegacyMod(mod.DefinitionFile) : ActivateMod(mod.DefinitionFile);
+}
+
+bool Deactivate(const ModEntry& mod) {
+  if (!mod.Legacy) return DeactivateMod(mod.DefinitionFile, InstallRoot());
+  DeactivateLegacyMod(mod.DefinitionFile, InstallRoot());
+  return true;
+}
+
+// A mod that does not fit the install any more can still be taken out of force: its definition is all that it takes.
+int DeactivateUnlisted(const Arguments& arguments, const std::string& file) {
+  if (!DeactivateByMarker(file, InstallRoot())) return Fail(file, "is no definition");
+  return PrintDone(arguments, true, file + " is out of force");
+}
+
+int DeactivateListed(const Arguments& arguments, const ModEntry& mod) {
+  if (mod.State == -1) Note(mod.DefinitionFile + ": counts as inactive already");
+  return PrintDone(arguments, Deactivate(mod), mod.DefinitionFile + " is out of force");
+}
+
+}  // namespace
+
+int ActivateGivenMod(const Arguments& arguments) {
+  const RunGuard guard;
+  if (!guard.IsHeld()) return Refuse(arguments.mod);
+  const std::size_t row = FindGivenMod(arguments.mod);
+  if (row == 0) return FailWithoutMod(arguments.mod);
+  SelectModFolders(static_cast<int>(row));
+  const ModEntry& mod = ModList[row];
+  if (const CrashMarker marker = ReadCrashMarker(); !marker.root.empty())
+    return FailOverModInForce(marker.definitionFile);
+  if (mod.State == 1 && ConfigurationIsReplaced(InstallRoot())) return Fail(mod.DefinitionFile, "is in force already");
+  if (mod.State == 0)
+    Note(mod.DefinitionFile + ": is taken out of force by `deactivate`, or by the next start of Varnik");
+  return PrintDone(arguments, Activate(mod), mod.DefinitionFile + " is in force");
+}
+
+int DeactivateGivenMod(const Arguments& arguments) {
+  const RunGuard guard;
+  if (!guard.IsHeld()) return Refuse(arguments.mod);
+  const std::size_t row = FindGivenMod(arguments.mod);
+  const std::string file = row == 0 ? FindGivenDefinition(arguments.mod) : ModList[row].DefinitionFile;
+  if (file.empty()) return FailWithoutMod(arguments.mod);
+  if (const std::string other = OtherModInForce(file); !other.empty()) return FailOverModInForce(other);
+  SelectModFolders(row == 0 ? -1 : static_cast<int>(row));
+  return row == 0 ? DeactivateUnlisted(arguments, file) : DeactivateListed(arguments, ModList[row]);
+}
+
+int RunGivenMod(const Arguments& arguments) {
+  const RunGuard guard;
+  if (!guard.IsHeld()) return Refuse(arguments.mod);
+  const std::optional<int> row = SelectMod(arguments.mod);
+  if (!row) return kFailed;
+  if (*row == -1) return Launch(arguments, *row);
+  const ModEntry& mod = ModList[*row];
+  if (mod.State == 1) return Fail(mod.DefinitionFile, "is persistent and active: use `varnik-cli deactivate`");
+  if (mod.State == -1) return Fail(mod.DefinitionFile, "is persistent and inactive: use `varnik-cli activate`");
+  if (const CrashMarker marker = ReadCrashMarker(); !marker.root.empty())
+    return FailOverModInForce(marker.definitionFile);
+  return Launch(arguments, *row);
+}
+
+int Recover(const Arguments& arguments) {
+  const RunGuard guard;
+  if (!guard.IsHeld()) return Refuse("recover");
+  const bool recovered = RecoverFromCrash();
+  if (arguments.json) return Print({{"Recovered", recovered}});
+  return PrintLine(recovered ? "An interrupted run was undone." : "There was no interrupted run.");
+}
+
+}  // namespace varnik::cli

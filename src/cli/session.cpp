@@ -1,0 +1,127 @@
+#include "cli/session.h"
+
+#include <filesystem>
+
+#include "cli/output.h"
+#include "installs/installlist.h"
+#include "modengine/catalogue.h"
+#include "modengine/includes.h"
+#include "platform/system/files.h"
+#include "platform/system/paths.h"
+#include "platform/system/program.h"
+#include "platform/system/services.h"
+#include "platform/system/text.h"
+#include "support/modfileexists.h"
+#include "support/runstate.h"
+
+namespace varnik::cli {
+
+namespace {
+
+bool answerYes = false;
+bool silent = false;
+
+win::Answer AnswerBox(const std::string& text, int style, const std::string&) {
+  const bool isQuestion = style & (win::kYesNo | win::kYesNoCancel);
+  if (isQuestion) {
+    Note(OneLine(text) + (answerYes ? " (taken as Yes)" : " (taken as No)"));
+    return answerYes ? win::Answer::kYes : win::Answer::kNo;
+  }
+  if (!silent) Note(OneLine(text));
+  return win::Answer::kOk;
+}
+
+bool IsComplete(const std::string& path) {
+  return path.empty() || win::IsSeparator(path[0]) || (path.size() > 1 && path[1] == ':');
+}
+
+bool IsFolder(const std::string& path) {
+  return win::GetAttributes(path).value_or(0) & win::kAttributeDirectory;
+}
+
+bool OpenGivenInstall(const std::string& root) {
+  if (!IsFolder(root)) {
+    Note(root + ": there is no such folder");
+    return false;
+  }
+  if (!IsBZ2Install(root)) Note(root + ": bzone.exe, data.pak and binkw32.dll are not all there; going on");
+  UseInstallFolder(root);
+  return true;
+}
+
+bool OpenStoredInstall() {
+  ReadInstallList();
+  if (SelectInstall(StoredActiveInstall())) return true;
+  Note("no install is selected: name one with --root DIR, or choose one with `varnik-cli installs select N`");
+  return false;
+}
+
+bool IsPath(const std::string& mod) {
+  return mod.find_first_of("\\/") != std::string::npos;
+}
+
+}  // namespace
+
+void StartSession(const Arguments& arguments) {
+  AppPath = arguments.appPath ? GivenFolder(*arguments.appPath) : win::ProgramFolder("varnik.cmd");
+  win::SetWindowServices({.doEvents = {}, .msgBox = AnswerBox, .inputBox = {}});
+  ReadOptionFlags();
+}
+
+void AnswerYes() {
+  answerYes = true;
+}
+
+void SilenceMessages() {
+  silent = true;
+}
+
+std::string GivenPath(const std::string& path) {
+  if (IsComplete(path)) return path;
+  std::error_code ignored;
+  const auto complete = std::filesystem::current_path(ignored) / path;
+  return win::WindowsPathFromNative(complete.lexically_normal().string());
+}
+
+std::string GivenFolder(const std::string& folder) {
+  return win::WithSeparator(GivenPath(folder));
+}
+
+bool OpenInstall(const Arguments& arguments) {
+  const bool isOpen = arguments.root ? OpenGivenInstall(GivenFolder(*arguments.root)) : OpenStoredInstall();
+  if (isOpen) SelectModFolders(-1);
+  return isOpen;
+}
+
+std::size_t FindGivenMod(const std::string& mod) {
+  LoadModList();
+  if (!IsPath(mod)) return FindMod(mod);
+  const std::string path = GivenPath(mod);
+  if (const std::size_t row = FindMod(path)) return row;
+  LoadModFile(path);
+  return FindMod(path);
+}
+
+int FailWithoutMod(const std::string& mod) {
+  if (mod == kNoMod) return Fail(mod, "stands for no mod");
+  const bool isThere = !FindGivenDefinition(mod).empty();
+  return Fail(mod, isThere ? "does not fit this install, or is no definition" : "there is no such definition");
+}
+
+std::string FindGivenDefinition(const std::string& mod) {
+  if (!IsPath(mod)) return FindModFile(mod);
+  const std::string path = GivenPath(mod);
+  return FileExists(path) ? path : "";
+}
+
+std::optional<int> SelectMod(const std::string& mod) {
+  const auto row = static_cast<int>(FindGivenMod(mod));
+  if (row == 0 && mod != kNoMod) {
+    FailWithoutMod(mod);
+    return std::nullopt;
+  }
+  SelectModFolders(row == 0 ? -1 : row);
+  return row == 0 ? -1 : row;
+}
+
+}  // namespace varnik::cli

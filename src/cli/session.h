@@ -1,0 +1,47 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "cli/arguments.h"
+
+// The engine's state for one command, as a start of the window brings it up.
+namespace varnik::cli {
+
+// Program folder, option flags, and No to every question. No install is selected behind it.
+void StartSession(const Arguments& arguments);
+
+// Questions are answered with Yes from here on.
+void AnswerYes();
+
+// Messages are not said from here on: the command tells what happened itself.
+void SilenceMessages();
+
+// A path from the command line as the program holds it. A relative one is completed, since the store outlives the
+// folder in which a command was given.
+std::string GivenPath(const std::string& path);
+
+// A folder from the command line: as above, with a separator behind it.
+std::string GivenFolder(const std::string& folder);
+
+// Makes the install of --root, or the one that the store names, the selected one, with the folders of no mod. False,
+// having said why, when there is none.
+[[nodiscard]] bool OpenInstall(const Arguments& arguments);
+
+// Loads the catalogue; the row of ModList that `mod` names, by its file name or a path, 0 for none. A path may also
+// lead to a definition outside the catalogue that fits the install.
+std::size_t FindGivenMod(const std::string& mod);
+
+// Says why FindGivenMod found none; gives kFailed.
+int FailWithoutMod(const std::string& mod);
+
+// The file that `mod` names, whether it fits the install or not; empty when there is none.
+std::string FindGivenDefinition(const std::string& mod);
+
+constexpr char kNoMod[] = "-";
+
+// Selects a mod as the list of mods does: its row of ModList, -1 for kNoMod. Nothing, having said why, when there is
+// none.
+[[nodiscard]] std::optional<int> SelectMod(const std::string& mod);
+
+}  // namespace varnik::cli

@@ -1,0 +1,117 @@
+#include "platform/system/settings.h"
+
+#include "cli/commands.h"
+#include "cli/output.h"
+#include "platform/system/registry.h"
+#include "platform/system/text.h"
+#include "support/registry.h"
+#include "support/settings.h"
+
+namespace varnik::cli {
+
+namespace {
+
+struct Row {
+  std::string section;
+  std::string key;
+  std::optional<std::string> value;     // empty: absent
+  std::optional<std::string> fallback;  // empty: its readers each have their own
+};
+
+constexpr std::uint32_t kQueryValue = 1;
+
+struct RegistryEntry {
+  const char* key;
+  const char* value;
+};
+
+constexpr RegistryEntry kRegistryEntries[] = {
+    {kRunKey, kAutoloadValue},
+    {kRunOnceKey, kCrashRecoveryValue},
+    {kAboutUrlsKey, kAboutUrlsValue},
+};
+
+using Stored = std::vector<win::StoredSetting>;
+
+const SettingKey* FindKey(const std::string& key) {
+  for (const SettingKey& known : kSettingKeys)
+    if (win::EqualNoCase(known.name, key)) return &known;
+  return nullptr;
+}
+
+bool IsSettings(const win::StoredSetting& stored) {
+  return win::EqualNoCase(stored.section, kSettingsSection);
+}
+
+std::vector<Row> SettingsRows(const Stored& stored) {
+  std::vector<Row> rows;
+  for (const SettingKey& known : kSettingKeys) {
+    Row row{kSettingsSection, known.name, std::nullopt, known.fallback};
+    for (const win::StoredSetting& setting : stored)
+      if (IsSettings(setting) && win::EqualNoCase(setting.key, known.name)) row.value = setting.value;
+    rows.push_back(row);
+  }
+  return rows;
+}
+
+std::optional<std::string> RegistryValue(const RegistryEntry& entry) {
+  win::RegistryHandle key = 0;
+  if (win::RegOpenKeyEx(win::kHkeyLocalMachine, entry.key, 0, kQueryValue, key) != win::kErrorSuccess)
+    return std::nullopt;
+  std::string value;
+  const long status = RegFetchTyped(key, entry.value, value);
+  win::RegCloseKey(key);
+  return status == win::kErrorSuccess ? std::optional(value) : std::nullopt;
+}
+
+std::vector<Row> AllRows() {
+  const Stored stored = win::AllSettings(kApplication);
+  std::vector<Row> rows = SettingsRows(stored);
+  for (const win::StoredSetting& setting : stored)
+    if (!IsSettings(setting) || !FindKey(setting.key))
+      rows.push_back({setting.section, setting.key, setting.value, std::nullopt});
+  for (const RegistryEntry& entry : kRegistryEntries)
+    if (const auto value = RegistryValue(entry))
+      rows.push_back({"HKEY_LOCAL_MACHINE\\" + std::string(entry.key), entry.value, value, std::nullopt});
+  return rows;
+}
+
+Json TextOrNull(const std::optional<std::string>& text) {
+  return text ? Text(*text) : Json();
+}
+
+int PrintJson(const std::vector<Row>& rows, bool withSection) {
+  Json list = Json::array();
+  for (const Row& row : rows) {
+    Json object = Json::object();
+    if (withSection) object["Section"] = Text(row.section);
+    object["Key"] = Text(row.key);
+    object["Value"] = TextOrNull(row.value);
+    object["Default"] = TextOrNull(row.fallback);
+    list.push_back(std::move(object));
+  }
+  return Print(list);
+}
+
+int PrintText(const std::vector<Row>& rows) {
+  std::vector<std::vector<std::string>> texts;
+  for (const Row& row : rows)
+    texts.push_back({row.section, row.key, FirstLine(row.value.value_or("-")), row.fallback.value_or("")});
+  return PrintTable({"Section", "Key", "Stored", "Default"}, texts);
+}
+
+}  // namespace
+
+int ListSettings(const Arguments& arguments) {
+  const std::vector<Row> rows = arguments.all ? AllRows() : SettingsRows(win::AllSettings(kApplication));
+  return arguments.json ? PrintJson(rows, arguments.all) : PrintText(rows);
+}
+
+int SetSetting(const Arguments& arguments) {
+  const SettingKey* const key = FindKey(arguments.key);
+  if (!key) return Fail(arguments.key, "there is no such setting; `varnik-cli settings` lists them");
+  if (!Store(kSettingsSection, key->name, arguments.value)) return Fail(key->name, "could not be stored");
+  return ListSettings(arguments);
+}
+
+}  // namespace varnik::cli
