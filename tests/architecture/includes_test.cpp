@@ -1,0 +1,101 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <string>
+
+// Which file may include which: the layers stand in one order, and arrows point down.
+namespace {
+
+namespace fs = std::filesystem;
+
+#define PAGE "[a-z]+/frm[^/]*"
+#define ENGINE "(?!platform/|mainwindow/|startup/main\\.|.*/(frm|modfreeimage|win95_functions|picturelists)).*"
+
+struct Rule {
+  const char* what;
+  std::regex from;  // path below src
+  std::regex to;    // as written, behind its opening mark
+};
+
+const Rule kRules[] = {
+    {"platform knows nothing above it", std::regex("platform/.*"), std::regex("\"(?!platform/).*/.*")},
+    {"system knows no windowing", std::regex("platform/system/.*"), std::regex("\"platform/windowing/.*")},
+    {"Qt is a private matter of windowing", std::regex("(?!platform/windowing/(qt/.*|[^/]*\\.cpp)).*"),
+     std::regex("[\"<](Q[A-Z]|Qt[A-Z][A-Za-z]*/|platform/windowing/qt/).*")},
+    {"the engine has no window", std::regex(ENGINE),
+     std::regex("\"(platform/windowing/|mainwindow/|.*/(modfreeimage|win95_functions|picturelists)\\.).*")},
+    {"only the window and the start know pages", std::regex("(?!mainwindow/|startup/main\\.).*"),
+     std::regex("\"" PAGE)},
+    {"a page knows nothing of the window around it", std::regex(PAGE), std::regex("\"mainwindow/.*")},
+    {"nothing stands above the command-line program", std::regex("(?!cli/).*"), std::regex("\"cli/.*")},
+};
+
+// A page may lie in several files, whose names begin with that of its header.
+bool IsOwnHeader(const std::string& from, const std::string& to) {
+  return from.starts_with(to.substr(1, to.rfind('.') - 1));
+}
+
+std::string BrokenRule(const std::string& from, const std::string& to) {
+  for (const Rule& rule : kRules)
+    if (std::regex_match(from, rule.from) && std::regex_match(to, rule.to) && !IsOwnHeader(from, to)) return rule.what;
+  return "";
+}
+
+struct ArrowCase {
+  const char* from;
+  const char* to;
+  bool isAllowed;
+};
+
+const ArrowCase kArrows[] = {
+    {"modengine/activation.cpp", "\"platform/system/files.h", true},
+    {"modengine/activation.cpp", "\"platform/windowing/form.h", false},
+    {"modengine/activation.cpp", "<QString", false},
+    {"modengine/activation.cpp", "\"maps/frmmap.h", false},
+    {"support/modfindfile.h", "\"support/modfreeimage.h", false},
+    {"support/modfreeimage.h", "\"platform/windowing/picture.h", true},
+    {"maps/frmmap.cpp", "\"maps/frmmap.h", true},
+    {"maps/frmmapdetails.cpp", "\"maps/frmmap.h", true},
+    {"maps/frmmap.cpp", "\"platform/windowing/form.h", true},
+    {"maps/frmmap.cpp", "\"cmdline/frmcmdline.h", false},
+    {"maps/frmmap.h", "<QtWidgets/QListView", false},
+    {"maps/frmmap.cpp", "\"mainwindow/frmmain.h", false},
+    {"mainwindow/frmmain.cpp", "\"maps/frmmap.h", true},
+    {"startup/main.cpp", "\"mainwindow/frmmain.h", true},
+    {"startup/commandline.cpp", "\"mainwindow/frmmain.h", false},
+    {"cli/session.cpp", "\"maps/frmmap.h", false},
+    {"platform/system/paths.cpp", "\"support/runstate.h", false},
+    {"platform/system/paths.cpp", "\"platform/windowing/form.h", false},
+    {"platform/system/paths.cpp", "<sys/stat.h", true},
+    {"platform/windowing/form.h", "<QWidget", false},
+    {"platform/windowing/form.h", "\"platform/windowing/qt/formimpl.h", false},
+    {"platform/windowing/form.cpp", "<QWidget", true},
+    {"installs/installlist.cpp", "\"cli/output.h", false},
+};
+
+TEST(Includes, AreJudgedByDirection) {
+  for (const ArrowCase& c : kArrows)
+    EXPECT_EQ(BrokenRule(c.from, c.to).empty(), c.isAllowed) << c.from << " > " << c.to;
+}
+
+TEST(Includes, PointDown) {
+  const fs::path src = fs::path(SOURCE_DIR) / "src";
+  const std::regex include("\\s*#\\s*include\\s*([\"<][^\">]+).*");
+  int seen = 0;
+  for (const auto& entry : fs::recursive_directory_iterator(src)) {
+    if (entry.path().extension() != ".cpp" && entry.path().extension() != ".h") continue;
+    const std::string from = entry.path().lexically_relative(src).string();
+    std::ifstream file(entry.path());
+    std::smatch found;
+    for (std::string line; std::getline(file, line);) {
+      if (!std::regex_match(line, found, include)) continue;
+      ++seen;
+      EXPECT_EQ(BrokenRule(from, found[1]), "") << from << " includes " << found[1];
+    }
+  }
+  EXPECT_GT(seen, 100);
+}
+
+}  // namespace
