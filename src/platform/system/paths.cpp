@@ -1,23 +1,19 @@
 #include "platform/system/paths.h"
 
-#include <dirent.h>
+#include <pthread.h>
 #include <pwd.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
-#include <memory>
+#include <utility>
 
+#include "platform/system/pathfinder.h"
 #include "platform/system/text.h"
 
 namespace win {
 
 namespace {
-
-bool Exists(const std::string& native) {
-  struct stat status;
-  return lstat(native.c_str(), &status) == 0;
-}
 
 std::string HomeFolder() {
   if (const char* const home = getenv("HOME"); home != nullptr && *home != '\0') return home;
@@ -80,53 +76,23 @@ std::string Respelled(std::string_view path) {
   return native;
 }
 
-std::string_view WithoutTrailingBlanksAndDots(std::string_view name) {
-  const std::size_t last = name.find_last_not_of(" .");
-  return last == std::string_view::npos ? name : name.substr(0, last + 1);
+// A child process starts afresh: the events that its parent waits for are not its own to take.
+PathFinder& Finder() {
+  static bool forked = false;
+  static std::optional<PathFinder> finder;
+  [[maybe_unused]] static const int registered = pthread_atfork(nullptr, nullptr, [] { forked = true; });
+  if (!finder || std::exchange(forked, false)) finder.emplace();
+  return *finder;
 }
 
-bool SameName(std::string_view onDisk, std::string_view wanted) {
-  return EqualNoCase(onDisk, wanted) || EqualNoCase(Utf8FromBytes(onDisk), Utf8FromBytes(wanted));
-}
-
-// The entry that stands for `wanted` in an existing folder; empty when there is none.
-std::string FindEntry(const std::string& folder, std::string_view wanted) {
-  std::string found;
-  const std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(folder.empty() ? "." : folder.c_str()), closedir);
-  if (stream == nullptr) return found;
-  while (const dirent* const entry = readdir(stream.get())) {
-    const std::string_view name = entry->d_name;
-    if (name == wanted) return std::string(name);
-    if (SameName(name, wanted) && (found.empty() || name < found)) found = name;
-  }
-  return found;
-}
-
-struct Resolved {
-  std::string native;
-  bool exists = false;
-};
-
-Resolved Resolve(std::string_view path) {
+FoundPath Find(std::string_view path) {
   if (path.empty() || path.find('\0') != std::string_view::npos) return {};
-  std::string native = Respelled(path);
-  if (Exists(native)) return {std::move(native), true};
-  std::string_view rest = native;
-  Resolved result{"", true};
-  if (rest[0] == '/') result.native = "/";
-  while (!rest.empty()) {
-    const std::size_t end = std::min(rest.find('/'), rest.size());
-    const std::string_view name = rest.substr(0, end);
-    rest.remove_prefix(std::min(end + 1, rest.size()));
-    if (name.empty()) continue;
-    const std::string_view bare = WithoutTrailingBlanksAndDots(name);
-    std::string entry = result.exists ? FindEntry(result.native, name) : "";
-    if (result.exists && entry.empty() && bare != name) entry = FindEntry(result.native, bare);
-    result.exists = !entry.empty();
-    AppendName(result.native, entry.empty() ? bare : std::string_view(entry));
-  }
-  if (native.back() == '/' && result.native.back() != '/') result.native += '/';
-  return result;
+  std::string spelled = Respelled(path);
+  const bool trailing = EndsInSeparator(spelled) && spelled.size() > 1;
+  if (trailing) spelled.pop_back();
+  FoundPath found = Finder().Find(spelled);
+  if (trailing) found.native += '/';
+  return found;
 }
 
 }  // namespace
@@ -151,13 +117,13 @@ std::string FileNameOf(std::string_view path) {
 }
 
 std::string NativePath(std::string_view path) {
-  return Resolve(path).native;
+  return Find(path).native;
 }
 
 std::optional<std::string> FindNativePath(std::string_view path) {
-  Resolved resolved = Resolve(path);
-  if (!resolved.exists) return std::nullopt;
-  return std::move(resolved.native);
+  FoundPath found = Find(path);
+  if (!found.exists) return std::nullopt;
+  return std::move(found.native);
 }
 
 std::string WindowsPathFromNative(std::string_view native) {

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "platform/system/folderindex.h"
+
+namespace win {
+
+struct FoundPath {
+  std::string native;
+  bool exists = false;
+};
+
+// Finds native paths whose names may be spelled in another case than on disk. What it remembers only saves questions:
+// every answer rests on the folders as they are now. For one thread.
+class PathFinder {
+ public:
+  // `spelled` is a native path without `.`, repeated or trailing separators; only `.` and `/` themselves may be given.
+  FoundPath Find(const std::string& spelled);
+
+ private:
+  // A folder that stood on disk under another spelling when it was last asked for.
+  struct Misspelt {
+    std::string native;
+    const FolderNames* names = nullptr;
+    std::uint64_t changes = 0;  // of the index, before the folder was searched
+  };
+
+  FoundPath FindInMisspelt(const std::string& folder, std::string_view name);
+  const FolderNames* NamesIfUnchanged(const Misspelt& folder);
+  void Remember(const std::string& folder, Misspelt misspelt);
+
+  FolderIndex index_{FolderIndex::Watching::kYes};
+  std::unordered_map<std::string, Misspelt> misspelt_;
+};
+
+}  // namespace win
