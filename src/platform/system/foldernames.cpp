@@ -8,10 +8,6 @@ namespace win {
 
 namespace {
 
-bool IsAscii(std::string_view name) {
-  return std::all_of(name.begin(), name.end(), [](char c) { return (c & 0x80) == 0; });
-}
-
 std::string Folded(std::string_view name) {
   return IsAscii(name) ? LowerCase(name) : LowerCase(Utf8FromBytes(name));
 }

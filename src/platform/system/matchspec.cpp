@@ -1,15 +1,12 @@
 #include <algorithm>
 
 #include "platform/system/findfile.h"
+#include "platform/system/text.h"
 #include "platform/system/wildcards.h"
 
 namespace win {
 
 namespace {
-
-bool IsAscii(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
 
 bool SameCharacter(char name, char pattern) {
   if (name == pattern) return true;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <limits>
 
 namespace win {
@@ -156,7 +157,22 @@ std::optional<std::int16_t> RoundToInt16(double value) {
   return static_cast<std::int16_t>(rounded);
 }
 
+bool IsAscii(std::string_view bytes) {
+  constexpr std::uint64_t kHighBits = 0x8080808080808080;
+  std::uint64_t seen = 0;
+  while (bytes.size() >= sizeof seen) {
+    std::uint64_t word;
+    std::memcpy(&word, bytes.data(), sizeof word);
+    seen |= word;
+    bytes.remove_prefix(sizeof word);
+  }
+  for (const char byte : bytes)
+    seen |= static_cast<unsigned char>(byte);
+  return (seen & kHighBits) == 0;
+}
+
 bool IsValidUtf8(std::string_view bytes) {
+  if (IsAscii(bytes)) return true;
   while (!bytes.empty()) {
     const std::size_t length = DecodeUtf8(bytes).length;
     if (length == 0) return false;

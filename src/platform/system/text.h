@@ -33,6 +33,7 @@ std::string Utf8FromBytes(std::string_view bytes);
 // The characters of text bytes, by the same rule as Utf8FromBytes.
 std::u32string CharactersFromBytes(std::string_view bytes);
 
+bool IsAscii(std::string_view bytes);
 bool IsValidUtf8(std::string_view bytes);
 
 }  // namespace win
