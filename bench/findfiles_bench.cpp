@@ -3,38 +3,14 @@
 #include <malloc.h>
 
 #include <algorithm>
-#include <cstring>
-#include <new>
+#include <vector>
 
 #include "bench/folders.h"
+#include "platform/system/services.h"
 #include "support/modfindfile.h"
 
 // The recursive search over 100,000 files in 100 folders, beside a bare walk of the same tree. `peak_bytes` is the most
-// memory that one search held at a time, the system's own folder buffers excepted.
-namespace {
-
-std::size_t live = 0;
-std::size_t peak = 0;
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-  void* const block = std::malloc(size);
-  if (block == nullptr) throw std::bad_alloc();
-  live += malloc_usable_size(block);
-  peak = std::max(peak, live);
-  return block;
-}
-
-void operator delete(void* block) noexcept {
-  live -= malloc_usable_size(block);
-  std::free(block);
-}
-
-void operator delete(void* block, std::size_t) noexcept {
-  operator delete(block);
-}
-
+// memory that the search held when it entered a folder.
 namespace {
 
 constexpr int kFolders = 100;
@@ -51,43 +27,57 @@ const bench::TemporaryFolder& Tree() {
   return tree;
 }
 
-int BareWalk(const std::string& folder) {
-  int files = 0;
+void BareWalk(const std::string& folder, int& files, std::vector<std::string>* paths) {
   DIR* const stream = opendir(folder.c_str());
   while (const dirent* const entry = readdir(stream)) {
-    if (entry->d_type != DT_DIR)
-      ++files;
-    else if (entry->d_name[0] != '.')
-      files += BareWalk(folder + "/" + entry->d_name);
+    if (entry->d_type == DT_DIR) {
+      if (entry->d_name[0] != '.') BareWalk(folder + "/" + entry->d_name, files, paths);
+      continue;
+    }
+    ++files;
+    if (paths != nullptr) paths->push_back(folder + "/" + entry->d_name);
   }
   closedir(stream);
-  return files;
 }
 
-void Bare(benchmark::State& state) {
+void Bare(benchmark::State& state, bool keepPaths) {
   const std::string folder = Tree().Path().string();
-  for (auto _ : state)
-    benchmark::DoNotOptimize(BareWalk(folder));
+  for (auto _ : state) {
+    std::vector<std::string> paths;
+    int files = 0;
+    BareWalk(folder, files, keepPaths ? &paths : nullptr);
+    benchmark::DoNotOptimize(files);
+  }
+}
+
+std::int32_t Find(const char* pattern) {
+  varnik::FileSearchParams params;
+  params.Recurse = true;
+  params.Pattern = pattern;
+  varnik::FileSearchResults results;
+  varnik::FindFiles(Tree().Path().string() + "\\", params, results, false);
+  return params.FoundCount;
+}
+
+std::size_t PeakBytes(const char* pattern) {
+  const std::size_t before = mallinfo2().uordblks;
+  std::size_t peak = before;
+  win::SetWindowServices({[&peak] { peak = std::max(peak, mallinfo2().uordblks); }, {}, {}});
+  Find(pattern);
+  win::SetWindowServices({});
+  return peak - before;
 }
 
 void Search(benchmark::State& state, const char* pattern) {
-  const std::string folder = Tree().Path().string() + "\\";
-  const std::size_t before = live;
-  peak = live;
   std::int32_t found = 0;
-  for (auto _ : state) {
-    varnik::FileSearchParams params;
-    params.Recurse = true;
-    params.Pattern = pattern;
-    varnik::FileSearchResults results;
-    varnik::FindFiles(folder, params, results, false);
-    found = params.FoundCount;
-  }
+  for (auto _ : state)
+    found = Find(pattern);
   state.counters["found"] = found;
-  state.counters["peak_bytes"] = static_cast<double>(peak - before);
+  state.counters["peak_bytes"] = static_cast<double>(PeakBytes(pattern));
 }
 
-BENCHMARK(Bare)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Bare, counting, false)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(Bare, keeping_paths, true)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Search, none, "*.bzm")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Search, one_in_ten, "*0.bzn")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(Search, all, "*.bzn")->Unit(benchmark::kMillisecond);
