@@ -26,16 +26,15 @@ namespace {
 
 constexpr int kLongestModal = 10000;  // milliseconds
 
+std::unique_ptr<win::Application> application;
+
 class OneApplication : public ::testing::Environment {
  public:
   void SetUp() override {
     win::SetProgram({"varnik", "Varnik", ""});
-    application_ = std::make_unique<win::Application>();
+    application = std::make_unique<win::Application>();
   }
-  void TearDown() override { application_.reset(); }
-
- private:
-  std::unique_ptr<win::Application> application_;
+  void TearDown() override { application.reset(); }
 };
 
 [[maybe_unused]] const ::testing::Environment* const kApplication =
@@ -70,6 +69,10 @@ QRect RowRect(const QListView& view, int row) {
 }
 
 }  // namespace
+
+win::Application& App() {
+  return *application;
+}
 
 BoxScript::BoxScript() {
   win::AnswerBoxesWith([this](const win::Box& box) { return Reply(box); });

@@ -9,6 +9,7 @@
 #include "platform/windowing/dialogs.h"
 
 namespace win {
+class Application;
 class ComboBox;
 class Control;
 class Form;
@@ -46,7 +47,9 @@ class BoxScript {
   win::Box last_;
 };
 
-// One application stands for all tests of the program.
+// The one application that stands for all tests of the program.
+win::Application& App();
+
 class WindowTest : public ::testing::Test {
  protected:
   void TearDown() override;  // forms destroyed by the test are gone for good
