@@ -3,7 +3,8 @@
 #include <cstdint>
 #include <string>
 
-// The program's entries in the machine-wide registry. Nothing is reported: a key that does not exist swallows the write.
+// The program's entries in the machine-wide registry. Nothing is reported: a key that does not exist swallows the
+// write.
 namespace varnik {
 
 constexpr char kRunKey[] = "Software\\Microsoft\\Windows\\CurrentVersion\\Run";
@@ -29,7 +30,7 @@ long RegStoreTyped(std::uintptr_t keyHandle, const std::string& valueName, std::
                    const std::string& value);
 
 // The commands that the system runs at the next log-in: the program in double quotes, a blank and the switch.
-std::string RunOnceCommand();  // /crash
+std::string RunOnceCommand();   // /crash
 std::string AutoloadCommand();  // /boot
 
 }  // namespace varnik

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-// The keys that the program keeps in the settings store, with the defaults that their readers pass. Every value is a text; a
-// boolean option is On or Off, and only the exact text On is true.
+// The keys that the program keeps in the settings store, with the defaults that their readers pass. Every value is a
+// text; a boolean option is On or Off, and only the exact text On is true.
 namespace varnik {
 
 constexpr char kApplication[] = "Varnik";

@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-// The order of sorted list boxes: a word sort without regard to case, not ASCII. Marks and signs come first, then digits,
-// then letters; `-` and `'` count only between otherwise equal texts; accents come second.
+// The order of sorted list boxes: a word sort without regard to case, not ASCII. Marks and signs come first, then
+// digits, then letters; `-` and `'` count only between otherwise equal texts; accents come second.
 namespace win {
 
 // Below 0: `a` stands first; above 0: `b` does; 0: equal. Texts are bytes (UTF-8 if valid, else Windows-1252).

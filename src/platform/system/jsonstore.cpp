@@ -28,21 +28,23 @@ constexpr auto kLockPatience = std::chrono::seconds(5);
 
 enum class Content { kMissing, kRead, kUnreadable };
 
-// Serialises read-modify-write between processes. A side file, since the store itself is replaced by each write.
+// Serialises read-modify-write between processes. A side file, since the store itself is replaced by each write. Where
+// the file system knows no locks, storing without one beats not storing.
 class StoreLock {
  public:
   explicit StoreLock(const std::string& storePath)
       : file_(open((storePath + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
     const auto giveUp = std::chrono::steady_clock::now() + kLockPatience;
-    while (file_.Get() >= 0 && !(held_ = flock(file_.Get(), LOCK_EX | LOCK_NB) == 0)) {
-      if (errno != EWOULDBLOCK && errno != EINTR) return;
-      if (std::chrono::steady_clock::now() > giveUp) return;
+    while (file_.IsOpen() && !(held_ = TryLock()) && std::chrono::steady_clock::now() < giveUp)
       std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
   }
   bool IsHeld() const { return held_; }
 
  private:
+  bool TryLock() const {
+    return flock(file_.Get(), LOCK_EX | LOCK_NB) == 0 || (errno != EWOULDBLOCK && errno != EINTR);
+  }
+
   Descriptor file_;
   bool held_ = false;
 };
@@ -177,7 +179,10 @@ const Json& JsonStore::Tree() {
 
 bool JsonStore::Change(const std::function<bool(Json& tree)>& change) {
   const StoreLock lock(Path());
-  if (!lock.IsHeld()) return false;
+  if (!lock.IsHeld()) {
+    SayOnce(Path() + " cannot be locked; nothing is stored");
+    return false;
+  }
   Load load = Reload();
   if (load == Load::kDamaged) {
     SetAside();

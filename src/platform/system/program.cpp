@@ -33,6 +33,7 @@ std::string HomeFolder() {
 
 // Folders of the user are for the user alone, as the XDG base directory rules ask.
 std::string Made(const std::string& folder) {
+  if (access(folder.c_str(), F_OK) == 0) return folder;
   std::string upTo;
   for (const fs::path& name : fs::path(folder)) {
     upTo = (fs::path(upTo) / name).string();

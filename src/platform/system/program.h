@@ -20,8 +20,8 @@ std::string ExecutablePath();
 // The file name of the program without folder and extension.
 std::string ExecutableName();
 
-// The arguments as one text, as a Windows program is given it: an argument with a blank or a tab, and an empty one, stands in
-// double quotes. One that holds quotes already is passed on as it is.
+// The arguments as one text, as a Windows program is given it: an argument with a blank or a tab, and an empty one,
+// stands in double quotes. One that holds quotes already is passed on as it is.
 void SetCommandLine(int argc, const char* const* argv);
 const std::string& CommandLine();
 
@@ -32,9 +32,9 @@ std::string RuntimeFolder();    // $XDG_RUNTIME_DIR, else a folder of this user'
 std::string AutostartFolder();  // $XDG_CONFIG_HOME/autostart, else ~/.config/autostart
 
 // The program's own folder, as a Windows path that ends in a backslash: `<NAME>_HOME` if set; else the folder of the
-// executable when it holds `marker` (a portable copy); else DataFolder(), filled at the first start with the shipped files,
-// which stand in ../share/<name> as seen from the executable. It is full once it holds `marker`; files that are there already
-// are never replaced.
+// executable when it holds `marker` (a portable copy); else DataFolder(), filled at the first start with the shipped
+// files, which stand in ../share/<name> as seen from the executable. It is full once it holds `marker`; files that are
+// there already are never replaced.
 std::string ProgramFolder(const std::string& marker);
 
 }  // namespace win

@@ -17,6 +17,7 @@ namespace win {
 namespace {
 
 constexpr char kRoot[] = "HKEY_LOCAL_MACHINE";
+constexpr char kRunOncePath[] = "Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce";
 
 enum class KeyKind { kPlain, kRun, kRunOnce, kSystemInformation };
 
@@ -28,7 +29,7 @@ struct Key {
 // A handle is the row's number, from 1.
 constexpr std::array kKeys = {
     Key{"Software\\Microsoft\\Windows\\CurrentVersion\\Run", KeyKind::kRun},
-    Key{"Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce", KeyKind::kRunOnce},
+    Key{kRunOncePath, KeyKind::kRunOnce},
     Key{"SOFTWARE\\Microsoft\\Internet Explorer\\AboutURLs", KeyKind::kPlain},
     Key{"SOFTWARE\\Microsoft\\Shared Tools\\MSINFO", KeyKind::kSystemInformation},
 };
@@ -159,7 +160,7 @@ void ConsumeRunOnce() {
   const std::string valueName = TakeStartingEntry();
   if (valueName.empty()) return;
   RegistryHandle key = 0;
-  RegOpenKeyEx(kHkeyLocalMachine, kKeys[1].path, 0, 0, key);
+  RegOpenKeyEx(kHkeyLocalMachine, kRunOncePath, 0, 0, key);
   RegDeleteValue(key, valueName);
 }
 

@@ -4,18 +4,18 @@
 #include <string>
 #include <string_view>
 
-// The machine-wide registry, kept per user in `registry.json` of the program's configuration folder. The keys below exist
-// from the start; no other key does, and none is ever created. Text values under `Run` and `RunOnce` also stand as
-// entries in the user's XDG autostart folder, so that the next log-in starts this program with the switch that the value
-// names; the entry of a RunOnce value removes itself, and the value, when it runs (ConsumeRunOnce).
+// The machine-wide registry, kept per user in `registry.json` of the program's configuration folder. The keys below
+// exist from the start; no other key does, and none is ever created. Text values under `Run` and `RunOnce` also stand
+// as entries in the user's XDG autostart folder, so that the next log-in starts this program with the switch that the
+// value names; the entry of a RunOnce value removes itself, and the value, when it runs (ConsumeRunOnce).
 //
 //   HKEY_LOCAL_MACHINE\Software\Microsoft\Windows\CurrentVersion\Run
 //   HKEY_LOCAL_MACHINE\Software\Microsoft\Windows\CurrentVersion\RunOnce
 //   HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Internet Explorer\AboutURLs
 //
 // Keys and value names match without regard to case; the first spelling of a value name stays. One more key can be read
-// and not written: HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Shared Tools\MSINFO exists while a system information tool of the
-// desktop stands in PATH, and its value PATH is the tool's native path.
+// and not written: HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Shared Tools\MSINFO exists while a system information tool of
+// the desktop stands in PATH, and its value PATH is the tool's native path.
 namespace win {
 
 using RegistryHandle = std::uintptr_t;  // 0 is no key; every call on it fails
@@ -44,7 +44,8 @@ long RegDeleteValue(RegistryHandle key, const std::string& valueName);
 long RegCloseKey(RegistryHandle key);
 
 // Called once at program start. A RunOnce entry starts the program with the value's name in the environment variable
-// <NAME>_RUNONCE (the program's name in upper case); when it is set, the value and its entry go, and so does the variable.
+// <NAME>_RUNONCE (the program's name in upper case); when it is set, the value and its entry go, and so does the
+// variable.
 void ConsumeRunOnce();
 
 }  // namespace win

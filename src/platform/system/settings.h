@@ -3,11 +3,11 @@
 #include <string>
 #include <vector>
 
-// The per-user settings store: application, section, key; every value a text of bytes. It lives in `settings.json` of the
-// program's configuration folder. A value that a call stored has reached the disk when the call returns, and a kill or a
-// full disk leaves the old or the new store, never less. A store that cannot be read is kept aside under another name,
-// which is said on standard error, and never overwritten. Names of sections and keys match without regard to case.
-// Another process may write between two calls: every call sees what is on disk.
+// The per-user settings store: application, section, key; every value a text of bytes. It lives in `settings.json` of
+// the program's configuration folder. A value that a call stored has reached the disk when the call returns, and a kill
+// or a full disk leaves the old or the new store, never less. A store that cannot be read is kept aside under another
+// name, which is said on standard error, and never overwritten. Names of sections and keys match without regard to
+// case. Another process may write between two calls: every call sees what is on disk.
 namespace win {
 
 std::string GetSetting(const std::string& application, const std::string& section, const std::string& key,
