@@ -19,7 +19,6 @@ class ModTest : public testing::Test {
  protected:
   ModTest() {
     varnik::AppPath = sandbox_.AppText();
-    varnik::ShowOldMods = true;
     MakeInstall("1.2");
     win::WindowServices services;
     services.msgBox = [this](const std::string& text, int, const std::string&) {
@@ -31,6 +30,7 @@ class ModTest : public testing::Test {
   ~ModTest() override { win::SetWindowServices({}); }
 
   void MakeInstall(std::string_view version) {
+    std::filesystem::remove_all(sandbox_.Install());
     sandbox_.MakeInstall(version);
     varnik::UseInstallFolder(Root());
     varnik::ClearModList();
@@ -41,17 +41,17 @@ class ModTest : public testing::Test {
   std::filesystem::path InRoot(const std::string& name) const { return sandbox_.Install() / name; }
   std::filesystem::path InMods(const std::string& name) const { return sandbox_.App() / "mods" / name; }
 
-  // Writes files below the root, given as "name=content" with a blank between two of them.
+  // Files below the root as they are to be, each "name=content" or, for one that is not there, "name".
   void Put(const std::string& files) {
-    std::istringstream list(files);
-    for (std::string file; list >> file;)
-      WriteFile(InRoot(file.substr(0, file.find('='))), file.substr(file.find('=') + 1));
+    ForEach(files, [&](const std::string& name, const std::optional<std::string>& content) {
+      std::filesystem::remove(InRoot(name));
+      if (content) WriteFile(InRoot(name), *content);
+    });
   }
-
-  // Writes a definition of the current format below the root and gives its path as the program holds it.
-  std::string Define(const std::string& lines, const std::string& name = "mod.bzm") {
-    WriteFile(InRoot(name), "BZ2HALD5\r\n" + lines);
-    return Root() + name;
+  void Expect(const std::string& files) {
+    ForEach(files, [&](const std::string& name, const std::optional<std::string>& content) {
+      EXPECT_EQ(Content(name), content) << name;
+    });
   }
 
   // Nothing for a file that is not there.
@@ -60,8 +60,24 @@ class ModTest : public testing::Test {
     return ReadFile(InRoot(name));
   }
 
+  // A definition of the current format below the root, as the program holds its path.
+  std::string Define(const std::string& lines, const std::string& name = "mod.bzm") {
+    WriteFile(InRoot(name), "BZ2HALD5\r\n" + lines);
+    return Root() + name;
+  }
+
   Sandbox sandbox_;
   std::string told_;
+
+ private:
+  template <class Act>
+  static void ForEach(const std::string& files, const Act& act) {
+    std::istringstream list(files);
+    for (std::string file; list >> file;) {
+      const std::size_t split = file.find('=');
+      act(file.substr(0, split), split < file.size() ? std::optional(file.substr(split + 1)) : std::nullopt);
+    }
+  }
 };
 
 }  // namespace test

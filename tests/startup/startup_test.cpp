@@ -50,53 +50,40 @@ class Startup : public test::ModTest {
   }
 };
 
-struct ModeCase {
-  Words words;
-  std::int16_t mode;
-};
-
-const ModeCase kModes[] = {
-    {{}, 0},
-    {{"/BOOT"}, 2},
-    {{"/boot", "/Crash"}, 1},
-    {{"/crash", "x", "/boot"}, 2},
-    {{"/bz2dir", "/crash"}, 0},
-    {{"/deactivate"}, 0},
-    {{"/crash/boot"}, 0},
-    {Words(20, "x"), 0},
-};
-
 TEST_F(Startup, TakesTheRunModeFromTheLastSwitch) {
-  for (const ModeCase& c : kModes) {
-    SCOPED_TRACE(testing::PrintToString(c.words));
-    EXPECT_EQ(Start(c.words), c.mode);
-  }
-  Words words(19, "x");
-  words.push_back("/crash");
-  EXPECT_EQ(Start(words), 1);
-  words.insert(words.begin(), "x");
-  EXPECT_EQ(Start(words), 0) << "the 21st word is lost";
+  Words full(20, "x"), cut(21, "x");
+  full.back() = cut.back() = "/crash";
+  const std::pair<Words, int> cases[] = {
+      {{}, 0},
+      {{"/BOOT"}, 2},
+      {{"/boot", "/Crash"}, 1},
+      {{"/crash", "x", "/boot"}, 2},
+      {{"/bz2dir", "/crash"}, 0},
+      {{"/deactivate"}, 0},
+      {{"/crash/boot"}, 0},
+      {full, 1},
+      {cut, 0},
+  };
+  for (const auto& [words, mode] : cases)
+    EXPECT_EQ(Start(words), mode) << testing::PrintToString(words);
 }
 
 TEST_F(Startup, DeactivatesTheModThatTheCommandLineNames) {
   const std::string mod = Define("rename(a,b);");
   const std::string bare = Root().substr(0, Root().size() - 1);
-  const Words cases[] = {
-      {"/bz2dir", bare, "/deactivate", mod},
-      {"/DEACTIVATE", "other", "/bz2dir", "other", "/deactivate", mod, "/BZ2DIR", Root(), "/bz2dir"},
+  const std::pair<Words, const char*> cases[] = {
+      {{"/bz2dir", bare, "/deactivate", mod}, "a=1 b"},
+      {{"/DEACTIVATE", "other", "/bz2dir", "x", "/deactivate", mod, "/BZ2DIR", Root(), "/bz2dir"}, "a=1 b"},
+      {{"/bz2dir", bare, "/deactivate"}, "a b=1"},
+      {{"/bz2dir", bare, "/deactivate", Root() + "missing.bzm"}, "a b=1"},
+      {{"/deactivate", mod}, "a b=1"},
   };
-  for (const Words& words : cases) {
+  for (const auto& [words, after] : cases) {
     SCOPED_TRACE(testing::PrintToString(words));
-    std::filesystem::remove(InRoot("a"));
-    Put("b=1");
+    Put("a b=1");
     EXPECT_EQ(Start(words), 0);
-    EXPECT_EQ(Content("a"), "1");
+    Expect(after);
   }
-  Put("b=2");
-  Start({"/bz2dir", bare, "/deactivate"});
-  Start({"/bz2dir", bare, "/deactivate", Root() + "missing.bzm"});
-  Start({"/deactivate", mod});
-  EXPECT_EQ(Content("b"), "2");
 }
 
 struct RecoveryCase {
@@ -108,8 +95,7 @@ struct RecoveryCase {
 TEST_F(Startup, RecoversByTheMarker) {
   Define("rename(a,b);\nfold(x);");
   Define("activated();\nrename(a,b);", "persistent.bzm");
-  test::WriteFile(InRoot("bad.bzm"), "text\nrename(a,b);");
-  test::WriteFile(InRoot("four.bzm"), "bz2hald4\nrename(a,b);");
+  Put("bad.bzm=text four.bzm=bz2hald4");
   const RecoveryCase cases[] = {
       {"an interrupted run", Root(), Root() + "mod.bzm", true, true, false, false},
       {"no marker", "", "", false, false, false, false},
@@ -121,8 +107,7 @@ TEST_F(Startup, RecoversByTheMarker) {
   };
   for (const RecoveryCase& c : cases) {
     SCOPED_TRACE(c.what);
-    std::filesystem::remove(InRoot("a"));
-    Put("b=1 bzone.cfg=generated bzonevarnik.bak=own RaceName_A.txt=mod");
+    Put("a b=1 bzone.cfg=generated bzonevarnik.bak=own RaceName_A.txt=mod");
     WriteCrashMarker({c.root, c.file});
     Store(kBackupSection, "RacenameA", "old");
     EXPECT_EQ(RecoverFromCrash(), c.recovered);
@@ -130,7 +115,7 @@ TEST_F(Startup, RecoversByTheMarker) {
     EXPECT_EQ(ReadCrashMarker().root + ReadCrashMarker().definitionFile, c.markerStays ? c.root + c.file : "");
     EXPECT_EQ(RegReadValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue).empty(), !c.markerStays);
     EXPECT_EQ(ReadStored(kBackupSection, "RacenameA"), c.backupStays ? "old" : "");
-    EXPECT_EQ(Content("RaceName_A.txt"), "mod") << "no install is selected yet, so nothing is found";
+    Expect("RaceName_A.txt=mod");  // no install is selected yet, so nothing is found
   }
 }
 
@@ -142,7 +127,7 @@ TEST_F(Startup, LeavesTheRunOfALivingProcessAlone) {
   ASSERT_TRUE(other.TryAcquire());
   EXPECT_FALSE(RecoverFromCrash());
   Start({"/bz2dir", Root(), "/deactivate", mod});
-  EXPECT_EQ(Content("b"), "1");
+  Expect("b=1");
   EXPECT_EQ(ReadCrashMarker().root, Root());
   EXPECT_EQ(told_, kRunRefused);
 }
