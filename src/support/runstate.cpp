@@ -10,7 +10,7 @@ bool StartingUp = false;
 bool GameRunning = false;
 std::int16_t CurrentInstall = -1;
 std::vector<std::string> SearchDirs(1);
-std::int16_t SelectedMapIndex = -1;
+int SelectedMapIndex = -1;
 bool ShowOldMods = true;
 bool HighPriority = false;
 bool ClearBindataOnLaunch = false;

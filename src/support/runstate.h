@@ -28,7 +28,7 @@ extern std::vector<std::string> SearchDirs;
 
 // Row of MapList in use; -1 no map, -2 a name typed by hand. Written by the map page, by ClearMaps, by the selection of a mod and by
 // DeactivateMod.
-extern std::int16_t SelectedMapIndex;
+extern int SelectedMapIndex;
 
 // Options. Written by the load of the main window, by the options dialog and by the command-line tool.
 extern bool ShowOldMods;
