@@ -42,19 +42,22 @@ struct Edit {
   std::string text;
 };
 
-std::string_view TrimOf(std::string_view text, const char* blanks) {
-  const std::size_t first = text.find_first_not_of(blanks);
-  return first == std::string_view::npos ? text.substr(0, 0)
-                                         : text.substr(first, text.find_last_not_of(blanks) - first + 1);
+template <typename IsBlank>
+std::string_view TrimIf(std::string_view text, IsBlank isBlank) {
+  while (!text.empty() && isBlank(text.front()))
+    text.remove_prefix(1);
+  while (!text.empty() && isBlank(text.back()))
+    text.remove_suffix(1);
+  return text;
 }
 
 std::string_view TrimLine(std::string_view text) {
-  return TrimOf(text, " \t\v\f");
+  return TrimIf(text, [](char c) { return c == ' ' || c == '\t' || c == '\v' || c == '\f'; });
 }
 
 // Names that a caller gives lose their outer blanks only, so one with a tab matches nothing.
 std::string_view TrimGiven(std::string_view text) {
-  return TrimOf(text, " ");
+  return TrimIf(text, [](char c) { return c == ' '; });
 }
 
 // The characters of the Windows code page by byte.
@@ -75,8 +78,8 @@ char ByteFromUnit(char16_t unit) {
   return '?';
 }
 
-ProfileText Decode(const std::string& bytes) {
-  if (!bytes.starts_with(kUtf16Mark)) return {bytes};
+ProfileText Decode(std::string bytes) {
+  if (!bytes.starts_with(kUtf16Mark)) return {std::move(bytes)};
   ProfileText text{"", kUtf16Mark.size(), 2};
   for (std::size_t i = text.mark; i + 1 < bytes.size(); i += 2)
     text.characters += ByteFromUnit(
@@ -247,6 +250,7 @@ ProfileFile::ProfileFile(const std::string& file) : state_(std::make_unique<Stat
   constexpr std::size_t kMostLines = 256;
   state_->text = Decode(ReadWholeFile(file).value_or(""));
   state_->characters = std::string_view(state_->text.characters).substr(0, TextEnd(state_->text.characters));
+  state_->firstLines.reserve(32);
   Line line;
   while (state_->firstLines.size() < kMostLines && NextLine(state_->characters, line))
     state_->firstLines.push_back(line);
