@@ -5,12 +5,14 @@
 #include <string>
 #include <vector>
 
+#include "maps/mapclass.h"
 #include "maps/mapentry.h"
 
 // All maps of the selected install.
 namespace varnik {
 
-// Rows from index 1; index 0 is empty. Written by LoadMapList and ClearMapList only.
+// Rows from index 1; index 0 is empty. Written by LoadMapList and ClearMapList only. Rows beyond 32,767 are rows like
+// the others, since an index is an int wherever it travels.
 extern const std::vector<MapEntry>& MapList;
 
 // MapList holds at least one real row.
@@ -22,24 +24,17 @@ extern const bool& MapLoadTried;
 // Empties the catalogue, sets SelectedMapIndex to -1 and lets the conversion question come again.
 void ClearMapList();
 
-// From `varnik.lst` in the install root when it exists and `rescan` is false, else by a scan that writes it. `progress` is told each step in
-// words and may be empty. A failure ends the load; what was read stands.
+// From `varnik.lst` in the install root when it exists and `rescan` is false, else by a scan that writes it. `progress`
+// is told each step in words and may be empty. What cannot be read on (a line of the cache without a comma, a number
+// beyond 16 bits) ends the load without a word: the rows so far stand, and the one that failed stays empty. So does a
+// catalogue that an event cleared meanwhile.
 void LoadMapList(bool rescan, const std::function<void(const std::string&)>& progress = {});
 
-constexpr int kAllSubTypes = 20;
-
-// Rows of MapList that a page shows, grouped by folder name as SearchDirs gives them; a row that matches two names stands twice.
-// The numbers name a page as the tree does: see kMapPages.
+// Rows of MapList that a page shows, grouped by folder name as SearchDirs gives them; a row that matches two names
+// stands twice. The numbers name a page as kMapPages does; others show nothing.
 std::vector<std::size_t> MapRowsOfPage(int mapType, int subType);
 
-struct MapPage {
-  const char* key;  // of its tree node
-  const char* caption;
-  int mapType;
-  int subType;
-};
-
-// In the order of the tree.
-extern const std::vector<MapPage> kMapPages;
+// Keys of the pages that show a row of MapList while the selected mod is the one it is.
+std::vector<std::string> PagesOfMapRow(std::size_t row);
 
 }  // namespace varnik

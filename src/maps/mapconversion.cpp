@@ -1,0 +1,53 @@
+#include "maps/mapconversion.h"
+
+#include "installs/installlist.h"
+#include "maps/mapclass.h"
+#include "platform/system/files.h"
+#include "platform/system/services.h"
+#include "support/ini_sm.h"
+
+namespace varnik {
+namespace {
+
+bool ConvertAsked = false;
+bool ConvertWanted = false;
+
+constexpr char kQuestion[] =
+    "Some of your multiplayer map configuration files are not 1.3 ready. Would you like to convert them for 1.3 "
+    "use?\r\n"
+    "Note: This process is based on ivar information only and may produce inaccurate results.";
+
+void AskOnce() {
+  if (ConvertAsked || ConvertWanted) return;
+  ConvertAsked = true;
+  ConvertWanted = win::MsgBox(kQuestion, win::kYesNo, "Convert Maps?") == win::Answer::kYes;
+}
+
+// A map that names no type at all is taken for a deathmatch map.
+std::string TagOf(const MapEntry& entry) {
+  if (entry.Ivar5 == 0 || entry.Ivar5 == 1) return SubTypeOf(entry.Ivar7).tag;
+  return entry.Ivar12Set ? "mpi" : "st";
+}
+
+void ClearReadOnly(const std::string& file) {
+  const std::optional<unsigned> attributes = win::GetAttributes(file);
+  if (attributes && (*attributes & win::kAttributeReadOnly) != 0)
+    win::SetAttributes(file, *attributes - win::kAttributeReadOnly);
+}
+
+}  // namespace
+
+void ResetConversion() {
+  ConvertAsked = ConvertWanted = false;
+}
+
+void OfferConversion(const MapEntry& entry, const win::ProfileFile& inf, const std::string& infPath) {
+  if (!IsVersion13() || !IsMultiplayerPath(entry.Folder) || !IsInModFolders(entry.Folder)) return;
+  if (!ReadIniValue("NetVars", "svar7", inf, "").empty()) return;
+  AskOnce();
+  if (!ConvertWanted) return;
+  ClearReadOnly(infPath);
+  WriteIniValue("NetVars", "svar7", TagOf(entry), infPath);
+}
+
+}  // namespace varnik

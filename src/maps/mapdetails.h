@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+#include "maps/mapentry.h"
+
+// What the map page tells of a map besides its name.
+namespace varnik {
+
+// The lines "Map Name", "Map Type" and, for a deathmatch map, the subtype.
+std::string MapDetails(const MapEntry& map);
+
+// Full path of the description text: beside the map, else anywhere in the folders of the selected mod; empty when there
+// is none. For a map that names no file it is the map's folder.
+std::string FindMapDescription(const MapEntry& map);
+
+// The same for the picture, whose name may also end in png, jpg or bmp instead.
+std::string FindMapPicture(const MapEntry& map);
+
+}  // namespace varnik

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+// The maps of an install and their .inf files, for one load of the catalogue. All that the load would search the whole
+// install for is answered from one walk, made when it is first needed: each name with the file that its search would
+// find first. What changes on disk after that walk is not seen, so every load makes its own.
+namespace varnik {
+
+class MapFiles {
+ public:
+  explicit MapFiles(std::string root) : root_(std::move(root)) {}
+
+  // Paths of all maps relative to the root, in the order of a search.
+  std::vector<std::string> FindMaps();
+
+  // Whether there is a file or folder of this path, relative to the root, whose name ends in inf.
+  bool HasInf(const std::string& path);
+
+  // Full path of the .inf that a search of the install for this name finds first; empty when there is none.
+  std::string FindFirstInf(const std::string& name);
+
+ private:
+  void Walk();
+  void NoteInf(const std::string& path, const std::string& folder, const std::string& lower, bool isFolder);
+
+  std::string root_;
+  bool walked_ = false;
+  std::vector<std::string> maps_;
+  std::unordered_map<std::string, std::string> firstInf_;  // name in lower case to full path
+  std::unordered_set<std::string> folders_;                // relative to the root, as spelled on disk
+  std::unordered_set<std::string> besides_;                // one of them, with a name in lower case behind it
+};
+
+}  // namespace varnik

@@ -1,0 +1,195 @@
+#include "maps/maplist.h"
+
+#include <algorithm>
+#include <unordered_map>
+#include <utility>
+
+#include "installs/installlist.h"
+#include "maps/mapconversion.h"
+#include "maps/mapfiles.h"
+#include "maps/mapmetadata.h"
+#include "platform/system/files.h"
+#include "platform/system/services.h"
+#include "platform/system/text.h"
+#include "support/debuglog.h"
+#include "support/modfileexists.h"
+#include "support/runstate.h"
+
+namespace varnik {
+namespace {
+
+std::vector<MapEntry> mapList(1);
+bool mapsLoaded = false;
+bool mapLoadTried = false;
+
+// Events run during a load, and a handler may select another install. A load goes on only while the catalogue is its
+// own.
+unsigned generation = 0;
+
+using Progress = std::function<void(const std::string&)>;
+
+class Load {
+ public:
+  explicit Load(const Progress& progress) : progress_(progress), files_(InstallRoot()), generation_(generation) {}
+
+  void ReadCache(const std::string& cache);
+  void Scan(const std::string& cache);
+
+ private:
+  void Say(const std::string& text);
+  bool Lost() const { return generation_ != generation; }
+  bool ReadCacheLine(const std::string& line);
+  bool ReadFoundMap(std::size_t row, std::string path, std::vector<std::string>& lines);
+  bool ReadRow(std::size_t row, std::string& path, std::string& folder);
+
+  const Progress& progress_;
+  MapFiles files_;
+  const unsigned generation_;
+};
+
+void Load::Say(const std::string& text) {
+  if (progress_) progress_(text);
+  win::DoEvents();
+}
+
+void WriteCache(const std::string& cache, const std::vector<std::string>& lines) {
+  win::LineWriter file(cache, win::WriteMode::kOutput);
+  for (const std::string& line : lines)
+    file.WriteLine(line);
+}
+
+std::string CountText(std::size_t row) {
+  return "Processing Map: " + std::to_string(row);
+}
+
+// The row takes its values when all of them are there.
+bool Load::ReadRow(std::size_t row, std::string& path, std::string& folder) {
+  MapEntry entry;
+  if (!ParseMapEntry(entry, path, folder, files_) || Lost()) return false;
+  mapList[row] = std::move(entry);
+  return true;
+}
+
+bool Load::ReadCacheLine(const std::string& line) {
+  const std::size_t row = mapList.size();
+  mapList.emplace_back();
+  const std::size_t comma = line.find(',');
+  if (comma == std::string::npos) return false;
+  std::string path = win::Trim(line.substr(0, comma));
+  std::string folder = win::Trim(line.substr(comma + 1));
+  if (!ReadRow(row, path, folder)) return false;
+  // A map whose .inf lies elsewhere moves to the folder of the .inf here; a scan gives it that of its .bzn.
+  mapList[row].Folder = std::move(folder);
+  mapsLoaded = true;
+  return true;
+}
+
+void Load::ReadCache(const std::string& cache) {
+  win::LineReader file(cache);
+  while (!file.AtEnd()) {
+    Say(CountText(mapList.size()));
+    if (Lost() || !ReadCacheLine(file.ReadLine())) return;
+  }
+}
+
+bool Load::ReadFoundMap(std::size_t row, std::string path, std::vector<std::string>& lines) {
+  Say(CountText(row));
+  std::string folder;
+  if (Lost() || !ReadRow(row, path, folder)) return false;
+  lines.push_back(path + "," + folder);
+  return true;
+}
+
+void Load::Scan(const std::string& cache) {
+  Say("Loading Map File List");
+  const std::vector<std::string> found = files_.FindMaps();
+  if (found.empty() || Lost()) return;
+  mapList.resize(found.size() + 1);
+  win::DeleteFiles(cache);
+  std::vector<std::string> lines;
+  std::size_t row = 1;
+  while (row <= found.size() && ReadFoundMap(row, found[row - 1], lines))
+    ++row;
+  if (Lost()) return;
+  mapsLoaded = row > found.size();
+  // Only now: a cache is trusted for ever, and a program that is stopped during the scan must not leave half of one.
+  WriteCache(cache, lines);
+}
+
+// The empty name at index 0 of SearchDirs counts here, for folders that begin with a backslash.
+bool LiesIn(const std::string& folder, const std::string& searchDir) {
+  return win::StartsWithNoCase(folder, searchDir + "\\");
+}
+
+// A row's folder as the selected mod places it.
+struct Placed {
+  std::string folder;
+  MapPlace place;
+};
+
+// Few folders hold many maps.
+class Places {
+ public:
+  const Placed& Of(const std::string& folder) {
+    const auto known = places_.find(folder);
+    if (known != places_.end()) return known->second;
+    return places_.emplace(folder, Placed{TranslateMapPath(folder), PlaceOfFolder(folder)}).first->second;
+  }
+
+ private:
+  std::unordered_map<std::string, Placed> places_;
+};
+
+}  // namespace
+
+const std::vector<MapEntry>& MapList = mapList;
+const bool& MapsLoaded = mapsLoaded;
+const bool& MapLoadTried = mapLoadTried;
+
+void ClearMapList() {
+  LogLine("ClearMaps Begin");
+  ++generation;
+  mapList.assign(1, {});
+  mapLoadTried = false;
+  SelectedMapIndex = -1;
+  mapsLoaded = false;
+  ResetConversion();
+}
+
+void LoadMapList(bool rescan, const Progress& progress) {
+  ClearMapList();
+  mapLoadTried = true;
+  if (CurrentInstall < 0) return;
+  const std::string cache = InstallRoot() + "varnik.lst";
+  Load load(progress);
+  if (!rescan && FileExists(cache))
+    load.ReadCache(cache);
+  else
+    load.Scan(cache);
+}
+
+std::vector<std::size_t> MapRowsOfPage(int mapType, int subType) {
+  std::vector<std::size_t> rows;
+  const MapPage* const page = FindMapPage(mapType, subType);
+  if (page == nullptr || !MapsLoaded) return rows;
+  Places places;
+  for (const std::string& name : SearchDirs)
+    for (std::size_t row = 1; row < mapList.size(); ++row) {
+      const Placed& placed = places.Of(mapList[row].Folder);
+      if (LiesIn(placed.folder, name) && page->shows(mapList[row], placed.place)) rows.push_back(row);
+    }
+  return rows;
+}
+
+std::vector<std::string> PagesOfMapRow(std::size_t row) {
+  std::vector<std::string> keys;
+  if (row == 0 || row >= mapList.size()) return keys;
+  const Placed placed = Places().Of(mapList[row].Folder);
+  const auto holds = [&](const std::string& name) { return LiesIn(placed.folder, name); };
+  if (std::none_of(SearchDirs.begin(), SearchDirs.end(), holds)) return keys;
+  for (const MapPage& page : kMapPages)
+    if (page.shows(mapList[row], placed.place)) keys.push_back(page.key);
+  return keys;
+}
+
+}  // namespace varnik
