@@ -1,5 +1,6 @@
 #include "platform/windowing/treeview.h"
 
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QTreeWidget>
@@ -62,6 +63,9 @@ class Tree : public QTreeWidget {
 TreeView::TreeView(Container& parent, const char* name)
     : Control(name, new Tree(parent.Area())), tree_(static_cast<QTreeWidget*>(Widget())) {
   tree_->setHeaderHidden(true);
+  // Texts that are wider than the tree are reached by its scroll bar, never cut.
+  tree_->header()->setStretchLastSection(false);
+  tree_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   tree_->setUniformRowHeights(true);
   tree_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   static_cast<Tree*>(tree_)->chosen = [this](const std::string& key) { Raise(NodeClick, key); };
