@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+
+#include "platform/windowing/form.h"
+#include "platform/windowing/label.h"
+#include "platform/windowing/picturebox.h"
+
+namespace varnik {
+
+// The version line that the busy window and the About box print.
+std::string VersionLine();
+
+// The busy window: up while the program loads or reloads, with what it is doing and a joke beside it.
+class frmSplash : public win::Form {
+ public:
+  frmSplash();
+
+  // What is being done; when the window is not up the text goes nowhere. Cheap: the screen follows at its own pace.
+  void SetStatus(const std::string& text);
+
+  win::PictureBox imgLogo{*this, "imgLogo"};
+  win::Label lblProductName{*this, "lblProductName"};
+  win::Label lblVersion{*this, "lblVersion"};
+  win::Label lblPlatform{*this, "lblPlatform", "Windows 9x/ME/NT/2k/XP"};
+  win::Label Label1{*this, "Label1", "Varnik is busy, please wait"};
+  win::Label lblstatus{*this, "lblstatus"};
+  win::Label lblWarning{*this, "lblWarning"};
+
+ private:
+  void Form_Load();
+};
+
+}  // namespace varnik
