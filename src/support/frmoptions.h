@@ -1,0 +1,57 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "platform/windowing/button.h"
+#include "platform/windowing/checkbox.h"
+#include "platform/windowing/form.h"
+#include "platform/windowing/imagelist.h"
+#include "platform/windowing/label.h"
+#include "platform/windowing/picturebox.h"
+#include "platform/windowing/slider.h"
+
+namespace varnik {
+
+// What the options need of the main window.
+struct OptionsHost {
+  const win::ImageList& noMapPictures;
+  const win::ImageList& trayIcons;
+  std::function<void(const win::Picture&)> showNoMapPicture;
+  std::function<void(const win::Picture&)> showTrayIcon;  // does nothing while the icon is off
+  std::function<void(bool shown)> showStatusBar;
+};
+
+// The program's own preferences. Every control takes effect, and is stored, the moment it changes.
+class frmOptions : public win::Form {
+ public:
+  explicit frmOptions(OptionsHost host);
+
+  win::CheckBox chkBinData;
+  win::CheckBox chkHighPriority;
+  win::CheckBox chkOldMods;
+  win::CheckBox chkRenameLog;
+  win::CheckBox chkStatusBar;
+  win::CheckBox chkOnBoot;
+  win::Label lblStartup;
+  win::Label lblTrayIcon;
+  win::Slider sldtrayicon;
+  win::PictureBox imgtrayicon;
+  win::Label lblNoMapPic;
+  win::Slider sldNoMapImage;
+  win::PictureBox imgNoMapPreview;
+  win::Button cmdOk;
+
+ private:
+  void PlaceControls();
+  void WireControls();
+  void WireOption(win::CheckBox& box, const char* key, std::function<void(bool on)> effect);
+  void Form_Load();
+  void chkOnBoot_Click();
+  void sldNoMapImage_Change();
+  void sldtrayicon_Change();
+
+  OptionsHost host_;
+};
+
+}  // namespace varnik
