@@ -1,0 +1,73 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/windowing/button.h"
+#include "platform/windowing/frame.h"
+#include "platform/windowing/label.h"
+#include "platform/windowing/listbox.h"
+#include "platform/windowing/textbox.h"
+
+namespace varnik {
+
+// What the editor of the option list needs of the window.
+struct OptionEditHost {
+  std::function<void()> showCommandLinePage;  // the page switch for its node
+  std::function<void()> reloadOptions;        // populatecmdlinelist of that page
+};
+
+// Edits the option list as a whole and saves it as the selected install's own.
+class FrmCMDLineEdit {
+ public:
+  FrmCMDLineEdit(win::Container& parent, OptionEditHost host);
+
+  // Fills the list from the file that counts, on a visit of the page.
+  void LoadList();
+
+  // Before another page comes up: unsaved rows may be saved, or they are given up, whatever the answer.
+  void OfferToSave();
+
+  void cmdSaveFile_Click();
+
+  // For the hints of the status bar.
+  std::vector<win::Control*> Controls();
+
+  win::Frame frmCMDLineEdit;
+  win::Label lblEditCMD;
+  win::ListBox lstCmdLineParam;
+  win::Button cmdMoveUp;
+  win::Button cmdMoveDown;
+  win::Button cmdAdd;
+  win::Button cmdRemove;
+  win::Label lblChangeParam;
+  win::TextBox txtCmdEdit;
+  win::Button cmdSaveChanges;
+  win::Button cmdSaveFile;
+  win::Button cmdDeleteCustom;
+
+ private:
+  void PlaceControls();
+  void WireControls();
+  void lstCmdLineParam_Click();
+  void txtCmdEdit_Change();
+  void cmdSaveChanges_Click();
+  void cmdAdd_Click();
+  void cmdRemove_Click();
+  void cmdDeleteCustom_Click();
+
+  // Moves the selected row by one place, up (-1) or down (1).
+  void MoveRow(int step);
+
+  // Keeps or drops an edit of the parameter. False on Cancel: the selection is back where it was, and the caller stops.
+  [[nodiscard]] bool AskParam();
+
+  OptionEditHost host_;
+  int ParamIndex = -1;      // the row edited in txtCmdEdit, -1 none
+  bool ParamDirty = false;  // txtCmdEdit differs from that row
+  bool ListDirty = false;   // rows differ from the file
+  bool loading_ = false;
+};
+
+}  // namespace varnik
