@@ -1,0 +1,13 @@
+#include "support/win95_functions.h"
+
+#include "platform/system/paths.h"
+#include "platform/windowing/dialogs.h"
+
+namespace varnik {
+
+std::string BrowseForFolder(win::Form* owner, const std::string& title) {
+  const std::string folder = win::BrowseForFolder(owner, title);
+  return folder.empty() ? "" : win::WithSeparator(folder);
+}
+
+}  // namespace varnik
