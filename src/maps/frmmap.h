@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "platform/windowing/button.h"
 #include "platform/windowing/frame.h"
@@ -43,6 +44,11 @@ class FrmMap {
 
   // The stand-by picture for a map without one.
   void SetNoMapPicture(const win::Picture& picture);
+
+  // For the hints of the status bar.
+  std::vector<win::Control*> Controls() {
+    return {&lstmap, &cmdMapLstRefresh, &imgmap, &imgnomap, &lblMapDetails, &txtMapDesc};
+  }
 
   win::Frame frmMap;
   win::ListBox lstmap;

@@ -1,0 +1,147 @@
+#include <chrono>
+#include <thread>
+
+#include "editor/frmnewmod.h"
+#include "installs/frmaddrembz2.h"
+#include "installs/installlist.h"
+#include "mainwindow/frmmain.h"
+#include "modengine/catalogue.h"
+#include "modengine/deactivation.h"
+#include "platform/system/services.h"
+#include "platform/system/text.h"
+#include "support/runstate.h"
+#include "support/settings.h"
+
+namespace varnik {
+
+namespace {
+
+constexpr char kForcedWarning[] =
+    "WARNING: CLICKING ON 'YES' COULD CAUSE DAMAGE TO YOUR BATTLEZONE II INSTALL. IN ORDER TO CORRECT THIS DAMAGE A "
+    "FULL REINSTALL OF BATTLEZONE II MAY BE NECESSARY. ARE YOU SURE YOU WANT TO ATTEMPT A FORCED DEACTIVATION OF THE "
+    "SELECTED MOD?\r\n"
+    "Additional note: This code is untested as very few people have had trouble with mods and noone wants to "
+    "intentionally screw something up to test it.\r\n\r\n"
+    "If this mod uses a seperate EXE then the restoration will be done BY THAT EXE, not by Varnik, and Varnik will "
+    "have no control over the EXE while the deactivation occurs.";
+
+}  // namespace
+
+void FrmMain::cmdLaunchBZ2_Click() {
+  const auto buildLine = [this] { return cmdLinePage.buildcmdline(true); };
+  const ClickOutcome::Act act = LaunchClick(modPage.SelectedMod(), buildLine, MakeRunHooks()).act;
+  if (act == ClickOutcome::Act::kActivated || act == ClickOutcome::Act::kDeactivated) LoadMods();
+}
+
+// From the tray every mod is run, a persistent one too.
+void FrmMain::mnuModH_Click(int index) {
+  const int mod = win::RoundToInt16(win::LeadingNumber(hidden.mnuModH[index].Tag())).value_or(-1);
+  LaunchBZ2(mod, cmdLinePage.buildcmdline(false), false, MakeRunHooks());
+}
+
+RunHooks FrmMain::MakeRunHooks() {
+  RunHooks hooks;
+  hooks.setTrayTip = [this](const std::string& tip) { tray.ShellTrayModifyImageTip(tip); };
+  hooks.restoreTrayTip = [this] { tray.ShellTrayModifyImageTip(Caption()); };
+  hooks.hideWindow = [this] {
+    wasVisible_ = Visible();
+    stateBefore_ = State();
+    mnuFileHide_Click();
+  };
+  hooks.restoreWindow = [this] {
+    SetVisible(wasVisible_);
+    SetState(stateBefore_);
+  };
+  hooks.showSplash = [this](const std::string& picture) { ShowSplash(picture); };
+  hooks.finishSplash = [this] { FinishSplash(); };
+  hooks.reloadInstall = MakeReload();
+  return hooks;
+}
+
+void FrmMain::ShowSplash(const std::string& picture) {
+  splash_ = std::make_unique<frmSplashScrn>();
+  splash_->EnsureLoaded();
+  splash_->Picture1.SetPicture(win::Picture::FromFile(picture));
+  win::DoEvents();
+  splash_->SetClientSize(splash_->Picture1.Width(), splash_->Picture1.Height());
+  splash_->Show();
+  splash_->Timer1.SetEnabled(true);
+  win::DoEvents();
+}
+
+void FrmMain::FinishSplash() {
+  if (!splash_) return;
+  while (splash_->Visible() && !splash_->SplashDone && splash_->Timer1.Enabled()) {
+    win::DoEvents();
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  }
+  splash_->Close();
+  splash_.reset();
+}
+
+std::function<void()> FrmMain::MakeReload() {
+  return [this] { activatebz2(CurrentInstall, false); };
+}
+
+void FrmMain::mnuFileEdit_Click() {
+  const int mod = modPage.SelectedMod();
+  if (mod < 1 || mod >= static_cast<int>(ModList.size())) return;
+  frmNewMod dialog(MakeReload());
+  dialog.EnsureLoaded();
+  dialog.loadmod(ModList[mod].DefinitionFile);
+  dialog.ShowModal(this);
+}
+
+// Once the list has been saved no install is selected until the player picks one.
+void FrmMain::mnuBZ2DirAddRem_Click() {
+  const auto listSaved = [this] {
+    LoadBZ2List();
+    activatebz2(-1, false);
+  };
+  frmAddRemBZ2(listSaved).ShowModal(this);
+}
+
+void FrmMain::mnuShowTray_Click() {
+  if (tray.IsHooked()) {
+    tray.ShellTrayDelete();
+    tray.UnhookMainWindow();
+    StoreOption("TrayIcon", "0");
+  } else {
+    StoreOption("TrayIcon", "1");
+    if (!TurnTrayOn(0)) StoreOption("TrayIcon", "0");
+  }
+  ShowTrayState();
+}
+
+void FrmMain::mnuFileHide_Click() {
+  SetState(win::WindowState::kMinimized);
+  SetVisible(false);
+}
+
+void FrmMain::OpenFromTray() {
+  SetVisible(true);
+  win::DoEvents();
+  SetState(win::WindowState::kNormal);
+  BringToFront();
+}
+
+void FrmMain::PopupHiddenMenu() {
+  BringToFront();
+  hidden.mnuHidden.PopupAtCursor();
+}
+
+void FrmMain::OpenFromMenu() {
+  SetVisible(true);
+  win::DoEvents();
+  SetState(win::WindowState::kNormal);
+  SetFocus();
+}
+
+void FrmMain::mnuEmergencyDeactivate_Click() {
+  const win::Answer answer = win::MsgBox(kForcedWarning, win::kYesNo + win::kCritical, "Varnik WARNING");
+  const int mod = modPage.SelectedMod();
+  if (answer != win::Answer::kYes || mod < 1 || mod >= static_cast<int>(ModList.size())) return;
+  DeactivateByMarker(ModList[mod].DefinitionFile, InstallRoot());
+}
+
+}  // namespace varnik

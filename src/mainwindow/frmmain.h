@@ -1,0 +1,125 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "cmdline/frmcmdline.h"
+#include "cmdline/frmcmdlineedit.h"
+#include "gameconfig/frmbz2config.h"
+#include "gameconfig/frmbz2config1_3.h"
+#include "gameconfig/frmextras.h"
+#include "mainwindow/frmmod.h"
+#include "mainwindow/mainmenu.h"
+#include "mainwindow/tray.h"
+#include "maps/frmmap.h"
+#include "modengine/runcycle.h"
+#include "platform/windowing/form.h"
+#include "platform/windowing/imagelist.h"
+#include "platform/windowing/statusbar.h"
+#include "platform/windowing/treeview.h"
+#include "support/busywindow.h"
+#include "support/frmoptions.h"
+#include "support/frmsplash.h"
+#include "support/frmsplashscrn.h"
+
+namespace varnik {
+
+// The main window: the tree of pages on the left, one page at a time on the right, the launch button below them. It
+// wires the pages to each other; what a page does stands with the page.
+class FrmMain : public win::Form {
+ public:
+  // `busy` is the one busy window of the program; it must outlive this one.
+  explicit FrmMain(frmSplash& busy);
+  ~FrmMain() override;
+
+  // Makes row `index` of InstallList the selected install and builds everything anew; an index outside the list leaves
+  // none selected. Unless `quiet`, the busy window is up meanwhile.
+  void activatebz2(int index, bool quiet);
+
+  void LoadBZ2List();
+  void LoadMods();
+  void ClearMods();
+  void ClearMaps();
+  void SettingTree_NodeClick(const std::string& key);
+  void showstatusbar(bool show);
+
+  MainMenu menu;
+  HiddenMenu hidden;
+  win::TreeView SettingTree;
+  win::TextBox txtActivePage;
+  FrmMod modPage;
+  FrmMap mapPage;
+  FrmCmdLine cmdLinePage;
+  FrmCMDLineEdit cmdLineEditPage;
+  FrmBZ2Config configPage;
+  FrmBZ2Config1_3 config13Page;
+  FrmExtras extrasPage;
+  win::Label lblNoBZ2Dir;
+  win::Label lblBZ2LocVer;
+  win::Button cmdLaunchBZ2;
+  win::StatusBar StatusBar1;
+  win::ImageList imglstIcon;
+  win::ImageList imglstnomap;
+  Tray tray;
+
+ private:
+  // lifecycle.cpp
+  void Form_Load();
+  void MeasureHeight();
+  void Form_QueryUnload(bool& cancel, win::UnloadMode mode);
+  void Form_Unload();
+  void AddTrayAtLoad();
+  bool TurnTrayOn(int patience);
+  void HideStatusBarAtLoad();
+  void ShowTrayState();
+
+  // wiring.cpp
+  void PlaceControls();
+  void WireMenus();
+  void WireControls();
+  std::vector<win::Control*> HintedControls();
+  ModPageHost MakeModPageHost();
+  MapPageHost MakeMapPageHost();
+  OptionsHost MakeOptionsHost();
+  BusyWindow MakeBusyWindow();
+
+  // selection.cpp
+  void SelectInstall(int index);
+  void SelectNoInstall();
+  void ShowNoModSelected();
+
+  // pages.cpp
+  void PopulateTree();
+  std::vector<win::Frame*> Frames();
+  void HidePages();
+  void ShowPage(const std::string& key);
+  void ShowConfig13Page();
+  void ShowNoPage();
+
+  // commands.cpp
+  void cmdLaunchBZ2_Click();
+  void mnuModH_Click(int index);
+  void mnuFileEdit_Click();
+  void mnuBZ2DirAddRem_Click();
+  void mnuShowTray_Click();
+  void mnuFileHide_Click();
+  void mnuEmergencyDeactivate_Click();
+  void OpenFromMenu();
+  void PopupHiddenMenu();
+  void OpenFromTray();
+  void ShowSplash(const std::string& picture);
+  void FinishSplash();
+  RunHooks MakeRunHooks();
+  std::function<void()> MakeReload();
+
+  frmSplash& busy_;
+  BusyWindow busyWindow_;
+  std::unique_ptr<frmSplashScrn> splash_;
+  double FormHeight = 0;    // with the status bar showing, in twips
+  bool wasVisible_ = true;  // before a run
+  win::WindowState stateBefore_ = win::WindowState::kNormal;
+};
+
+}  // namespace varnik

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/windowing/frame.h"
+#include "platform/windowing/listbox.h"
+#include "platform/windowing/picturebox.h"
+#include "platform/windowing/textbox.h"
+
+namespace varnik {
+
+struct ModEntry;
+
+// What the mod page needs of the window.
+struct ModPageHost {
+  std::function<void(const std::string& caption)> setLaunchCaption;
+  std::function<void(bool enabled)> enableEmergency;
+  std::function<void(bool enabled)> enableEdit;
+  std::function<void(bool bold)> markMods;         // the node of the mod page
+  std::function<void(bool present)> keepModNodes;  // the map and command-line nodes
+  std::function<void()> followMod;                 // the map page shows what goes with the selected mod
+};
+
+// The page that the program opens on: the list of mods, and what hangs on the selected one.
+class FrmMod {
+ public:
+  FrmMod(win::Container& parent, ModPageHost host);
+
+  // Fills the list from ModList and selects row 0, whose click follows.
+  void ShowModList();
+
+  // Selects row 0 and refreshes the page, also when that row was selected already.
+  void SelectFirstRow();
+
+  // Item data of the selected row: an index of ModList, -1 for no mod.
+  int SelectedMod() const;
+
+  // For the hints of the status bar.
+  std::vector<win::Control*> Controls() { return {&txtModDesc, &picModPic, &lstmods}; }
+
+  win::Frame frmMod;
+  win::TextBox txtModDesc;
+  win::PictureBox picModPic;
+  win::ListBox lstmods;
+
+ private:
+  void AddRow(const std::string& text, std::int32_t data);
+  void lstmods_Click();
+  void ShowNoMod();
+  void ShowMod(const ModEntry& mod);
+  void ShowPicture(const ModEntry& mod);
+
+  ModPageHost host_;
+};
+
+}  // namespace varnik

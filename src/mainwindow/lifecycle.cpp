@@ -1,0 +1,127 @@
+#include <charconv>
+#include <cmath>
+
+#include "mainwindow/frmmain.h"
+#include "mainwindow/picturelists.h"
+#include "platform/system/services.h"
+#include "platform/system/text.h"
+#include "support/debuglog.h"
+#include "support/picturechoice.h"
+#include "support/runstate.h"
+#include "support/settings.h"
+
+namespace varnik {
+
+namespace {
+
+// At a start together with the desktop session the tray may come later than the program.
+constexpr int kPatienceAtBoot = 8000;
+
+double NumberOption(const char* key) {
+  return win::LeadingNumber(ReadOption(key));
+}
+
+// The shortest text that reads back as the same single-precision number.
+std::string SingleText(double twips) {
+  char text[32];
+  const auto end = std::to_chars(text, text + sizeof text, static_cast<float>(twips)).ptr;
+  return std::string(text, end);
+}
+
+}  // namespace
+
+void FrmMain::Form_Load() {
+  LogLine("Main form Load Begin");
+  Move(NumberOption("MainLeft"), NumberOption("MainTop"));
+  loadimglist(imglstnomap);
+  loadiconlist(imglstIcon);
+  mapPage.SetNoMapPicture(imglstnomap.At(ChosenPicture(imglstnomap, "NoMapPic")));
+  PopulateTree();
+  ClearMaps();
+  ClearMods();
+  ReadOptionFlags();
+  MeasureHeight();
+  LoadBZ2List();
+  AddTrayAtLoad();
+  ShowTrayState();
+  activatebz2(win::RoundToInt16(win::LeadingNumber(ReadStored(kInstallsSection, "Active", "-1"))).value_or(-1), true);
+  HideStatusBarAtLoad();
+}
+
+// The window has its height once it has been on screen; at this point the status bar is showing.
+void FrmMain::MeasureHeight() {
+  Show();
+  win::DoEvents();
+  FormHeight = std::floor(Height());
+  win::DoEvents();
+  Hide();
+}
+
+void FrmMain::AddTrayAtLoad() {
+  if (NumberOption("TrayIcon") != 1) return;
+  if (TurnTrayOn(StartingUp ? kPatienceAtBoot : 0)) return;
+  if (StartingUp) Close();
+  StoreOption("TrayIcon", "0");
+}
+
+bool FrmMain::TurnTrayOn(int patience) {
+  if (!tray.ShellTrayAdd(Caption(), imglstIcon.At(1), patience)) return false;
+  tray.ShellTrayModifyImage(imglstIcon.At(ChosenPicture(imglstIcon, "TrayIconNum")));
+  tray.HookMainWindow();
+  return true;
+}
+
+void FrmMain::ShowTrayState() {
+  menu.mnuShowTray.SetChecked(tray.IsHooked());
+  menu.mnuFileHide.SetVisible(tray.IsHooked());
+}
+
+void FrmMain::HideStatusBarAtLoad() {
+  if (ReadOption("StatusBar") == "On") return;
+  Show();
+  win::DoEvents();
+  showstatusbar(false);
+  Hide();
+}
+
+void FrmMain::Form_QueryUnload(bool& cancel, win::UnloadMode mode) {
+  if (mode == win::UnloadMode::kControlMenu && tray.IsHooked()) {
+    cancel = true;
+    mnuFileHide_Click();
+    return;
+  }
+  cancel = GameRunning;
+}
+
+void FrmMain::Form_Unload() {
+  const std::vector<win::Form*> forms = win::OpenForms();
+  for (std::size_t i = forms.size(); i-- > 1;)
+    if (forms[i] != this) forms[i]->Close();
+  if (State() != win::WindowState::kMinimized) {
+    StoreOption("MainLeft", SingleText(Left()));
+    StoreOption("MainTop", SingleText(Top()));
+  }
+  if (tray.IsHooked()) {
+    tray.ShellTrayDelete();
+    tray.UnhookMainWindow();
+  }
+  LogLine("Main Form Unload");
+}
+
+void FrmMain::showstatusbar(bool show) {
+  const win::WindowState state = State();
+  const bool visible = Visible();
+  SetVisible(true);
+  SetState(win::WindowState::kNormal);
+  if (!StatusBar1.Visible() && show) {
+    StatusBar1.SetVisible(true);
+    SetHeight(FormHeight);
+  } else if (StatusBar1.Visible() && !show) {
+    SetHeight(FormHeight - StatusBar1.Height());
+    StatusBar1.SetVisible(false);
+  }
+  SetState(state);
+  SetVisible(visible);
+}
+
+}  // namespace varnik

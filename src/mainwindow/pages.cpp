@@ -1,0 +1,80 @@
+#include "mainwindow/frmmain.h"
+#include "mainwindow/settingtree.h"
+#include "platform/system/services.h"
+#include "support/debuglog.h"
+
+namespace varnik {
+
+void FrmMain::PopulateTree() {
+  LogLine("PopulateTree Begin");
+  AddAllNodes(SettingTree);
+  SettingTree.SetSelectedItem("RMod");
+  SettingTree_NodeClick("RMod");
+}
+
+void FrmMain::SettingTree_NodeClick(const std::string& key) {
+  cmdLineEditPage.OfferToSave();
+  txtActivePage.SetText(SettingTree.FullPath(key));
+  HidePages();
+  ShowPage(key);
+}
+
+void FrmMain::HidePages() {
+  for (win::Frame* frame : Frames())
+    frame->SetVisible(false);
+}
+
+void FrmMain::ShowPage(const std::string& key) {
+  switch (PageOfKey(key)) {
+    case Page::kNone:
+      break;
+    case Page::kMod:
+      modPage.frmMod.SetVisible(true);
+      break;
+    case Page::kMap: {
+      mapPage.frmMap.SetVisible(true);
+      int mapType = 0;
+      int subType = 0;
+      if (MapNumbersOfKey(key, mapType, subType)) mapPage.PopulateMapList(mapType, subType);
+      break;
+    }
+    case Page::kCmdLine:
+      cmdLinePage.frmCmdLine.SetVisible(true);
+      break;
+    case Page::kCmdLineEdit:
+      cmdLineEditPage.frmCMDLineEdit.SetVisible(true);
+      cmdLineEditPage.LoadList();
+      break;
+    case Page::kConfig:
+      configPage.LoadSettings();
+      configPage.frmBZ2Config.SetVisible(true);
+      break;
+    case Page::kConfig13:
+      ShowConfig13Page();
+      break;
+    case Page::kExtras:
+      extrasPage.frmExtras.SetVisible(true);
+      extrasPage.populatescreenshots();
+      break;
+  }
+}
+
+void FrmMain::ShowConfig13Page() {
+  if (config13Page.LoadSettings()) {
+    config13Page.frmBZ2Config1_3.SetVisible(true);
+    return;
+  }
+  SettingTree.SetSelectedItem("RCFG");
+  SettingTree_NodeClick("RCFG");
+}
+
+// The node of the mods lends its place to a text that is no page of its own.
+void FrmMain::ShowNoPage() {
+  SettingTree.SetKey("RMod", "RNone");
+  SettingTree.SetText("RNone", "No BZ2 Location Selected");
+  SettingTree_NodeClick("RNone");
+  SettingTree.SetKey("RNone", "RMod");
+  SettingTree.SetText("RMod", "Mods");
+}
+
+}  // namespace varnik
