@@ -1,0 +1,54 @@
+#include "startup/maintenance.h"
+
+#include "modengine/runguard.h"
+#include "platform/system/instance.h"
+#include "platform/system/program.h"
+#include "platform/system/registry.h"
+#include "platform/system/services.h"
+#include "platform/system/settings.h"
+#include "platform/system/text.h"
+#include "support/debuglog.h"
+#include "support/registry.h"
+#include "support/settings.h"
+
+namespace varnik {
+
+namespace {
+
+// The settings of a program that works on an install are not to vanish under it, so it counts like a running instance.
+bool AnotherWorksOnAnInstall() {
+  return !RunGuard().IsHeld();
+}
+
+}  // namespace
+
+bool AnswerMaintenanceWord(win::Instance& instance) {
+  const std::string line = win::LowerCase(win::Trim(win::CommandLine()));
+  if (line != "clearreg" && line != "close") return false;
+  if (line == "clearreg") {
+    win::DeleteSetting(kApplication);
+    RegRemoveValue(win::kHkeyLocalMachine, kAboutUrlsKey, kAboutUrlsValue);
+  }
+  static_cast<void>(ActivatePrevInstance(instance, true));
+  return true;
+}
+
+bool ActivatePrevInstance(win::Instance& instance, bool closeOther) {
+  LogLine("ActivatePrevInstance Start");
+  if (!instance.OtherIsRunning() && !AnotherWorksOnAnInstall()) return false;
+  if (closeOther) {
+    instance.CloseOther();
+    return false;
+  }
+  const std::string title = win::Program().title;
+  win::MsgBox(title + " is already running. You may have to open the window from the system tray, or it may be busy.",
+              win::kOkOnly, title + " Already Running");
+  return true;
+}
+
+void PublishHomePage() {
+  if (RegReadValue(win::kHkeyLocalMachine, kAboutUrlsKey, kAboutUrlsValue) == kHomePage) return;
+  RegWriteValue(win::kHkeyLocalMachine, kAboutUrlsKey, kAboutUrlsValue, kHomePage, win::kRegSz);
+}
+
+}  // namespace varnik
