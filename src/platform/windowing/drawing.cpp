@@ -27,6 +27,7 @@ struct Object {
   QImage bitmap;                      // kObjBitmap
   DrawingSurface* surface = nullptr;  // kObjDc; none for the desktop, which cannot be drawn on
   DrawingHandle selected = 0;         // kObjMemDc
+  DrawingHandle first = 0;            // the empty bitmap that a kObjMemDc came with
   int users = 0;                      // contexts that a bitmap is selected into
 };
 
@@ -147,6 +148,7 @@ DrawingHandle CreateCompatibleDC(DrawingHandle dc) {
   Object object;
   object.type = kObjMemDc;
   object.selected = AddBitmap(QImage(1, 1, QImage::Format_RGB32));
+  object.first = object.selected;
   FindBitmap(object.selected)->users = 1;
   return Add(std::move(object));
 }
@@ -155,6 +157,7 @@ bool DeleteDC(DrawingHandle dc) {
   const Object* object = FindContext(dc);
   if (!object || object->type != kObjMemDc) return Fail(kErrorBadHandle);
   if (Object* bitmap = FindBitmap(object->selected)) --bitmap->users;
+  objects.erase(object->first);
   return objects.erase(dc) > 0;
 }
 
@@ -194,6 +197,29 @@ int GetDIBits(DrawingHandle dc, DrawingHandle bitmap, int start, int lines, void
   return std::max(count, 0);
 }
 
+namespace {
+
+// The part of `place` that lies on `target`.
+QRect Visible(const QImage& target, const QRect& place) {
+  return place.intersected(target.rect());
+}
+
+// A part of a device-independent bitmap, in rows from the top. Colours without a table are taken from where they lie:
+// a bitmap may be huge, and what can be seen of it is small.
+QImage PartOfDib(const BitmapInfoHeader& info, const void* bits, const QRect& part) {
+  if (info.bitCount < 24 || info.compression != 0) return ImageFromDib(info, bits).copy(part);
+  const int height = std::abs(info.height);
+  const QImage rows(static_cast<const uchar*>(bits), info.width, height, static_cast<qsizetype>(RowBytes(info)),
+                    info.bitCount == 24 ? QImage::Format_BGR888 : QImage::Format_RGB32);
+  // The fourth byte of a pixel means nothing, and is not to be taken for its opacity.
+  constexpr QImage::Format kOpaque = QImage::Format_RGB888;
+  if (info.height < 0) return rows.copy(part).convertToFormat(kOpaque);
+  const QRect fromBottom(part.x(), height - part.y() - part.height(), part.width(), part.height());
+  return rows.copy(fromBottom).convertToFormat(kOpaque).mirrored();
+}
+
+}  // namespace
+
 int SetDIBitsToDevice(DrawingHandle dc, int x, int y, int width, int height, int sourceX, int sourceY, int startScan,
                       int lines, const void* bits, const BitmapInfoHeader* info, std::uint32_t usage) {
   Object* context = FindContext(dc);
@@ -202,11 +228,15 @@ int SetDIBitsToDevice(DrawingHandle dc, int x, int y, int width, int height, int
   if (!bits || !info || !IsListed(*info) || !Fits(*info) || usage != kDibRgbColors || startScan != 0 ||
       lines < std::abs(info->height) || width < 1 || height < 1)
     return Fail(kErrorBadParameter);
-  const QImage image = ImageFromDib(*info, bits);
+  const int rows = std::abs(info->height);
+  const QRect whole(x - sourceX, y - (rows - sourceY - height), info->width, rows);
+  const QRect seen = Visible(*target, whole.intersected(QRect(x, y, width, height)));
+  if (seen.isEmpty()) return rows;
+  const QImage image = PartOfDib(*info, bits, seen.translated(-whole.topLeft()));
   if (image.isNull()) return Fail(kErrorOutOfMemory);
-  QPainter(target).drawImage(x, y, image, sourceX, image.height() - sourceY - height, width, height);
+  QPainter(target).drawImage(seen.topLeft(), image);
   if (context->surface) context->surface->Drawn();
-  return image.height();
+  return rows;
 }
 
 bool BitBlt(DrawingHandle target, int x, int y, int width, int height, DrawingHandle source, int sourceX, int sourceY,
@@ -216,9 +246,11 @@ bool BitBlt(DrawingHandle target, int x, int y, int width, int height, DrawingHa
   const QImage* from = Target(FindContext(source));
   if (!onto || !from) return Fail(kErrorBadHandle);
   if (operation != kSrcCopy && operation != kNotSrcCopy) return Fail(kErrorBadParameter);
-  QImage part = from->copy(sourceX, sourceY, width, height);
+  const QRect seen = Visible(*onto, QRect(x, y, width, height));
+  if (seen.isEmpty()) return true;
+  QImage part = from->copy(seen.translated(sourceX - x, sourceY - y));
   if (operation == kNotSrcCopy) part.invertPixels();
-  QPainter(onto).drawImage(x, y, part);
+  QPainter(onto).drawImage(seen.topLeft(), part);
   if (context->surface) context->surface->Drawn();
   return true;
 }

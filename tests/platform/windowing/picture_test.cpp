@@ -206,6 +206,26 @@ TEST_F(DrawingTest, ADibMayStandOnItsHeadAndBeDrawnInPart) {
   EXPECT_EQ(box.Shown().Pixel(20, 20), kWhite) << "the source counts from the lower left corner";
 }
 
+// Whatever way its bits take, a bitmap may lie across the edge of what it is drawn on, and its fourth byte says
+// nothing.
+TEST_F(DrawingTest, WhatLiesOutsideIsCutOff) {
+  for (const int bitCount : {8, 24, 32}) {
+    SCOPED_TRACE(bitCount);
+    Dib dib(bitCount);
+    for (std::size_t i = 3; bitCount == 32 && i < dib.bits.size(); i += 4)
+      dib.bits[i] = 0;
+    const auto draw = [&](int x, int y) {
+      return win::SetDIBitsToDevice(box.DeviceContext(), x, y, 2, 2, 0, 0, 0, 2, dib.bits.data(), &dib.Header(), 0);
+    };
+    box.SetPicture(Picture());
+    EXPECT_EQ(draw(-1, -1), 2);
+    EXPECT_EQ(draw(99, 50), 2);
+    EXPECT_EQ(draw(500, 500), 2);
+    EXPECT_EQ(box.Shown().Pixel(0, 0), kWhite);
+    EXPECT_EQ(box.Shown().Pixel(99, 51), kBlue);
+  }
+}
+
 TEST_F(DrawingTest, HandlesOfTheWrongKindAreRefused) {
   Dib dib(32);
   const DrawingHandle desktop = win::GetDC(win::GetDesktopWindow());
