@@ -132,6 +132,12 @@ std::optional<unsigned> GetAttributes(const std::string& path) {
   return attributes;
 }
 
+std::optional<std::uint64_t> FileSize(const std::string& path) {
+  const std::optional<struct stat> status = StatusOf(NativePath(path));
+  if (!status || !S_ISREG(status->st_mode)) return std::nullopt;
+  return static_cast<std::uint64_t>(status->st_size);
+}
+
 bool SetAttributes(const std::string& path, unsigned attributes) {
   const std::string native = NativePath(path);
   const std::optional<struct stat> status = StatusOf(native);

@@ -35,6 +35,9 @@ std::optional<unsigned> GetAttributes(const std::string& path);
 // Only the read-only bit can be changed; the rest of `attributes` is ignored.
 bool SetAttributes(const std::string& path, unsigned attributes);
 
+// Size of a regular file in bytes. Nothing for anything else, such as a folder or a pipe.
+std::optional<std::uint64_t> FileSize(const std::string& path);
+
 // The whole content, byte for byte. Nothing for a folder, a missing file or one that cannot be read to its end.
 [[nodiscard]] std::optional<std::string> ReadWholeFile(const std::string& path);
 
