@@ -1,0 +1,26 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "tests/harness/crash.h"
+
+namespace test {
+
+// Kills the program before each of its file operations in turn, each time on what `prepare` set up, and has the
+// leavings judged.
+inline void SweepKills(const Command& command, const std::function<void()>& prepare,
+                       const std::function<void()>& judge) {
+  prepare();
+  const int operations = CountOperations(command);
+  EXPECT_GT(operations, 0);
+  for (int n = 1; n <= operations && !testing::Test::HasFailure(); ++n) {
+    prepare();
+    const Outcome outcome = RunKilledAt(n, command);
+    SCOPED_TRACE("killed before " + outcome.lastOperation);
+    judge();
+  }
+}
+
+}  // namespace test
