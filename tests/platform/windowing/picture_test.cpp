@@ -211,9 +211,11 @@ TEST_F(DrawingTest, ADibMayStandOnItsHeadAndBeDrawnInPart) {
 TEST_F(DrawingTest, WhatLiesOutsideIsCutOff) {
   for (const int bitCount : {8, 24, 32}) {
     SCOPED_TRACE(bitCount);
-    Dib dib(bitCount);
-    for (std::size_t i = 3; bitCount == 32 && i < dib.bits.size(); i += 4)
-      dib.bits[i] = 0;
+    Dib dib(bitCount == 32 ? 24 : bitCount);
+    if (bitCount == 32) {
+      dib.Header().bitCount = 32;
+      dib.bits = {'\xFF', 0, 0, 0, '\xFF', '\xFF', '\xFF', 0, 0, 0, '\xFF', 0, 0, '\xFF', 0, 0};
+    }
     const auto draw = [&](int x, int y) {
       return win::SetDIBitsToDevice(box.DeviceContext(), x, y, 2, 2, 0, 0, 0, 2, dib.bits.data(), &dib.Header(), 0);
     };
