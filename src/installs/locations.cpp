@@ -57,13 +57,16 @@ void AddSearchResults(LocationList& list, const FileSearchResults& results) {
 }
 
 void SaveLocations(const LocationList& list) {
-  if (!ReadStored(kInstallsSection, "BZ2Loc0").empty()) Forget(kInstallsSection);
+  std::vector<win::SettingRow> rows;
   for (std::size_t i = 0; i < list.rows.size(); ++i) {
     const std::string n = std::to_string(i);
-    Store(kInstallsSection, "BZ2Loc" + n, list.rows[i].Path);
-    Store(kInstallsSection, "BZ2Des" + n, list.Descriptions[i]);
-    Store(kInstallsSection, "BZ2Sel" + n, list.rows[i].Offered ? "Yes" : "No");
+    rows.push_back({"BZ2Loc" + n, list.rows[i].Path});
+    rows.push_back({"BZ2Des" + n, list.Descriptions[i]});
+    rows.push_back({"BZ2Sel" + n, list.rows[i].Offered ? "Yes" : "No"});
   }
+  // Without a first row the section counts as empty, and what else it may hold is not ours to take away.
+  const bool holdsList = !ReadStored(kInstallsSection, "BZ2Loc0").empty();
+  StoreAll(kInstallsSection, rows, holdsList ? win::OtherKeys::kGo : win::OtherKeys::kStay);
 }
 
 }  // namespace varnik

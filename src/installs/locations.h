@@ -38,7 +38,8 @@ void SwapLocations(LocationList& list, std::size_t a, std::size_t b);
 // Adds the folders of the found files that hold an install. `results` are from a search for bzone.exe, index 0 unused.
 void AddSearchResults(LocationList& list, const FileSearchResults& results);
 
-// Replaces what the store holds, the row selected last included.
+// Replaces the list that the store holds, the row selected last included, in one write: a kill leaves the old list or
+// the new one.
 void SaveLocations(const LocationList& list);
 
 }  // namespace varnik

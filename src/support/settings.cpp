@@ -1,7 +1,5 @@
 #include "support/settings.h"
 
-#include "platform/system/settings.h"
-
 namespace varnik {
 
 const std::vector<SettingKey> kSettingKeys = {
@@ -30,6 +28,10 @@ std::string ReadStored(const char* section, const std::string& key, const std::s
 
 bool Store(const char* section, const std::string& key, const std::string& value) {
   return win::SaveSetting(kApplication, section, key, value);
+}
+
+bool StoreAll(const char* section, const std::vector<win::SettingRow>& rows, win::OtherKeys others) {
+  return win::SaveSection(kApplication, section, rows, others);
 }
 
 void Forget(const char* section, const std::string& key) {

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/system/settings.h"
+
 // The keys that the program keeps in the settings store, with the defaults that their readers pass. Every value is a
 // text; a boolean option is On or Off, and only the exact text On is true.
 namespace varnik {
@@ -29,6 +31,7 @@ void StoreOption(const std::string& key, const std::string& value);
 std::string ReadStored(const char* section, const std::string& key, const std::string& fallback = "");
 // False when the value could not be stored; the old one stands then.
 bool Store(const char* section, const std::string& key, const std::string& value);
+bool StoreAll(const char* section, const std::vector<win::SettingRow>& rows, win::OtherKeys others);
 void Forget(const char* section, const std::string& key = "");
 
 }  // namespace varnik

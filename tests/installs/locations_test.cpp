@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/settings.h"
+#include "tests/harness/crash.h"
 #include "tests/harness/sandbox.h"
 
 namespace varnik {
@@ -87,6 +88,31 @@ TEST(Locations, ReplaceTheWholeSection) {
   EXPECT_EQ(ReadStored(kInstallsSection, "BZ2Loc2", "none"), "none");
   SaveLocations({});
   EXPECT_EQ(ReadStored(kInstallsSection, "BZ2Loc0", "none"), "none");
+}
+
+TEST(Locations, OfAListCutOffAtItsTopAreKeptBehindTheNewRows) {
+  const test::Sandbox sandbox;
+  StoreAll({"", "/b", "/c"});
+  LocationList list;
+  AddLocation(list, "/a\\");
+  SaveLocations(list);
+  EXPECT_EQ(Told(LoadLocations()), "/a\\=;/b\\=d1;*/c\\=d2;");
+}
+
+TEST(Locations, SurviveAKillDuringTheSaveAsTheOldListOrTheNewOne) {
+  const test::Command remove{{BINARY_DIR "/varnik-cli", "installs", "remove", "1"}, {}};
+  int operations = 1;
+  for (int n = 0; n <= operations; ++n) {
+    const test::Sandbox sandbox;
+    StoreAll({"/a", "/b", "/c"});
+    if (n == 0) {
+      operations = test::CountOperations(remove);
+      continue;
+    }
+    SCOPED_TRACE(test::RunKilledAt(n, remove).lastOperation);
+    const std::string left = Told(LoadLocations());
+    EXPECT_TRUE(left == "*/a\\=d0;/b\\=d1;*/c\\=d2;" || left == "*/a\\=d0;*/c\\=d2;") << left;
+  }
 }
 
 }  // namespace

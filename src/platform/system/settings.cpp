@@ -26,6 +26,17 @@ bool SaveSetting(const std::string& application, const std::string& section, con
   });
 }
 
+bool SaveSection(const std::string& application, const std::string& section, const std::vector<SettingRow>& rows,
+                 OtherKeys others) {
+  return store.Change([&](Json& tree) {
+    const Json before = tree;
+    if (others == OtherKeys::kGo) EraseMember(FindMember(&tree, application), section);
+    for (const SettingRow& row : rows)
+      MakeMember(MakeMember(MakeMember(tree, application), section), row.key) = JsonFromBytes(row.value);
+    return tree != before;
+  });
+}
+
 bool DeleteSetting(const std::string& application, const std::string& section, const std::string& key) {
   return store.Change([&](Json& tree) {
     if (section.empty()) return EraseMember(&tree, application);

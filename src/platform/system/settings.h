@@ -17,6 +17,17 @@ std::string GetSetting(const std::string& application, const std::string& sectio
 bool SaveSetting(const std::string& application, const std::string& section, const std::string& key,
                  const std::string& value);
 
+struct SettingRow {
+  std::string key;
+  std::string value;
+};
+enum class OtherKeys { kGo, kStay };
+
+// Stores all rows in one write: whatever happens, the section then holds all of them or is as it was. With kGo it holds
+// nothing else, and without rows it goes too.
+bool SaveSection(const std::string& application, const std::string& section, const std::vector<SettingRow>& rows,
+                 OtherKeys others);
+
 // Without `key` the section goes, without `section` the application. Deleting what is not there does nothing.
 bool DeleteSetting(const std::string& application, const std::string& section = "", const std::string& key = "");
 

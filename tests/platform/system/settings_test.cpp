@@ -70,6 +70,17 @@ TEST_F(Settings, NamesMatchWithoutCaseAndKeepTheirFirstSpelling) {
   EXPECT_EQ(win::GetSetting("Other", "Section", "One"), "4");
 }
 
+TEST_F(Settings, OfASectionAreReplacedAsAWhole) {
+  Save("old", "1");
+  win::SaveSetting("App", "Another", "x", "2");
+  EXPECT_TRUE(win::SaveSection("app", "section", {{"a", "3"}, {"b", "4"}}, win::OtherKeys::kStay));
+  EXPECT_EQ(Get("old") + Get("a") + Get("B"), "134");
+  EXPECT_TRUE(win::SaveSection("App", "Section", {{"a", "5"}}, win::OtherKeys::kGo));
+  EXPECT_EQ(Get("old") + Get("a") + Get("b"), "fallback5fallback");
+  EXPECT_TRUE(win::SaveSection("App", "Section", {}, win::OtherKeys::kGo));
+  EXPECT_EQ(win::AllSettings("App").size(), 1u);
+}
+
 TEST_F(Settings, SeeWhatAnotherProgramWroteInTheSameInstant) {
   Save("key", "old");
   const auto time = std::filesystem::last_write_time(file_);
