@@ -16,7 +16,7 @@ struct Arguments {
   std::string folder;
   std::string description;
   std::size_t index = 0;
-  std::string mod;
+  std::string mod = "-";
   std::string file;
   std::optional<std::string> options;  // empty: the ticked ones
   std::vector<std::size_t> tick;

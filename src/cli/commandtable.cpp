@@ -4,6 +4,7 @@
 
 #include "cli/commands.h"
 #include "cli/output.h"
+#include "maps/mapclass.h"
 
 namespace varnik::cli {
 
@@ -56,6 +57,23 @@ void DeclareSetSetting(CLI::App& app, Arguments& arguments) {
   app.add_option("VALUE", arguments.value, "Its new text; options are exactly On or Off")->required()->type_name("");
 }
 
+std::vector<std::string> MapPageKeys() {
+  std::vector<std::string> keys;
+  for (const MapPage& page : kMapPages)
+    keys.emplace_back(page.key);
+  return keys;
+}
+
+void DeclareMaps(CLI::App& app, Arguments& arguments) {
+  app.add_option("--mod", arguments.mod, "Select this mod first; without: none")->type_name("MOD");
+  app.add_option("--page", arguments.page, "Rows of one page, in the order of its list")
+      ->type_name("KEY")
+      ->check(CLI::IsMember(MapPageKeys()));
+  app.add_flag("--rescan", arguments.rescan, "Search the install anew and rewrite varnik.lst");
+  app.add_flag("--convert", arguments.convert, "Write what version 1.3 needs into maps that lack it");
+  app.add_flag("--details", arguments.details, "With type, description file and picture file");
+}
+
 int NotThereYet(const Arguments&) {
   Note("this command is not there yet");
   return kWrongUsage;
@@ -85,7 +103,8 @@ const std::vector<Command> kCommands = {
     {"options", "List the game's command-line options", true, nullptr, ListOptions, "options"},
     {"line", "Show the command line that a launch would use", true, DeclareLine, ShowLine,
      "line\nline --tick 0 --untick 2 --map \"my map.bzn\""},
-    {"maps", "List the maps of the install", true, nullptr, NotThereYet, "maps"},
+    {"maps", "List the maps of the install", true, DeclareMaps, ListMaps,
+     "maps --details\nmaps --mod mymod.bzm --page CMap1\n--json maps --rescan"},
     {"settings", "List the program's settings", false, DeclareListSettings, ListSettings,
      "settings\nsettings --all --json"},
     {"settings set", "Store a setting", false, DeclareSetSetting, SetSetting, "settings set RenameLog On"},

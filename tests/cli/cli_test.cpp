@@ -39,6 +39,7 @@ const StatusCase kStatuses[] = {
     {"--root @ activate -", 1, "stands for no mod"},
     {"--root @ line --tick 7", 1, "7: "},
     {"--root @ line --tick x", 2, "x"},
+    {"--root @ maps --page Nowhere", 2, "Nowhere"},
     {"parse @/none.bzm", 1, "none.bzm: cannot be read"},
     {"parse @", 1, "cannot be read"},
     {"installs remove 0", 1, "0: "},
@@ -138,6 +139,24 @@ TEST_F(Cli, StoresSettingsItKnows) {
     EXPECT_EQ(row["Value"], isSet ? Json("On") : Json()) << row;
     EXPECT_TRUE(row["Default"].is_string()) << row;
   }
+}
+
+TEST_F(Cli, AnswersNoUnlessToldToConvertMaps) {
+  sandbox.MakeInstall("1.3");
+  const auto inf = sandbox.Install() / "addon/missions/multiplayer/duel.inf";
+  WriteFile(sandbox.Install() / "addon/missions/multiplayer/duel.bzn", "");
+  WriteFile(sandbox.Install() / "addon/missions/multiplayer/duel.odf", "Two players.");
+  WriteFile(inf, "[DESCRIPTION]\r\nmissionName=Duel\r\n[NetVars]\r\nivar5=1\r\nivar7=2\r\n");
+  const Json maps = Ask("maps --details");
+  ASSERT_EQ(maps.size(), 1u);
+  EXPECT_EQ(maps[0]["Pages"].dump(), R"(["RMap","CMap1","SMap1.1"])");
+  EXPECT_EQ(maps[0]["Description"], Root() + "\\addon\\missions\\multiplayer\\duel.odf");
+  EXPECT_TRUE(maps[0]["Picture"].is_null());
+  EXPECT_EQ(test::ReadFile(inf).find("svar7"), std::string::npos);
+  EXPECT_NE(RunCli("--root " + Root() + " maps").err.find("(taken as No)"), std::string::npos);
+  EXPECT_EQ(Ask("maps --convert --page SMap1.1").size(), 1u);
+  EXPECT_NE(test::ReadFile(inf).find("svar7=ctf"), std::string::npos);
+  EXPECT_EQ(Ask("maps --page SMap1.2").size(), 0u);
 }
 
 }  // namespace
