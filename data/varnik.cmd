@@ -1,0 +1,3 @@
+/nointro
+/win
+/novista
