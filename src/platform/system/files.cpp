@@ -12,6 +12,7 @@
 
 #include "platform/system/findfile.h"
 #include "platform/system/nativefile.h"
+#include "platform/system/pathfinder.h"
 #include "platform/system/paths.h"
 #include "platform/system/wildcards.h"
 
@@ -67,7 +68,7 @@ bool MoveToOtherFileSystem(const std::string& from, const std::string& to) {
 // What `to` would be called beside the entry that it already names, when that entry is `from` itself: only the case
 // changes.
 std::string NewNameFor(const std::string& from, const std::string& to, std::string_view toText) {
-  return from == to ? FolderOf(from) + FileNameOf(toText) : to;
+  return from == to ? FolderOf(from) + NewName(FileNameOf(toText)) : to;
 }
 
 // Names first, deletion afterwards: a folder that is changed while it is read may leave some out.

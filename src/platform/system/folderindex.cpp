@@ -17,12 +17,11 @@ namespace win {
 namespace {
 
 constexpr std::size_t kMostNames = 300'000;  // some 30 MB
-constexpr std::size_t kMostFolders = 1'000;
 
 // File systems that nobody changes but through this kernel, which then reports every change.
 bool IsLocal(int folder) {
-  constexpr decltype(statfs::f_type) kLocal[] = {EXT4_SUPER_MAGIC, XFS_SUPER_MAGIC, BTRFS_SUPER_MAGIC, F2FS_SUPER_MAGIC,
-                                                 TMPFS_MAGIC};
+  constexpr decltype(statfs::f_type) kLocal[] = {EXT4_SUPER_MAGIC, XFS_SUPER_MAGIC,       BTRFS_SUPER_MAGIC,
+                                                 F2FS_SUPER_MAGIC, OVERLAYFS_SUPER_MAGIC, TMPFS_MAGIC};
   struct statfs system;
   return fstatfs(folder, &system) == 0 &&
          std::find(std::begin(kLocal), std::end(kLocal), system.f_type) != std::end(kLocal);
@@ -46,8 +45,8 @@ bool IsSettled(const struct stat& status) {
 
 }  // namespace
 
-FolderIndex::FolderIndex(Watching watching)
-    : events_(watching == Watching::kYes ? inotify_init1(IN_NONBLOCK | IN_CLOEXEC) : -1) {}
+FolderIndex::FolderIndex(Watching watching, std::size_t mostFolders)
+    : events_(watching == Watching::kYes ? inotify_init1(IN_NONBLOCK | IN_CLOEXEC) : -1), mostFolders_(mostFolders) {}
 
 const FolderNames* FolderIndex::NamesIn(const std::string& folder) {
   struct stat status;
@@ -137,7 +136,7 @@ void FolderIndex::MakeRoom() {
   std::size_t names = 0;
   for (const auto& [identity, folder] : folders_)
     names += folder.names.Count();
-  while (names > kMostNames || folders_.size() >= kMostFolders) {
+  while (names > kMostNames || folders_.size() >= mostFolders_) {
     const auto oldest = std::min_element(folders_.begin(), folders_.end(), [](const auto& a, const auto& b) {
       return a.second.lastUse < b.second.lastUse;
     });

@@ -24,7 +24,7 @@ class FolderIndex {
  public:
   enum class Watching { kYes, kNo };
 
-  explicit FolderIndex(Watching watching);
+  explicit FolderIndex(Watching watching, std::size_t mostFolders = 1'000);
 
   // The names in the folder as it is now; nothing when it is no folder or cannot be read. Good until the next call.
   const FolderNames* NamesIn(const std::string& folder);
@@ -53,6 +53,7 @@ class FolderIndex {
   void MakeRoom();
 
   Descriptor events_;
+  std::size_t mostFolders_;
   std::map<Identity, Folder> folders_;
   std::unordered_map<int, Identity> watched_;
   std::uint64_t uses_ = 0;

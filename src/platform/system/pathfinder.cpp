@@ -3,6 +3,8 @@
 #include <limits.h>
 #include <sys/stat.h>
 
+#include "platform/system/text.h"
+
 namespace win {
 
 namespace {
@@ -40,11 +42,15 @@ FoundPath FindAmong(const FolderNames& names, const std::string& folder, std::st
   const std::string_view bare = WithoutTrailingBlanksAndDots(name);
   const std::string* found = names.Find(name);
   if (found == nullptr && bare.size() < name.size()) found = names.Find(bare);
-  if (found == nullptr) return {Join(folder, bare), false};
+  if (found == nullptr) return {Join(folder, NewName(name)), false};
   return {Join(folder, *found), true};
 }
 
 }  // namespace
+
+std::string NewName(std::string_view name) {
+  return Utf8FromBytes(WithoutTrailingBlanksAndDots(name));
+}
 
 FoundPath PathFinder::Find(const std::string& spelled) {
   if (spelled.size() >= PATH_MAX) return {spelled, false};
@@ -67,7 +73,7 @@ FoundPath PathFinder::FindInMisspelt(const std::string& folder, std::string_view
   misspelt_.erase(folder);
   if (names != nullptr && found.native != folder) Remember(folder, {found.native, names, changes});
   if (names != nullptr) return FindAmong(*names, found.native, name);
-  if (!found.exists) return {Join(found.native, WithoutTrailingBlanksAndDots(name)), false};
+  if (!found.exists) return {Join(found.native, NewName(name)), false};
   // A folder that may be entered but not read.
   std::string native = Join(found.native, name);
   const bool exists = Exists(native);

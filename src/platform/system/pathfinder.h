@@ -9,6 +9,9 @@
 
 namespace win {
 
+// The name that a new file or folder gets on disk: in UTF-8, and as on Windows without blanks and dots at its end.
+std::string NewName(std::string_view name);
+
 struct FoundPath {
   std::string native;
   bool exists = false;

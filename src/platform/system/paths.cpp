@@ -78,8 +78,8 @@ std::string Respelled(std::string_view path) {
 
 // A child process starts afresh: the events that its parent waits for are not its own to take.
 PathFinder& Finder() {
-  static bool forked = false;
-  static std::optional<PathFinder> finder;
+  thread_local bool forked = false;
+  thread_local std::optional<PathFinder> finder;
   [[maybe_unused]] static const int registered = pthread_atfork(nullptr, nullptr, [] { forked = true; });
   if (!finder || std::exchange(forked, false)) finder.emplace();
   return *finder;

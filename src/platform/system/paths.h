@@ -20,11 +20,11 @@ std::string FileNameOf(std::string_view path);
 
 // The name of `path` on this file system, for a call of the operating system. In each folder an exact name wins,
 // otherwise the entry that equals it without regard to case, the first in name order when several do; a name in
-// Windows-1252 bytes also finds its UTF-8 spelling. A name that does not exist keeps its spelling below the deepest
-// folder that does. Trailing blanks and dots of a name are ignored when the exact name is not there, and a new name
-// goes without them. `.` and `..` are taken out of the text, and a trailing separator stays. The answer is never older
-// than the folders' own change times: what another program changes is seen. Empty, which names no file, for an empty
-// text and one with a NUL in it.
+// Windows-1252 bytes also finds its UTF-8 spelling. Blanks and dots at the end of a name are ignored when the exact
+// name is not there. A name that does not exist keeps its spelling below the deepest folder that does, in UTF-8 and
+// without blanks and dots at its end. `.` and `..` are taken out of the text, and a trailing separator stays. The
+// answer is never older than the folders: what another program changes is seen. Empty, which names no file, for an
+// empty text and for one with a NUL in it.
 std::string NativePath(std::string_view path);
 
 // The same, but nothing when there is no entry of that name. A link counts as an entry whatever it points to.
