@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <string>
 
 #include "platform/system/findfile.h"
 #include "platform/system/text.h"
@@ -69,10 +70,20 @@ bool MatchesAnyPart(Text name, Text pattern) {
   return false;
 }
 
+// Each star begins a match of what follows it, and like every match that one passes over blanks.
+std::string WithoutBlanksBehindStars(std::string_view pattern) {
+  std::string bare;
+  for (const char c : pattern)
+    if (c != ' ' || !bare.ends_with('*')) bare += c;
+  return bare;
+}
+
 }  // namespace
 
 bool PathMatchSpec(std::string_view name, std::string_view pattern) {
   if (pattern == "*.*") return true;
+  std::string bare;
+  if (pattern.find("* ") != std::string_view::npos) pattern = bare = WithoutBlanksBehindStars(pattern);
   if (IsAscii(name) && IsAscii(pattern)) return MatchesAnyPart(name, pattern);
   return MatchesAnyPart<std::u32string_view>(FoldedCharacters(name), FoldedCharacters(pattern));
 }
