@@ -36,9 +36,17 @@ bool IsInput(QEvent::Type type) {
 
 QSet<const QObject*> blocked;
 
+bool IsDialog(const QObject* object) {
+  const auto* widget = qobject_cast<const QWidget*>(object);
+  return widget && widget->windowType() == Qt::Dialog;
+}
+
+// A box in front of a blocked window still has to be answered.
 bool HangsOnBlocked(const QObject* object) {
-  for (; object; object = object->parent())
+  for (; object; object = object->parent()) {
     if (blocked.contains(object)) return true;
+    if (IsDialog(object)) return false;
+  }
   return false;
 }
 

@@ -6,6 +6,7 @@
 #include <QInputDialog>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTest>
 #include <QTimer>
 
@@ -58,6 +59,19 @@ TEST_F(ApplicationTest, ARealBoxShowsTextsAsTheyAreAndGivesTheButton) {
     });
     EXPECT_EQ(win::MsgBox("<b>caf\xe9", c.style), c.answer) << c.style;
   }
+}
+
+TEST_F(ApplicationTest, ABoxInFrontOfADisabledFormCanBeAnswered) {
+  win::AnswerBoxesWith({});
+  win::Form form("frmMain", 1500, 1500);
+  form.Show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(form.Window()));
+  form.SetEnabled(false);
+  OnBox<QMessageBox>([](QMessageBox& box) {
+    QTimer::singleShot(2000, &box, [&box] { box.reject(); });
+    QTest::mouseClick(box.button(QMessageBox::Yes), Qt::LeftButton);
+  });
+  EXPECT_EQ(win::MsgBox("Go on?", win::kYesNo), win::Answer::kYes);
 }
 
 TEST_F(ApplicationTest, ARealInputBoxKeepsBytesAndIsEmptyWhenCancelled) {
