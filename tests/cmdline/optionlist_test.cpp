@@ -9,12 +9,14 @@ namespace {
 
 using OptionFile = test::ModTest;
 
-TEST_F(OptionFile, ReadsOneOptionALine) {
+TEST_F(OptionFile, ReadsOneOptionALineAndWritesItsRowsBack) {
   test::WriteFile(InRoot("varnik.cmd"), "*A\r\n \r\nA:12\r\n *A: \r\nA:b:c\r\n*\r\n* A : b\r\n**A");
   std::string read;
   for (const OptionEntry& option : ReadOptionList(OptionListFile()))
     read += (option.ticked ? "[x" : "[") + option.text + (option.hasSubParam ? "|" : "/") + option.subParam + "]";
   EXPECT_EQ(read, "[xA/None][A|12][xA|][A|b:c][x/None][x A | b][x*A/None]");
+  EXPECT_TRUE(WriteOptionRows(CustomOptionFile(), ReadOptionRows(CustomOptionFile())));
+  EXPECT_EQ(Content("varnik.cmd"), "*A\r\nA:12\r\n*A:\r\nA:b:c\r\n*\r\n* A : b\r\n**A\r\n");
 }
 
 TEST_F(OptionFile, OfAnInstallHidesTheProgramsFile) {
@@ -23,12 +25,6 @@ TEST_F(OptionFile, OfAnInstallHidesTheProgramsFile) {
   EXPECT_EQ(OptionListFile(), AppPath + "varnik.cmd");
   EXPECT_TRUE(WriteOptionRows(CustomOptionFile(), {}));
   EXPECT_EQ(OptionListFile(), Root() + "varnik.cmd");
-}
-
-TEST_F(OptionFile, SurvivesTheEditor) {
-  test::WriteFile(InRoot("varnik.cmd"), "*A:b\n\n B \n**C");
-  ASSERT_TRUE(WriteOptionRows(CustomOptionFile(), ReadOptionRows(CustomOptionFile())));
-  EXPECT_EQ(Content("varnik.cmd"), "*A:b\r\nB\r\n**C\r\n");
 }
 
 TEST(OptionLine, JoinsTickedRowsByOneBlank) {

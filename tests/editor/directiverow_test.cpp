@@ -7,12 +7,7 @@ using varnik::FindDirective;
 
 namespace {
 
-struct RowCase {
-  const char* row;
-  const char* rebuilt;
-};
-
-const RowCase kRows[] = {
+const char* const kRows[][2] = {
     {"-", "-"},
     {"//  note", "//  note"},
     {"RENAME ( a.txt , \"b, c.txt\" );", "Rename(\"a.txt\",\"b, c.txt\");"},
@@ -27,17 +22,11 @@ const RowCase kRows[] = {
 };
 
 TEST(DirectiveRow, RebuildsARowFromTheCatalogue) {
-  for (const RowCase& c : kRows)
-    EXPECT_EQ(DirectiveRow(c.row).BuildRowText(), c.rebuilt) << c.row;
+  for (const auto& [row, rebuilt] : kRows)
+    EXPECT_EQ(DirectiveRow(row).BuildRowText(), rebuilt) << row;
 }
 
-struct ChangeCase {
-  const char* row;
-  const char* directive;
-  const char* rebuilt;
-};
-
-const ChangeCase kChanges[] = {
+const char* const kChanges[][3] = {
     {"dname(a); // why", "Version", "Version(\"a\"); // why"},
     {"replace(a,b,c); // why", "Rename", "Rename(\"a\",\"b\"); // why"},
     {"rename(a,b); // why", "RaceName", "RaceName(\"a\",\"b\"); // why"},
@@ -46,10 +35,10 @@ const ChangeCase kChanges[] = {
 };
 
 TEST(DirectiveRow, KeepsParametersAndCommentWhenTheDirectiveChanges) {
-  for (const ChangeCase& c : kChanges) {
-    DirectiveRow row(c.row);
-    row.ChangeDirective(FindDirective(c.directive));
-    EXPECT_EQ(row.BuildRowText(), c.rebuilt) << c.row;
+  for (const auto& [text, directive, rebuilt] : kChanges) {
+    DirectiveRow row(text);
+    row.ChangeDirective(FindDirective(directive));
+    EXPECT_EQ(row.BuildRowText(), rebuilt);
   }
 }
 

@@ -16,15 +16,8 @@ bool HasMarker() {
          !RegReadValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue).empty();
 }
 
-struct WalkCase {
-  const char* what;
-  const char* files;
-  const char* lines;
-  const char* inForce;
-  const char* afterwards;
-};
-
-const WalkCase kWalks[] = {
+// What is tried, the files, the lines; the files while the mod is in force and afterwards.
+const char* const kWalks[][5] = {
     {"the first configuration counts", "bzone.cfg=own c=1 d=2",
      "predefined @rootdir\\c\npredefined @rootdir\\d\ndynamic", "bzone.cfg=1 bzone.tmp.old=own d=2",
      "bzone.cfg=own c=1 d=2"},
@@ -48,14 +41,14 @@ const WalkCase kWalks[] = {
 };
 
 TEST_F(LegacyActivation, ChangesFilesAndPutsThemBack) {
-  for (const WalkCase& c : kWalks) {
-    SCOPED_TRACE(c.what);
-    StartWith(c.files);
-    const std::string definition = DefineLegacy(c.lines);
+  for (const auto& [what, files, lines, inForce, afterwards] : kWalks) {
+    SCOPED_TRACE(what);
+    StartWith(files);
+    const std::string definition = DefineLegacy(lines);
     EXPECT_TRUE(ActivateLegacyMod(definition));
-    EXPECT_EQ(Files(), c.inForce);
+    EXPECT_EQ(Files(), inForce);
     DeactivateLegacyMod(definition, Root());
-    EXPECT_EQ(Files(), c.afterwards);
+    EXPECT_EQ(Files(), afterwards);
     EXPECT_FALSE(HasMarker());
   }
 }
@@ -74,12 +67,7 @@ TEST_F(LegacyActivation, GeneratesAConfiguration) {
   EXPECT_EQ(Content("bzone.tmp.old"), "own");
 }
 
-struct ExecCase {
-  const char* lines;
-  bool activates;
-};
-
-const ExecCase kExecs[] = {
+const std::pair<const char*, bool> kExecs[] = {
     {"pak p\nfold f\nreplace @rootdir\\a,@rootdir\\b\nexec none.exe", false},
     {"pilots @rootdir\\p\nexec none.exe", true},
     {"saved @rootdir\\p\nexec none.exe", true},
@@ -88,12 +76,11 @@ const ExecCase kExecs[] = {
 };
 
 TEST_F(LegacyActivation, AProgramTakesOverBeforeAnyChangeButReplace) {
-  for (const ExecCase& c : kExecs) {
-    SCOPED_TRACE(c.lines);
+  for (const auto& [lines, activates] : kExecs) {
     StartWith("");
     RemoveCrashMarker();
-    EXPECT_EQ(ActivateLegacyMod(DefineLegacy(c.lines)), c.activates);
-    EXPECT_EQ(HasMarker(), c.activates);
+    EXPECT_EQ(ActivateLegacyMod(DefineLegacy(lines)), activates) << lines;
+    EXPECT_EQ(HasMarker(), activates) << lines;
   }
 }
 

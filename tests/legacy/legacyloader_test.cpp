@@ -12,14 +12,8 @@ class LegacyLoader : public test::LegacyTest {
   }
 };
 
-struct HeaderCase {
-  const char* lines;  // from line 2 on
-  const char* name;
-  const char* description;
-  const char* splash;
-};
-
-const HeaderCase kHeaders[] = {
+// From line 2 on, then name, description and splash picture.
+const char* const kHeaders[][4] = {
     {"", "mod", "", ""},
     {"desc ", "mod", "", ""},
     {"  DESC My  Mod  // first", "My  Mod", "", ""},
@@ -31,12 +25,11 @@ const HeaderCase kHeaders[] = {
 
 TEST_F(LegacyLoader, ReadsTheHeaderByPosition) {
   StartWith("text.txt=Told.");
-  for (const HeaderCase& c : kHeaders) {
-    SCOPED_TRACE(c.lines);
-    const ModEntry entry = Load(DefineText("bz2hald3\n" + std::string(c.lines)));
-    EXPECT_EQ(entry.Name, c.name);
-    EXPECT_EQ(entry.Description, c.description);
-    EXPECT_EQ(entry.Splash, c.splash);
+  for (const auto& [lines, name, description, splash] : kHeaders) {
+    const ModEntry entry = Load(DefineText("bz2hald3\n" + std::string(lines)));
+    EXPECT_EQ(entry.Name, name) << lines;
+    EXPECT_EQ(entry.Description, description) << lines;
+    EXPECT_EQ(entry.Splash, splash) << lines;
     EXPECT_TRUE(entry.DefinitionFile.ends_with("/mod.bzm") && entry.Legacy && entry.MarkedX && entry.Standard);
   }
 }
