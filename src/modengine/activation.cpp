@@ -9,6 +9,7 @@
 #include "platform/system/process.h"
 #include "platform/system/services.h"
 #include "platform/system/text.h"
+#include "platform/system/wildcards.h"
 #include "support/modfileexists.h"
 
 namespace varnik {
@@ -103,12 +104,13 @@ void Activated(Walk& walk, const Args&) {
 }
 
 void WriteId(Walk& walk, const Args& args) {
-  win::LineWriter(walk.Below(args[1]), win::WriteMode::kOutput).Close();
+  if (!win::HasWildcards(args[1])) win::LineWriter(walk.Below(args[1]), win::WriteMode::kOutput).Close();
 }
 
 void AddRecy(Walk& walk, const Args& args) {
-  win::LineWriter list(walk.Below(args.size() > 3 ? args[3] : "RecyList.txt"), win::WriteMode::kAppend);
-  list.WriteLine(args[1] + " " + args[2]);
+  const std::string name = args.size() > 3 ? args[3] : "RecyList.txt";
+  if (!win::HasWildcards(name))
+    win::LineWriter(walk.Below(name), win::WriteMode::kAppend).WriteLine(args[1] + " " + args[2]);
 }
 
 struct Directive {

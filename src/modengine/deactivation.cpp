@@ -1,5 +1,6 @@
 #include "modengine/deactivation.h"
 
+#include <optional>
 #include <utility>
 
 #include "installs/installlist.h"
@@ -11,6 +12,7 @@
 #include "modengine/sessiondefaults.h"
 #include "platform/system/process.h"
 #include "platform/system/services.h"
+#include "platform/system/wildcards.h"
 #include "support/debuglog.h"
 #include "support/modfileexists.h"
 #include "support/runstate.h"
@@ -76,45 +78,41 @@ void Activated(Walk& walk, const Args&) {
   walk.noActionYet = false;
 }
 
-// A marker's name that is a pattern would take the player's files with it.
-bool IsPattern(const std::string& path) {
-  return path.find_first_of("*?") != std::string::npos;
-}
-
+// A name with wildcards is no marker's: a deletion would take the player's files with it.
 void WriteId(Walk& walk, const Args& args) {
-  const std::string path = walk.Below(args[1]);
-  if (!IsPattern(path) && FileExists(path)) win::DeleteFiles(path);
+  if (!win::HasWildcards(args[1]) && FileExists(walk.Below(args[1]))) win::DeleteFiles(walk.Below(args[1]));
 }
 
-// False when the copy is not whole.
-bool CopyForeignLines(const std::string& list, const std::string& own, const std::string& copy) {
+// Nothing when the list cannot be read.
+std::optional<std::string> ForeignLines(const std::string& list, const std::string& own) {
   win::LineReader lines(list);
-  if (!lines.IsOpen()) return false;
-  win::LineWriter kept(copy, win::WriteMode::kOutput);
-  bool whole = kept.IsOpen();
-  while (whole && !lines.AtEnd()) {
-    const std::string line = lines.ReadLine();
-    if (!line.starts_with(own)) whole = kept.WriteLine(line);
-  }
-  return kept.Close() && whole;
+  if (!lines.IsOpen()) return std::nullopt;
+  std::string kept;
+  while (!lines.AtEnd())
+    if (const std::string line = lines.ReadLine(); !line.starts_with(own)) kept.append(line).append("\r\n");
+  return kept;
 }
 
 // The list goes only once its copy is whole, and the copy only while the list is still there.
-void RemoveLines(const std::string& root, const std::string& name, const std::string& own) {
-  const std::string list = root + name;
-  const std::string copy = root + "tmp.recylist";
-  if (IsPattern(list) || !FileExists(list)) return;
-  if (CopyForeignLines(list, own, copy) && win::DeleteFiles(list))
+void RemoveLines(const std::string& list, const std::string& copy, const std::string& own) {
+  const std::optional<std::string> kept = ForeignLines(list, own);
+  if (!kept || !win::WriteWholeFile(copy, *kept)) return;
+  if (win::DeleteFiles(list))
     win::RenameFile(copy, list);
   else
     win::DeleteFiles(copy);
 }
 
 // Looks below the selected install like RequireExe. A list of its own is left alone where there is no RecyList.txt.
-void AddRecy(Walk&, const Args& args) {
+void AddRecy(Walk& walk, const Args& args) {
+  constexpr char kCopy[] = "tmp.recylist";
+  const std::string name = args.size() > 3 ? args[3] : "RecyList.txt";
+  if (win::HasWildcards(name)) return;
+  // An earlier undo that died ahead of its last step left the list under the name of its copy.
+  if (!FileExists(walk.Below(name))) win::RenameFile(walk.Below(kCopy), walk.Below(name));
   const std::string selected = InstallRoot();
-  if (selected.empty() || !FileExists(selected + "RecyList.txt")) return;
-  RemoveLines(selected, args.size() > 3 ? args[3] : "RecyList.txt", args[1] + " ");
+  if (!selected.empty() && FileExists(selected + "RecyList.txt"))
+    RemoveLines(selected + name, selected + kCopy, args[1] + " ");
 }
 
 struct Directive {
