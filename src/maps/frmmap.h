@@ -60,11 +60,20 @@ class FrmMap {
   win::Timer tmrMap{10};
 
  private:
+  void PlaceControls();
+  void ShowTexts(const std::string& text);
+  void ShowNoMap();
+  void FillList(const std::vector<std::size_t>& rows);
+  void RestoreSelection();
   void tmrMap_Timer();
+  void ShowPendingMap();
+  void ShowNoPendingMap();
+  void ShowDescription(const std::string& file);
   void cmdMapLstRefresh_Click();
 
   MapPageHost host_;
-  int PendingMap = -1;  // MapList index of the click not yet shown; -1 none
+  bool showing_ = false;  // tmrMap_Timer is at work
+  int PendingMap = -1;    // MapList index of the click not yet shown; -1 none
 };
 
 }  // namespace varnik
