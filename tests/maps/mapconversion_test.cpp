@@ -88,10 +88,11 @@ TEST_F(MapConversion, LeavesOtherMapsAlone) {
   PutMap("m", "ivar5=1\r\n");
   SelectMod({"mod"});
   varnik::LoadMapList(true);
+  EXPECT_EQ(Inf("m"), "[NetVars]\r\nivar5=1\r\n");
   MakeInstall("1.2");
+  PutMap("m", "ivar5=1\r\n");
   varnik::LoadMapList(true);
   EXPECT_TRUE(questions_.empty());
-  EXPECT_EQ(Inf("m"), "[NetVars]\r\nivar5=1\r\n");
 }
 
 }  // namespace
