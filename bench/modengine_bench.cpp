@@ -120,10 +120,10 @@ void Catalogue(benchmark::State& state) {
 BENCHMARK(Catalogue)->Unit(benchmark::kMillisecond);
 
 // One mod of a thousand directives: mostly renames, some replacements, entries, marker files.
-constexpr int kRenames = 800;
+constexpr int kRenames = 848;
 constexpr int kReplacements = 100;
 constexpr int kFolders = 50;
-constexpr int kMarkers = 50;
+constexpr int kMarkers = 2;
 static_assert(kRenames + kReplacements + kFolders + kMarkers == kDirectives);
 
 Install& SmallInstall() {
