@@ -9,6 +9,7 @@
 #include "modengine/crashmarker.h"
 #include "modengine/directive.h"
 #include "modengine/includes.h"
+#include "modengine/runguard.h"
 #include "modengine/sessiondefaults.h"
 #include "platform/system/process.h"
 #include "platform/system/services.h"
@@ -168,6 +169,11 @@ bool DeactivateFile(win::LineReader& file, const std::string& root, bool& noActi
 }
 
 bool DeactivateByMarker(const std::string& definitionFile, const std::string& root) {
+  const RunGuard guard;
+  if (!guard.IsHeld()) {
+    win::MsgBox(kRunRefused);
+    return false;
+  }
   double version = 0;
   if (!ReadMarker(win::LineReader(definitionFile).ReadLine(), version)) return false;
   if (version <= kLastLegacyFormat) DeactivateLegacyMod(definitionFile, root);

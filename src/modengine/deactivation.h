@@ -13,8 +13,8 @@ bool DeactivateMod(const std::string& definitionFile, const std::string& root);
 
 bool DeactivateFile(win::LineReader& file, const std::string& root, bool& noActionYet, bool& persistent);
 
-// Undoes a mod of either format, by the marker in its line 1. False when the file cannot be read or its marker is bad;
-// a version that is no format does nothing and gives true.
+// Undoes a mod of either format, by the marker in its line 1. False when the file cannot be read, its marker is bad, or
+// another process of ours is at work, which a person is told; a version that is no format does nothing and gives true.
 bool DeactivateByMarker(const std::string& definitionFile, const std::string& root);
 
 // Called by DeactivateMod where the map page has to follow; set by the window once it exists.

@@ -1,8 +1,6 @@
 #include "modengine/deactivation.h"
-#include "modengine/runguard.h"
 #include "platform/system/paths.h"
 #include "platform/system/program.h"
-#include "platform/system/services.h"
 #include "platform/system/text.h"
 #include "startup/startup.h"
 #include "support/debuglog.h"
@@ -34,11 +32,7 @@ Switches ReadSwitches(const std::vector<std::string>& arguments) {
 // An empty root becomes a single backslash: the work then runs against the root of the current drive.
 void DeactivateNamedMod(const std::string& definitionFile, const std::string& root) {
   if (definitionFile == root || definitionFile.empty() || !FileExists(definitionFile)) return;
-  const RunGuard guard;
-  if (guard.IsHeld())
-    DeactivateByMarker(definitionFile, win::WithSeparator(root));
-  else
-    win::MsgBox(kRunRefused);
+  DeactivateByMarker(definitionFile, win::WithSeparator(root));
 }
 
 }  // namespace
