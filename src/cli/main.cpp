@@ -7,6 +7,7 @@
 #include "cli/output.h"
 #include "cli/session.h"
 #include "platform/system/program.h"
+#include "support/version.h"
 
 namespace {
 
@@ -27,7 +28,7 @@ void DeclareGlobalOptions(CLI::App& app, Arguments& arguments) {
   app.add_option("--app-path", arguments.appPath, "The program's folder, which holds varnik.cmd and mods/")
       ->type_name("DIR");
   app.add_flag("--json", arguments.json, "One JSON document on standard output, and nothing else there");
-  app.set_version_flag("--version", "varnik-cli " VARNIK_VERSION, "Print the version and exit");
+  app.set_version_flag("--version", std::string("varnik-cli ") + varnik::kVersion, "Print the version and exit");
 }
 
 std::string ExamplesOf(const Command& command) {

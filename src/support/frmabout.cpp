@@ -2,8 +2,8 @@
 
 #include "platform/system/program.h"
 #include "support/artwork.h"
-#include "support/frmsplash.h"
 #include "support/sysinfo.h"
+#include "support/version.h"
 
 namespace varnik {
 

@@ -6,15 +6,9 @@
 #include "support/artwork.h"
 #include "support/debuglog.h"
 #include "support/quips.h"
+#include "support/version.h"
 
 namespace varnik {
-
-std::string VersionLine() {
-  constexpr int kMajor = 0;
-  constexpr int kMinor = 1;
-  constexpr int kRevision = 50;
-  return "Version " + std::to_string(kMajor) + "." + std::to_string(kMinor) + "." + std::to_string(kRevision);
-}
 
 frmSplash::frmSplash() : Form("frmSplash", 6600, 2880) {
   SetTitleBar(false);

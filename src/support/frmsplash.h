@@ -8,9 +8,6 @@
 
 namespace varnik {
 
-// The version line that the busy window and the About box print.
-std::string VersionLine();
-
 // The busy window: up while the program loads or reloads, with what it is doing and a joke beside it.
 class frmSplash : public win::Form {
  public:
