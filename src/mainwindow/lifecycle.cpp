@@ -6,7 +6,6 @@
 #include "platform/system/services.h"
 #include "platform/system/text.h"
 #include "support/debuglog.h"
-#include "support/picturechoice.h"
 #include "support/runstate.h"
 #include "support/settings.h"
 

@@ -37,7 +37,7 @@ std::string ProblemWith(const std::string& name) {
 }  // namespace
 
 FrmMap::FrmMap(win::Container& parent, MapPageHost host)
-    : frmMap(parent, "frmMap", "Maps"),
+    : frmMap(parent, "frmMap"),
       lstmap(frmMap, "lstmap", win::ListStyle::kSorted),
       cmdMapLstRefresh(frmMap, "cmdMapLstRefresh", "Refresh List"),
       imgmap(frmMap, "imgmap"),

@@ -1,16 +1,21 @@
 #include "support/frmoptions.h"
 
+#include <cmath>
 #include <utility>
 
 #include "platform/system/registry.h"
 #include "platform/system/text.h"
 #include "support/artwork.h"
-#include "support/picturechoice.h"
 #include "support/registry.h"
 #include "support/runstate.h"
 #include "support/settings.h"
 
 namespace varnik {
+
+int ChosenPicture(const win::ImageList& list, const char* option) {
+  const double index = std::nearbyint(win::LeadingNumber(ReadOption(option)));
+  return index >= 1 && index <= list.Count() ? static_cast<int>(index) : 1;
+}
 
 frmOptions::frmOptions(OptionsHost host)
     : Form("frmOptions", 6240, 6960),

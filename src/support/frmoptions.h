@@ -13,6 +13,9 @@
 
 namespace varnik {
 
+// The entry of the list that the option names; 1 when the list has no such entry. The store is not corrected.
+int ChosenPicture(const win::ImageList& list, const char* option);
+
 // What the options need of the main window.
 struct OptionsHost {
   const win::ImageList& noMapPictures;

@@ -1,0 +1,10 @@
+#include "platform/system/program.h"
+#include "platform/system/registry.h"
+#include "startup/program.h"
+
+int main(int argc, char** argv) {
+  win::SetProgram({"varnik", "Varnik", ""});
+  win::SetCommandLine(argc, argv);
+  win::ConsumeRunOnce();
+  return varnik::Main();
+}
