@@ -11,7 +11,7 @@ namespace {
 namespace fs = std::filesystem;
 
 #define PAGE "[a-z]+/frm[^/]*"
-#define HELPS_PAGES "support/(modfreeimage|win95_functions|artwork|picturechoice)\\."
+#define HELPS_PAGES "support/(modfreeimage|win95_functions|artwork)\\."
 #define WIRING "(mainwindow/(?!frm)|mainwindow/frmmain|startup/(main|program)\\.)"
 
 struct Rule {
