@@ -1,5 +1,5 @@
-// Loading the map catalogue of an install of 10,000 maps in 50,000 files, half of the maps without an .inf beside them. Floors:
-// one walk of the tree, and one plain read of each .inf.
+// Loading the map catalogue of an install of 10,000 maps in 50,000 files, half of the maps without an .inf beside them.
+// Floors: one walk of the tree, and one plain read of each .inf.
 #include <benchmark/benchmark.h>
 
 #include <fcntl.h>
@@ -21,7 +21,9 @@ namespace fs = std::filesystem;
 constexpr int kFolders = 100;
 constexpr int kMapsPerFolder = 100;
 
-void WriteFile(const fs::path& path, const std::string& content) { std::ofstream(path, std::ios::binary) << content; }
+void WriteFile(const fs::path& path, const std::string& content) {
+  std::ofstream(path, std::ios::binary) << content;
+}
 
 std::string InfOf(const std::string& map) {
   return "[DESCRIPTION]\r\nmissionName = \"The map " + map + "\" // shown in the shell\r\nmapDesc = \"" + map +
@@ -37,7 +39,8 @@ class Install {
     root_ = mkdtemp(pattern.data());
     setenv("XDG_CONFIG_HOME", (root_ / "config").c_str(), 1);
     win::SetProgram({"varnik", "Varnik", ""});
-    for (int folder = 0; folder < kFolders; ++folder) Fill(std::to_string(folder));
+    for (int folder = 0; folder < kFolders; ++folder)
+      Fill(std::to_string(folder));
   }
   ~Install() { fs::remove_all(root_); }
 
@@ -53,7 +56,8 @@ class Install {
     fs::create_directories(elsewhere);
     for (int i = 0; i < kMapsPerFolder; ++i) {
       const std::string map = "map" + folder + "x" + std::to_string(i);
-      for (const char* const extension : {".bzn", ".odf", ".bmp", ".ter"}) WriteFile(maps / (map + extension), "");
+      for (const char* const extension : {".bzn", ".odf", ".bmp", ".ter"})
+        WriteFile(maps / (map + extension), "");
       infs_.push_back((i % 2 == 0 ? maps : elsewhere) / (map + ".inf"));
       WriteFile(infs_.back(), InfOf(map));
     }
@@ -71,7 +75,8 @@ const Install& TheInstall() {
 void WalkTree(benchmark::State& state) {
   for (auto _ : state) {
     std::size_t entries = 0;
-    for (const auto& entry : fs::recursive_directory_iterator(TheInstall().Game())) entries += entry.path().native().size();
+    for (const auto& entry : fs::recursive_directory_iterator(TheInstall().Game()))
+      entries += entry.path().native().size();
     benchmark::DoNotOptimize(entries);
   }
 }
@@ -92,7 +97,8 @@ BENCHMARK(ReadInfs)->Unit(benchmark::kMillisecond);
 void Load(benchmark::State& state, bool rescan) {
   varnik::UseInstallFolder(TheInstall().Text());
   varnik::LoadMapList(true);
-  for (auto _ : state) varnik::LoadMapList(rescan);
+  for (auto _ : state)
+    varnik::LoadMapList(rescan);
   if (varnik::MapList.size() != 1 + kFolders * kMapsPerFolder) state.SkipWithError("maps are missing");
 }
 BENCHMARK_CAPTURE(Load, Scan, true)->Unit(benchmark::kMillisecond);

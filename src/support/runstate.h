@@ -19,15 +19,16 @@ extern bool StartingUp;
 // True exactly while ShellAndWait waits. Written by ShellAndWait.
 extern bool GameRunning;
 
-// Row of InstallList that is selected, -1 for none. Written by the selection of an install and by the command-line tool.
+// Row of InstallList that is selected, -1 for none. Written by the selection of an install and by the command-line
+// tool.
 extern std::int16_t CurrentInstall;
 
 // Folder names under the install root in which game files are looked for; index 0 is empty. Written by Main and by the
 // selection of a mod (SelectModFolders).
 extern std::vector<std::string> SearchDirs;
 
-// Row of MapList in use; -1 no map, -2 a name typed by hand. Written by the map page, by ClearMaps, by the selection of a mod and by
-// DeactivateMod.
+// Row of MapList in use; -1 no map, -2 a name typed by hand. Written by the map page, by ClearMaps, by the selection of
+// a mod and by DeactivateMod.
 extern int SelectedMapIndex;
 
 // Options. Written by the load of the main window, by the options dialog and by the command-line tool.

@@ -17,7 +17,8 @@ Sandbox::Sandbox() {
   install_ = root_ / "game";
   app_ = root_ / "app";
   home_ = root_ / "home";
-  for (const fs::path& folder : {install_, app_, home_, home_ / "run"}) fs::create_directories(folder);
+  for (const fs::path& folder : {install_, app_, home_, home_ / "run"})
+    fs::create_directories(folder);
   setenv("HOME", home_.c_str(), 1);
   setenv("XDG_CONFIG_HOME", (home_ / "config").c_str(), 1);
   setenv("XDG_DATA_HOME", (home_ / "data").c_str(), 1);
@@ -35,8 +36,12 @@ Sandbox::~Sandbox() {
   fs::remove_all(root_, ignored);
 }
 
-std::string Sandbox::InstallText() const { return install_.string() + "\\"; }
-std::string Sandbox::AppText() const { return app_.string() + "\\"; }
+std::string Sandbox::InstallText() const {
+  return install_.string() + "\\";
+}
+std::string Sandbox::AppText() const {
+  return app_.string() + "\\";
+}
 
 void Sandbox::MakeInstall(std::string_view version) {
   WriteFile(install_ / "bzone.exe", "#!/bin/sh\nexit 0\n");

@@ -5,7 +5,8 @@
 #include <string>
 #include <string_view>
 
-// A temporary world for one test: an install, the program's folder and a home of its own. Nothing outside it is touched.
+// A temporary world for one test: an install, the program's folder and a home of its own. Nothing outside it is
+// touched.
 namespace test {
 
 class Sandbox {
@@ -15,9 +16,9 @@ class Sandbox {
   Sandbox(const Sandbox&) = delete;
   Sandbox& operator=(const Sandbox&) = delete;
 
-  std::filesystem::path Root() const { return root_; }      // the temporary folder
+  std::filesystem::path Root() const { return root_; }        // the temporary folder
   std::filesystem::path Install() const { return install_; }  // an empty install folder
-  std::filesystem::path App() const { return app_; }        // the program's folder
+  std::filesystem::path App() const { return app_; }          // the program's folder
   std::filesystem::path Home() const { return home_; }
 
   // The same folders as the program holds them: text ending in a backslash.
@@ -35,7 +36,8 @@ class Sandbox {
 void WriteFile(const std::filesystem::path& path, std::string_view content);
 std::string ReadFile(const std::filesystem::path& path);
 
-// Everything below a folder: relative path to content, folders with a trailing slash and no content. For comparing before and after.
+// Everything below a folder: relative path to content, folders with a trailing slash and no content. For comparing
+// before and after.
 std::map<std::string, std::string> Snapshot(const std::filesystem::path& folder);
 
 }  // namespace test
