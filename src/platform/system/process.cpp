@@ -52,7 +52,8 @@ class SpawnSettings {
     posix_spawnattr_setsigmask(&attributes_, &signals);
     posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
     posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    if (silent) posix_spawn_file_actions_addopen(&actions_, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    const bool noError = fcntl(STDERR_FILENO, F_GETFD) < 0;
+    if (silent || noError) posix_spawn_file_actions_addopen(&actions_, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
     posix_spawn_file_actions_adddup2(&actions_, STDERR_FILENO, STDOUT_FILENO);
     posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1);
     posix_spawn_file_actions_addchdir_np(&actions_, folder.c_str());
@@ -88,6 +89,7 @@ class NiceForChild {
 
 std::vector<char*> PointersTo(std::vector<std::string>& texts) {
   std::vector<char*> pointers;
+  pointers.reserve(texts.size() + 1);
   for (std::string& text : texts)
     pointers.push_back(text.data());
   pointers.push_back(nullptr);

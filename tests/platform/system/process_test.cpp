@@ -87,6 +87,15 @@ TEST_F(ProcessTest, AChildStartsFromACleanSlate) {
   EXPECT_EQ(id, session);
 }
 
+TEST_F(ProcessTest, AClosedStandardErrorDoesNotKeepAProgramFromStarting) {
+  const std::string program = Program("echo started; echo complaint >&2");
+  const int kept = dup(STDERR_FILENO);
+  close(STDERR_FILENO);
+  EXPECT_EQ(Run(program), "started\n");
+  dup2(kept, STDERR_FILENO);
+  close(kept);
+}
+
 TEST_F(ProcessTest, AFailedStartEndsTheWaitAndSaysWhy) {
   const struct {
     const char *what, *file, *content, *reason;
