@@ -14,7 +14,7 @@ namespace varnik {
 namespace {
 
 // At a start together with the desktop session the tray may come later than the program.
-constexpr int kPatienceAtBoot = 8000;
+constexpr int kPatienceAtBoot = 5000;
 
 double NumberOption(const char* key) {
   return win::LeadingNumber(ReadOption(key));
@@ -76,7 +76,8 @@ void FrmMain::ShowTrayState() {
 }
 
 void FrmMain::HideStatusBarAtLoad() {
-  if (ReadOption("StatusBar") == "On") return;
+  // Showing a window that has been unloaded meanwhile would load it anew.
+  if (ReadOption("StatusBar") == "On" || !Loaded()) return;
   Show();
   win::DoEvents();
   showstatusbar(false);
