@@ -38,7 +38,8 @@ bool SetAttributes(const std::string& path, unsigned attributes);
 // Size of a regular file in bytes. Nothing for anything else, such as a folder or a pipe.
 std::optional<std::uint64_t> FileSize(const std::string& path);
 
-// The whole content, byte for byte. Nothing for a folder, a missing file or one that cannot be read to its end.
+// The whole content, byte for byte. Nothing for a folder, a missing file, one of more than 512 MB or one that cannot be
+// read to its end.
 [[nodiscard]] std::optional<std::string> ReadWholeFile(const std::string& path);
 
 // Replaces the file's content so that a crash or a full disk leaves the old or the new content and never less:
@@ -58,7 +59,7 @@ class LineReader {
   bool IsOpen() const;
 
   // True behind the last line, and at once when the file could not be opened or is a folder. A read error counts as the
-  // end.
+  // end, and so does a line that goes on for more than 512 MB.
   bool AtEnd();
 
   // Empty at the end.

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstring>
 
 #include "platform/system/files.h"
 #include "platform/system/nativefile.h"
@@ -29,8 +30,15 @@ struct LineReader::State {
   Descriptor file;
   std::size_t next = 0;  // first byte of `piece` that has not been handed out
   std::size_t size = 0;
+  std::size_t nextFeed = 0;  // where the next LF and the next CR stand, each searched for only when it has been passed
+  std::size_t nextReturn = 0;
   bool afterReturn = false;  // the last line ended in CR, so that an LF here belongs to it
   char piece[kPiece];
+
+  std::size_t Find(char end) const {
+    const void* const found = std::memchr(piece + next, end, size - next);
+    return found != nullptr ? static_cast<std::size_t>(static_cast<const char*>(found) - piece) : size;
+  }
 
   // False at the end of the file; otherwise there is a byte at `next`.
   bool Fill() {
@@ -40,6 +48,8 @@ struct LineReader::State {
     if (count <= 0) file = Descriptor();
     next = 0;
     size = static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+    nextFeed = Find('\n');
+    nextReturn = Find('\r');
     return size > 0;
   }
 
@@ -51,11 +61,11 @@ struct LineReader::State {
 
   // Appends the piece up to a line end, which is taken too; false when the line goes on in the next piece.
   bool TakeLine(std::string& line) {
-    const char* const begin = piece + next;
-    const char* const end =
-        std::find_if(begin, static_cast<const char*>(piece) + size, [](char c) { return c == '\n' || c == '\r'; });
-    line.append(begin, end);
-    next = static_cast<std::size_t>(end - piece);
+    if (nextFeed < next) nextFeed = Find('\n');
+    if (nextReturn < next) nextReturn = Find('\r');
+    const std::size_t end = std::min(nextFeed, nextReturn);
+    line.append(piece + next, end - next);
+    next = end;
     if (next == size) return false;
     afterReturn = piece[next++] == '\r';
     return true;
@@ -85,6 +95,7 @@ std::string LineReader::ReadLine() {
   std::string line;
   if (AtEnd()) return line;
   while (state_->Fill() && !state_->TakeLine(line)) {
+    if (line.size() > kMostBytes) state_->file = Descriptor();
   }
   return line;
 }

@@ -42,9 +42,9 @@ std::string FolderOf(const std::string& native) {
 }
 
 std::string TemporaryNameFor(const std::string& native) {
-  constexpr std::size_t kLongestName = 250;
+  constexpr std::size_t kLongestName = 240;
   const std::string folder = FolderOf(native);
-  return folder + "." + native.substr(folder.size(), kLongestName) + "~";
+  return folder + "." + native.substr(folder.size(), kLongestName) + ".new~";
 }
 
 bool FlushToDisk(const std::string& native) {

@@ -9,6 +9,9 @@
 // What the file routines of this layer share: open files of the operating system. Every path here is a native one.
 namespace win {
 
+// What is taken into memory in one piece, at most.
+constexpr std::size_t kMostBytes = 512 * 1024 * 1024;
+
 // Owns a file descriptor.
 class Descriptor {
  public:

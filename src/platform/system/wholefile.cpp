@@ -50,6 +50,7 @@ std::optional<std::string> ReadWholeFile(const std::string& path) {
   const Descriptor file = OpenForReading(NativePath(path));
   struct stat status;
   if (!file.IsOpen() || fstat(file.Get(), &status) != 0) return std::nullopt;
+  if (static_cast<std::size_t>(status.st_size) > kMostBytes) return std::nullopt;
   // One byte more than its size, so that the first read also finds the end.
   std::string content(static_cast<std::size_t>(status.st_size) + 1, '\0');
   std::size_t length = 0;

@@ -140,7 +140,7 @@ TEST_F(Files, AWholeFileIsReplacedInPlace) {
   fs::permissions(game_ / "Real.txt", fs::perms(0640));
   fs::create_symlink("Real.txt", game_ / "link");
   fs::create_symlink("new.txt", game_ / "dangling");
-  Put(".Real.txt~", "left by a crash, and longer than what is written now");
+  Put(".Real.txt.new~", "left by a crash, and longer than what is written now");
   EXPECT_TRUE(win::WriteWholeFile(root_ + "LINK", "new"));
   EXPECT_TRUE(win::WriteWholeFile(root_ + "dangling", "made"));
   EXPECT_FALSE(win::WriteWholeFile(root_ + "none\\a", ""));
@@ -166,11 +166,14 @@ TEST_F(Files, AWriteThatFailsLeavesTheOldContent) {
   setrlimit(RLIMIT_FSIZE, &limit);
   signal(SIGXFSZ, handler);
   EXPECT_EQ(test::ReadFile(game_ / "a.txt"), "old");
-  EXPECT_FALSE(Has(".a.txt~"));
+  EXPECT_FALSE(Has(".a.txt.new~"));
 }
 
 TEST_F(Files, OnlyRegularFilesAreRead) {
   ASSERT_EQ(mkfifo((game_ / "pipe").c_str(), 0600), 0);
+  Put("film");
+  fs::resize_file(game_ / "film", std::uintmax_t{1} << 40);
+  EXPECT_EQ(win::ReadWholeFile(root_ + "film"), std::nullopt);
   for (const char* name : {"pipe", "", "none"}) {
     EXPECT_EQ(win::ReadWholeFile(root_ + name), std::nullopt) << name;
     EXPECT_TRUE(win::LineReader(root_ + name).AtEnd()) << name;
