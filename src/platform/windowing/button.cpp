@@ -22,7 +22,7 @@ std::string Button::Caption() const {
 void Button::SetCaption(const std::string& caption) {
   if (!Widget()) return;
   caption_ = caption;
-  button_->setText(FromBytes(caption));
+  button_->setText(Readable(caption));
   FitText();
 }
 

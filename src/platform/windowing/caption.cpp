@@ -90,6 +90,7 @@ void LabelWidget::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, foregroundRole()));
   if (oneLine_) {
+    drawFrame(&painter);
     const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, contentsRect().width());
     painter.drawText(contentsRect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, shown);
     return;

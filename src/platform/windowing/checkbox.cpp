@@ -19,7 +19,7 @@ std::string CheckBox::Caption() const {
 void CheckBox::SetCaption(const std::string& caption) {
   if (!Widget()) return;
   caption_ = caption;
-  box_->setText(FromBytes(caption));
+  box_->setText(Readable(caption));
   FitText();
 }
 

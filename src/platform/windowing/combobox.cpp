@@ -38,7 +38,7 @@ ComboBox::ComboBox(Container& parent, const char* name)
 void ComboBox::AddItem(const std::string& text) {
   if (!Widget()) return;
   rows_.push_back({text});
-  box_->addItem(FromBytes(text));
+  box_->addItem(Readable(text));
   // Qt selects the first row by itself.
   if (box_->currentIndex() != listIndex_) box_->setCurrentIndex(listIndex_);
 }

@@ -200,7 +200,7 @@ std::string Control::ToolTipText() const {
 
 void Control::SetToolTipText(const std::string& text) {
   impl_->toolTip = text;
-  if (impl_->widget) impl_->widget->setToolTip(PlainToolTip(FromBytes(text)));
+  if (impl_->widget) impl_->widget->setToolTip(PlainToolTip(Readable(text)));
 }
 
 void Control::SetAccessibleName(const std::string& name) {

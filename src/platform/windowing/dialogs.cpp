@@ -31,7 +31,7 @@ QWidget* BoxOwner() {
 }
 
 QString TitleOf(const std::string& title) {
-  return FromBytes(title.empty() ? Program().title : title);
+  return Readable(title.empty() ? Program().title : title);
 }
 
 QMessageBox::StandardButtons ButtonsOf(int style) {
@@ -64,7 +64,7 @@ Answer ShowMessage(const std::string& text, int style, const std::string& title)
   box.setObjectName("MsgBox");
   box.setWindowTitle(TitleOf(title));
   box.setTextFormat(Qt::PlainText);
-  box.setText(FromBytes(text));
+  box.setText(Readable(text));
   box.setIcon((style & kCritical) ? QMessageBox::Critical : QMessageBox::NoIcon);
   box.setStandardButtons(ButtonsOf(style));
   return AnswerOf(box.exec());
@@ -89,7 +89,7 @@ WindowServices BoxServices() {
 std::string BrowseForFolder(Form* owner, const std::string& title) {
   if (boxAnswerer) return boxAnswerer({BoxKind::kFolder, "", title, kOkOnly, ""}).text;
   QWidget* parent = owner ? owner->Window() : BoxOwner();
-  const QString folder = QFileDialog::getExistingDirectory(parent, FromBytes(title));
+  const QString folder = QFileDialog::getExistingDirectory(parent, Readable(title));
   return folder.isEmpty() ? std::string() : WindowsPathFromNative(QFile::encodeName(folder).toStdString());
 }
 

@@ -131,7 +131,7 @@ std::string Form::Caption() const {
 
 void Form::SetCaption(const std::string& caption) {
   impl_->caption = caption;
-  impl_->window->setWindowTitle(FromBytes(caption));
+  impl_->window->setWindowTitle(Readable(caption));
 }
 
 void Form::SetIcon(const Picture& picture) {

@@ -17,7 +17,7 @@ std::string Frame::Caption() const {
 
 void Frame::SetCaption(const std::string& caption) {
   caption_ = caption;
-  if (Widget()) box_->setTitle(FromBytes(caption));
+  if (Widget()) box_->setTitle(Readable(caption));
 }
 
 QWidget* Frame::Area() const {

@@ -17,7 +17,7 @@ std::string Label::Caption() const {
 void Label::SetCaption(const std::string& caption) {
   if (!Widget() || (caption == caption_ && !caption.empty())) return;
   caption_ = caption;
-  label_->setText(FromBytes(caption).replace("\r\n", "\n"));
+  label_->setText(Readable(caption).replace("\r\n", "\n"));
   FitText();
 }
 

@@ -84,7 +84,7 @@ int ListModel::rowCount(const QModelIndex& parent) const {
 QVariant ListModel::data(const QModelIndex& index, int role) const {
   if (!Holds(index.row()) || Updating()) return {};
   const ListRow& row = *rows_[index.row()];
-  if (role == Qt::DisplayRole) return OneLine(FromBytes(row.text));
+  if (role == Qt::DisplayRole) return OneLine(Readable(row.text));
   if (role == Qt::CheckStateRole && style_ == ListStyle::kCheckBoxes) return row.ticked ? Qt::Checked : Qt::Unchecked;
   return {};
 }

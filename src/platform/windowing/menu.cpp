@@ -45,7 +45,7 @@ std::string MenuEntry::Caption() const {
 
 void MenuEntry::SetCaption(const std::string& caption) {
   impl_->caption = caption;
-  if (impl_->action) impl_->action->setText(FromBytes(caption));
+  if (impl_->action) impl_->action->setText(Readable(caption));
 }
 
 bool MenuEntry::Enabled() const {

@@ -12,6 +12,7 @@ namespace win {
 namespace {
 
 constexpr double kTwipsToTheInch = 1440;
+constexpr std::size_t kMostReadable = 4096;  // bytes
 
 double DotsPerInch() {
   const QScreen* screen = QGuiApplication::primaryScreen();
@@ -22,6 +23,16 @@ double DotsPerInch() {
 
 QString FromBytes(std::string_view bytes) {
   return QString::fromStdString(Utf8FromBytes(bytes));
+}
+
+QString Readable(std::string_view bytes) {
+  if (bytes.size() <= kMostReadable) return FromBytes(bytes);
+  bytes = bytes.substr(0, kMostReadable);
+  // Not in the middle of a character of several bytes, which would make all of them Windows-1252.
+  while (!bytes.empty() && (bytes.back() & 0xC0) == 0x80)
+    bytes.remove_suffix(1);
+  if (!bytes.empty() && (bytes.back() & 0x80)) bytes.remove_suffix(1);
+  return FromBytes(bytes) + QChar(0x2026);
 }
 
 std::string BytesOfEdited(const QString& edited, std::string_view original) {

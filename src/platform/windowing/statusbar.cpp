@@ -31,7 +31,7 @@ void StatusBar::SetPanelText(int panel, const std::string& text) {
   texts_[panel - 1] = text;
   if (!Widget()) return;
   LabelWidget& label = *panels_[panel - 1];
-  label.setText(FromBytes(text));
+  label.setText(Readable(text));
   label.setToolTip(PlainToolTip(label.text()));
 }
 

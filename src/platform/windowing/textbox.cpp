@@ -11,6 +11,8 @@ namespace win {
 namespace {
 
 constexpr int kEnter = 13;
+constexpr qsizetype kMostShown = 1 << 18;      // characters of a page
+constexpr qsizetype kLongestParagraph = 2048;  // Qt needs minutes to wrap one of a hundred thousand characters
 
 // A Qt edit that asks before it takes a key.
 template <class Edit>
@@ -36,6 +38,21 @@ QString PageText(const QPlainTextEdit& page) {
   text.replace(QChar::ParagraphSeparator, "\r\n");
   text.replace(QChar::LineSeparator, "\r\n");
   return text;
+}
+
+// The text as a page can show it in good time: long paragraphs are broken, and there is an end.
+QString Pageable(const QString& text) {
+  QString shown;
+  qsizetype paragraph = 0;
+  for (const QChar c : QStringView(text).left(kMostShown)) {
+    paragraph = c == u'\n' || c == u'\r' ? 0 : paragraph + 1;
+    if (paragraph > kLongestParagraph) {
+      shown += u'\n';
+      paragraph = 1;
+    }
+    shown += c;
+  }
+  return shown;
 }
 
 }  // namespace
@@ -68,20 +85,31 @@ std::string TextBox::Text() const {
 
 void TextBox::SetText(const std::string& text) {
   if (!Widget() || text == Text()) return;
+  const QString whole = FromBytes(text);
+  const QString shown = line_ ? whole.left(line_->maxLength()) : Pageable(whole);
   setting_ = true;
   if (line_)
-    line_->setText(FromBytes(text));
+    line_->setText(shown);
   else
-    page_->setPlainText(FromBytes(text));
+    page_->setPlainText(shown);
   setting_ = false;
   text_ = text;
   edited_ = false;
+  partly_ = shown != whole;
+  ApplyLock();
   Raise(Change);
 }
 
 void TextBox::SetLocked(bool locked) {
-  if (line_ && Widget()) line_->setReadOnly(locked);
-  if (page_ && Widget()) page_->setReadOnly(locked);
+  locked_ = locked;
+  ApplyLock();
+}
+
+void TextBox::ApplyLock() {
+  // An edit of what is shown would lose what is not.
+  const bool readOnly = locked_ || partly_;
+  if (line_ && Widget()) line_->setReadOnly(readOnly);
+  if (page_ && Widget()) page_->setReadOnly(readOnly);
 }
 
 void TextBox::SelectAll() {

@@ -14,6 +14,7 @@ enum class TextBoxStyle { kSingleLine, kMultiLine };  // kMultiLine wraps and ha
 
 // A box for text. The text comes back to the byte as it was set until a person changes it; a changed text stays in
 // Windows-1252 when it was set in that and has room for all its characters, and its lines end in CRLF.
+// A text too long to be shown whole, or with lines of thousands of characters, is shown in part and cannot be edited.
 class TextBox : public Control {
  public:
   TextBox(Container& parent, const char* name, TextBoxStyle style = TextBoxStyle::kSingleLine);
@@ -32,12 +33,15 @@ class TextBox : public Control {
  private:
   void TextChanged();
   bool TakesKey(int key);
+  void ApplyLock();
 
   QLineEdit* line_ = nullptr;
   QPlainTextEdit* page_ = nullptr;
   std::string text_;     // as it was set
   bool edited_ = false;  // since
   bool setting_ = false;
+  bool locked_ = false;
+  bool partly_ = false;  // not all of the text is shown as it is
 };
 
 }  // namespace win

@@ -11,6 +11,7 @@ namespace win {
 
 namespace {
 
+constexpr int kIndentation = 14;  // pixels
 constexpr int kKeyRole = Qt::UserRole;
 
 QString KeyData(const std::string& key) {
@@ -66,6 +67,7 @@ TreeView::TreeView(Container& parent, const char* name)
   // Texts that are wider than the tree are reached by its scroll bar, never cut.
   tree_->header()->setStretchLastSection(false);
   tree_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  tree_->setIndentation(kIndentation);
   tree_->setUniformRowHeights(true);
   tree_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   static_cast<Tree*>(tree_)->chosen = [this](const std::string& key) { Raise(NodeClick, key); };

@@ -175,6 +175,22 @@ TEST_F(ControlTest, EditedTextKeepsItsEncoding) {
   EXPECT_EQ(page.Text(), "xa\r\nb\xa0") << "a changed page has the line ends of a text file";
 }
 
+TEST_F(ControlTest, AHugeTextIsShownInTimeAndLosesNothing) {
+  const std::string texts[] = {std::string(200000, 'x'), std::string(5 << 20, '\n'), std::string(3 << 20, '\xe9')};
+  for (const auto style : {win::TextBoxStyle::kSingleLine, win::TextBoxStyle::kMultiLine})
+    for (const std::string& text : texts) {
+      win::TextBox box(form, "txtText", style);
+      win::Label label(form, "lblText", text);
+      box.Move(0, 0, 3000, 3000);
+      label.Move(0, 3000, 3000, 300);
+      form.Show();
+      box.SetText(text);
+      test::Type(box, "a");
+      form.Refresh();
+      EXPECT_TRUE(box.Text() == text && label.Caption() == text);
+    }
+}
+
 TEST_F(ControlTest, ABoxTellsTypingAndCanRefuseKeys) {
   win::TextBox box(form, "txtCmdEdit");
   box.Change = [&] { log.push_back(box.Text()); };

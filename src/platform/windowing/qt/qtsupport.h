@@ -9,6 +9,9 @@ namespace win {
 
 QString FromBytes(std::string_view bytes);
 
+// The text as far as a person would read it in one place: its first few thousand characters. Qt is slow with long ones.
+QString Readable(std::string_view bytes);
+
 // The bytes of a text that a person may have edited: `original` itself when nothing changed, Windows-1252 when
 // `original` is not UTF-8 and that code page has all the characters, else UTF-8.
 std::string BytesOfEdited(const QString& edited, std::string_view original);
