@@ -88,8 +88,9 @@ void BoxScript::ExpectMsgBox(const std::string& text, win::Answer answer, const 
   expected_.push_back({{win::BoxKind::kMessage, text, title, 0, ""}, {answer, ""}});
 }
 
-void BoxScript::ExpectInputBox(const std::string& prompt, const std::string& typed) {
-  expected_.push_back({{win::BoxKind::kInput, prompt, "", 0, ""}, {win::Answer::kOk, typed}});
+void BoxScript::ExpectInputBox(const std::string& prompt, const std::string& typed, const std::string& title,
+                               const std::string& initial) {
+  expected_.push_back({{win::BoxKind::kInput, prompt, title, 0, initial}, {win::Answer::kOk, typed}});
 }
 
 void BoxScript::ExpectFolderDialog(const std::string& title, const std::string& chosen) {
@@ -107,6 +108,7 @@ win::BoxAnswer BoxScript::Reply(const win::Box& box) {
   EXPECT_EQ(box.kind, expected.box.kind);
   EXPECT_EQ(box.text, expected.box.text);
   EXPECT_TRUE(expected.box.title.empty() || box.title == expected.box.title) << box.title;
+  EXPECT_TRUE(expected.box.initial.empty() || box.initial == expected.box.initial) << box.initial;
   return expected.answer;
 }
 

@@ -31,7 +31,8 @@ class BoxScript {
   BoxScript& operator=(const BoxScript&) = delete;
 
   void ExpectMsgBox(const std::string& text, win::Answer answer = win::Answer::kOk, const std::string& title = "");
-  void ExpectInputBox(const std::string& prompt, const std::string& typed);
+  void ExpectInputBox(const std::string& prompt, const std::string& typed, const std::string& title = "",
+                      const std::string& initial = "");
   void ExpectFolderDialog(const std::string& title, const std::string& chosen);
 
   const win::Box& Last() const { return last_; }  // as it came, with style and initial text
