@@ -34,7 +34,11 @@ frmNewMod::frmNewMod(std::function<void()> reloadInstall)
     cmbCmd.SetItemData(cmbCmd.NewIndex(), cmbCmd.NewIndex());
   }
   ShowNoRow();
-  Unload = std::move(reloadInstall);
+  // Out of sight first: the reload pumps events, and nothing is to be edited any more.
+  Unload = [this, reload = std::move(reloadInstall)] {
+    Hide();
+    reload();
+  };
 }
 
 void frmNewMod::PlaceControls() {
@@ -70,11 +74,11 @@ void frmNewMod::WireControls() {
   cmdSave.Click = [this] { cmdSave_Click(); };
   cmdCancel.Click = [this] { Close(); };
   SetCancelButton(cmdCancel);
-  win::AddShortcut(lstFile, "Ins", [this] { cmdAdd.Press(); });
-  win::AddShortcut(lstFile, "Del", [this] { cmdRemove.Press(); });
-  win::AddShortcut(lstFile, "Ctrl+Up", [this] { cmdMoveUp.Press(); });
-  win::AddShortcut(lstFile, "Ctrl+Down", [this] { cmdMoveDown.Press(); });
-  win::AddShortcut(*this, "Ctrl+S", [this] { cmdSave.Press(); });
+  win::AddShortcut(lstFile, "Ins", [this] { cmdAdd_Click(); });
+  win::AddShortcut(lstFile, "Del", [this] { cmdRemove_Click(); });
+  win::AddShortcut(lstFile, "Ctrl+Up", [this] { MoveRow(draft_.MoveUp()); });
+  win::AddShortcut(lstFile, "Ctrl+Down", [this] { MoveRow(draft_.MoveDown()); });
+  win::AddShortcut(*this, "Ctrl+S", [this] { cmdSave_Click(); });
 }
 
 void frmNewMod::loadmod(const std::string& path) {

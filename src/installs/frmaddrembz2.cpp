@@ -29,7 +29,8 @@ constexpr char kRemoveNote[] =
 constexpr char kSearchWarning[] =
     "Varnik will now search the location you specified for BZ2. During this time Varnik may appear to have stopped "
     "responding. It is most likely busy searching your computer. Please be patient.";
-constexpr int kProgressInterval = 200;
+constexpr int kProgressInterval = 200;  // milliseconds
+constexpr int kEnter = 13;
 
 }  // namespace
 
@@ -85,9 +86,7 @@ void frmAddRemBZ2::PlaceControls() {
 void frmAddRemBZ2::WireControls() {
   Load = [this] { Form_Load(); };
   lstBZ2Loc.Click = [this] { lstBZ2Loc_Click(); };
-  lstBZ2Loc.ItemCheck = [this](int row) {
-    if (!showing_) list_.rows[row].Offered = lstBZ2Loc.Selected(row);
-  };
+  lstBZ2Loc.ItemCheck = [this](int row) { list_.rows[row].Offered = lstBZ2Loc.Selected(row); };
   txtDescriptiveName.Change = [this] { txtDescriptiveName_Change(); };
   cmdMvUp.Click = [this] { MoveRow(-1); };
   cmdMvDown.Click = [this] { MoveRow(1); };
@@ -96,44 +95,41 @@ void frmAddRemBZ2::WireControls() {
   cmdRemove.Click = [this] { cmdRemove_Click(); };
   cmdSaveChanges.Click = [this] { cmdSaveChanges_Click(); };
   cmdCancel.Click = [this] { Close(); };
+  txtManual.KeyPress = [this](int& key) {
+    if (key == kEnter) cmdManualAdd_Click();
+  };
   SetCancelButton(cmdCancel);
-  win::AddShortcut(lstBZ2Loc, "Del", [this] { cmdRemove.Press(); });
-  win::AddShortcut(lstBZ2Loc, "Ctrl+Up", [this] { cmdMvUp.Press(); });
-  win::AddShortcut(lstBZ2Loc, "Ctrl+Down", [this] { cmdMvDown.Press(); });
+  win::AddShortcut(lstBZ2Loc, "Del", [this] { cmdRemove_Click(); });
+  win::AddShortcut(lstBZ2Loc, "Ctrl+Up", [this] { MoveRow(-1); });
+  win::AddShortcut(lstBZ2Loc, "Ctrl+Down", [this] { MoveRow(1); });
 }
 
 void frmAddRemBZ2::Form_Load() {
   list_ = LoadLocations();
-  ShowRows(-1);
+  lstBZ2Loc.Clear();
+  ShowAddedRows();
 }
 
-void frmAddRemBZ2::ShowRows(int selected) {
-  showing_ = true;
-  lstBZ2Loc.Clear();
-  for (const Location& row : list_.rows) {
-    lstBZ2Loc.AddItem(row.Path);
-    lstBZ2Loc.SetSelected(lstBZ2Loc.NewIndex(), row.Offered);
+void frmAddRemBZ2::ShowAddedRows() {
+  for (int row = lstBZ2Loc.ListCount(); row < static_cast<int>(list_.rows.size()); ++row) {
+    lstBZ2Loc.AddItem(list_.rows[row].Path);
+    lstBZ2Loc.SetSelected(row, list_.rows[row].Offered);
   }
-  lstBZ2Loc.SetListIndex(selected);
-  showing_ = false;
   lstBZ2Loc_Click();
 }
 
 void frmAddRemBZ2::lstBZ2Loc_Click() {
-  if (showing_) return;
   const int row = lstBZ2Loc.ListIndex();
   const std::string text = lstBZ2Loc.List(row);
-  showing_ = true;
   txtDescriptiveName.SetEnabled(row >= 0);
   txtDescriptiveName.SetText(row < 0 ? "" : list_.Descriptions[row]);
-  showing_ = false;
   lblSel.SetCaption(row < 0 ? "" : "Current Selection: " + text);
   lblSel.SetToolTipText(text);
 }
 
 void frmAddRemBZ2::txtDescriptiveName_Change() {
   const int row = lstBZ2Loc.ListIndex();
-  if (!showing_ && row >= 0) list_.Descriptions[row] = txtDescriptiveName.Text();
+  if (row >= 0) list_.Descriptions[row] = txtDescriptiveName.Text();
 }
 
 void frmAddRemBZ2::cmdManualAdd_Click() {
@@ -147,7 +143,7 @@ void frmAddRemBZ2::cmdManualAdd_Click() {
     win::MsgBox("That location is already listed", win::kOkOnly, "Location Exists");
     return;
   }
-  ShowRows(lstBZ2Loc.ListIndex());
+  ShowAddedRows();
 }
 
 void frmAddRemBZ2::cmdSearchBZ2_Click() {
@@ -155,8 +151,6 @@ void frmAddRemBZ2::cmdSearchBZ2_Click() {
   const std::string folder = BrowseForFolder(this, "Search Start");
   if (win::Trim(folder).empty()) return;
   win::MsgBox(kSearchWarning);
-  SetEnabled(false);
-  win::DoEvents();
   FileSearchParams params;
   params.Recurse = true;
   params.Pattern = "bzone.exe";
@@ -167,10 +161,13 @@ void frmAddRemBZ2::cmdSearchBZ2_Click() {
       lblSel.SetCaption("Searching: " + std::to_string(params.SearchedCount) + " entries, " +
                         std::to_string(params.FoundCount) + " found");
     };
+    SetEnabled(false);
+    win::DoEvents();
     FindFiles(folder, params, results, false);
   }
+  if (!Loaded()) return;  // the program was told to end meanwhile
   AddSearchResults(list_, results);
-  ShowRows(lstBZ2Loc.ListIndex());
+  ShowAddedRows();
   SetEnabled(true);
   win::MsgBox("Thank you for waiting. Varnik has finished searching.");
 }
@@ -179,7 +176,8 @@ void frmAddRemBZ2::cmdRemove_Click() {
   const int row = lstBZ2Loc.ListIndex();
   if (row < 0) return;
   RemoveLocation(list_, row);
-  ShowRows(-1);
+  lstBZ2Loc.RemoveItem(row);
+  lstBZ2Loc_Click();
 }
 
 void frmAddRemBZ2::MoveRow(int step) {
@@ -187,7 +185,11 @@ void frmAddRemBZ2::MoveRow(int step) {
   const int target = row + step;
   if (row < 0 || target < 0 || target >= lstBZ2Loc.ListCount()) return;
   SwapLocations(list_, row, target);
-  ShowRows(target);
+  for (const int moved : {row, target}) {
+    lstBZ2Loc.SetList(moved, list_.rows[moved].Path);
+    lstBZ2Loc.SetSelected(moved, list_.rows[moved].Offered);
+  }
+  lstBZ2Loc.SetListIndex(target);
 }
 
 void frmAddRemBZ2::cmdSaveChanges_Click() {

@@ -48,11 +48,11 @@ class frmAddRemBZ2 : public win::Form {
   void cmdSaveChanges_Click();
   void MoveRow(int step);
 
-  void ShowRows(int selected);
+  // Brings the rows of the list that the box does not hold yet behind those that it does.
+  void ShowAddedRows();
 
   LocationList list_;
   std::function<void()> listSaved_;
-  bool showing_ = false;  // rows are being filled in and are not to be taken for a person's choice
 };
 
 }  // namespace varnik
