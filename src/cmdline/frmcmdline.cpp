@@ -53,16 +53,21 @@ void FrmCmdLine::populatecmdlinelist() {
     win::MsgBox("varnik.cmd not found. Command Line Parameter listing disabled.");
     return;
   }
-  options_ = ReadOptionList(file);
+  FillList(ReadOptionList(file));
+  win::DoEvents();
+  lstCmdLine.SetListIndex(0);
+  lstCmdLine_Click();
+}
+
+void FrmCmdLine::FillList(std::vector<OptionEntry> options) {
+  options_ = std::move(options);
+  const win::ListUpdate update(lstCmdLine);
   for (OptionEntry& option : options_) {
     lstCmdLine.AddItem(option.text);
     lstCmdLine.SetItemData(lstCmdLine.NewIndex(), option.hasSubParam ? 1 : 0);
     lstCmdLine.SetSelected(lstCmdLine.NewIndex(), option.ticked);
-    option.ticked = false;  // so that the click below finds the ticks changed
+    option.ticked = false;  // so that the next click finds the ticks changed
   }
-  win::DoEvents();
-  lstCmdLine.SetListIndex(0);
-  lstCmdLine_Click();
 }
 
 void FrmCmdLine::ClearList() {

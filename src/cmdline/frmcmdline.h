@@ -46,6 +46,7 @@ class FrmCmdLine {
 
  private:
   void PlaceControls();
+  void FillList(std::vector<OptionEntry> options);
   void lstCmdLine_Click();
   bool TicksChanged() const;
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "cmdline/optionfile.h"
 #include "cmdline/optionlist.h"
 #include "platform/system/files.h"
 #include "platform/system/services.h"
@@ -58,7 +57,7 @@ void FrmCMDLineEdit::PlaceControls() {
 
 void FrmCMDLineEdit::WireControls() {
   lstCmdLineParam.Click = [this] { lstCmdLineParam_Click(); };
-  lstCmdLineParam.ItemCheck = [this](int) { ListDirty = ListDirty || !loading_; };
+  lstCmdLineParam.ItemCheck = [this](int) { ListDirty = true; };
   cmdMoveUp.Click = [this] { MoveRow(-1); };
   cmdMoveDown.Click = [this] { MoveRow(1); };
   cmdAdd.Click = [this] { cmdAdd_Click(); };
@@ -70,11 +69,15 @@ void FrmCMDLineEdit::WireControls() {
   cmdSaveChanges.Click = [this] { cmdSaveChanges_Click(); };
   cmdSaveFile.Click = [this] { cmdSaveFile_Click(); };
   cmdDeleteCustom.Click = [this] { cmdDeleteCustom_Click(); };
-  win::AddShortcut(lstCmdLineParam, "Ins", [this] { cmdAdd.Press(); });
-  win::AddShortcut(lstCmdLineParam, "Del", [this] { cmdRemove.Press(); });
-  win::AddShortcut(lstCmdLineParam, "Ctrl+Up", [this] { cmdMoveUp.Press(); });
-  win::AddShortcut(lstCmdLineParam, "Ctrl+Down", [this] { cmdMoveDown.Press(); });
-  win::AddShortcut(frmCMDLineEdit, "Ctrl+S", [this] { cmdSaveFile.Press(); });
+  win::AddShortcut(lstCmdLineParam, "Ins", [this] { cmdAdd_Click(); });
+  win::AddShortcut(lstCmdLineParam, "Del", [this] {
+    if (cmdRemove.Enabled()) cmdRemove_Click();
+  });
+  win::AddShortcut(lstCmdLineParam, "Ctrl+Up", [this] { MoveRow(-1); });
+  win::AddShortcut(lstCmdLineParam, "Ctrl+Down", [this] { MoveRow(1); });
+  win::AddShortcut(frmCMDLineEdit, "Ctrl+S", [this] {
+    if (cmdSaveFile.Enabled()) cmdSaveFile_Click();
+  });
 }
 
 std::vector<win::Control*> FrmCMDLineEdit::Controls() {
@@ -83,17 +86,24 @@ std::vector<win::Control*> FrmCMDLineEdit::Controls() {
 }
 
 void FrmCMDLineEdit::LoadList() {
-  loading_ = true;
-  lstCmdLineParam.Clear();
+  file_ = CustomOptionFile();
+  FillList(ReadOptionRows(OptionListFile()));
   ParamIndex = -1;
   ParamDirty = false;
-  for (const OptionRow& row : ReadOptionRows(OptionListFile())) {
+  ListDirty = false;
+  if (lstCmdLineParam.ListCount() == 0)
+    lstCmdLineParam_Click();
+  else
+    lstCmdLineParam.SetListIndex(0);
+}
+
+void FrmCMDLineEdit::FillList(const std::vector<OptionRow>& rows) {
+  const win::ListUpdate update(lstCmdLineParam);
+  lstCmdLineParam.Clear();
+  for (const OptionRow& row : rows) {
     lstCmdLineParam.AddItem(row.text);
     lstCmdLineParam.SetSelected(lstCmdLineParam.NewIndex(), row.ticked);
   }
-  loading_ = false;
-  lstCmdLineParam.SetListIndex(0);
-  if (lstCmdLineParam.ListCount() == 0) lstCmdLineParam_Click();
 }
 
 void FrmCMDLineEdit::OfferToSave() {
@@ -118,6 +128,7 @@ void FrmCMDLineEdit::lstCmdLineParam_Click() {
   if (ParamDirty && !AskParam()) return;
   ParamIndex = lstCmdLineParam.ListIndex();
   txtCmdEdit.SetText(lstCmdLineParam.List(ParamIndex));
+  ParamDirty = false;  // also when the box held just this text already
 }
 
 void FrmCMDLineEdit::txtCmdEdit_Change() {
@@ -188,7 +199,7 @@ void FrmCMDLineEdit::cmdSaveFile_Click() {
   std::vector<OptionRow> rows;
   for (int i = 0; i < lstCmdLineParam.ListCount(); ++i)
     rows.push_back({lstCmdLineParam.List(i), lstCmdLineParam.Selected(i)});
-  WriteOptionRows(CustomOptionFile(), rows);
+  WriteOptionRows(file_, rows);
   win::MsgBox(
       "The list has been saved. Changes will take effect the next time you run Varnik, reset defaults, or change to "
       "this BZ2 Directory again.",

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "cmdline/optionfile.h"
 #include "platform/windowing/button.h"
 #include "platform/windowing/frame.h"
 #include "platform/windowing/label.h"
@@ -23,7 +24,7 @@ class FrmCMDLineEdit {
  public:
   FrmCMDLineEdit(win::Container& parent, OptionEditHost host);
 
-  // Fills the list from the file that counts, on a visit of the page.
+  // Fills the list from the file that counts, on a visit of the page. What was not saved is gone.
   void LoadList();
 
   // Before another page comes up: unsaved rows may be saved, or they are given up, whatever the answer.
@@ -50,6 +51,7 @@ class FrmCMDLineEdit {
  private:
   void PlaceControls();
   void WireControls();
+  void FillList(const std::vector<OptionRow>& rows);
   void lstCmdLineParam_Click();
   void txtCmdEdit_Change();
   void cmdSaveChanges_Click();
@@ -67,7 +69,7 @@ class FrmCMDLineEdit {
   int ParamIndex = -1;      // the row edited in txtCmdEdit, -1 none
   bool ParamDirty = false;  // txtCmdEdit differs from that row
   bool ListDirty = false;   // rows differ from the file
-  bool loading_ = false;
+  std::string file_;        // where the list is saved: another install may be selected before the player answers
 };
 
 }  // namespace varnik
