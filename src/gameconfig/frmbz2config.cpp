@@ -19,7 +19,7 @@ FrmBZ2Config::FrmBZ2Config(win::Container& parent)
 }
 
 void FrmBZ2Config::LoadSettings() {
-  chkdarkPlants.SetValue(ReadDarkPlants() ? 1 : 0);
+  chkdarkPlants.SetValue(ReadDarkPlants());
 }
 
 }  // namespace varnik

@@ -71,8 +71,10 @@ int CraftViewRow(const std::string& value) {
 
 }  // namespace
 
-bool ReadDarkPlants() {
-  return win::LeadingNumber(ReadIniValue("Render", "darkPlants", RenderFile(), "1")) != 0;
+int ReadDarkPlants() {
+  const double number = win::LeadingNumber(ReadIniValue("Render", "darkPlants", RenderFile(), "1"));
+  const int state = win::RoundToInt16(number).value_or(1);
+  return state >= 0 && state <= 2 ? state : 1;
 }
 
 void ApplyDarkPlants(bool dark) {

@@ -9,9 +9,9 @@
 // leaves the file as it was.
 namespace varnik {
 
-// `render.cfg` in the install root. Ground under trees is darkened: 0 is no, any other number yes, and a missing key
-// yes.
-bool ReadDarkPlants();
+// `render.cfg` in the install root: whether ground under trees is darkened, as the state of a check box. 0 is no, 1 and
+// any number that is no such state yes, and so is a missing key.
+int ReadDarkPlants();
 
 // Removes a read-only attribute; creates the file when it is missing.
 void ApplyDarkPlants(bool dark);

@@ -18,8 +18,9 @@ class GameConfig : public test::ModTest {
 };
 
 TEST_F(GameConfig, ReadsDarkPlants) {
-  EXPECT_TRUE(ReadDarkPlants());
-  for (const auto& [value, dark] : {std::pair("0 // off", false), {"7", true}, {"none", false}, {"//", true}}) {
+  EXPECT_EQ(ReadDarkPlants(), 1);
+  for (const auto& [value, dark] :
+       {std::pair("0 // off", 0), {"2", 2}, {"7", 1}, {"-1", 1}, {"1e99", 1}, {"0.4", 0}, {"none", 0}, {"//", 1}}) {
     test::WriteFile(InRoot("render.cfg"), std::string("[Render]\ndarkPlants = ") + value);
     EXPECT_EQ(ReadDarkPlants(), dark) << value;
   }
