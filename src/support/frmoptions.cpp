@@ -70,8 +70,6 @@ void frmOptions::WireControls() {
   WireOption(chkRenameLog, "RenameLog", [](bool) {});
   WireOption(chkStatusBar, "StatusBar", host_.showStatusBar);
   chkOnBoot.Click = [this] { chkOnBoot_Click(); };
-  sldNoMapImage.Change = [this] { sldNoMapImage_Change(); };
-  sldtrayicon.Change = [this] { sldtrayicon_Change(); };
   cmdOk.Click = [this] { Close(); };
   SetDefaultButton(cmdOk);
   SetCancelButton(cmdOk);
@@ -85,22 +83,26 @@ void frmOptions::WireOption(win::CheckBox& box, const char* key, std::function<v
   };
 }
 
-// The change handling runs here too, so that opening the dialog puts an index that is out of range right in the store.
 void frmOptions::Form_Load() {
-  const int picture = ChosenPicture(host_.noMapPictures, "NoMapPic");
-  sldNoMapImage.SetRange(1, host_.noMapPictures.Count());
-  sldNoMapImage.SetValue(picture);
-  sldNoMapImage_Change();
-  const int icon = ChosenPicture(host_.trayIcons, "TrayIconNum");
-  sldtrayicon.SetRange(1, host_.trayIcons.Count());
-  sldtrayicon.SetValue(icon);
-  sldtrayicon_Change();
+  LoadSlider(sldNoMapImage, host_.noMapPictures, "NoMapPic", [this] { sldNoMapImage_Change(); });
+  LoadSlider(sldtrayicon, host_.trayIcons, "TrayIconNum", [this] { sldtrayicon_Change(); });
   chkOldMods.SetValue(OptionIsOn("OldMods"));
   chkHighPriority.SetValue(OptionIsOn("HighPri"));
   chkBinData.SetValue(OptionIsOn("BinDat"));
   chkRenameLog.SetValue(OptionIsOn("RenameLog"));
   chkOnBoot.SetValue(!win::Trim(RegReadValue(win::kHkeyLocalMachine, kRunKey, kAutoloadValue)).empty());
   chkStatusBar.SetValue(OptionIsOn("StatusBar"));
+}
+
+// The change handling runs once, at the end, so that opening the dialog puts an index that is out of range right in the
+// store and never shows or stores one in between.
+void frmOptions::LoadSlider(win::Slider& slider, const win::ImageList& pictures, const char* key,
+                            const std::function<void()>& change) {
+  slider.Change = {};
+  slider.SetRange(1, pictures.Count());
+  slider.SetValue(ChosenPicture(pictures, key));
+  slider.Change = change;
+  change();
 }
 
 void frmOptions::chkOnBoot_Click() {

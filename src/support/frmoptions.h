@@ -50,6 +50,8 @@ class frmOptions : public win::Form {
   void WireControls();
   void WireOption(win::CheckBox& box, const char* key, std::function<void(bool on)> effect);
   void Form_Load();
+  static void LoadSlider(win::Slider& slider, const win::ImageList& pictures, const char* key,
+                         const std::function<void()>& change);
   void chkOnBoot_Click();
   void sldNoMapImage_Change();
   void sldtrayicon_Change();
