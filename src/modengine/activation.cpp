@@ -6,6 +6,7 @@
 #include "modengine/directive.h"
 #include "modengine/includes.h"
 #include "modengine/sessiondefaults.h"
+#include "platform/system/files.h"
 #include "platform/system/process.h"
 #include "platform/system/services.h"
 #include "platform/system/text.h"
@@ -28,7 +29,7 @@ struct Walk {
   std::string Below(const std::string& name) const { return root + name; }
 };
 
-bool WalkFile(win::LineReader& file, Walk walk);
+bool ActivateFile(win::LineReader& file, Walk walk);
 
 void Include(Walk& walk, const Args& args) {
   const std::string path = FindModFile(args[1]);
@@ -37,7 +38,7 @@ void Include(Walk& walk, const Args& args) {
   if (!further.IsAllowed()) return;
   const bool persistent = walk.state.persistent;
   win::LineReader file(path);
-  walk.goOn = WalkFile(file, walk);
+  walk.goOn = ActivateFile(file, walk);
   walk.state.persistent = persistent;
 }
 
@@ -136,7 +137,7 @@ constexpr Directive kDirectives[] = {
     {"addrecy", 2, AddRecy},
 };
 
-bool WalkFile(win::LineReader& file, Walk walk) {
+bool ActivateFile(win::LineReader& file, Walk walk) {
   Args args;
   while (walk.goOn && !file.AtEnd()) {
     win::DoEvents();
@@ -145,11 +146,6 @@ bool WalkFile(win::LineReader& file, Walk walk) {
       if (args[0] == directive.name && args.size() > directive.arguments) directive.act(walk, args);
   }
   return walk.goOn;
-}
-
-bool WalkDefinition(win::LineReader& file, ActivationWalk& state, const std::string& root) {
-  ReadBounds bounds;
-  return WalkFile(file, {state, root, bounds});
 }
 
 // A persistent mod has no marker, since it stays in force across starts, and leaves the player's own files alone.
@@ -173,17 +169,14 @@ bool ActivateMod(const std::string& definitionFile) {
   if (root.empty() || !file.IsOpen()) return false;
   win::DoEvents();
   ActivationWalk walk;
-  if (!WalkDefinition(file, walk, root)) {
+  ReadBounds bounds;
+  if (!ActivateFile(file, {walk, root, bounds})) {
     DropConfiguration(root);
     return false;
   }
   PutConfigurationInForce(root, IsVersion13());
   if (!walk.persistent) FinishRunOnlyMod(walk, {root, definitionFile});
   return true;
-}
-
-bool ActivateFile(win::LineReader& file, ActivationWalk& walk) {
-  return WalkDefinition(file, walk, InstallRoot());
 }
 
 }  // namespace varnik

@@ -3,8 +3,6 @@
 #include <array>
 #include <string>
 
-#include "platform/system/files.h"
-
 namespace varnik {
 
 // New race names by letter A to Z, from index 0. Written by the activation pass, cleared at its start.
@@ -22,8 +20,5 @@ struct ActivationWalk {
 // Puts a mod of the current format into force on the selected install. False when an EXE took over or there is no such
 // file: the game is not to be run then. No roll-back: a step that fails is skipped.
 bool ActivateMod(const std::string& definitionFile);
-
-// One definition file; false when an EXE took over.
-bool ActivateFile(win::LineReader& file, ActivationWalk& walk);
 
 }  // namespace varnik

@@ -11,6 +11,7 @@
 #include "modengine/includes.h"
 #include "modengine/runguard.h"
 #include "modengine/sessiondefaults.h"
+#include "platform/system/files.h"
 #include "platform/system/process.h"
 #include "platform/system/services.h"
 #include "platform/system/wildcards.h"
@@ -36,7 +37,7 @@ struct Walk {
   std::string Below(const std::string& name) const { return root + name; }
 };
 
-bool WalkFile(win::LineReader& file, Walk walk);
+bool DeactivateFile(win::LineReader& file, Walk walk);
 
 void Include(Walk& walk, const Args& args) {
   const std::string path = walk.Below(args[1]);
@@ -44,7 +45,7 @@ void Include(Walk& walk, const Args& args) {
   const FurtherFile further(walk.bounds);
   if (!further.IsAllowed()) return;
   win::LineReader file(path);
-  walk.goOn = WalkFile(file, walk);
+  walk.goOn = DeactivateFile(file, walk);
 }
 
 // Looks below the selected install, whatever the root of the pass; with none selected there is nothing to look at.
@@ -129,7 +130,7 @@ constexpr Directive kDirectives[] = {
     {"writeid", 1, WriteId},  {"addrecy", 2, AddRecy},
 };
 
-bool WalkFile(win::LineReader& file, Walk walk) {
+bool DeactivateFile(win::LineReader& file, Walk walk) {
   LogLine("DeactivateFile Begin");
   Args args;
   while (walk.goOn && !file.AtEnd()) {
@@ -153,7 +154,8 @@ bool DeactivateMod(const std::string& definitionFile, const std::string& root) {
   win::LineReader file(definitionFile);
   bool noActionYet = true;
   bool persistent = false;
-  if (!DeactivateFile(file, root, noActionYet, persistent)) return false;
+  ReadBounds bounds;
+  if (!DeactivateFile(file, {root, noActionYet, persistent, bounds})) return false;
   if (!persistent) RemoveCrashMarker();
   ForgetSelectedMap();
   if (persistent) return true;
@@ -161,11 +163,6 @@ bool DeactivateMod(const std::string& definitionFile, const std::string& root) {
   RestoreRaceNames();
   Forget(kBackupSection);
   return true;
-}
-
-bool DeactivateFile(win::LineReader& file, const std::string& root, bool& noActionYet, bool& persistent) {
-  ReadBounds bounds;
-  return WalkFile(file, {root, noActionYet, persistent, bounds});
 }
 
 bool DeactivateByMarker(const std::string& definitionFile, const std::string& root) {

@@ -3,15 +3,11 @@
 #include <functional>
 #include <string>
 
-#include "platform/system/files.h"
-
 namespace varnik {
 
 // Takes a mod of the current format out of force. `root` ends in a separator; it is an argument because this also runs
 // at a start, with no install selected. False when an EXE took over: nothing else is touched then.
 bool DeactivateMod(const std::string& definitionFile, const std::string& root);
-
-bool DeactivateFile(win::LineReader& file, const std::string& root, bool& noActionYet, bool& persistent);
 
 // Undoes a mod of either format, by the marker in its line 1. False when the file cannot be read, its marker is bad, or
 // another process of ours is at work, which a person is told; a version that is no format does nothing and gives true.
