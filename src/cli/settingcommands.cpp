@@ -95,6 +95,7 @@ int PrintJson(const std::vector<Row>& rows, bool withSection) {
 
 int PrintText(const std::vector<Row>& rows) {
   std::vector<std::vector<std::string>> texts;
+  texts.reserve(rows.size());
   for (const Row& row : rows)
     texts.push_back({row.section, row.key, FirstLine(row.value.value_or("-")), row.fallback.value_or("")});
   return PrintTable({"Section", "Key", "Stored", "Default"}, texts);

@@ -10,7 +10,7 @@
 namespace win {
 
 // What is taken into memory in one piece, at most.
-constexpr std::size_t kMostBytes = 512 * 1024 * 1024;
+constexpr std::size_t kMostBytes = std::size_t{512} * 1024 * 1024;
 
 // Owns a file descriptor.
 class Descriptor {
