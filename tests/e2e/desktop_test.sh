@@ -54,6 +54,7 @@ make_world() {
 window() { xdotool search --onlyvisible --name "^$1\$" 2>/dev/null; }
 no_window() { ! window "$1"; }
 start() { "$bin/varnik" "$@" >"$work/output" 2>&1 & program=$!; }
+has_focus() { [ "$(xdotool getactivewindow getwindowname)" = "$1" ] && sleep 0.5; }
 ended() { ! kill -0 "$program" 2>/dev/null; }
 gone() { [ ! -e "$1" ]; }
 
@@ -86,6 +87,7 @@ run_first_start() {
   rm -r "$XDG_CONFIG_HOME"
   start
   await "window" window Varnik
+  await "focus" has_focus Varnik
   press alt+b a
   await "dialog" window "Add/Remove BZ2 Locations"
   press Tab Tab Tab
