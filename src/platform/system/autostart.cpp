@@ -1,5 +1,6 @@
 #include "platform/system/autostart.h"
 
+#include "platform/system/environment.h"
 #include "platform/system/files.h"
 #include "platform/system/paths.h"
 #include "platform/system/program.h"
@@ -15,10 +16,6 @@
 
 namespace win {
 namespace {
-
-std::string OwnVariable(const char* suffix) {
-  return UpperCase(Program().name) + suffix;
-}
 
 // "Some Name" lies in some-name.desktop.
 std::string EntryPath(const std::string& name) {
@@ -71,11 +68,10 @@ std::vector<std::string> ArgumentsOf(const std::string& command) {
 // What this process needs to find its files, and what the next log-in may not have set.
 std::vector<std::string> EnvironmentToKeep() {
   std::vector<std::string> kept;
-  const std::string home = OwnVariable("_HOME");
+  const std::string home = OwnVariableName("_HOME");
   for (const std::string& name :
        {home, std::string("XDG_CONFIG_HOME"), std::string("XDG_DATA_HOME"), std::string("WINEPREFIX")}) {
-    const char* set = std::getenv(name.c_str());
-    std::string value = set ? set : "";
+    std::string value = Variable(name);
     if (value.empty()) continue;
     // Absolute, and with slashes: some readers of these entries undo the escape of a backslash twice.
     if (name == home) std::ranges::replace(value = ProgramFolder(""), '\\', '/');
@@ -87,7 +83,7 @@ std::vector<std::string> EnvironmentToKeep() {
 std::string ExecLine(const std::string& name, const std::string& command, bool once) {
   const std::string program = Program().autostart.empty() ? ExecutablePath() : Program().autostart;
   std::vector<std::string> words = EnvironmentToKeep();
-  if (once) words.push_back(OwnVariable("_RUNONCE=") + name);
+  if (once) words.push_back(OwnVariableName("_RUNONCE=") + name);
   // env takes a program with an equals sign in its path for one more variable.
   if (program.find('=') != std::string::npos) words.insert(words.end(), {"sh", "-c", "exec \"$0\" \"$@\""});
   words.push_back(program);
@@ -113,9 +109,8 @@ void RemoveAutostartEntry(const std::string& name) {
 }
 
 std::string TakeStartingEntry() {
-  const std::string variable = OwnVariable("_RUNONCE");
-  const char* value = std::getenv(variable.c_str());
-  const std::string name = value ? value : "";
+  const std::string variable = OwnVariableName("_RUNONCE");
+  const std::string name = Variable(variable);
   unsetenv(variable.c_str());
   return name;
 }

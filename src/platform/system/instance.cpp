@@ -8,20 +8,15 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <utility>
 
+#include "platform/system/environment.h"
 #include "platform/system/nativefile.h"
 #include "platform/system/program.h"
 
 namespace win {
 namespace {
-
-std::string Variable(const char* name) {
-  const char* value = std::getenv(name);
-  return value ? value : "";
-}
 
 // ":0" and its first screen ":0.0" are one display.
 std::string DisplayName() {

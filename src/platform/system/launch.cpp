@@ -3,13 +3,13 @@
 #include <unistd.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <optional>
 #include <string_view>
 #include <system_error>
 
 #include "platform/system/argumentlist.h"
+#include "platform/system/environment.h"
 #include "platform/system/files.h"
 #include "platform/system/nativefile.h"
 #include "platform/system/paths.h"
@@ -20,15 +20,6 @@ namespace win {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string Variable(const std::string& name) {
-  const char* value = std::getenv(name.c_str());
-  return value ? value : "";
-}
-
-std::string VariableName(const char* suffix) {
-  return UpperCase(Program().name) + suffix;
-}
 
 bool Exists(const fs::path& path) {
   std::error_code ignored;
@@ -61,7 +52,7 @@ std::string BitsOf(std::string_view header) {
 }
 
 std::string RunnerLine() {
-  const std::string given = Variable(VariableName("_RUNNER"));
+  const std::string given = Variable(OwnVariableName("_RUNNER"));
   if (!given.empty()) return given;
   LineReader file(WindowsPathFromNative(ConfigFolder() + "/platform.ini"));
   while (!file.AtEnd()) {
@@ -100,11 +91,6 @@ bool IsSetUp(const fs::path& prefix) {
   return Exists(prefix / "drive_c" / "windows" / "system32" / "kernel32.dll");
 }
 
-std::string DefaultPrefix() {
-  const std::string given = Variable("WINEPREFIX");
-  return given.empty() ? Variable("HOME") + "/.wine" : given;
-}
-
 // Empty when there is none for this kind of program.
 std::string StarterFor(std::string_view header) {
   const std::string name = Program().name + "-start" + BitsOf(header) + ".exe";
@@ -136,8 +122,8 @@ void GoThroughRunner(Launch& launch, const std::string& program, const std::stri
   const std::optional<std::string> prefix = PrefixAround(program);
   if (prefix) SetVariable(launch.environment, "WINEPREFIX", *prefix);
   const std::string starter = StarterFor(header);
-  if (!starter.empty() && IsSetUp(prefix.value_or(DefaultPrefix()))) {
-    SetVariable(launch.environment, VariableName("_START"), Hexadecimal(program) + "/" + Hexadecimal(tail));
+  if (!starter.empty() && IsSetUp(prefix.value_or(DefaultWinePrefix()))) {
+    SetVariable(launch.environment, OwnVariableName("_START"), Hexadecimal(program) + "/" + Hexadecimal(tail));
     launch.arguments.push_back(starter);
   }
   launch.arguments.insert(launch.arguments.end(), arguments.begin(), arguments.end());

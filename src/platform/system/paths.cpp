@@ -1,13 +1,11 @@
 #include "platform/system/paths.h"
 
 #include <pthread.h>
-#include <pwd.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <utility>
 
+#include "platform/system/environment.h"
 #include "platform/system/pathfinder.h"
 #include "platform/system/text.h"
 
@@ -15,16 +13,8 @@ namespace win {
 
 namespace {
 
-std::string HomeFolder() {
-  if (const char* const home = getenv("HOME"); home != nullptr && *home != '\0') return home;
-  const passwd* const user = getpwuid(getuid());
-  return user != nullptr ? user->pw_dir : "";
-}
-
 std::string DriveFolder(char letter) {
-  const char* const prefix = getenv("WINEPREFIX");
-  const std::string root = prefix != nullptr && *prefix != '\0' ? prefix : HomeFolder() + "/.wine";
-  return root + "/dosdevices/" + LowerCase(std::string_view(&letter, 1)) + ":";
+  return DefaultWinePrefix() + "/dosdevices/" + LowerCase(std::string_view(&letter, 1)) + ":";
 }
 
 bool StartsWithDrive(std::string_view path) {

@@ -1,13 +1,11 @@
 #include "platform/system/program.h"
 
+#include "platform/system/environment.h"
 #include "platform/system/paths.h"
-#include "platform/system/text.h"
 
-#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
@@ -18,18 +16,6 @@ namespace fs = std::filesystem;
 
 ProgramIdentity identity_;
 std::string commandLine_;
-
-std::string Variable(const std::string& name) {
-  const char* value = std::getenv(name.c_str());
-  return value ? value : "";
-}
-
-std::string HomeFolder() {
-  const std::string home = Variable("HOME");
-  if (!home.empty()) return home;
-  const passwd* user = getpwuid(getuid());
-  return user ? user->pw_dir : "/";
-}
 
 // Folders of the user are for the user alone, as the XDG base directory rules ask.
 std::string Made(const std::string& folder) {
@@ -150,7 +136,7 @@ std::string RuntimeFolder() {
 
 std::string ProgramFolder(const std::string& marker) {
   std::error_code ignored;
-  const std::string given = Variable(UpperCase(identity_.name) + "_HOME");
+  const std::string given = Variable(OwnVariableName("_HOME"));
   if (!given.empty())
     return WithSeparator(IsAbsoluteText(given) ? given : WindowsPathFromNative(fs::absolute(given, ignored).string()));
   const fs::path programs = fs::path(ExecutablePath()).parent_path();
