@@ -130,7 +130,7 @@ TEST_F(Activation, HandsOverToAnExeOnlyAboveTheFirstAction) {
   EXPECT_FALSE(Activate("requireexe(missing);\nwriteid(id);\ninclude(early);\nwriteid(late);"));
   Expect("id= late bzonevarnik.cfg");
   EXPECT_EQ(ReadCrashMarker().root, "");
-  for (int i = 0; i < 200 && Content("ran") != "0\n"; ++i)
+  for (int i = 0; i < 2000 && Content("ran") != "0\n"; ++i)
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
   EXPECT_EQ(Content("ran"), "0\n");
   EXPECT_TRUE(Activate("rename(a,b);\nrequireexe(tool);"));

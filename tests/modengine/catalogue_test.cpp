@@ -1,6 +1,6 @@
 #include "modengine/catalogue.h"
 
-#include <chrono>
+#include <ctime>
 
 #include "tests/modengine/modtest.h"
 
@@ -135,14 +135,14 @@ TEST_F(Catalogue, SelectingAModSetsTheFoldersAndRenamesInUse) {
 }
 
 TEST_F(Catalogue, ReadsHostileFilesInBoundedTime) {
-  const auto start = std::chrono::steady_clock::now();
+  const std::clock_t start = std::clock();
   const std::string twice = "include(mod.bzm);\ninclude(mod.bzm);\ndname(" + std::string(100'000, ',') + "A);";
   EXPECT_EQ(RowOf(twice), "A|addon|data");
   std::string bytes;
   for (unsigned i = 0, seed = 1; i < 5'000'000; ++i)
     bytes += static_cast<char>((seed = seed * 1664525 + 1013904223) >> 24);
   EXPECT_EQ(RowOf(bytes + "\ndname(B);").substr(0, 1), "B");
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+  EXPECT_LT(std::clock() - start, 10 * CLOCKS_PER_SEC);  // of processor time, however busy the machine
 }
 
 }  // namespace
