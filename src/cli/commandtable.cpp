@@ -59,6 +59,7 @@ void DeclareSetSetting(CLI::App& app, Arguments& arguments) {
 
 std::vector<std::string> MapPageKeys() {
   std::vector<std::string> keys;
+  keys.reserve(kMapPages.size());
   for (const MapPage& page : kMapPages)
     keys.emplace_back(page.key);
   return keys;

@@ -1,7 +1,9 @@
 #include <CLI/CLI.hpp>
 
 #include <csignal>
+#include <exception>
 #include <string>
+#include <vector>
 
 #include "cli/commandtable.h"
 #include "cli/output.h"
@@ -54,23 +56,23 @@ int RunCommand(const Command& command, const Arguments& arguments) {
   return command.act(arguments);
 }
 
-}  // namespace
+std::vector<CLI::App*> DeclareCommands(CLI::App& app, Arguments& arguments) {
+  std::vector<CLI::App*> declared;
+  declared.reserve(kCommands.size());
+  for (const Command& command : kCommands)
+    declared.push_back(DeclareCommand(app, command, arguments));
+  return declared;
+}
 
-int main(int argc, char** argv) {
-  // A reader that goes away must not end the program while a mod is in force.
-  std::signal(SIGPIPE, SIG_IGN);
-  win::SetProgram({"varnik", "Varnik", WindowProgram()});
-
+int ParseAndRun(int argc, char** argv) {
   Arguments arguments;
   CLI::App app("Varnik without a window: the installs, mods and maps of Battlezone II", "varnik-cli");
   app.get_formatter()->label("SUBCOMMAND", "COMMAND");
   app.get_formatter()->label("Subcommands", "Commands");
   app.get_formatter()->label("REQUIRED", "");
-  DeclareGlobalOptions(app, arguments);
-  std::vector<CLI::App*> declared;
-  for (const Command& command : kCommands)
-    declared.push_back(DeclareCommand(app, command, arguments));
   app.require_subcommand(1)->footer("varnik-cli COMMAND --help tells more, with examples.");
+  DeclareGlobalOptions(app, arguments);
+  const std::vector<CLI::App*> declared = DeclareCommands(app, arguments);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -80,4 +82,15 @@ int main(int argc, char** argv) {
   for (std::size_t i = declared.size(); i-- > 0;)
     if (declared[i]->parsed()) return RunCommand(kCommands[i], arguments);
   return kWrongUsage;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) try {
+  // A reader that goes away must not end the program while a mod is in force.
+  std::signal(SIGPIPE, SIG_IGN);
+  win::SetProgram({"varnik", "Varnik", WindowProgram()});
+  return ParseAndRun(argc, argv);
+} catch (const std::exception& error) {
+  return varnik::cli::Fail("unexpected", error.what());
 }
