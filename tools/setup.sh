@@ -11,7 +11,7 @@ packages=(
   # run
   fonts-dejavu-core
   # test
-  libgtest-dev libgmock-dev libbenchmark-dev xvfb xdotool openbox imagemagick x11-utils procps
+  libgtest-dev libgmock-dev libbenchmark-dev xvfb xdotool openbox imagemagick x11-utils procps desktop-file-utils
   # check
   clang-format clang-tidy
 )
