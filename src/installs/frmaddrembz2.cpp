@@ -35,7 +35,7 @@ constexpr int kEnter = 13;
 }  // namespace
 
 frmAddRemBZ2::frmAddRemBZ2(std::function<void()> listSaved)
-    : Form("frmAddRemBZ2", 10320, 6480),
+    : Form("frmAddRemBZ2", 10920, 6720),
       lblList(*this, "lblList", kListNote),
       lstBZ2Loc(*this, "lstBZ2Loc", win::ListStyle::kCheckBoxes),
       cmdMvUp(*this, "cmdMvUp", "Move Current Selection Up"),
@@ -60,27 +60,28 @@ frmAddRemBZ2::frmAddRemBZ2(std::function<void()> listSaved)
 }
 
 void frmAddRemBZ2::PlaceControls() {
-  constexpr double kRight = 5880;
-  constexpr double kWide = 4320;
-  lstBZ2Loc.Move(120, 120, 5580, 3180);
+  constexpr double kLeftWidth = 6180;
+  constexpr double kRight = 6480;
+  constexpr double kRightWidth = 4320;
+  lstBZ2Loc.Move(120, 120, kLeftWidth, 3180);
   lstBZ2Loc.SetAccessibleName("Locations");
-  cmdMvUp.Move(120, 3420, 2730, 375);
-  cmdMvDown.Move(2970, 3420, 2730, 375);
-  lblSel.Move(120, 3900, 5580, 480);
-  lblDescriptiveName.Move(120, 4440, 5580, 285);
-  txtDescriptiveName.Move(120, 4740, 5580, 315);
+  cmdMvUp.Move(120, 3420, 3030, 375);
+  cmdMvDown.Move(3270, 3420, 3030, 375);
+  lblSel.Move(120, 3900, kLeftWidth, 720);
+  lblDescriptiveName.Move(120, 4680, kLeftWidth, 285);
+  txtDescriptiveName.Move(120, 4980, kLeftWidth, 315);
   txtDescriptiveName.SetAccessibleName(lblDescriptiveName.Caption());
-  lblManual.Move(120, 5220, 5580, 285);
-  txtManual.Move(120, 5520, 4440, 315);
+  lblManual.Move(120, 5460, kLeftWidth, 285);
+  txtManual.Move(120, 5760, 5040, 315);
   txtManual.SetAccessibleName(lblManual.Caption());
-  cmdManualAdd.Move(4680, 5490, 1020, 375);
-  lblList.Move(kRight, 120, kWide, 1080);
-  lblSearch.Move(kRight, 1320, kWide, 1380);
-  cmdSearchBZ2.Move(kRight, 2760, kWide, 375);
-  lblRemove.Move(kRight, 3420, kWide, 840);
-  cmdRemove.Move(kRight, 4320, kWide, 375);
-  cmdSaveChanges.Move(kRight, 5970, 2100, 375);
-  cmdCancel.Move(8100, 5970, 2100, 375);
+  cmdManualAdd.Move(5280, 5730, 1020, 375);
+  lblList.Move(kRight, 120, kRightWidth, 1080);
+  lblSearch.Move(kRight, 1320, kRightWidth, 1380);
+  cmdSearchBZ2.Move(kRight, 2760, kRightWidth, 375);
+  lblRemove.Move(kRight, 3420, kRightWidth, 840);
+  cmdRemove.Move(kRight, 4320, kRightWidth, 375);
+  cmdSaveChanges.Move(kRight, 6210, 2100, 375);
+  cmdCancel.Move(8700, 6210, 2100, 375);
 }
 
 void frmAddRemBZ2::WireControls() {
