@@ -174,6 +174,57 @@ run_end_of_session() {
   grep -q bz2loc "$XDG_CONFIG_HOME/varnik/settings.json" || fail "there is no marker"
 }
 
+stored() { grep -q "\"$1\": \"$2\"" "$XDG_CONFIG_HOME/varnik/settings.json"; }
+
+start_tray() {
+  : >"$work/tray"
+  "$bin/traystub" <"$work/tray-input" >"$work/tray" &
+  screen_jobs="$screen_jobs $!"
+}
+
+run_tray() {
+  make_world
+  mkfifo "$work/bus" "$work/tray-input"
+  dbus-daemon --session --nofork --print-address=3 3>"$work/bus" &
+  screen_jobs="$screen_jobs $!"
+  read -r DBUS_SESSION_BUS_ADDRESS <"$work/bus"
+  export DBUS_SESSION_BUS_ADDRESS
+  exec 4<>"$work/tray-input"
+
+  start
+  await "window" window Varnik
+  sleep 2  # it shows for a moment while it loads
+  press alt+v s
+  await "refusal without a tray" stored TrayIcon 0
+  start_tray
+  await "tray" gdbus introspect --session --dest org.kde.StatusNotifierWatcher --object-path /
+  press alt+v s
+  await "icon" grep -q icon "$work/tray"
+  press alt+F4
+  await "hidden window" no_window Varnik
+  kill -0 "$program" || fail "the close box ended the program"
+  echo click >&4
+  sleep 1
+  no_window Varnik || fail "one click opened the window"
+  printf 'click\nclick\n' >&4
+  await "window after a double click" window Varnik
+  press alt+F4
+  await "hidden window" no_window Varnik
+  echo menu >&4
+  sleep 1
+  press Up Return
+  await "end by the menu of the icon" ended
+  stored TrayIcon 1 || fail "the icon is forgotten"
+
+  kill "${screen_jobs##* }"
+  start
+  sleep 1.5
+  start_tray
+  await "icon in a tray that comes late" grep -q icon "$work/tray"
+  kill -TERM "$program"
+  await "end" ended
+}
+
 start_screen
 "run_${case//-/_}"
 echo "$case: passed"

@@ -7,6 +7,7 @@
 #include <QScreen>
 #include <QWindow>
 #include <algorithm>
+#include <utility>
 
 #include "platform/windowing/button.h"
 #include "platform/windowing/picture.h"
@@ -51,6 +52,7 @@ QList<QRect> Screens() {
 }
 
 constexpr int kLongestAwait = 200;  // milliseconds
+constexpr int kAwaitPause = 5;      // milliseconds
 
 bool OnScreen(const FormImpl& form) {
   const QWindow* window = form.window ? form.window->windowHandle() : nullptr;
@@ -62,6 +64,10 @@ bool OnScreen(const FormImpl& form) {
 
 FormImpl& FormImpl::Of(const Form& form) {
   return *form.impl_;
+}
+
+std::shared_ptr<FormImpl> FormImpl::Share(const Form& form) {
+  return form.impl_;
 }
 
 void FormImpl::Place() {
@@ -95,13 +101,13 @@ bool IsLoading(const Form& form) {
 }
 
 void AwaitShownForms() {
-  for (const Form* form : std::vector<Form*>(openForms)) {
-    if (std::find(openForms.begin(), openForms.end(), form) == openForms.end()) continue;
-    FormImpl& impl = FormImpl::Of(*form);
-    if (!impl.awaited) continue;
-    impl.awaited = false;
-    while (std::find(openForms.begin(), openForms.end(), form) != openForms.end() && !OnScreen(impl))
-      QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+  std::vector<std::shared_ptr<FormImpl>> shown;
+  for (const Form* form : openForms)
+    shown.push_back(FormImpl::Share(*form));
+  for (const auto& form : shown) {
+    if (!std::exchange(form->awaited, false)) continue;
+    while (form->alive && !OnScreen(*form))
+      RunEventsFor(kAwaitPause);
   }
 }
 
@@ -164,7 +170,9 @@ void Form::Show(Form* owner) {
     impl->placed = true;
     window.setWindowState(Native(impl->state));
     window.winId();  // makes the window, so that it can be given its owner before it shows
-    window.windowHandle()->setTransientParent(owner ? owner->Window()->windowHandle() : nullptr);
+    // Window managers may hide a window along with an owner that is hidden itself.
+    const bool ownerShows = owner && owner->Visible() && owner->State() != WindowState::kMinimized;
+    window.windowHandle()->setTransientParent(ownerShows ? owner->Window()->windowHandle() : nullptr);
     impl->shownSince.start();
     impl->awaited = true;
   }

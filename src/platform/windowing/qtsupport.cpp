@@ -1,8 +1,10 @@
 #include "platform/windowing/qt/qtsupport.h"
 
+#include <QEventLoop>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QTextDocument>
+#include <QTimer>
 #include <cmath>
 
 #include "platform/system/text.h"
@@ -44,6 +46,12 @@ std::string BytesOfEdited(const QString& edited, std::string_view original) {
 
 QString PlainToolTip(const QString& text) {
   return Qt::mightBeRichText(text) ? "<qt>" + text.toHtmlEscaped() + "</qt>" : text;
+}
+
+void RunEventsFor(int milliseconds) {
+  QEventLoop loop;
+  QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+  loop.exec();
 }
 
 int ToPixels(double twips) {

@@ -8,66 +8,71 @@
 #include <QSystemTrayIcon>
 
 #include "platform/windowing/qt/qtsupport.h"
+#include "platform/windowing/qt/traysearch.h"
 
 namespace win {
 
+namespace {
+
+constexpr int kSearchPause = 100;  // milliseconds
+
+}  // namespace
+
 struct TrayIcon::Impl {
-  QSystemTrayIcon icon;
-  bool active = false;
-  QElapsedTimer lastTrigger;
+  // Most trays of today report each click of a double click, and no double click.
+  bool CompletesDoubleClick() {
+    if (lastClick.isValid() && !lastClick.hasExpired(QApplication::doubleClickInterval())) return true;
+    lastClick.start();
+    return false;
+  }
+
+  std::unique_ptr<QSystemTrayIcon> icon;  // while it is in the tray
+  QElapsedTimer lastClick;
 };
 
-TrayIcon::TrayIcon() : impl_(std::make_unique<Impl>()) {
-  QObject::connect(
-      &impl_->icon, &QSystemTrayIcon::activated, &impl_->icon, [this](QSystemTrayIcon::ActivationReason reason) {
-        if (reason == QSystemTrayIcon::Trigger) {
-          // Most trays of today report each click of a double click, and no double click.
-          const bool second =
-              impl_->lastTrigger.isValid() && !impl_->lastTrigger.hasExpired(QApplication::doubleClickInterval());
-          if (!second) {
-            impl_->lastTrigger.start();
-            return;
-          }
-          reason = QSystemTrayIcon::DoubleClick;
-        }
-        impl_->lastTrigger.invalidate();
-        if (reason == QSystemTrayIcon::DoubleClick)
-          Raise(DoubleClick);
-        else if (reason == QSystemTrayIcon::Context)
-          Raise(RightUp);
-      });
-}
+TrayIcon::TrayIcon() : impl_(std::make_unique<Impl>()) {}
 
 TrayIcon::~TrayIcon() = default;
 
 bool TrayIcon::Add(const std::string& tip, const Picture& image, int patience) {
   QElapsedTimer waited;
   waited.start();
-  while (!QSystemTrayIcon::isSystemTrayAvailable() && !waited.hasExpired(patience))
-    QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 50);
-  if (!QSystemTrayIcon::isSystemTrayAvailable()) return false;
+  while (!DesktopHasTray() && !waited.hasExpired(patience))
+    RunEventsFor(kSearchPause);
+  // Qt remembers for good what it sees when it first looks for a tray, so it is asked last.
+  if (!DesktopHasTray() || !QSystemTrayIcon::isSystemTrayAvailable()) return false;
+  impl_->icon = std::make_unique<QSystemTrayIcon>();
+  QObject::connect(impl_->icon.get(), &QSystemTrayIcon::activated, impl_->icon.get(), [this](auto reason) {
+    if (reason == QSystemTrayIcon::Trigger && impl_->CompletesDoubleClick()) reason = QSystemTrayIcon::DoubleClick;
+    if (reason == QSystemTrayIcon::Trigger) return;
+    impl_->lastClick.invalidate();
+    if (reason == QSystemTrayIcon::DoubleClick) Raise(DoubleClick);
+    if (reason == QSystemTrayIcon::Context) Raise(RightUp);
+  });
   SetImage(image);
   SetTip(tip);
-  impl_->icon.show();
-  impl_->active = true;
+  impl_->icon->show();
   return true;
 }
 
 bool TrayIcon::Active() const {
-  return impl_->active;
+  return impl_->icon != nullptr;
 }
 
 void TrayIcon::SetImage(const Picture& image) {
-  impl_->icon.setIcon(QIcon(QPixmap::fromImage(image.Image())));
+  if (impl_->icon) impl_->icon->setIcon(QIcon(QPixmap::fromImage(image.Image())));
 }
 
 void TrayIcon::SetTip(const std::string& tip) {
-  impl_->icon.setToolTip(FromBytes(tip));
+  if (impl_->icon) impl_->icon->setToolTip(Readable(tip));
 }
 
 void TrayIcon::Remove() {
-  impl_->icon.hide();
-  impl_->active = false;
+  if (!impl_->icon) return;
+  // Its own click may be what removes it.
+  impl_->icon->hide();
+  impl_->icon->blockSignals(true);
+  impl_->icon.release()->deleteLater();
 }
 
 }  // namespace win

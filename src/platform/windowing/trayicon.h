@@ -22,7 +22,7 @@ class TrayIcon {
   // the desktop session the tray may come later than the program. Events run meanwhile.
   bool Add(const std::string& tip, const Picture& image, int patience = 0);
   bool Active() const;
-  void SetImage(const Picture& image);  // also while there is no icon: it shows with the next Add
+  void SetImage(const Picture& image);  // nothing happens while there is no icon
   void SetTip(const std::string& tip);
   void Remove();
 

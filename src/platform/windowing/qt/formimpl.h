@@ -18,6 +18,7 @@ struct FormImpl {
   explicit FormImpl(Form& form) : window(new FormWindow(form)) {}
 
   static FormImpl& Of(const Form& form);
+  static std::shared_ptr<FormImpl> Share(const Form& form);
 
   bool Usable() const { return alive && window; }
   void Place();         // moves the window to where it opens

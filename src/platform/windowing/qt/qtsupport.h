@@ -22,6 +22,9 @@ QString PlainToolTip(const QString& text);
 int ToPixels(double twips);
 double ToTwips(int pixels);
 
+// Serves events for this long, asleep when there are none.
+void RunEventsFor(int milliseconds);
+
 // Runs the handler of an event. It is copied first, since a handler may destroy the control that holds it.
 template <class Event, class... Args>
 void Raise(const Event& event, Args&&... args) {
