@@ -1,20 +1,27 @@
 #include "support/ini_sm.h"
 
 #include "platform/system/services.h"
-#include "platform/system/text.h"
 
 namespace varnik {
 namespace {
 
 constexpr std::size_t kLongestValue = 254;
 
+std::string_view Trimmed(std::string_view text) {
+  while (text.starts_with(' '))
+    text.remove_prefix(1);
+  while (text.ends_with(' '))
+    text.remove_suffix(1);
+  return text;
+}
+
 // In this order, so that a `//` inside quotes cuts too, and a blank ahead of the closing quote stays.
-std::string CleanValue(std::string text) {
-  if (const std::size_t comment = text.find("//"); comment != std::string::npos)
-    text = win::Trim(std::string_view(text).substr(0, comment));
-  if (text.starts_with('"')) text.erase(0, 1);
-  text = win::Trim(text);
-  if (text.ends_with('"')) text.pop_back();
+std::string_view CleanValue(std::string_view text) {
+  if (const std::size_t comment = text.find("//"); comment != std::string_view::npos)
+    text = Trimmed(text.substr(0, comment));
+  if (text.starts_with('"')) text.remove_prefix(1);
+  text = Trimmed(text);
+  if (text.ends_with('"')) text.remove_suffix(1);
   return text;
 }
 
@@ -27,10 +34,9 @@ std::string ReadIniValue(const std::string& section, const std::string& key, con
 
 std::string ReadIniValue(const std::string& section, const std::string& key, const win::ProfileFile& file,
                          const std::string& fallback) {
-  const std::string_view raw = file.Find(section, key).value_or("").substr(0, kLongestValue);
+  const std::string_view value = CleanValue(file.Find(section, key).value_or("").substr(0, kLongestValue));
   win::DoEvents();
-  const std::string value = CleanValue(std::string(raw));
-  return win::Trim(value).empty() ? fallback : value;
+  return Trimmed(value).empty() ? fallback : std::string(value);
 }
 
 bool WriteIniValue(const std::string& section, const std::string& key, const std::string& value,

@@ -6,17 +6,38 @@
 
 #include <cerrno>
 
+#include "platform/system/pathfinder.h"
+#include "platform/system/paths.h"
+
 namespace win {
 
 Descriptor::~Descriptor() {
   if (IsOpen()) close(descriptor_);
 }
 
+namespace {
+
+Descriptor OpenNative(const std::string& native) {
+  return Descriptor(open(native.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+}
+
+}  // namespace
+
 Descriptor OpenForReading(const std::string& native) {
-  Descriptor file(open(native.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  Descriptor file = OpenNative(native);
+  return SizeOfRegularFile(file) ? std::move(file) : Descriptor();
+}
+
+Descriptor OpenPath(std::string_view path) {
+  if (path.find('\0') != std::string_view::npos) return Descriptor();
+  Descriptor file = OpenNative(Respelled(path));
+  return file.IsOpen() ? std::move(file) : OpenNative(NativePath(path));
+}
+
+std::optional<std::size_t> SizeOfRegularFile(const Descriptor& file) {
   struct stat status;
-  if (file.IsOpen() && fstat(file.Get(), &status) == 0 && S_ISREG(status.st_mode)) return file;
-  return Descriptor();
+  if (!file.IsOpen() || fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode)) return std::nullopt;
+  return static_cast<std::size_t>(status.st_size);
 }
 
 ssize_t ReadSome(int descriptor, char* buffer, std::size_t size) {

@@ -2,6 +2,7 @@
 
 #include <sys/types.h>
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -34,8 +35,19 @@ class Descriptor {
 // A regular file opened for reading. Anything else, such as a pipe that would block, is not opened.
 Descriptor OpenForReading(const std::string& native);
 
+// Whatever has this Windows path, opened for reading without blocking; no look-up for a path that is spelled as on
+// disk.
+Descriptor OpenPath(std::string_view path);
+
+// The size in bytes of an open regular file; nothing for anything else.
+std::optional<std::size_t> SizeOfRegularFile(const Descriptor& file);
+
 // As read(2), but goes on after a signal.
 ssize_t ReadSome(int descriptor, char* buffer, std::size_t size);
+
+// The content of a file that is only looked at, and not written back. Takes a read that comes back short for the end of
+// the file, so that a small one, as nearly all are, costs a single read.
+std::optional<std::string> ReadToLookAt(const std::string& path);
 
 bool WriteAll(int descriptor, std::string_view content);
 

@@ -12,6 +12,10 @@ namespace win {
 // The name that a new file or folder gets on disk: in UTF-8, and as on Windows without blanks and dots at its end.
 std::string NewName(std::string_view name);
 
+// A Windows path in this system's form with the spelling kept: drive, separators, `.` and `..` resolved in the text, as
+// Windows does. What exists under this name is what the path names.
+std::string Respelled(std::string_view path);
+
 struct FoundPath {
   std::string native;
   bool exists = false;

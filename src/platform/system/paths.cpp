@@ -38,10 +38,11 @@ void AppendName(std::string& native, std::string_view name) {
   native += name;
 }
 
-// The path in this system's form with the spelling kept: drive, separators, `.` and `..` resolved in the text, as
-// Windows does.
+}  // namespace
+
 std::string Respelled(std::string_view path) {
   std::string native;
+  native.reserve(path.size());
   const bool drive = StartsWithDrive(path);
   if (drive) {
     native = DriveFolder(path[0]);
@@ -52,7 +53,8 @@ std::string Respelled(std::string_view path) {
   const std::size_t floor = native.size();
   const bool trailing = EndsInSeparator(path);
   while (!path.empty()) {
-    const std::size_t end = std::min(path.find_first_of("\\/"), path.size());
+    const std::size_t end =
+        static_cast<std::size_t>(std::find_if(path.begin(), path.end(), IsSeparator) - path.begin());
     const std::string_view name = path.substr(0, end);
     path.remove_prefix(std::min(end + 1, path.size()));
     if (name.empty() || name == ".") continue;
@@ -65,6 +67,8 @@ std::string Respelled(std::string_view path) {
   if (trailing && native.back() != '/') native += '/';
   return native;
 }
+
+namespace {
 
 // A child process starts afresh: the events that its parent waits for are not its own to take.
 PathFinder& Finder() {

@@ -1,6 +1,7 @@
 #include "platform/system/profile.h"
 
 #include "platform/system/files.h"
+#include "platform/system/nativefile.h"
 #include "platform/system/text.h"
 
 #include <algorithm>
@@ -148,8 +149,13 @@ bool NextLine(std::string_view characters, Line& line) {
   return true;
 }
 
+// Most names differ in length already, and those that do not are mostly spelled alike.
+bool IsName(const Line& line, std::string_view name) {
+  return line.name.size() == name.size() && (line.name == name || EqualNoCase(line.name, name));
+}
+
 bool OpensSection(const Line& line, std::string_view section) {
-  return line.kind == LineKind::kSection && EqualNoCase(line.name, section);
+  return line.kind == LineKind::kSection && IsName(line, section);
 }
 
 // A value ends at a NUL and loses one matching pair of outer quotes.
@@ -198,7 +204,7 @@ std::vector<Edit> DeleteSection(const std::optional<SectionLines>& section) {
 
 const Line* FindKey(const SectionLines& section, std::string_view key) {
   for (const Line& line : section.keys)
-    if (EqualNoCase(line.name, key)) return &line;
+    if (IsName(line, key)) return &line;
   return nullptr;
 }
 
@@ -248,7 +254,7 @@ struct ProfileFile::State {
 
 ProfileFile::ProfileFile(const std::string& file) : state_(std::make_unique<State>()) {
   constexpr std::size_t kMostLines = 256;
-  state_->text = Decode(ReadWholeFile(file).value_or(""));
+  state_->text = Decode(ReadToLookAt(file).value_or(""));
   state_->characters = std::string_view(state_->text.characters).substr(0, TextEnd(state_->text.characters));
   state_->firstLines.reserve(32);
   Line line;
@@ -272,7 +278,7 @@ std::optional<std::string_view> ProfileFile::Find(std::string_view section, std:
   while (line && !OpensSection(*line, wantedSection))
     line = next();
   while (line && (line = next()) && line->kind != LineKind::kSection)
-    if (line->value && EqualNoCase(line->name, wantedKey)) return Unquoted(*line->value);
+    if (line->value && IsName(*line, wantedKey)) return Unquoted(*line->value);
   return std::nullopt;
 }
 

@@ -4,6 +4,7 @@
 #include <stdlib.h>
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -145,7 +146,10 @@ double LeadingNumber(std::string_view text) {
   text.remove_prefix(first);
   const std::size_t length = NumberLength(text);
   if (length == 0) return 0;
-  // The user's locale may want a comma where the game's files have a point.
+  double value = 0;
+  if (std::from_chars(text.data(), text.data() + length, value).ec == std::errc()) return value;
+  // A plus sign, or a number too large or too small. The user's locale may want a comma where the game's files have a
+  // point.
   static const locale_t plain = newlocale(LC_ALL_MASK, "C", nullptr);
   return strtod_l(std::string(text.substr(0, length)).c_str(), nullptr, plain);
 }

@@ -47,22 +47,30 @@ Descriptor OpenTemporary(const std::string& native) {
 }  // namespace
 
 std::optional<std::string> ReadWholeFile(const std::string& path) {
-  const Descriptor file = OpenForReading(NativePath(path));
-  struct stat status;
-  if (!file.IsOpen() || fstat(file.Get(), &status) != 0) return std::nullopt;
-  if (static_cast<std::size_t>(status.st_size) > kMostBytes) return std::nullopt;
-  // One byte more than its size, so that the first read also finds the end.
-  std::string content(static_cast<std::size_t>(status.st_size) + 1, '\0');
+  const Descriptor file = OpenPath(path);
+  const std::optional<std::size_t> size = SizeOfRegularFile(file);
+  if (!size || *size > kMostBytes) return std::nullopt;
+  // One byte more than its size: a read that does not fill this has found the end.
+  std::string content(*size + 1, '\0');
   std::size_t length = 0;
   while (true) {
     const ssize_t count = ReadSome(file.Get(), content.data() + length, content.size() - length);
     if (count < 0) return std::nullopt;
     length += static_cast<std::size_t>(count);
-    if (count == 0) break;
+    if (count == 0 || length == *size) break;
     if (length == content.size()) content.resize(2 * length);
   }
   content.resize(length);
   return content;
+}
+
+std::optional<std::string> ReadToLookAt(const std::string& path) {
+  char piece[4096];
+  const Descriptor file = OpenPath(path);
+  const ssize_t count = file.IsOpen() ? ReadSome(file.Get(), piece, sizeof piece) : -1;
+  if (count < 0) return std::nullopt;
+  if (static_cast<std::size_t>(count) < sizeof piece) return std::string(piece, static_cast<std::size_t>(count));
+  return ReadWholeFile(path);
 }
 
 bool WriteWholeFile(const std::string& path, std::string_view content) {
