@@ -1,5 +1,4 @@
 #include <benchmark/benchmark.h>
-#include <dirent.h>
 #include <malloc.h>
 
 #include <algorithm>
@@ -27,25 +26,12 @@ const bench::TemporaryFolder& Tree() {
   return tree;
 }
 
-void BareWalk(const std::string& folder, int& files, std::vector<std::string>* paths) {
-  DIR* const stream = opendir(folder.c_str());
-  while (const dirent* const entry = readdir(stream)) {
-    if (entry->d_type == DT_DIR) {
-      if (entry->d_name[0] != '.') BareWalk(folder + "/" + entry->d_name, files, paths);
-      continue;
-    }
-    ++files;
-    if (paths != nullptr) paths->push_back(folder + "/" + entry->d_name);
-  }
-  closedir(stream);
-}
-
 void Bare(benchmark::State& state, bool keepPaths) {
   const std::string folder = Tree().Path().string();
   for (auto _ : state) {
     std::vector<std::string> paths;
     int files = 0;
-    BareWalk(folder, files, keepPaths ? &paths : nullptr);
+    bench::BareWalk(folder, files, keepPaths ? &paths : nullptr);
     benchmark::DoNotOptimize(files);
   }
 }

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <dirent.h>
 #include <stdlib.h>
 
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <vector>
 
 // A temporary folder for a benchmark, gone when it ends.
 namespace bench {
@@ -38,5 +40,19 @@ class TemporaryFolder {
  private:
   std::filesystem::path path_;
 };
+
+// Every file below a folder, by readdir alone. `paths` may be null.
+inline void BareWalk(const std::string& folder, int& files, std::vector<std::string>* paths) {
+  DIR* const stream = opendir(folder.c_str());
+  while (const dirent* const entry = readdir(stream)) {
+    if (entry->d_type == DT_DIR) {
+      if (entry->d_name[0] != '.') BareWalk(folder + "/" + entry->d_name, files, paths);
+      continue;
+    }
+    ++files;
+    if (paths != nullptr) paths->push_back(folder + "/" + entry->d_name);
+  }
+  closedir(stream);
+}
 
 }  // namespace bench

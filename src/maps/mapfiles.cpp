@@ -19,6 +19,15 @@ bool IsPlain(std::string_view name) {
   });
 }
 
+bool EndsInInf(std::string_view name) {
+  return name.size() >= 3 && win::EqualNoCase(name.substr(name.size() - 3), "inf");
+}
+
+// Of a name within one folder.
+std::string KeyOf(std::size_t folder, const std::string& lowerName) {
+  return lowerName + '\\' + std::to_string(folder);
+}
+
 std::string SearchInstall(const std::string& root, const std::string& pattern) {
   FileSearchParams params;
   params.Recurse = true;
@@ -34,21 +43,26 @@ void MapFiles::Walk() {
   if (walked_) return;
   walked_ = true;
   const FileSearchParams params;
+  std::string here, relative;
+  std::size_t number = 0;
   VisitEntries(root_, true, [&](const std::string& folder, const win::FoundEntry& entry) {
-    const std::string relative = folder.substr(root_.size());
-    if (entry.name == ".")
-      folders_.insert(relative);
+    if (folder != here) {
+      here = folder;
+      relative = folder.substr(root_.size());
+      number = folders_.try_emplace(relative, folders_.size()).first->second;
+    }
+    if (EndsInInf(entry.name))
+      NoteInf(folder, number, entry);
     else if (!entry.isFolder && MatchesPattern(entry.name, "*.bzn", params))
       maps_.push_back(relative + entry.name);
-    else if (const std::string lower = win::LowerCase(entry.name); lower.ends_with("inf"))
-      NoteInf(folder + entry.name, relative, lower, entry.isFolder);
     return true;
   });
 }
 
-void MapFiles::NoteInf(const std::string& path, const std::string& folder, const std::string& lower, bool isFolder) {
-  besides_.insert(folder + lower);
-  if (!isFolder) firstInf_.try_emplace(lower, path);
+void MapFiles::NoteInf(const std::string& folder, std::size_t number, const win::FoundEntry& entry) {
+  std::string name = win::LowerCase(entry.name);
+  besides_.insert(KeyOf(number, name));
+  if (!entry.isFolder) firstInf_.try_emplace(std::move(name), folder + entry.name);
 }
 
 std::vector<std::string> MapFiles::FindMaps() {
@@ -57,12 +71,12 @@ std::vector<std::string> MapFiles::FindMaps() {
 }
 
 bool MapFiles::HasInf(const std::string& path) {
-  const std::size_t nameAt = path.rfind('\\') + 1;
-  const std::string folder = path.substr(0, nameAt);
-  const std::string name = path.substr(nameAt);
   Walk();
-  if (!IsPlain(name) || !folders_.contains(folder)) return FileExists(root_ + path);
-  return besides_.contains(folder + win::LowerCase(name));
+  const std::size_t nameAt = path.rfind('\\') + 1;
+  const std::string name = win::LowerCase(std::string_view(path).substr(nameAt));
+  const auto folder = folders_.find(path.substr(0, nameAt));
+  if (folder == folders_.end() || !IsPlain(name)) return FileExists(root_ + path);
+  return besides_.contains(KeyOf(folder->second, name));
 }
 
 std::string MapFiles::FindFirstInf(const std::string& name) {

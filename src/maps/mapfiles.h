@@ -1,9 +1,12 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
+
+#include "platform/system/findfile.h"
 
 // The maps of an install and their .inf files, for one load of the catalogue. All that the load would search the whole
 // install for is answered from one walk, made when it is first needed: each name with the file that its search would
@@ -25,14 +28,14 @@ class MapFiles {
 
  private:
   void Walk();
-  void NoteInf(const std::string& path, const std::string& folder, const std::string& lower, bool isFolder);
+  void NoteInf(const std::string& folder, std::size_t number, const win::FoundEntry& entry);
 
   std::string root_;
   bool walked_ = false;
   std::vector<std::string> maps_;
   std::unordered_map<std::string, std::string> firstInf_;  // name in lower case to full path
-  std::unordered_set<std::string> folders_;                // relative to the root, as spelled on disk
-  std::unordered_set<std::string> besides_;                // one of them, with a name in lower case behind it
+  std::unordered_map<std::string, std::size_t> folders_;   // relative to the root, as spelled on disk, to its number
+  std::unordered_set<std::string> besides_;                // what ends in inf, by name in lower case and folder
 };
 
 }  // namespace varnik

@@ -1,6 +1,7 @@
 #include "maps/maplist.h"
 
 #include <algorithm>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 
@@ -75,8 +76,9 @@ bool Load::ReadCacheLine(const std::string& line) {
   mapList.emplace_back();
   const std::size_t comma = line.find(',');
   if (comma == std::string::npos) return false;
-  std::string path = win::Trim(line.substr(0, comma));
-  std::string folder = win::Trim(line.substr(comma + 1));
+  const std::string_view fields = line;
+  std::string path = win::Trim(fields.substr(0, comma));
+  std::string folder = win::Trim(fields.substr(comma + 1));
   if (!ReadRow(row, path, folder)) return false;
   // A map whose .inf lies elsewhere moves to the folder of the .inf here; a scan gives it that of its .bzn.
   mapList[row].Folder = std::move(folder);

@@ -34,7 +34,7 @@ void SplitPath(const std::string& path, MapEntry& entry, std::string& folder) {
 // Full path of the map's .inf; empty when there is none. A map found by its .inf is named after it.
 std::string ChooseInf(MapEntry& entry, const std::string& path, MapFiles& files) {
   const std::string beside = WithExtension(path, "inf");
-  const bool isInf = win::LowerCase(path).ends_with("inf");
+  const bool isInf = path.size() >= 3 && win::EqualNoCase(std::string_view(path).substr(path.size() - 3), "inf");
   if (!isInf && !files.HasInf(beside)) return files.FindFirstInf(WithExtension(entry.FileName, "inf"));
   entry.FileName = WithExtension(entry.FileName, "bzn");
   return InstallRoot() + (isInf ? path : beside);
