@@ -256,10 +256,10 @@ ProfileFile::ProfileFile(const std::string& file) : state_(std::make_unique<Stat
   constexpr std::size_t kMostLines = 256;
   state_->text = Decode(ReadToLookAt(file).value_or(""));
   state_->characters = std::string_view(state_->text.characters).substr(0, TextEnd(state_->text.characters));
-  state_->firstLines.reserve(32);
+  state_->firstLines.reserve(14);  // as much as comes quickly from the heap
   Line line;
   while (state_->firstLines.size() < kMostLines && NextLine(state_->characters, line))
-    state_->firstLines.push_back(line);
+    if (line.kind >= LineKind::kSection) state_->firstLines.push_back(line);
 }
 
 ProfileFile::~ProfileFile() = default;
