@@ -122,6 +122,13 @@ constexpr LegacyDirective<ActivationPass> kDirectives[] = {
 
 }  // namespace
 
+std::vector<std::string_view> LegacyKeywords() {
+  std::vector<std::string_view> keywords;
+  for (const LegacyDirective<ActivationPass>& directive : kDirectives)
+    keywords.emplace_back(directive.keyword);
+  return keywords;
+}
+
 bool ActivateLegacyMod(const std::string& definitionFile) {
   win::LineReader file(definitionFile);
   if (!file.IsOpen()) return false;

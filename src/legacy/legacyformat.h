@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "platform/system/files.h"
 #include "platform/system/text.h"
@@ -37,6 +39,9 @@ void ActOnLegacyLine(const LegacyDirective<Walk> (&directives)[N], Walk& walk, L
     return;
   }
 }
+
+// Every keyword that a pass acts on: those of the activation.
+std::vector<std::string_view> LegacyKeywords();
 
 // The two arguments of `replace` and `move`. They live as long as the walk, since a line without a comma keeps the
 // first one of the line before, and takes its own whole text, keyword included, as the second.

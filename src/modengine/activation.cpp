@@ -3,8 +3,8 @@
 #include "installs/installlist.h"
 #include "modengine/bzonecfg.h"
 #include "modengine/crashmarker.h"
-#include "modengine/directive.h"
 #include "modengine/includes.h"
+#include "modengine/passdirective.h"
 #include "modengine/sessiondefaults.h"
 #include "platform/system/files.h"
 #include "platform/system/process.h"
@@ -114,13 +114,7 @@ void AddRecy(Walk& walk, const Args& args) {
     win::LineWriter(walk.Below(name), win::WriteMode::kAppend).WriteLine(args[1] + " " + args[2]);
 }
 
-struct Directive {
-  std::string_view name;
-  std::size_t arguments;  // with fewer the line is passed over
-  void (*act)(Walk&, const Args&);
-};
-
-constexpr Directive kDirectives[] = {
+constexpr PassDirective<Walk> kDirectives[] = {
     {"include", 1, Include},
     {"requireexe", 1, RequireExe},
     {"rename", 2, Rename},
@@ -142,8 +136,7 @@ bool ActivateFile(win::LineReader& file, Walk walk) {
   while (walk.goOn && !file.AtEnd()) {
     win::DoEvents();
     ParseDirective(file.ReadLine(), args);
-    for (const Directive& directive : kDirectives)
-      if (args[0] == directive.name && args.size() > directive.arguments) directive.act(walk, args);
+    ActOnDirective(kDirectives, walk, args);
   }
   return walk.goOn;
 }
@@ -158,6 +151,10 @@ void FinishRunOnlyMod(const ActivationWalk& walk, const CrashMarker& marker) {
 }
 
 }  // namespace
+
+std::vector<DirectiveForm> ActivationDirectives() {
+  return FormsOf(kDirectives);
+}
 
 const std::array<std::string, 26>& RaceNames = raceNames;
 

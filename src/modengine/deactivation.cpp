@@ -7,8 +7,8 @@
 #include "legacy/legacy.h"
 #include "modengine/bzonecfg.h"
 #include "modengine/crashmarker.h"
-#include "modengine/directive.h"
 #include "modengine/includes.h"
+#include "modengine/passdirective.h"
 #include "modengine/runguard.h"
 #include "modengine/sessiondefaults.h"
 #include "platform/system/files.h"
@@ -117,13 +117,7 @@ void AddRecy(Walk& walk, const Args& args) {
     RemoveLines(selected + name, selected + kCopy, args[1] + " ");
 }
 
-struct Directive {
-  std::string_view name;
-  std::size_t arguments;  // with fewer the line is passed over
-  void (*act)(Walk&, const Args&);
-};
-
-constexpr Directive kDirectives[] = {
+constexpr PassDirective<Walk> kDirectives[] = {
     {"include", 1, Include},  {"requireexe", 2, RequireExe}, {"rename", 2, Rename},
     {"renameex", 3, Replace}, {"replace", 3, Replace},       {"pak", 1, PakOrFold},
     {"fold", 1, PakOrFold},   {"activated", 0, Activated},  // works only above the first action, and is itself one
@@ -136,8 +130,7 @@ bool DeactivateFile(win::LineReader& file, Walk walk) {
   while (walk.goOn && !file.AtEnd()) {
     win::DoEvents();
     ParseDirective(file.ReadLine(), args);
-    for (const Directive& directive : kDirectives)
-      if (args[0] == directive.name && args.size() > directive.arguments) directive.act(walk, args);
+    ActOnDirective(kDirectives, walk, args);
   }
   return walk.goOn;
 }
@@ -148,6 +141,10 @@ void ForgetSelectedMap() {
 }
 
 }  // namespace
+
+std::vector<DirectiveForm> DeactivationDirectives() {
+  return FormsOf(kDirectives);
+}
 
 bool DeactivateMod(const std::string& definitionFile, const std::string& root) {
   LogLine("Deactivate Varnik Mod Begin");

@@ -3,8 +3,8 @@
 #include "installs/installlist.h"
 #include "modengine/bzonecfg.h"
 #include "modengine/catalogue.h"
-#include "modengine/directive.h"
 #include "modengine/includes.h"
+#include "modengine/passdirective.h"
 #include "platform/system/text.h"
 #include "support/modfileexists.h"
 
@@ -173,13 +173,7 @@ void ActivatedRecy(Level& level, const Args& args) {
   if (file.IsOpen() && !foreignLine) CountAsInactive(level);
 }
 
-struct Directive {
-  std::string_view name;
-  std::size_t arguments;  // with fewer the line is passed over
-  void (*act)(Level&, const Args&);
-};
-
-constexpr Directive kDirectives[] = {
+constexpr PassDirective<Level> kDirectives[] = {
     {"include", 1, Include},
     {"dname", 1, Name},
     {"description", 1, Description},
@@ -206,14 +200,17 @@ Verdict ReadLevel(win::LineReader& file, Pass& pass) {
   Args args;
   while (level.verdict == Verdict::kFits && !file.AtEnd()) {
     ParseDirective(file.ReadLine(), args);
-    for (const Directive& directive : kDirectives)
-      if (args[0] == directive.name && args.size() > directive.arguments) directive.act(level, args);
+    ActOnDirective(kDirectives, level, args);
   }
   const bool versionFits = !level.versionSeen || level.versionMatched;
   return level.verdict == Verdict::kFits && !versionFits ? Verdict::kDoesNotFit : level.verdict;
 }
 
 }  // namespace
+
+std::vector<DirectiveForm> CatalogueDirectives() {
+  return FormsOf(kDirectives);
+}
 
 bool ReadModDefinition(win::LineReader& file, ModEntry& entry, bool& noActionYet) {
   Pass pass{entry, noActionYet, InstallRoot(), win::LowerCase(win::Trim(InstallVersion())), {}};

@@ -3,7 +3,6 @@
 #include "platform/system/text.h"
 
 #include <algorithm>
-#include <optional>
 
 namespace varnik {
 
@@ -71,16 +70,6 @@ bool SplitArguments(std::string_view list, Filler& args) {
   return inArgument;
 }
 
-// `line` without its comment and the closing pair; `comment` is set when there is one.
-std::string_view CutLine(std::string_view line, std::optional<std::string_view>& comment) {
-  const std::size_t mark = line.find("//");
-  if (mark != std::string_view::npos) {
-    comment = line.substr(mark + 2);
-    line = Trimmed(line.substr(0, mark));
-  }
-  return line.ends_with(");") ? Trimmed(line.substr(0, line.size() - 2)) : line;
-}
-
 void Split(std::string_view line, std::string_view text, Args& result) {
   Filler args(result);
   args.Begin();
@@ -97,15 +86,26 @@ void Split(std::string_view line, std::string_view text, Args& result) {
 
 }  // namespace
 
+LineParts CutLine(std::string_view line) {
+  LineParts parts;
+  const std::size_t mark = line.find("//");
+  if (mark != std::string_view::npos) {
+    parts.comment = line.substr(mark + 2);
+    line = Trimmed(line.substr(0, mark));
+  }
+  parts.isClosed = line.ends_with(");");
+  parts.text = parts.isClosed ? Trimmed(line.substr(0, line.size() - 2)) : line;
+  return parts;
+}
+
 void ParseDirective(std::string_view line, Args& args, std::string& comment) {
-  std::optional<std::string_view> found;
-  Split(line, CutLine(line, found), args);
-  if (found) comment = *found;
+  const LineParts parts = CutLine(line);
+  Split(line, parts.text, args);
+  if (parts.comment) comment = *parts.comment;
 }
 
 void ParseDirective(std::string_view line, Args& args) {
-  std::optional<std::string_view> unused;
-  Split(line, CutLine(line, unused), args);
+  Split(line, CutLine(line).text, args);
   args[0] = win::LowerCase(args[0]);
 }
 
@@ -115,6 +115,12 @@ bool ReadMarker(std::string_view firstLine, double& version) {
   if (line.size() <= kMarker.size() || !win::StartsWithNoCase(line, kMarker)) return false;
   version = win::LeadingNumber(std::string_view(line).substr(kMarker.size()));
   return true;
+}
+
+RunFormat RunFormatOf(double version) {
+  const int format = win::RoundToInt16(version).value_or(0);
+  if (format >= 1 && format <= kLastLegacyFormat) return RunFormat::kLegacy;
+  return format == kCurrentFormat ? RunFormat::kCurrent : RunFormat::kNone;
 }
 
 }  // namespace varnik

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,6 +10,15 @@ namespace varnik {
 
 // Index 0 is the directive's name, empty for a line that is no directive; arguments from 1.
 using Args = std::vector<std::string>;
+
+// A line ahead of the split of its arguments.
+struct LineParts {
+  std::string_view text;                    // without the comment and the closing pair
+  std::optional<std::string_view> comment;  // what follows the first `//`, inside quotes too
+  bool isClosed = false;                    // the closing pair `);` stood where the readers look for it
+};
+
+LineParts CutLine(std::string_view line);
 
 // Takes one line apart. `comment` receives what follows the first `//`, and is left alone when there is none. A line
 // with an empty list, and one whose last argument is ended by a comma before a cut-off comment or closing pair, has one
@@ -25,5 +35,9 @@ void ParseDirective(std::string_view line, Args& args);
 // The version of the current format; 3 and below is the legacy format, every other value is not usable.
 constexpr double kCurrentFormat = 5;
 constexpr double kLastLegacyFormat = 3;
+
+// As a run takes the version: rounded, and below 1 it is none, though the catalogue lists such a mod as legacy.
+enum class RunFormat { kNone, kLegacy, kCurrent };
+RunFormat RunFormatOf(double version);
 
 }  // namespace varnik

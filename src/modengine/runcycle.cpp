@@ -108,10 +108,10 @@ void RunMod(Run& run, const ModEntry& mod) {
   ShowSplash(run.hooks, mod.Splash);
   double version = 0;
   const bool isGood = ReadMarker(win::LineReader(mod.DefinitionFile).ReadLine(), version);
-  const int format = win::RoundToInt16(version).value_or(0);
-  if (isGood && format >= 1 && format <= kLastLegacyFormat)
+  const RunFormat format = isGood ? RunFormatOf(version) : RunFormat::kNone;
+  if (format == RunFormat::kLegacy)
     RunLegacyMod(run, mod.DefinitionFile);
-  else if (isGood && format == kCurrentFormat)
+  else if (format == RunFormat::kCurrent)
     RunCurrentMod(run, mod.DefinitionFile);
   else
     EndWithProblem(run, std::string(isGood ? kBadVersion : kBadFormat) + kDoNotEdit + kReloading);
