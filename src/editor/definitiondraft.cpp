@@ -53,7 +53,7 @@ void DefinitionDraft::ChangePart(int part, const std::string& text) {
 }
 
 void DefinitionDraft::AddRow() {
-  rows_.insert(rows_.begin() + selectedRow_ + 1, kEmptyRow);
+  rows_.insert(rows_.begin() + (selectedRow_ + 1), kEmptyRow);  // no step back from an empty list
   SelectRow(selectedRow_ + 1);
 }
 
