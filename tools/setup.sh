@@ -13,7 +13,7 @@ packages=(
   # test
   libgtest-dev libgmock-dev libbenchmark-dev xvfb xdotool openbox imagemagick x11-utils procps desktop-file-utils
   # check
-  clang-format clang-tidy
+  clang-format clang-tidy libclang-rt-14-dev llvm
 )
 
 installed=$(dpkg-query -W -f='${db:Status-Status} ${Package}\n' "${packages[@]}" 2>/dev/null || true)

@@ -1,0 +1,34 @@
+#include "fuzz/world.h"
+#include "gameconfig/gamesettings.h"
+#include "platform/system/profile.h"
+
+// A profile file: reads of it, and edits that must be found again and must not grow the file beyond what they add.
+namespace {
+
+constexpr char kSection[] = "UserPrefs";
+constexpr std::size_t kMost = 255;
+
+std::string Read(const std::string& path) {
+  return win::GetPrivateProfileString(kSection, "Key", "none", kMost, path);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  fuzz::World& world = fuzz::TheWorld();
+  world.Reset();
+  const std::string path = world.Put("addon/gameprefs.ini", fuzz::Text(data, size));
+  const std::string before = Read(path);
+  const win::ProfileFile file(path);
+  fuzz::Require(std::string(file.Find(kSection, "Key").value_or("none")).substr(0, kMost - 1) == before);
+
+  fuzz::Require(win::WritePrivateProfileString(kSection, "Key", "value", path));
+  fuzz::Require(Read(path) == "value");
+  fuzz::Require(win::WritePrivateProfileString(kSection, std::nullopt, std::nullopt, path));
+
+  world.Put("addon/gameprefs.ini", fuzz::Text(data, size));
+  world.Put("render.cfg", fuzz::Text(data, size));
+  varnik::ApplyUserPrefs(varnik::ReadUserPrefs().value_or(varnik::UserPrefs{}));
+  varnik::ApplyDarkPlants(varnik::ReadDarkPlants() == 0);
+  return 0;
+}

@@ -1,0 +1,5 @@
+*/win
+/nointro
+ * /name: "a player"
+*/port:None
+:

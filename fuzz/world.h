@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "tests/harness/sandbox.h"
+
+// A small install for the fuzz targets, made anew for each input. No program in it can be started, and none is found
+// elsewhere.
+namespace fuzz {
+
+class World {
+ public:
+  World();
+
+  // The install has its first files again and is the selected one.
+  void Reset();
+
+  // Puts a file into the install; gives its Windows path.
+  std::string Put(const std::string& name, std::string_view content);
+
+  test::Sandbox sandbox;
+};
+
+// Made at the first call.
+World& TheWorld();
+
+inline std::string_view Text(const std::uint8_t* data, std::size_t size) {
+  return {reinterpret_cast<const char*>(data), size};
+}
+
+// Definitions may name files anywhere, which is their good right and no place for random names: false for a text that
+// may leave the install by `..`, by a drive or by a separator at the front of a path.
+bool StaysInside(std::string_view definition);
+
+// Ends the process where a promise is broken.
+void Require(bool holds);
+
+}  // namespace fuzz
