@@ -13,7 +13,7 @@ namespace win {
 
 namespace {
 
-constexpr std::size_t kPiece = 64 * 1024;
+constexpr std::size_t kPiece = std::size_t{64} * 1024;
 
 // Opens for output what Windows would: no folder, no pipe, no file with the read-only attribute, not even for root.
 Descriptor OpenForWriting(const std::string& native, WriteMode mode) {
@@ -75,7 +75,7 @@ struct LineReader::State {
 LineReader::LineReader(const std::string& path) {
   Descriptor file = OpenForReading(NativePath(path));
   if (!file.IsOpen()) return;
-  state_.reset(new State);  // the piece stays unset
+  state_ = std::make_unique_for_overwrite<State>();  // the piece stays unset
   state_->file = std::move(file);
 }
 
