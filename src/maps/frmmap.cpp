@@ -84,8 +84,7 @@ void FrmMap::ShowNoMap() {
 
 void FrmMap::ClearMaps() {
   ClearMapList();
-  tmrMap.SetEnabled(false);  // a click that waits is for a row that is gone
-  PendingMap = -1;
+  PendingMap = -1;  // a waiting click now chooses no map: the name that the game would be given goes too
   lstmap.Clear();
   ShowNoMap();
 }

@@ -85,7 +85,10 @@ TEST_F(Selection, ReloadKeySeesANewModAndForgetsHandEdits) {
   Open();
   AddMod("late.bzm", "dname(Late);\r\n");
   main->cmdLinePage.txtCmdLine.SetText("typed");
+  main->SettingTree_NodeClick("RMap");
+  main->cmdLinePage.txtMapFileName.SetText("chosen.bzn");
   test::ClickMenu(main->menu.mnubz2reload);
+  EXPECT_TRUE(test::Await([&] { return main->cmdLinePage.txtMapFileName.Text().empty(); }));
   EXPECT_TRUE(SelectMod("Late"));
   EXPECT_EQ(main->cmdLinePage.txtCmdLine.Text(), "/win");
   EXPECT_EQ(main->hidden.mnuModH.UBound(), 1);
