@@ -14,6 +14,8 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev xvfb xdotool openbox imagemagick x11-utils procps desktop-file-utils
   # check
   clang-format clang-tidy libclang-rt-14-dev llvm
+  # package, and check it
+  dpkg-dev librsvg2-bin lintian mandoc man-db appstream
 )
 
 installed=$(dpkg-query -W -f='${db:Status-Status} ${Package}\n' "${packages[@]}" 2>/dev/null || true)
