@@ -42,32 +42,4 @@ TEST(DirectiveRow, KeepsParametersAndCommentWhenTheDirectiveChanges) {
   }
 }
 
-struct PartCase {
-  const char* row;
-  int part;
-  const char* name;
-  const char* note;
-  const char* text;
-};
-
-const PartCase kParts[] = {
-    {"-", 0, "Comment", "", ""},
-    {"dname(a); //b", 0, "Name", "Don't go too long", "a"},
-    {"dname(a); //b", 1, "Comment", "", "b"},
-    {"addrecy(a,b,c); //d", 2, "OPT: File", "Optional Recycler File", "c"},
-    {"addrecy(a,b,c); //d", 3, "Comment", "Use for readability", "d"},
-    {"dname(a); //b", 2, "", "", ""},
-    {"dname(a); //b", -1, "", "", ""},
-};
-
-TEST(DirectiveRow, TellsItsParts) {
-  for (const PartCase& c : kParts) {
-    SCOPED_TRACE(c.row);
-    const DirectiveRow row(c.row);
-    EXPECT_EQ(row.PartName(c.part), c.name);
-    EXPECT_EQ(row.PartNote(c.part), c.note);
-    EXPECT_EQ(row.PartText(c.part), c.text);
-  }
-}
-
 }  // namespace

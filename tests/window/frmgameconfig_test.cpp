@@ -76,6 +76,7 @@ TEST_F(GamePage, ShowsScreenshots) {
       {"huge.bmp", BitmapHead(60000, 60000), 0},
       {"none.bmp", "", 0},
   };
+  test::WriteFile(InRoot("screenshots/other.png"), "");
   for (const auto& file : files)
     test::WriteFile(InRoot(std::string("screenshots/") + file.name), file.content);
   page.populatescreenshots();

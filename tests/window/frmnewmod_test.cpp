@@ -16,7 +16,7 @@ constexpr char kDone[] = "Done. No error checking preformed.";
 class ModEditor : public test::PageTest {
  protected:
   void Open(const std::string& lines) {
-    test::WriteFile(InRoot("mod.bzm"), "BZ2HALD5 /x\r\n" + lines);
+    test::WriteFile(InRoot("mod.bzm"), "BZ2HALD5 /x\r\n bz2hald2\r\n" + lines);
     dialog_.EnsureLoaded();
     dialog_.loadmod(sandbox_.InstallText() + "mod.bzm");
     test::ShowActive(dialog_);
