@@ -17,7 +17,8 @@ std::string Frame::Caption() const {
 
 void Frame::SetCaption(const std::string& caption) {
   caption_ = caption;
-  if (Widget()) box_->setTitle(Readable(caption));
+  // A frame is no target for a key, so `&` is a character like the others.
+  if (Widget()) box_->setTitle(Readable(caption).replace("&", "&&"));
 }
 
 QWidget* Frame::Area() const {
