@@ -1,6 +1,7 @@
 #include <charconv>
 #include <cmath>
 
+#include "installs/installlist.h"
 #include "mainwindow/frmmain.h"
 #include "mainwindow/picturelists.h"
 #include "platform/system/services.h"
@@ -43,7 +44,7 @@ void FrmMain::Form_Load() {
   LoadBZ2List();
   AddTrayAtLoad();
   ShowTrayState();
-  activatebz2(win::RoundToInt16(win::LeadingNumber(ReadStored(kInstallsSection, "Active", "-1"))).value_or(-1), true);
+  activatebz2(StoredActiveInstall(), true);
   HideStatusBarAtLoad();
 }
 

@@ -5,7 +5,6 @@
 #include "platform/system/services.h"
 #include "support/debuglog.h"
 #include "support/runstate.h"
-#include "support/settings.h"
 
 namespace varnik {
 
@@ -30,7 +29,7 @@ void FrmMain::SelectInstall(int index) {
   hidden.mnuRunModH.SetVisible(true);
   if (menu.mnuBZ2Sel.IsLoaded(index)) hidden.mnuRunModHBZ2.SetCaption(menu.mnuBZ2Sel[index].Caption());
   cmdLaunchBZ2.SetEnabled(true);
-  Store(kInstallsSection, "Active", std::to_string(index));
+  StoreActiveInstall(CurrentInstall);
   LoadMods();
   ClearMaps();
   cmdLinePage.populatecmdlinelist();
