@@ -90,8 +90,9 @@ bool Deactivate(const ModEntry& mod) {
 
 // A mod that does not fit the install any more can still be taken out of force: its definition is all that it takes.
 int DeactivateUnlisted(const Arguments& arguments, const std::string& file) {
-  if (!DeactivateByMarker(file, InstallRoot())) return Fail(file, "is no definition");
-  return PrintDone(arguments, true, file + " is out of force");
+  const UndoOutcome outcome = DeactivateByMarker(file, InstallRoot());
+  if (outcome == UndoOutcome::kNoFormat) return Fail(file, "is no definition");
+  return PrintDone(arguments, outcome == UndoOutcome::kDone, file + " is out of force");
 }
 
 int DeactivateListed(const Arguments& arguments, const ModEntry& mod) {

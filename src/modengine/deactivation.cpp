@@ -162,17 +162,20 @@ bool DeactivateMod(const std::string& definitionFile, const std::string& root) {
   return true;
 }
 
-bool DeactivateByMarker(const std::string& definitionFile, const std::string& root) {
+UndoOutcome DeactivateByMarker(const std::string& definitionFile, const std::string& root) {
   const RunGuard guard;
   if (!guard.IsHeld()) {
     win::MsgBox(kRunRefused);
-    return false;
+    return UndoOutcome::kRefused;
   }
   double version = 0;
-  if (!ReadMarker(win::LineReader(definitionFile).ReadLine(), version)) return false;
-  if (version <= kLastLegacyFormat) DeactivateLegacyMod(definitionFile, root);
-  if (version == kCurrentFormat) DeactivateMod(definitionFile, root);
-  return true;
+  if (!ReadMarker(win::LineReader(definitionFile).ReadLine(), version)) return UndoOutcome::kNoFormat;
+  if (version <= kLastLegacyFormat) {
+    DeactivateLegacyMod(definitionFile, root);
+    return UndoOutcome::kDone;
+  }
+  if (version != kCurrentFormat) return UndoOutcome::kNoFormat;
+  return DeactivateMod(definitionFile, root) ? UndoOutcome::kDone : UndoOutcome::kExeTookOver;
 }
 
 void SetMapPageRefresh(std::function<void()> refresh) {

@@ -9,9 +9,15 @@ namespace varnik {
 // at a start, with no install selected. False when an EXE took over: nothing else is touched then.
 bool DeactivateMod(const std::string& definitionFile, const std::string& root);
 
-// Undoes a mod of either format, by the marker in its line 1. False when the file cannot be read, its marker is bad, or
-// another process of ours is at work, which a person is told; a version that is no format does nothing and gives true.
-bool DeactivateByMarker(const std::string& definitionFile, const std::string& root);
+enum class UndoOutcome {
+  kDone,
+  kExeTookOver,
+  kNoFormat,  // the file cannot be read, its marker is bad, or its version is no format
+  kRefused,   // another process of ours is at work; a person has been told
+};
+
+// Undoes a mod of either format, by the marker in its line 1.
+UndoOutcome DeactivateByMarker(const std::string& definitionFile, const std::string& root);
 
 // Called by DeactivateMod where the map page has to follow; set by the window once it exists.
 void SetMapPageRefresh(std::function<void()> refresh);

@@ -37,6 +37,7 @@ const StatusCase kStatuses[] = {
     {"--root @ run nomod.bzm", 1, "nomod.bzm: there is no such definition"},
     {"--root @ run old.bzm", 1, "old.bzm: does not fit"},
     {"--root @ activate -", 1, "stands for no mod"},
+    {"--root @ deactivate v4.bzm", 1, "v4.bzm: is no definition"},
     {"--root @ line --tick 7", 1, "7: "},
     {"--root @ line --tick x", 2, "x"},
     {"--root @ maps --page Nowhere", 2, "Nowhere"},
@@ -50,6 +51,7 @@ const StatusCase kStatuses[] = {
 
 TEST_F(Cli, SaysWhatFailedAndWhy) {
   WriteMod("old.bzm", "version(9.9);\r\n");
+  WriteFile(sandbox.Install() / "v4.bzm", "BZ2HALD4\r\n");
   for (const StatusCase& c : kStatuses) {
     SCOPED_TRACE(c.arguments);
     std::string arguments = c.arguments;

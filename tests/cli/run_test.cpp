@@ -125,6 +125,8 @@ TEST_F(CliRun, RefusesASecondOneMeanwhile) {
 TEST_F(CliRun, TellsThatAnExeTookOver) {
   EXPECT_EQ(Ask("run taker.bzm").dump(), R"({"Ran":false,"Program":null,"CommandLine":null,"ExitStatus":null})");
   EXPECT_EQ(Ask("activate taker.bzm").dump(), R"({"Done":false})");
+  WriteFile(sandbox.Install() / "taker.bzm", "BZ2HALD5\r\nversion(9.9);\r\nrequireexe(taker.exe,/undo);\r\n");
+  EXPECT_EQ(Ask("deactivate taker.bzm").dump(), R"({"Done":false})");
 }
 
 // The demo's mods use every directive of both formats between them.

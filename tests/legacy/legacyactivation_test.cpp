@@ -98,7 +98,7 @@ TEST_F(LegacyActivation, EveryDirectiveComesBackAlsoAtAStart) {
     // The second time finds nothing to undo.
     for (const char* time : {"first", "second"}) {
       SCOPED_TRACE(time);
-      EXPECT_TRUE(DeactivateByMarker(marker.definitionFile, marker.root));
+      EXPECT_EQ(DeactivateByMarker(marker.definitionFile, marker.root), UndoOutcome::kDone);
       EXPECT_EQ(test::Snapshot(sandbox_.Install()), before);
     }
   }
