@@ -17,6 +17,9 @@ cmake --preset release
 cmake --build --preset release
 rm -rf build/release/package
 cpack -G DEB --config build/release/CPackConfig.cmake
+version=$(dpkg-deb -f build/release/package/*.deb Version)
+[[ $(head -1 packaging/changelog) == "varnik ($version) "* ]] || { echo "packaging/changelog lacks $version" >&2; exit 1; }
+grep -q "<release version=\"$version\"" packaging/*.metainfo.xml || { echo "the metainfo lacks $version" >&2; exit 1; }
 lintian --allow-root --fail-on error,warning build/release/package/*.deb
 dpkg-deb -x build/release/package/*.deb "$work/root"
 DESTDIR=$work/other cmake --install build/release --prefix /opt/varnik >/dev/null

@@ -2,11 +2,15 @@
 
 #include <fstream>
 #include <regex>
+#include <set>
 #include <sstream>
 
+#include "legacy/legacyformat.h"
+#include "modengine/passdirective.h"
 #include "tests/cli/cliworld.h"
 
-// Carries out the examples of the guide: each block between ``` marks is what its first line says.
+// Carries out the examples of the guide: each block between ``` marks is what its first line says. Then the manual
+// page.
 namespace {
 
 using test::CliResult;
@@ -125,6 +129,28 @@ TEST_F(Guide, TellsWhatHappens) {
     SCOPED_TRACE("line " + std::to_string(block.line));
     Carry(block);
   }
+}
+
+std::set<std::string> MatchesOf(const std::string& text, const char* pattern) {
+  const std::regex regex(pattern, std::regex::multiline);
+  std::set<std::string> found;
+  for (std::sregex_iterator it(text.begin(), text.end(), regex); it != std::sregex_iterator(); ++it)
+    found.insert((*it)[1]);
+  return found;
+}
+
+TEST(ReferencePage, HasEveryDirectiveAndNoOther) {
+  std::set<std::string> directives;
+  for (const auto& pass :
+       {varnik::CatalogueDirectives(), varnik::ActivationDirectives(), varnik::DeactivationDirectives()})
+    for (const varnik::DirectiveForm& form : pass)
+      directives.emplace(form.name);
+  std::set<std::string> keywords;
+  for (const std::string_view keyword : varnik::LegacyKeywords())
+    keywords.emplace(keyword.substr(0, keyword.find(' ')));
+  const std::string page = test::ReadFile(SOURCE_DIR "/man/bzm.5");
+  EXPECT_EQ(MatchesOf(page, "^\\.It Ic (\\w+) Ns \\("), directives);
+  EXPECT_EQ(MatchesOf(page, "^\\.It Ic (\\w+)(?: Ar .*)?$"), keywords);
 }
 
 }  // namespace

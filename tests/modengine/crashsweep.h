@@ -14,6 +14,7 @@ inline void SweepKills(const Command& command, const std::function<void()>& prep
                        const std::function<void()>& judge) {
   prepare();
   const int operations = CountOperations(command);
+  testing::Test::RecordProperty("operations", operations);
   EXPECT_GT(operations, 0);
   for (int n = 1; n <= operations && !testing::Test::HasFailure(); ++n) {
     prepare();

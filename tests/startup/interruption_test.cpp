@@ -111,6 +111,7 @@ TEST_F(Interruption, ARecoveryThatIsKilledIsFinishedByTheNextOne) {
 
 TEST_F(Interruption, AFullDiskLosesNothing) {
   const int operations = test::CountOperations(Run());
+  RecordProperty("operations", operations);
   for (int n = 1; n <= operations; ++n) {
     Prepare();
     const test::Outcome outcome = test::RunWithFullDisk(n, Run());
