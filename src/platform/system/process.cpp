@@ -36,7 +36,7 @@ namespace {
 namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
-constexpr int kNormalNice = 0;
+constexpr int kNormalNice = 19;  // no better than our own
 constexpr int kHighNice = -5;
 
 // posix_spawn's settings: a session of its own, no signal blocked or ignored, and of our files only standard error.
