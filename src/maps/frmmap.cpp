@@ -147,11 +147,11 @@ void FrmMap::ShowNoPendingMap() {
 }
 
 void FrmMap::ShowPendingMap() {
-  SelectedMapIndex = PendingMap;
-  const MapEntry map = MapList[PendingMap];
+  const int row = SelectedMapIndex = PendingMap;
+  const MapEntry map = MapList[row];
   const std::string description = FindMapDescription(map);
   const std::string picture = FindMapPicture(map);
-  if (SelectedMapIndex != PendingMap || tmrMap.Enabled()) return;  // another choice was made meanwhile
+  if (SelectedMapIndex != row || tmrMap.Enabled()) return;  // another choice was made meanwhile
   ShowDescription(description);
   if (picture.empty() || !ShowPictureFile(picture, imgmap)) imgmap.SetPicture(imgnomap.Image());
   lblMapDetails.SetCaption(MapDetails(map));

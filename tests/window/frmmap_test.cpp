@@ -1,6 +1,7 @@
 #include "maps/frmmap.h"
 
 #include <QTimer>
+#include <functional>
 #include <memory>
 
 #include "installs/installlist.h"
@@ -160,24 +161,35 @@ TEST_F(MapPage, OfManyClicksOnlyTheLastIsServed) {
 }
 
 // The search for the text of a map runs events.
-TEST_F(MapPage, AClickDuringTheWorkIsServedNext) {
-  ShowAll();
-  AwaitTimer();
-  form->marks = 0;
-  bool clicked = false;
-  QTimer events;
-  QObject::connect(&events, &QTimer::timeout, [&] {
-    if (clicked || form->marks > 0 || varnik::SelectedMapIndex != IndexOf("Alpha")) return;
-    clicked = true;
-    test::ClickRow(form->page.lstmap, RowOf("Beta"));
-  });
-  events.start(0);
-  test::ClickRow(form->page.lstmap, RowOf("Alpha"));
-  AwaitTimer();
-  EXPECT_TRUE(clicked);
-  EXPECT_EQ(varnik::SelectedMapIndex, IndexOf("Beta"));
-  EXPECT_EQ(form->txtMapFileName.Text(), "Beta.bzn");
-  EXPECT_EQ(form->marks, 1);
+TEST_F(MapPage, WhatIsDoneDuringTheWorkComesNext) {
+  const struct {
+    std::function<void()> act;
+    const char* title;
+    const char* file;
+  } cases[] = {
+      {[this] { test::ClickRow(form->page.lstmap, RowOf("Beta")); }, "Beta", "Beta.bzn"},
+      {[this] { form->page.ClearMaps(); }, nullptr, "Beta.bzn"},
+  };
+  for (const auto& c : cases) {
+    ShowAll();
+    AwaitTimer();
+    form->marks = 0;
+    bool done = false;
+    QTimer events;
+    QObject::connect(&events, &QTimer::timeout, [&] {
+      if (done || form->marks > 0 || varnik::SelectedMapIndex != IndexOf("Alpha")) return;
+      done = true;
+      c.act();
+    });
+    events.start(0);
+    test::ClickRow(form->page.lstmap, RowOf("Alpha"));
+    AwaitTimer();
+    EXPECT_TRUE(done);
+    EXPECT_EQ(varnik::SelectedMapIndex, c.title ? IndexOf(c.title) : -1);
+    EXPECT_EQ(form->txtMapFileName.Text(), c.file);
+    EXPECT_EQ(form->bold, c.title != nullptr);
+    EXPECT_EQ(form->marks, 1);
+  }
 }
 
 TEST_F(MapPage, TheSelectionComesBackWithThePage) {
@@ -267,7 +279,6 @@ TEST_F(MapPage, RefreshScansAgain) {
   EXPECT_EQ(form->busy, 0);
   EXPECT_TRUE(form->Enabled());
   EXPECT_EQ(varnik::SelectedMapIndex, -1);
-  EXPECT_EQ(form->txtMapFileName.Text(), "Alpha.bzn");
   AwaitTimer();
   EXPECT_EQ(form->txtMapFileName.Text(), "") << "the row of no map is selected now";
 }
