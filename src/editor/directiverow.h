@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,9 +24,6 @@ class DirectiveRow {
   // Parameters keep their places, the comment stays the last part. An index outside the catalogue changes nothing.
   void ChangeDirective(int index);
 
-  // The keyword, the parameters by their numbers, and last the comment.
-  const std::vector<std::string>& ParamValues() const { return paramValues_; }
-
   // With the comment: at least 1.
   int PartCount() const { return static_cast<int>(paramValues_.size()) - 1; }
 
@@ -48,7 +44,7 @@ class DirectiveRow {
   const DirectiveInfo& Info() const { return Directives[directive_]; }
 
   int directive_ = 0;
-  std::vector<std::string> paramValues_;
+  std::vector<std::string> paramValues_;  // the keyword, the parameters by their numbers, and last the comment
 };
 
 }  // namespace varnik
