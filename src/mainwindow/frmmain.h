@@ -95,7 +95,7 @@ class FrmMain : public win::Form {
   std::vector<win::Frame*> Frames();
   void HidePages();
   void ShowPage(const std::string& key);
-  void ShowConfig13Page();
+  void ShowConfig13Page(const std::string& key);
   void ShowNoPage();
 
   // commands.cpp
@@ -117,6 +117,7 @@ class FrmMain : public win::Form {
   frmSplash& busy_;
   BusyWindow busyWindow_;
   std::unique_ptr<frmSplashScrn> splash_;
+  std::string clickedNode_;
   double FormHeight = 0;    // with the status bar showing, in twips
   bool wasVisible_ = true;  // before a run
   win::WindowState stateBefore_ = win::WindowState::kNormal;

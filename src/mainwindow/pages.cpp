@@ -15,6 +15,7 @@ void FrmMain::PopulateTree() {
 void FrmMain::SettingTree_NodeClick(const std::string& key) {
   cmdLineEditPage.OfferToSave();
   txtActivePage.SetText(SettingTree.FullPath(key));
+  clickedNode_ = key;
   HidePages();
   ShowPage(key);
 }
@@ -24,6 +25,7 @@ void FrmMain::HidePages() {
     frame->SetVisible(false);
 }
 
+// A page that reads a game file runs events, and another node may have been clicked by the time it has what it shows.
 void FrmMain::ShowPage(const std::string& key) {
   switch (PageOfKey(key)) {
     case Page::kNone:
@@ -47,10 +49,10 @@ void FrmMain::ShowPage(const std::string& key) {
       break;
     case Page::kConfig:
       configPage.LoadSettings();
-      configPage.frmBZ2Config.SetVisible(true);
+      configPage.frmBZ2Config.SetVisible(clickedNode_ == key);
       break;
     case Page::kConfig13:
-      ShowConfig13Page();
+      ShowConfig13Page(key);
       break;
     case Page::kExtras:
       extrasPage.frmExtras.SetVisible(true);
@@ -59,11 +61,10 @@ void FrmMain::ShowPage(const std::string& key) {
   }
 }
 
-void FrmMain::ShowConfig13Page() {
-  if (config13Page.LoadSettings()) {
-    config13Page.frmBZ2Config1_3.SetVisible(true);
-    return;
-  }
+void FrmMain::ShowConfig13Page(const std::string& key) {
+  const bool loaded = config13Page.LoadSettings();
+  if (clickedNode_ != key) return;
+  if (loaded) return config13Page.frmBZ2Config1_3.SetVisible(true);
   SettingTree.SetSelectedItem("RCFG");
   SettingTree_NodeClick("RCFG");
 }

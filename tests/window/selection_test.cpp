@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <QTimer>
+
 #include "modengine/catalogue.h"
 #include "platform/windowing/frame.h"
 #include "support/runstate.h"
@@ -130,6 +132,21 @@ TEST_F(Selection, EachNodeShowsItsPage) {
     EXPECT_EQ(main->txtActivePage.Text(), c.title);
     for (const auto& other : cases)
       EXPECT_EQ(other.frame.Visible(), &other.frame == &c.frame) << other.key;
+  }
+}
+
+// A page that reads a file runs events, as a held key in the tree sends them.
+TEST_F(Selection, OfPagesChosenInARowTheLastShows) {
+  ListInstall("1.3");
+  WriteFile(sandbox.Install() / "addon" / "gameprefs.ini", "[UserPrefs]\r\n");
+  Open();
+  for (const char* key : {"RCFG", "CCFG1"}) {
+    SCOPED_TRACE(key);
+    QTimer::singleShot(0, [this] { main->SettingTree_NodeClick("RMod"); });
+    main->SettingTree_NodeClick(key);
+    EXPECT_EQ(main->txtActivePage.Text(), "Mods");
+    EXPECT_TRUE(main->modPage.frmMod.Visible());
+    EXPECT_FALSE(main->configPage.frmBZ2Config.Visible() || main->config13Page.frmBZ2Config1_3.Visible());
   }
 }
 
