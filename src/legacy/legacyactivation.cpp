@@ -55,7 +55,7 @@ void NoBzoneCfg(ActivationPass& pass, const LegacyLine&) {
 void SwapFolder(ActivationPass& pass, const LegacyLine& line, const std::string& folder, bool& done) {
   if (done) return;
   const std::string path = pass.places.ExpandRootDir(line.Value());
-  win::RenameFile(pass.InRoot(folder), pass.InRoot(folder + ".orig"));
+  win::RenameFile(pass.InRoot(folder), pass.InRoot(folder + kSavedFolder));
   win::RenameFile(path, pass.InRoot(folder));
   pass.execAllowed = false;
   done = true;

@@ -54,7 +54,7 @@ void SwapBack(UndoPass& pass, const LegacyLine& line, const std::string& folder,
   if (done) return;
   const std::string path = pass.places.ExpandRootDir(line.Value());
   win::RenameFile(pass.InRoot(folder), path);
-  win::RenameFile(pass.InRoot(folder + ".orig"), pass.InRoot(folder));
+  win::RenameFile(pass.InRoot(folder + kSavedFolder), pass.InRoot(folder));
   done = true;
 }
 

@@ -22,6 +22,11 @@ struct LegacyLine {
 
 LegacyLine ReadLegacyLine(win::LineReader& file);
 
+// What lines 2, 3 and 5 begin with, which are read by position.
+constexpr char kLegacyName[] = "desc ";
+constexpr char kLegacyDescription[] = "dfile ";
+constexpr char kLegacySplash[] = "splashimg ";
+
 // A directive's keyword stands at the front of its line, whatever its case, with its blank where it has one. Empty
 // lines and `;` comments begin with no keyword, so they need no test of their own.
 template <typename Walk>
@@ -30,14 +35,16 @@ struct LegacyDirective {
   void (*act)(Walk& walk, const LegacyLine& line);
 };
 
+// False when the line is no directive of the walk.
 template <typename Walk, std::size_t N>
-void ActOnLegacyLine(const LegacyDirective<Walk> (&directives)[N], Walk& walk, LegacyLine line) {
+bool ActOnLegacyLine(const LegacyDirective<Walk> (&directives)[N], Walk& walk, LegacyLine line) {
   for (const LegacyDirective<Walk>& directive : directives) {
     if (!win::StartsWithNoCase(line.text, directive.keyword)) continue;
     line.keywordLength = std::string_view(directive.keyword).size();
     directive.act(walk, line);
-    return;
+    return true;
   }
+  return false;
 }
 
 // Every keyword that a pass acts on: those of the activation.
@@ -75,6 +82,7 @@ bool HasRootDir(const std::string& path);
 constexpr std::size_t kRootDirLength = 9;
 
 constexpr char kSavedConfig[] = "bzone.tmp.old";  // the game's own bzone.cfg while the mod's is in its place
+constexpr char kSavedFolder[] = ".orig";          // behind the name of a folder while the mod's is in its place
 constexpr char kTempFolder[] = "tempstuff";
 
 }  // namespace varnik

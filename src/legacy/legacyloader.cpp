@@ -107,8 +107,9 @@ constexpr LegacyDirective<LoaderWalk> kDirectives[] = {
 };
 
 std::string ReadDescription(const LoaderWalk& walk, const std::string& line) {
-  if (!win::StartsWithNoCase(line, "dfile ")) return "";
-  const std::string path = walk.places.ExpandRootDir(win::Trim(line.substr(6)));
+  if (!win::StartsWithNoCase(line, kLegacyDescription)) return "";
+  const std::string path =
+      walk.places.ExpandRootDir(win::Trim(line.substr(std::string_view(kLegacyDescription).size())));
   if (!FileExists(path)) return "";
   return win::ReadWholeFile(path).value_or("");
 }
@@ -117,11 +118,11 @@ std::string ReadDescription(const LoaderWalk& walk, const std::string& line) {
 // ever found by it.
 void ReadHeader(LoaderWalk& walk, win::LineReader& file) {
   const std::string name = ReadLegacyLine(file).text;
-  if (win::StartsWithNoCase(name, "desc ")) walk.entry.Name = name.substr(5);
+  if (win::StartsWithNoCase(name, kLegacyName)) walk.entry.Name = name.substr(std::string_view(kLegacyName).size());
   walk.entry.Description = ReadDescription(walk, ReadLegacyLine(file).text);
   file.ReadLine();
   const std::string splash = ReadLegacyLine(file).text;
-  if (win::StartsWithNoCase(splash, "splashimg ")) walk.entry.Splash = splash;
+  if (win::StartsWithNoCase(splash, kLegacySplash)) walk.entry.Splash = splash;
 }
 
 void NameByFile(ModEntry& entry, std::string& path) {

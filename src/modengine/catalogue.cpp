@@ -34,12 +34,6 @@ bool IsRow(int modIndex) {
   return modIndex > 0 && static_cast<std::size_t>(modIndex) < list.size();
 }
 
-// A file of the older format drops out when one of its name lies in the program's own folder of mods.
-bool StandsInModsFolder(const std::string& path) {
-  const std::string folder = AppPath + "mods\\";
-  return FileExists(folder) && FileExists(folder + win::FileNameOf(path));
-}
-
 // The mod's own folders come first; the two that every install has follow unless it named them itself.
 void AddStandardFolders(std::vector<std::string>& folders) {
   for (const char* standard : {"addon", "data"})
@@ -82,7 +76,7 @@ void LoadModList(const std::function<void(const std::string&)>& progress) {
     if (progress) progress(text);
   };
   FileSearchParams search;
-  search.Pattern = "*.bzm";
+  search.Pattern = kDefinitionPattern;
   FileSearchResults found(1);
   tell("Loading Mod File List");
   FindFiles(InstallRoot(), search, found, false);
@@ -103,6 +97,11 @@ void LoadModFile(std::string path) {
   } else if (version <= kLastLegacyFormat) {
     if (ShowOldMods && !StandsInModsFolder(path)) LoadLegacyMod(file, path);
   }
+}
+
+bool StandsInModsFolder(const std::string& path) {
+  const std::string folder = AppPath + "mods\\";
+  return FileExists(folder) && FileExists(folder + win::FileNameOf(path));
 }
 
 std::string ModRowText(const ModEntry& entry) {

@@ -27,6 +27,11 @@ void ClearModList();
 // in words and may be empty. Does nothing with no install selected.
 void LoadModList(const std::function<void(const std::string&)>& progress = {});
 
+constexpr char kDefinitionPattern[] = "*.bzm";
+
+// A file of the older format drops out when one of its name lies in the program's own folder of mods.
+bool StandsInModsFolder(const std::string& path);
+
 // Adds at most one row. A file without the marker line, and one whose mod does not fit, add none.
 void LoadModFile(std::string path);
 

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <optional>
 
 #include "installs/installlist.h"
@@ -23,7 +24,7 @@ struct Pass {
   ModEntry& entry;
   bool& noActionYet;
   const std::string root;
-  const std::string version;  // of the install, in lower case
+  const std::string version;  // of the install
   ReadBounds bounds;
 };
 
@@ -81,8 +82,7 @@ void DescriptionFile(Level& level, const Args& args) {
 
 void Version(Level& level, const Args& args) {
   level.versionSeen = true;
-  for (std::size_t i = 1; i < args.size(); ++i)
-    if (win::LowerCase(args[i]) == level.pass.version) level.versionMatched = true;
+  if (NamesVersion(args, level.pass.version)) level.versionMatched = true;
 }
 
 void RequireFile(Level& level, const Args& args) {
@@ -212,8 +212,14 @@ std::vector<DirectiveForm> CatalogueDirectives() {
   return FormsOf(kDirectives);
 }
 
+bool NamesVersion(const Args& args, const std::string& version) {
+  const std::string wanted = win::Trim(version);
+  return std::any_of(args.begin() + 1, args.end(),
+                     [&](const std::string& arg) { return win::EqualNoCase(arg, wanted); });
+}
+
 bool ReadModDefinition(win::LineReader& file, ModEntry& entry, bool& noActionYet) {
-  Pass pass{entry, noActionYet, InstallRoot(), win::LowerCase(win::Trim(InstallVersion())), {}};
+  Pass pass{entry, noActionYet, InstallRoot(), InstallVersion(), {}};
   return ReadLevel(file, pass) != Verdict::kDoesNotFit;
 }
 

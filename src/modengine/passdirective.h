@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -40,5 +41,8 @@ std::vector<DirectiveForm> FormsOf(const PassDirective<Walk> (&directives)[N]) {
 std::vector<DirectiveForm> CatalogueDirectives();
 std::vector<DirectiveForm> ActivationDirectives();
 std::vector<DirectiveForm> DeactivationDirectives();
+
+// True when an argument of a `version` line names this version of an install.
+bool NamesVersion(const Args& args, const std::string& version);
 
 }  // namespace varnik

@@ -14,7 +14,6 @@
 #include "platform/system/files.h"
 #include "platform/system/process.h"
 #include "platform/system/services.h"
-#include "platform/system/text.h"
 #include "support/modfileexists.h"
 #include "support/modshellwait.h"
 #include "support/runstate.h"

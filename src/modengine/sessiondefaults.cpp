@@ -85,4 +85,14 @@ void RestoreRaceNames() {
     if (const std::string old = ReadStored(kBackupSection, RaceKey(letter)); !old.empty()) RestoreRaceName(letter, old);
 }
 
+std::optional<std::string> PresentSessionDefault(const std::string& key) {
+  const std::string file = FindPlayerFile("gameprefs.ini");
+  if (file.empty()) return std::nullopt;
+  return ReadIniValue(kPreferencesSection, key, file, "");
+}
+
+bool HasRaceFile(char letter) {
+  return !RaceFile(letter).empty();
+}
+
 }  // namespace varnik

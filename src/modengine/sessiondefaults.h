@@ -1,5 +1,8 @@
 #pragma once
 
+#include <optional>
+#include <string>
+
 #include "modengine/activation.h"
 
 // What a mod changes for the length of a run in the player's own files below the selected install: session defaults in
@@ -15,5 +18,12 @@ void ApplyRaceNames();
 // game minds neither.
 void RestoreSessionDefaults();
 void RestoreRaceNames();
+
+// What gameprefs.ini holds now under DefaultSessionName, DefaultPassword or DefaultMessage; nothing without such a
+// file.
+std::optional<std::string> PresentSessionDefault(const std::string& key);
+
+// `letter` is one of A to Z.
+bool HasRaceFile(char letter);
 
 }  // namespace varnik
