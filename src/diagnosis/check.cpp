@@ -1,0 +1,110 @@
+#include "diagnosis/check.h"
+
+#include "diagnosis/definitioncheck.h"
+#include "diagnosis/installcheck.h"
+#include "diagnosis/legacycheck.h"
+#include "installs/installlist.h"
+#include "modengine/catalogue.h"
+#include "modengine/crashmarker.h"
+#include "modengine/directive.h"
+#include "modengine/includes.h"
+#include "platform/system/files.h"
+#include "platform/system/findfile.h"
+#include "platform/system/paths.h"
+#include "platform/system/text.h"
+#include "support/runstate.h"
+
+namespace varnik {
+
+namespace {
+
+bool IsSameFile(const std::string& a, const std::string& b) {
+  return win::NativePath(a) == win::NativePath(b);
+}
+
+// True while a run or, of a persistent mod, its activation has changed the selected install.
+bool IsInForce(const std::string& path, bool isLegacy) {
+  const CrashMarker marker = ReadCrashMarker();
+  if (IsSameFile(marker.definitionFile, path) && IsSameFile(marker.root, InstallRoot())) return true;
+  if (isLegacy) return false;
+  win::LineReader file(path);
+  ModEntry entry;
+  bool noActionYet = true;
+  return ReadModDefinition(file, entry, noActionYet) && entry.State == 1;
+}
+
+void CheckMarkerText(const Place& place, const std::string& marker) {
+  const std::size_t end = marker.find_first_of(" \t");
+  const std::string text = end == std::string::npos ? "" : win::Trim(std::string_view(marker).substr(end));
+  if (!text.empty() && text != "/x" && !text.starts_with("//"))
+    place.Say(Problem::kMarkerText, Quoted(text) + " behind the version means nothing");
+}
+
+// What keeps a good definition out of the list of mods.
+void CheckListing(const Place& place, const std::string& path, bool isLegacy) {
+  const std::string name = win::FileNameOf(path);
+  const std::string listed = FindModFile(name);
+  if (!win::PathMatchSpec(name, kDefinitionPattern))
+    place.Say(Problem::kNotListed, "the catalogue looks for names that end in `.bzm` only");
+  else if (isLegacy && !ShowOldMods)
+    place.Say(Problem::kNotListed, "the option to show older mods (`OldMods`) is off");
+  else if (isLegacy && StandsInModsFolder(path))
+    place.Say(Problem::kNotListed,
+              "an older definition is not listed when one of its name lies in the program's folder of mods");
+  else if (!listed.empty() && IsSameFile(path, AppPath + "mods\\" + name) && !IsSameFile(path, listed))
+    place.Say(Problem::kNotListed, "a file of the same name in the install comes first");
+}
+
+using CheckLines = bool (*)(const std::string& path, Findings& findings, InstallCheck* install);
+
+// The lines by themselves come first: only a definition of honest size goes on to the readers.
+void CheckBody(CheckReport& report, Findings& findings, const std::string& path, bool isLegacy) {
+  const CheckLines check = isLegacy ? CheckLegacyDefinition : CheckCurrentDefinition;
+  Findings ofFileAlone = findings;
+  const bool isWhole = check(path, ofFileAlone, nullptr);
+  if (InstallRoot().empty() || !isWhole) {
+    report.leftOut = InstallRoot().empty() ? "no install is selected: only the file itself was looked at"
+                                           : "too much in one file to hold it against the install";
+    findings = ofFileAlone;
+    return;
+  }
+  const bool isInForce = IsInForce(path, isLegacy);
+  if (isInForce) report.leftOut = "the mod is in force: what an activation would find was not looked at";
+  InstallCheck install(isInForce);
+  check(path, findings, &install);
+}
+
+bool CheckMarker(const Place& place, const std::string& line, double& version) {
+  if (!ReadMarker(line, version)) {
+    place.Say(Problem::kNoMarker, line.starts_with("\xEF\xBB\xBF")
+                                      ? "a byte-order mark stands before the marker `BZ2HALD5`"
+                                      : "line 1 is not the marker `BZ2HALD5`");
+    return false;
+  }
+  CheckMarkerText(place, win::Trim(line));
+  if (version > kLastLegacyFormat && version != kCurrentFormat)
+    place.Say(Problem::kUnknownVersion, "no mod of this version is listed; 5 is the current one");
+  else if (RunFormatOf(version) == RunFormat::kNone)
+    place.Say(Problem::kUnknownVersion, "a mod of this version is listed and not run; 5 is the current one");
+  return true;
+}
+
+}  // namespace
+
+std::optional<CheckReport> CheckDefinition(const std::string& path) {
+  win::LineReader file(path);
+  if (!file.IsOpen()) return std::nullopt;
+  CheckReport report;
+  Findings findings;
+  const Place top{&findings, 1, ""};
+  double version = 0;
+  if (CheckMarker(top, file.ReadLine(), version)) {
+    const bool isLegacy = version <= kLastLegacyFormat;
+    CheckListing(top, path, isLegacy);
+    CheckBody(report, findings, path, isLegacy);
+  }
+  report.findings = findings.Take();
+  return report;
+}
+
+}  // namespace varnik

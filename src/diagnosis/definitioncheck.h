@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+#include "diagnosis/finding.h"
+#include "diagnosis/installcheck.h"
+
+namespace varnik {
+
+// Looks at a definition of the current format as its three readers walk it. Without `install` what lies in the install
+// is not looked at. False when there are more lines, included files too, than are looked at; a finding says so.
+bool CheckCurrentDefinition(const std::string& path, Findings& findings, InstallCheck* install);
+
+}  // namespace varnik

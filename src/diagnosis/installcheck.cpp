@@ -1,0 +1,147 @@
+#include "diagnosis/installcheck.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "installs/installlist.h"
+#include "modengine/bzonecfg.h"
+#include "modengine/includes.h"
+#include "modengine/sessiondefaults.h"
+#include "platform/system/files.h"
+#include "platform/system/findfile.h"
+#include "platform/system/paths.h"
+#include "platform/system/text.h"
+#include "platform/system/wildcards.h"
+#include "support/modfileexists.h"
+
+namespace varnik {
+
+namespace {
+
+std::string WithSlashes(std::string text) {
+  std::replace(text.begin(), text.end(), '\\', '/');
+  while (text.ends_with('/'))
+    text.pop_back();
+  return text;
+}
+
+// The name below the root as the disk spells it; nothing for one that is not there, or does not lie below.
+std::optional<std::string> NameOnDisk(const std::string& name) {
+  const std::optional<std::string> path = win::FindNativePath(InstallRoot() + name);
+  const std::string root = win::NativePath(InstallRoot());
+  if (!path || !path->starts_with(root)) return std::nullopt;
+  return WithSlashes(path->substr(root.size()));
+}
+
+// The first line of the list that an undo would take for the mod's own; 0 for none.
+std::size_t OwnLine(const std::string& list, const std::string& own) {
+  win::LineReader file(list);
+  for (std::size_t line = 1; !file.AtEnd(); ++line)
+    if (file.ReadLine().starts_with(own)) return line;
+  return 0;
+}
+
+}  // namespace
+
+bool InstallCheck::Has(const std::string& name) const {
+  return FileExists(InstallRoot() + name);
+}
+
+void InstallCheck::Requirement(const Place& place, const std::string& name) {
+  if (!Has(name)) place.Say(Problem::kDoesNotFit, "the install has no " + Quoted(name) + ", so the mod is not listed");
+}
+
+void InstallCheck::Extra(const Place& place, const std::string& name) {
+  if (FindModFile(name).empty())
+    place.Say(Problem::kMissingExtra, Quoted(name) + " is neither in the install nor in the program's folder of mods");
+}
+
+void InstallCheck::Needed(const Place& place, const std::string& name) const {
+  if (!modIsInForce_ && !Has(name)) place.Say(Problem::kMissingFile, "the install has no " + Quoted(name));
+}
+
+void InstallCheck::Moved(const Place& place, const MovedName& moved) const {
+  if (moved.use == NameUse::kMoves) return Needed(place, moved.name);
+  if (modIsInForce_) return;
+  const bool isThere = Has(moved.name);
+  const std::size_t folder = moved.name.find_last_of("\\/");
+  if (moved.use == NameUse::kReplaces && !isThere)
+    place.Say(Problem::kMissingExtra, "the install has no " + Quoted(moved.name) + " to be replaced");
+  else if (moved.use == NameUse::kGives && isThere)
+    place.Say(Problem::kTargetExists, Quoted(moved.name) + " is in the install already, so nothing gets that name");
+  else if (moved.use == NameUse::kGives && folder != std::string::npos)
+    Needed(place, moved.name.substr(0, folder));
+}
+
+void InstallCheck::ConfigurationBackup(const Place& place) const {
+  if (!modIsInForce_ && ConfigurationIsReplaced(InstallRoot()))
+    place.Say(Problem::kTargetExists,
+              "bzonevarnik.bak is in the install already: another mod is in force, or was interrupted");
+}
+
+void InstallCheck::Spelling(const Place& place, const std::string& name) {
+  if (name.empty() || win::HasWildcards(name)) return;
+  const std::optional<std::string> onDisk = NameOnDisk(name);
+  if (!onDisk) return;
+  if (*onDisk != WithSlashes(name) && win::EqualNoCase(*onDisk, WithSlashes(name)))
+    place.Say(Problem::kOtherCase, "the install spells " + Quoted(name) + " as " + Quoted(*onDisk));
+  Twins(place, *onDisk);
+}
+
+const InstallCheck::Names& InstallCheck::TwinsIn(const std::string& folder) {
+  const auto [found, isNew] = twins_.try_emplace(folder);
+  if (!isNew) return found->second;
+  Names seen;
+  win::FolderReader reader(InstallRoot() + folder);
+  for (win::FoundEntry entry; reader.Next(entry);)
+    if (std::string key = win::LowerCase(entry.name); !seen.insert(key).second) found->second.insert(std::move(key));
+  return found->second;
+}
+
+void InstallCheck::Twins(const Place& place, const std::string& name) {
+  for (std::size_t start = 0; start < name.size();) {
+    const std::size_t end = std::min(name.find('/', start), name.size());
+    const std::string part = name.substr(start, end - start);
+    if (TwinsIn(name.substr(0, start)).contains(win::LowerCase(part)))
+      place.Say(Problem::kTwinNames,
+                "beside " + Quoted(part) +
+                    " lies another entry of that name in other capitals: which one is meant depends on the spelling");
+    start = end + 1;
+  }
+}
+
+void InstallCheck::IdFile(const Place& place, const std::string& name) const {
+  if (!modIsInForce_ && win::FileSize(InstallRoot() + name).value_or(0) > 0)
+    place.Say(Problem::kUndoTakesMore,
+              Quoted(name) + " is there: the activation empties it, and the deactivation deletes it");
+}
+
+void InstallCheck::AddRecy(const Place& place, const Args& args) const {
+  if (modIsInForce_) return;
+  constexpr char kCommonList[] = "RecyList.txt";
+  const std::string list = args.size() > 3 ? args[3] : kCommonList;
+  if (args.size() > 3 && !Has(kCommonList))
+    place.Say(Problem::kNotUndone,
+              "without a RecyList.txt in the install, the deactivation leaves the line in " + Quoted(list));
+  else if (!Has(list))
+    place.Say(Problem::kNotUndone, Quoted(list) + " is not there: the deactivation leaves it behind as an empty file");
+  else if (const std::size_t line = OwnLine(InstallRoot() + list, args[1] + " "); line != 0)
+    place.Say(Problem::kUndoTakesMore, NameOfLine(line) + " of " + Quoted(list) + " begins with " +
+                                           Quoted(args[1] + " ") + ", so the deactivation takes it too");
+}
+
+void InstallCheck::SessionDefault(const Place& place, const std::string& key) const {
+  const std::optional<std::string> present = PresentSessionDefault(key);
+  if (!present)
+    place.Say(Problem::kMissingExtra, "the install has no gameprefs.ini, so the value is not set");
+  else if (present->empty() && !modIsInForce_)
+    place.Say(Problem::kNotUndone, "gameprefs.ini has no " + key + ", so the deactivation leaves the mod's one there");
+}
+
+void InstallCheck::RaceName(const Place& place, char letter) const {
+  if (!HasRaceFile(letter))
+    place.Say(Problem::kMissingExtra,
+              std::string("the install has no RaceName_") + letter + ".txt, so the name is not set");
+}
+
+}  // namespace varnik

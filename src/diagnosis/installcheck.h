@@ -1,0 +1,64 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <unordered_set>
+
+#include "diagnosis/finding.h"
+#include "modengine/directive.h"
+
+namespace varnik {
+
+// What a step of a mod does with a name.
+enum class NameUse {
+  kMoves,     // needs the file
+  kReplaces,  // keeps the file aside, if there is one
+  kGives,     // needs the name to be free, in a folder that is there
+};
+
+struct MovedName {
+  std::string name;
+  NameUse use = NameUse::kMoves;
+};
+
+// Holds what a line names against the selected install, as it is now. Names are paths below its root, as a definition
+// gives them.
+class InstallCheck {
+ public:
+  // While the mod is in force the install holds the mod's changes: what depends on them is passed over.
+  explicit InstallCheck(bool modIsInForce) : modIsInForce_(modIsInForce) {}
+
+  bool Has(const std::string& name) const;
+
+  // A condition on which the catalogue lists the mod.
+  void Requirement(const Place& place, const std::string& name);
+
+  // What the catalogue looks for below the root, then in the program's folder of mods.
+  void Extra(const Place& place, const std::string& name);
+
+  // A file or folder without which a step of the mod does nothing.
+  void Needed(const Place& place, const std::string& name) const;
+
+  void Moved(const Place& place, const MovedName& moved) const;
+
+  // Where the activation puts the game's configuration meanwhile.
+  void ConfigurationBackup(const Place& place) const;
+
+  // Other capitals than on disk, and twins, on the way to a file or folder that is there.
+  void Spelling(const Place& place, const std::string& name);
+
+  void IdFile(const Place& place, const std::string& name) const;
+  void AddRecy(const Place& place, const Args& args) const;
+  void SessionDefault(const Place& place, const std::string& key) const;
+  void RaceName(const Place& place, char letter) const;
+
+ private:
+  using Names = std::unordered_set<std::string>;
+  const Names& TwinsIn(const std::string& folder);
+  void Twins(const Place& place, const std::string& name);
+
+  bool modIsInForce_;
+  std::map<std::string, Names> twins_;  // by folder, in lower case
+};
+
+}  // namespace varnik

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string_view>
+
+#include "diagnosis/finding.h"
+#include "modengine/directive.h"
+
+// How a line of the current format is written, whatever it is to do.
+namespace varnik {
+
+// A line whose name is empty.
+void CheckPlainText(const Place& place, std::string_view line);
+
+// Tells of a name that no reader knows, with the one that was likely meant.
+void CheckUnknownName(const Place& place, const std::string& name);
+
+// The form of a line that is to be read as `args`. Arguments up to `needed` are those without which the line is passed
+// over, those up to `useful` the ones that a reader looks at.
+void CheckForm(const Place& place, std::string_view line, const Args& args, std::size_t needed, std::size_t useful);
+
+}  // namespace varnik
