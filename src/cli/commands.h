@@ -13,6 +13,7 @@ int SelectInstallRow(const Arguments& arguments);
 
 int ListMods(const Arguments& arguments);
 int ParseFile(const Arguments& arguments);
+int CheckFile(const Arguments& arguments);
 
 int ActivateGivenMod(const Arguments& arguments);
 int DeactivateGivenMod(const Arguments& arguments);

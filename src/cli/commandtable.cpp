@@ -93,7 +93,7 @@ const std::vector<Command> kCommands = {
     {"mods", "List the mods that fit the install", true, nullptr, ListMods, "mods\n--root ~/games/bz2 --json mods"},
     {"parse", "Show a definition file as its readers see it, line by line", false, DeclareFile, ParseFile,
      "parse ~/games/bz2/mymod.bzm"},
-    {"check", "Tell what readers of a definition file would pass over in silence", false, DeclareFile, NotThereYet,
+    {"check", "Tell what readers of a definition file would pass over in silence", false, DeclareFile, CheckFile,
      "check ~/games/bz2/mymod.bzm"},
     {"plan", "Show each step that an activation would take now, and change nothing", true, DeclareMod, NotThereYet,
      "plan mymod.bzm"},

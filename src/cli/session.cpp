@@ -49,9 +49,13 @@ bool OpenGivenInstall(const std::string& root) {
   return true;
 }
 
-bool OpenStoredInstall() {
+bool SelectStoredInstall() {
   ReadInstallList();
-  if (SelectInstall(StoredActiveInstall())) return true;
+  return SelectInstall(StoredActiveInstall());
+}
+
+bool OpenStoredInstall() {
+  if (SelectStoredInstall()) return true;
   Note("no install is selected: name one with --root DIR, or choose one with `varnik-cli installs select N`");
   return false;
 }
@@ -91,6 +95,12 @@ bool OpenInstall(const Arguments& arguments) {
   const bool isOpen = arguments.root ? OpenGivenInstall(GivenFolder(*arguments.root)) : OpenStoredInstall();
   if (isOpen) SelectModFolders(-1);
   return isOpen;
+}
+
+bool OpenInstallIfAny(const Arguments& arguments) {
+  if (arguments.root) return OpenInstall(arguments);
+  if (SelectStoredInstall()) SelectModFolders(-1);
+  return true;
 }
 
 std::size_t FindGivenMod(const std::string& mod) {

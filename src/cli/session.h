@@ -28,6 +28,9 @@ std::string GivenFolder(const std::string& folder);
 // having said why, when there is none.
 [[nodiscard]] bool OpenInstall(const Arguments& arguments);
 
+// The same for a command that can do without an install: false only for a --root that is no folder.
+[[nodiscard]] bool OpenInstallIfAny(const Arguments& arguments);
+
 // Loads the catalogue; the row of ModList that `mod` names, by its file name or a path, 0 for none. A path may also
 // lead to a definition outside the catalogue that fits the install.
 std::size_t FindGivenMod(const std::string& mod);

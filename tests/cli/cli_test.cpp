@@ -43,6 +43,9 @@ const StatusCase kStatuses[] = {
     {"--root @ maps --page Nowhere", 2, "Nowhere"},
     {"parse @/none.bzm", 1, "none.bzm: cannot be read"},
     {"parse @", 1, "cannot be read"},
+    {"check @/none.bzm", 1, "none.bzm: cannot be read"},
+    {"check @", 1, "cannot be read"},
+    {"--root @/nowhere check @/old.bzm", 1, "there is no such folder"},
     {"installs remove 0", 1, "0: "},
     {"installs select 3", 1, "3: "},
     {"installs add @/addon", 1, "addon\\: no install"},
@@ -61,6 +64,24 @@ TEST_F(Cli, SaysWhatFailedAndWhy) {
     EXPECT_NE(result.err.find(c.said), std::string::npos) << result.err;
     EXPECT_EQ(result.out.empty(), c.status != 0) << result.out;
   }
+}
+
+TEST_F(Cli, SaysWhatReadersPassOver) {
+  WriteMod("bad.bzm", "dname(Caf\xE9);\r\nimage(\x1B[2J);\r\npak(a)");
+  const std::string file = Root() + "/bad.bzm";
+  const CliResult text = RunCli("--root " + Root() + " check " + file);
+  EXPECT_EQ(text.status, 1);
+  EXPECT_EQ(text.out.substr(0, text.out.find('\n')),
+            file + ":3: warning: `?[2J` is neither in the install nor in the program's folder of mods [missing-extra]");
+  const CliResult alone = RunCli("check " + file);
+  EXPECT_NE(alone.err.find("no install is selected"), std::string::npos) << alone.err;
+  EXPECT_EQ(alone.out.find("missing-"), std::string::npos) << alone.out;
+  const CliResult json = RunCli("--json --root " + Root() + " check " + file);
+  EXPECT_EQ(json.status, 1);
+  const Json findings = Json::parse(json.out);
+  ASSERT_EQ(findings.size(), 3u);
+  EXPECT_EQ(findings[1].dump(), R"({"Line":4,"Severity":"error","Code":"close-in-argument",)"
+                                R"("Message":"`)` without `;` at the end of the line: its last argument is `a)`"})");
 }
 
 TEST_F(Cli, ListsModsWithTheirKeysInOrder) {

@@ -143,6 +143,7 @@ TEST_F(CliRun, TakesEveryModOfTheDemoInAndOut) {
       const std::string file = mod["DefinitionFile"].get<std::string>();
       SCOPED_TRACE(file);
       const std::string path = " '" + file + "'";
+      EXPECT_EQ(RunCli(cli + " check" + path).status, 0);
       const auto before = Snapshot(root);
       const bool isIn = mod["State"] == 1;
       const CliResult first = RunCli(cli + (isIn ? " deactivate" : " activate") + path);
