@@ -35,6 +35,7 @@ void FrmMain::cmdLaunchBZ2_Click() {
 
 // From the tray every mod is run, a persistent one too.
 void FrmMain::mnuModH_Click(int index) {
+  if (!Enabled()) return;  // the list that the row is of may be half loaded
   const int mod = win::RoundToInt16(win::LeadingNumber(hidden.mnuModH[index].Tag())).value_or(-1);
   LaunchBZ2(mod, cmdLinePage.buildcmdline(false), false, MakeRunHooks());
 }

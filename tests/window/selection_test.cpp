@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QTest>
 #include <QTimer>
 
 #include "modengine/catalogue.h"
@@ -9,6 +10,8 @@
 #include "tests/window/main_window.h"
 
 using test::WriteFile;
+
+constexpr int kEventBudget = 250;  // milliseconds, behind which a call for events is served in any case
 
 class Selection : public test::MainWindowTest {
  protected:
@@ -135,6 +138,28 @@ TEST_F(Selection, EachNodeShowsItsPage) {
   }
 }
 
+// The tray's menu works while the window takes no input.
+TEST_F(Selection, NoSecondOneStartsWhileOneIsUnderWay) {
+  ListInstall();
+  ListSecond("1.2");
+  AddMod("one.bzm", "dname(One);\r\n");
+  WriteFile(sandbox.Root() / "second" / "two.bzm", "BZ2HALD5\r\ndname(Two);\r\n");
+  Open();
+  main->activatebz2(1, false);
+  QTest::qWait(kEventBudget);
+  QTimer events;
+  QObject::connect(&events, &QTimer::timeout, [this] {
+    if (varnik::CurrentInstall == 0) main->hidden.mnuBZ2SelH.Click(1);
+  });
+  events.start(0);
+  main->activatebz2(0, false);
+  events.stop();
+  EXPECT_EQ(varnik::CurrentInstall, 0);
+  EXPECT_TRUE(SelectMod("One"));
+  EXPECT_FALSE(SelectMod("Two"));
+  EXPECT_TRUE(main->Enabled());
+}
+
 // A page that reads a file runs events, as a held key in the tree sends them.
 TEST_F(Selection, OfPagesChosenInARowTheLastShows) {
   ListInstall("1.3");
@@ -142,8 +167,10 @@ TEST_F(Selection, OfPagesChosenInARowTheLastShows) {
   Open();
   for (const char* key : {"RCFG", "CCFG1"}) {
     SCOPED_TRACE(key);
-    QTimer::singleShot(0, [this] { main->SettingTree_NodeClick("RMod"); });
+    QTest::qWait(kEventBudget);
+    QTimer::singleShot(0, main->SettingTree.Widget(), [this] { main->SettingTree_NodeClick("RMod"); });
     main->SettingTree_NodeClick(key);
+    test::RunEvents();
     EXPECT_EQ(main->txtActivePage.Text(), "Mods");
     EXPECT_TRUE(main->modPage.frmMod.Visible());
     EXPECT_FALSE(main->configPage.frmBZ2Config.Visible() || main->config13Page.frmBZ2Config1_3.Visible());
