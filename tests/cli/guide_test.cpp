@@ -113,7 +113,7 @@ class Guide : public testing::Test, public CliWorld {
       if (!line.starts_with("$ ")) continue;
       const std::string command = Replaced(line, "~/games/bz2", world_->Install().string());
       const CliResult result = RunCli(command.substr(sizeof "$ varnik-cli"));
-      said += line + "\n" + (result.status == 0 ? result.out : result.err);
+      said += line + "\n" + result.out + (result.status == 0 ? "" : result.err);
     }
     EXPECT_EQ(Replaced(said, world_->Install().string(), "~/games/bz2"), session);
   }
