@@ -28,16 +28,21 @@ constexpr char kForcedWarning[] =
 }  // namespace
 
 void FrmMain::cmdLaunchBZ2_Click() {
+  if (IsBusy()) return;
+  running_ = true;
   const auto buildLine = [this] { return cmdLinePage.buildcmdline(true); };
   const ClickOutcome::Act act = LaunchClick(modPage.SelectedMod(), buildLine, MakeRunHooks()).act;
   if (act == ClickOutcome::Act::kActivated || act == ClickOutcome::Act::kDeactivated) LoadMods();
+  running_ = false;
 }
 
 // From the tray every mod is run, a persistent one too.
 void FrmMain::mnuModH_Click(int index) {
-  if (!Enabled()) return;  // the list that the row is of may be half loaded
+  if (IsBusy()) return;
+  running_ = true;
   const int mod = win::RoundToInt16(win::LeadingNumber(hidden.mnuModH[index].Tag())).value_or(-1);
   LaunchBZ2(mod, cmdLinePage.buildcmdline(false), false, MakeRunHooks());
+  running_ = false;
 }
 
 RunHooks FrmMain::MakeRunHooks() {
@@ -55,7 +60,10 @@ RunHooks FrmMain::MakeRunHooks() {
   };
   hooks.showSplash = [this](const std::string& picture) { ShowSplash(picture); };
   hooks.finishSplash = [this] { FinishSplash(); };
-  hooks.reloadInstall = MakeReload();
+  hooks.reloadInstall = [this] {
+    running_ = false;
+    activatebz2(CurrentInstall, false);
+  };
   return hooks;
 }
 
@@ -96,6 +104,7 @@ void FrmMain::mnuFileEdit_Click() {
 // Once the list has been saved no install is selected until the player picks one.
 void FrmMain::mnuBZ2DirAddRem_Click() {
   const auto listSaved = [this] {
+    if (IsBusy()) return;
     LoadBZ2List();
     activatebz2(-1, false);
   };

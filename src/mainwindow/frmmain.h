@@ -114,10 +114,15 @@ class FrmMain : public win::Form {
   RunHooks MakeRunHooks();
   std::function<void()> MakeReload();
 
+  // A launch, or a load of the catalogues, is under way. Events run meanwhile and the tray's menu works: what it asks
+  // for is passed over when it would change the install, or its lists, under that work.
+  bool IsBusy() const { return running_ || !Enabled(); }
+
   frmSplash& busy_;
   BusyWindow busyWindow_;
   std::unique_ptr<frmSplashScrn> splash_;
   std::string clickedNode_;
+  bool running_ = false;    // from a click that launches to the end of what it does
   double FormHeight = 0;    // with the status bar showing, in twips
   bool wasVisible_ = true;  // before a run
   win::WindowState stateBefore_ = win::WindowState::kNormal;

@@ -10,7 +10,7 @@ namespace varnik {
 
 void FrmMain::activatebz2(int index, bool quiet) {
   LogLine("ActivateBZ2 Begin");
-  if (!Enabled()) return;  // the tray's menu works while the catalogues are loaded, and would mix those of two installs
+  if (IsBusy()) return;
   if (!quiet) busyWindow_.begin();
   if (index < 0 || index >= static_cast<int>(InstallList.size()))
     SelectNoInstall();

@@ -1,5 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <QTimer>
+#include <QWidget>
+#include <algorithm>
+
 #include "modengine/catalogue.h"
 #include "support/runstate.h"
 #include "tests/window/main_window.h"
@@ -104,16 +108,24 @@ TEST_F(Launch, AMinimizedWindowComesBackMinimized) {
   EXPECT_EQ(main->State(), win::WindowState::kMinimized);
 }
 
-TEST_F(Launch, TheSplashHoldsTheGameBack) {
+TEST_F(Launch, TheSplashHoldsTheGameBackAndNoOtherRunComesBetween) {
   std::filesystem::copy_file(SOURCE_DIR "/data/nomappics/stars.bmp", sandbox.Install() / "splash.bmp");
   AddMod("pretty.bzm", "dname(Pretty);\r\nsplash(splash.bmp);\r\n");
-  WriteFile(sandbox.Install() / "bzone.exe", "#!/bin/sh\ndate +%s%N > seen.txt\n");
+  WriteFile(sandbox.Install() / "bzone.exe", "#!/bin/sh\ndate +%s%N >> seen.txt\n");
   Open();
   ASSERT_TRUE(SelectMod("Pretty"));
   const auto start = std::chrono::system_clock::now().time_since_epoch();
+  QTimer::singleShot(500, main->SettingTree.Widget(), [this] {
+    main->hidden.mnuModH.Click(static_cast<int>(varnik::FindMod("plain.bzm")));
+    main->cmdLaunchBZ2.Press();
+    main->activatebz2(-1, false);
+  });
   test::ClickOn(main->cmdLaunchBZ2);
-  const double seconds = (std::stod(Seen()) - std::chrono::duration<double, std::nano>(start).count()) / 1e9;
+  const std::string seen = Seen();
+  const double seconds = (std::stod(seen) - std::chrono::duration<double, std::nano>(start).count()) / 1e9;
   EXPECT_GE(seconds, 3.9);
+  EXPECT_EQ(std::count(seen.begin(), seen.end(), '\n'), 1);
+  EXPECT_EQ(varnik::CurrentInstall, 0);
   EXPECT_EQ(win::OpenForms().size(), 1u);
 }
 
