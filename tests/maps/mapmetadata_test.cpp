@@ -126,14 +126,6 @@ TEST_F(MapMetadata, ReducesTheNumbers) {
   }
 }
 
-TEST_F(MapMetadata, ANumberBeyond16BitsFails) {
-  for (const char* const lines : {"ivar5=32768", "ivar5=-32769", "ivar5=1e999", "ivar5=1\r\nivar7=40000"}) {
-    SCOPED_TRACE(lines);
-    PutFile("a/m.inf", std::string("[NetVars]\r\n") + lines);
-    EXPECT_FALSE(Parse("a\\m.bzn"));
-  }
-}
-
 // One walk answers as a search and a look at the disk would, whatever the names.
 TEST_F(MapMetadata, TheWalkAnswersAsSearchesDo) {
   const std::vector<std::string> names = {"m.inf", "M.INF",  "m n.inf",  " m.inf",   "m;x.inf",

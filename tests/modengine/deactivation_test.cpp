@@ -54,7 +54,6 @@ struct UndoCase {
 
 const UndoCase kUndo[] = {
     {"c=1", "rename(a,b);\nrename(b,c);", "a b=1 c"},  // from the top, not reversed
-    {"a=1 b=2", "rename(a,b);", "a=1 b=2"},
     {"b=mod orig=own", "replace(b,new,orig);", "new=mod b=own orig"},
     {"bzone.cfg=gen bzonevarnik.bak=own", "fold(x);\npak(y);", "bzone.cfg=own bzonevarnik.bak"},
     {"bzone.cfg=gen bzonevarnik.bak=own", "rename(a,b);", "bzone.cfg=gen bzonevarnik.bak=own"},

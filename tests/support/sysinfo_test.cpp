@@ -55,10 +55,10 @@ TEST_F(SystemInfo, StartsTheToolOrSaysThatThereIsNone) {
   const std::string path = getenv("PATH");
   const std::filesystem::path tool = InRoot("hardinfo"), started = InRoot("started");
   setenv("PATH", sandbox_.Install().c_str(), 1);
-  LaunchSystemInfo();
+  test::WriteFile(tool, "#!/bin/sh\n: > '" + started.string() + "'\n");
+  LaunchSystemInfo();  // nothing that may be run
   EXPECT_EQ(told_, "System Information Is Unavailable At This Time");
   told_.clear();
-  test::WriteFile(tool, "#!/bin/sh\n: > '" + started.string() + "'\n");
   std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
   LaunchSystemInfo();
   setenv("PATH", path.c_str(), 1);

@@ -52,7 +52,6 @@ TEST_F(LaunchTest, TheStarterIsOneThatTheProgramsPrefixCanRun) {
       {"a header beyond the file", Program(0x7fff'ffff, 0x14c), ""},
       {"a header at the end of the numbers", Program(0xffff'ffff, 0x14c), ""},
       {"a DOS program", "MZ" + std::string(600, '\0'), ""},
-      {"no more than the mark", "MZ", ""},
   };
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.what);

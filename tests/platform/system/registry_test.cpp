@@ -14,7 +14,6 @@ using namespace std::string_literals;
 
 constexpr char kRun[] = "Software\\Microsoft\\Windows\\CurrentVersion\\Run";
 constexpr char kRunOnce[] = "Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce";
-constexpr char kSystemTool[] = "SOFTWARE\\Microsoft\\Shared Tools\\MSINFO";
 
 class Registry : public testing::Test {
  protected:
@@ -103,19 +102,6 @@ TEST_F(Registry, AValueThatCannotBeStoredLeavesNoEntry) {
   std::filesystem::create_directories(sandbox_.Home() / "config" / "varnik" / "registry.json" / "folder");
   EXPECT_EQ(win::RegSetValueEx(Open(kRun), "Name", win::kRegSz, "varnik.exe /boot\0"s), win::kErrorAccessDenied);
   EXPECT_FALSE(std::filesystem::exists(entries_ / "name.desktop"));
-}
-
-TEST_F(Registry, TellsTheSystemInformationToolInPath) {
-  const std::string before = std::getenv("PATH");
-  const auto tool = sandbox_.Home() / "bin" / "hardinfo";
-  setenv("PATH", tool.parent_path().c_str(), 1);
-  test::WriteFile(tool, "");
-  EXPECT_FALSE(Open(kSystemTool));
-  std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
-  const auto key = Open(kSystemTool);
-  EXPECT_EQ(Query(key, "path"), "1:" + tool.string() + '\0');
-  EXPECT_EQ(win::RegSetValueEx(key, "PATH", win::kRegSz, "x"), win::kErrorAccessDenied);
-  setenv("PATH", before.c_str(), 1);
 }
 
 }  // namespace

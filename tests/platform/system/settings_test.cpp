@@ -3,14 +3,10 @@
 #include "tests/harness/sandbox.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <functional>
-#include <random>
-#include <thread>
 
 namespace {
 
@@ -123,43 +119,6 @@ TEST_F(Settings, AStoreThatCannotBeReadIsLeftAlone) {
   const std::string said = testing::internal::GetCapturedStderr();
   EXPECT_EQ(std::count(said.begin(), said.end(), '\n'), 1) << said;
   EXPECT_TRUE(std::filesystem::exists(file_ / "folder"));
-}
-
-TEST_F(Settings, AFullDiskLeavesTheOldStore) {
-  Save("key", "old");
-  const std::string before = test::ReadFile(file_);
-  const pid_t child = Fork([&] {
-    std::signal(SIGXFSZ, SIG_IGN);
-    const rlimit limit{4096, 4096};
-    setrlimit(RLIMIT_FSIZE, &limit);
-    const bool kept = !Save("key", std::string(10000, 'x')) && Get("key") == "old";
-    _exit(kept ? 0 : 1);
-  });
-  EXPECT_EQ(StatusOf(child), 0);
-  EXPECT_EQ(test::ReadFile(file_), before);
-  EXPECT_TRUE(Save("key", "new"));
-}
-
-TEST_F(Settings, AKillAtAnyMomentLeavesTheOldOrTheNewStore) {
-  std::mt19937 random(1);
-  std::string last = "0";
-  Save("key", last);
-  Save("other", std::string(50000, 'o'));
-  for (int round = 0; round < 40; ++round) {
-    const pid_t child = Fork([&] {
-      for (int i = std::stoi(last) + 1;; ++i)
-        Save("key", std::to_string(i));
-    });
-    std::this_thread::sleep_for(std::chrono::microseconds(random() % 20000));
-    kill(child, SIGKILL);
-    StatusOf(child);
-    const std::string now = Get("key");
-    EXPECT_GE(std::stoi(now), std::stoi(last));
-    EXPECT_EQ(Get("other").size(), 50000u);
-    last = now;
-  }
-  EXPECT_NE(last, "0");
-  EXPECT_FALSE(std::filesystem::exists(file_.string() + ".damaged-1"));
 }
 
 TEST_F(Settings, ProcessesDoNotLoseEachOthersKeys) {
