@@ -17,6 +17,9 @@ class MapFiles {
  public:
   explicit MapFiles(std::string root) : root_(std::move(root)) {}
 
+  // Of the install that is loaded. Events run during a load, after which it need not be the selected one.
+  const std::string& Root() const { return root_; }
+
   // Paths of all maps relative to the root, in the order of a search.
   std::vector<std::string> FindMaps();
 

@@ -4,7 +4,6 @@
 #include <optional>
 #include <string_view>
 
-#include "installs/installlist.h"
 #include "maps/mapconversion.h"
 #include "platform/system/profile.h"
 #include "platform/system/text.h"
@@ -37,7 +36,7 @@ std::string ChooseInf(MapEntry& entry, const std::string& path, MapFiles& files)
   const bool isInf = path.size() >= 3 && win::EqualNoCase(std::string_view(path).substr(path.size() - 3), "inf");
   if (!isInf && !files.HasInf(beside)) return files.FindFirstInf(WithExtension(entry.FileName, "inf"));
   entry.FileName = WithExtension(entry.FileName, "bzn");
-  return InstallRoot() + (isInf ? path : beside);
+  return files.Root() + (isInf ? path : beside);
 }
 
 // A title of blanks counts as given: such a map is shown by its file name, one without a title by its base name.
@@ -92,7 +91,7 @@ bool ParseMapEntry(MapEntry& entry, std::string& path, std::string& folder, MapF
   if (!ReadInf(inf, entry)) return false;
   OfferConversion(entry, inf, infPath);
   // With regard to case: a path that ends in INF is taken from the full path again.
-  if (!path.ends_with("inf")) path = infPath.substr(InstallRoot().size());
+  if (!path.ends_with("inf")) path = infPath.substr(files.Root().size());
   return true;
 }
 

@@ -144,6 +144,28 @@ TEST_F(MapListTest, ALoadEndsWhenTheCatalogueIsClearedUnderIt) {
   }
 }
 
+TEST_F(MapListTest, AnotherInstallMayBeSelectedAtAnyMomentOfALoad) {
+  PutFile("a/1.bzn");
+  PutFile("a/1.inf", "[NetVars]\nivar5=1\n");
+  bool selected = true;
+  for (int moment = 1; selected; ++moment) {
+    SCOPED_TRACE(moment);
+    varnik::UseInstallFolder(Root());
+    int events = 0;
+    win::SetWindowServices({[&] {
+                              if (++events != moment) return;
+                              varnik::UseInstallFolder(Root() + std::string(200, 'x'));
+                              varnik::ClearMapList();
+                            },
+                            {},
+                            {}});
+    varnik::LoadMapList(true);
+    win::SetWindowServices({});
+    selected = events >= moment;
+    EXPECT_EQ(varnik::MapsLoaded, !selected);
+  }
+}
+
 // Rows of a page by title.
 Strings Titles(int mapType, int subType) {
   Strings titles;
