@@ -23,6 +23,9 @@ bool listFilled = false;
 std::vector<RenameEntry> renames(1);
 bool renamesActive = false;
 
+// Counts the clearings. Events run during a load, and a handler may fill the list anew.
+unsigned generation = 0;
+
 // Names of the definition files in the list, in lower case.
 std::unordered_set<std::string> knownFiles;
 
@@ -60,6 +63,7 @@ const bool& ModRenamesActive = renamesActive;
 
 void ClearModList() {
   LogLine("ClearMods Begin");
+  ++generation;
   list.assign(1, ModEntry());
   listFilled = false;
   renames.assign(1, RenameEntry());
@@ -72,6 +76,7 @@ void LoadModList(const std::function<void(const std::string&)>& progress) {
   if (CurrentInstall < 0) return;
   ClearModList();
   LogLine("LoadMods Continue");
+  const unsigned mine = generation;
   const auto tell = [&](const std::string& text) {
     if (progress) progress(text);
   };
@@ -81,7 +86,7 @@ void LoadModList(const std::function<void(const std::string&)>& progress) {
   tell("Loading Mod File List");
   FindFiles(InstallRoot(), search, found, false);
   FindFiles(AppPath + "mods\\", search, found, false);
-  for (std::int32_t i = 1; i <= search.FoundCount; ++i) {
+  for (std::int32_t i = 1; i <= search.FoundCount && mine == generation; ++i) {
     tell("Processing Mod:" + std::to_string(i));
     LoadModFile(win::Trim(found[i]));
   }

@@ -24,7 +24,8 @@ extern const bool& ModRenamesActive;
 void ClearModList();
 
 // Rebuilds the catalogue from the install root and then `mods\` of the program's folder. `progress` is told each step
-// in words and may be empty. Does nothing with no install selected.
+// in words and may be empty. Does nothing with no install selected. An event that rebuilds the list meanwhile has the
+// last word.
 void LoadModList(const std::function<void(const std::string&)>& progress = {});
 
 constexpr char kDefinitionPattern[] = "*.bzm";

@@ -1,6 +1,7 @@
 #include "modengine/catalogue.h"
 
 #include <ctime>
+#include <utility>
 
 #include "tests/modengine/modtest.h"
 
@@ -118,6 +119,18 @@ TEST_F(Catalogue, ListsTheFirstFileOfANameAndNoOtherVersion) {
   LoadModList();
   EXPECT_EQ(ModList.size(), 3u);
   ShowOldMods = true;
+}
+
+TEST_F(Catalogue, AListThatAnEventRebuiltIsLeftAlone) {
+  Put("old.bzm=bz2hald2");
+  bool nested = false;
+  win::SetWindowServices({[&] {
+                            if (!std::exchange(nested, true)) LoadModList();
+                          },
+                          {},
+                          {}});
+  LoadModList();
+  EXPECT_EQ(ModList.size(), 2u);
 }
 
 TEST_F(Catalogue, SelectingAModSetsTheFoldersAndRenamesInUse) {
