@@ -4,13 +4,13 @@
 set -euo pipefail
 bin=$1
 runs=${2:-10}
-widgets=110 # in the main window, its pages and its menus
+widgets=185  # in the main window, its pages and its menus, besides the window and its inside
 source_dir=$(cd "$(dirname "$0")/.." && pwd)
 work=$(mktemp -d)
-trap 'kill $(jobs -p) 2>/dev/null; rm -rf "$work"' EXIT
+trap 'kill $(jobs -p) 2>/dev/null; wait; rm -rf "$work"' EXIT
 
 mkfifo "$work/display"
-Xvfb -displayfd 3 -screen 0 1366x768x24 3>"$work/display" >/dev/null 2>&1 &
+Xvfb -displayfd 3 -screen 0 1366x768x24 -noreset 3>"$work/display" >/dev/null 2>&1 &
 read -r number <"$work/display"
 export DISPLAY=:$number
 
@@ -24,24 +24,11 @@ for i in $(seq 1000); do
   printf 'BZ2HALD5\r\ndname(Mod %d);\r\ndescription(One of many);\r\nversion(1.2,1.3);\r\nrename(a%d,b%d);\r\nfold(mod%d);\r\n' $i $i $i $i >"$game/mod$i.bzm"
 done
 
-# shown TITLE PROGRAM...: milliseconds until a window of that title is on screen
-shown() {
-  local title=$1 begin end
-  shift
-  begin=$(date +%s%N)
-  "$@" >/dev/null 2>&1 &
-  program=$!
-  until xwininfo -root -tree | grep -q "\"$title\": (\"[a-z_]*\" \"[a-z_]*\")  5"; do :; done
-  end=$(date +%s%N)
-  echo $(((end - begin) / 1000000))
-  [ "${keep:-}" ] || { kill -9 $program; wait $program 2>/dev/null || true; }
-}
-
 median() { sort -n | awk '{ v[NR] = $1 } END { print v[int((NR + 1) / 2)] }'; }
 
 for _ in $(seq "$runs"); do
-  shown Varnik "$bin/varnik" >>"$work/varnik.ms"
-  shown Empty "$bin/window_empty" $widgets >>"$work/empty.ms"
+  "$bin/window_shown" "$bin/varnik" >>"$work/varnik.ms"
+  "$bin/window_shown" "$bin/window_empty" $widgets >>"$work/empty.ms"
 done
 ours=$(median <"$work/varnik.ms")
 empty=$(median <"$work/empty.ms")
