@@ -1,6 +1,7 @@
 #include "support/modfindfile.h"
 
 #include "installs/installlist.h"
+#include "platform/system/deeds.h"
 #include "platform/system/findfile.h"
 #include "platform/system/services.h"
 #include "support/runstate.h"
@@ -51,7 +52,9 @@ bool MatchesPattern(const std::string& name, const std::string& pattern, const F
   return static_cast<std::int32_t>(win::PathMatchSpec(name, pattern)) == params.MatchSense;
 }
 
-std::string FindInSearchDirs(const std::string& fileName, std::size_t firstDir) {
+namespace {
+
+std::string SearchDirsFor(const std::string& fileName, std::size_t firstDir) {
   if (InstallRoot().empty()) return "";
   for (std::size_t row = firstDir; row < SearchDirs.size(); ++row) {
     FileSearchParams params;
@@ -62,6 +65,17 @@ std::string FindInSearchDirs(const std::string& fileName, std::size_t firstDir) 
     if (params.FoundCount > 0) return results[1];
   }
   return "";
+}
+
+}  // namespace
+
+std::string FindInSearchDirs(const std::string& fileName, std::size_t firstDir) {
+  std::string found;
+  win::Tell(win::Act::kSearch, fileName, "", [&] {
+    found = SearchDirsFor(fileName, firstDir);
+    return !found.empty();
+  });
+  return found;
 }
 
 }  // namespace varnik

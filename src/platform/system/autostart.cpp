@@ -1,5 +1,6 @@
 #include "platform/system/autostart.h"
 
+#include "platform/system/disk.h"
 #include "platform/system/environment.h"
 #include "platform/system/files.h"
 #include "platform/system/paths.h"
@@ -105,7 +106,7 @@ bool WriteAutostartEntry(const std::string& name, const std::string& command, bo
 }
 
 void RemoveAutostartEntry(const std::string& name) {
-  unlink(EntryPath(name).c_str());
+  TheDisk().Unlink(EntryPath(name));
 }
 
 std::string TakeStartingEntry() {

@@ -10,6 +10,8 @@
 #include <filesystem>
 #include <vector>
 
+#include "platform/system/deeds.h"
+#include "platform/system/disk.h"
 #include "platform/system/findfile.h"
 #include "platform/system/nativefile.h"
 #include "platform/system/pathfinder.h"
@@ -28,13 +30,13 @@ bool IsReadOnly(const struct stat& status) {
 
 std::optional<struct stat> StatusOf(const std::string& native) {
   struct stat status;
-  if (stat(native.c_str(), &status) != 0) return std::nullopt;
+  if (TheDisk().Stat(native, status) != 0) return std::nullopt;
   return status;
 }
 
 bool EntryExists(const std::string& native) {
   struct stat status;
-  return lstat(native.c_str(), &status) == 0;
+  return TheDisk().LinkStat(native, status) == 0;
 }
 
 std::string_view WithoutTrailingSeparators(std::string_view path) {
@@ -44,17 +46,17 @@ std::string_view WithoutTrailingSeparators(std::string_view path) {
 }
 
 bool RenameWithoutReplacing(const std::string& from, const std::string& to) {
-  if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
+  if (TheDisk().Rename(from, to, RENAME_NOREPLACE) == 0) return true;
   // A file system that does not know the flag. Linking the new name first would not replace either, but a crash behind
   // it would leave both names.
   if ((errno != EINVAL && errno != ENOSYS) || EntryExists(to)) return false;
-  return rename(from.c_str(), to.c_str()) == 0;
+  return TheDisk().Rename(from, to, 0) == 0;
 }
 
 // The copy gets its name only when it is whole, so that a crash leaves the file where it was.
 bool MoveToOtherFileSystem(const std::string& from, const std::string& to) {
   struct stat status;
-  if (lstat(from.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
+  if (TheDisk().LinkStat(from, status) != 0 || !S_ISREG(status.st_mode)) return false;
   const std::string copy = TemporaryNameFor(to);
   std::error_code failed;
   if (fs::copy_file(from, copy, failed)) {
@@ -82,29 +84,29 @@ std::vector<std::string> FilesThatMatch(const std::string& folder, const std::st
 
 bool DeleteNativeFile(const std::string& native) {
   const std::optional<struct stat> status = StatusOf(native);
-  if (status && (S_ISDIR(status->st_mode) || IsReadOnly(*status))) return false;
-  return unlink(native.c_str()) == 0;
+  if (status && S_ISDIR(status->st_mode)) return FailWith(EISDIR);
+  if (status && IsReadOnly(*status)) return FailWith(EPERM);
+  return TheDisk().Unlink(native) == 0;
 }
 
-}  // namespace
-
-bool RenameFile(const std::string& from, const std::string& to) {
+bool Rename(const std::string& from, const std::string& to) {
   const std::string_view toText = WithoutTrailingSeparators(to);
   const std::optional<std::string> source = FindNativePath(WithoutTrailingSeparators(from));
   const std::string target = NativePath(toText);
-  if (!source || target.empty()) return false;
+  if (!source || target.empty()) return FailWith(ENOENT);
   const std::string newName = NewNameFor(*source, target, toText);
   if (newName == *source) return true;
-  if (newName == target && EntryExists(target)) return false;
+  if (newName == target && EntryExists(target)) return FailWith(EEXIST);
   if (RenameWithoutReplacing(*source, newName)) return true;
-  return errno == EXDEV && MoveToOtherFileSystem(*source, newName);
+  if (errno == EXDEV) return MoveToOtherFileSystem(*source, newName) || FailWith(EXDEV);
+  return FailWith(errno == ENOENT ? ENOTDIR : errno);
 }
 
-bool DeleteFiles(const std::string& pattern) {
+bool Delete(const std::string& pattern) {
   const std::string name = FileNameOf(pattern);
   if (!HasWildcards(name)) {
     const std::optional<std::string> native = FindNativePath(pattern);
-    return native && DeleteNativeFile(*native);
+    return native ? DeleteNativeFile(*native) : FailWith(ENOENT);
   }
   const std::string folder = pattern.substr(0, pattern.size() - name.size());
   const std::string nativeFolder = folder.empty() ? "" : NativePath(folder);
@@ -112,15 +114,29 @@ bool DeleteFiles(const std::string& pattern) {
   const std::vector<std::string> names = FilesThatMatch(folder.empty() ? "." : folder, name);
   for (const std::string& file : names)
     allGone = DeleteNativeFile(nativeFolder + file) && allGone;
-  return allGone && !names.empty();
+  return allGone && (!names.empty() || FailWith(ENOENT));
+}
+
+}  // namespace
+
+bool RenameFile(const std::string& from, const std::string& to) {
+  return Tell(Act::kRename, to, from, [&] { return Rename(from, to); });
+}
+
+bool DeleteFiles(const std::string& pattern) {
+  return Tell(Act::kDelete, pattern, "", [&] { return Delete(pattern); });
 }
 
 bool MakeFolder(const std::string& path) {
-  return mkdir(NativePath(path).c_str(), 0777) == 0;
+  return Tell(Act::kMakeFolder, path, "", [&] {
+    return TheDisk().MakeFolder(NativePath(path), 0777) == 0 || FailWith(errno == ENOENT ? ENOTDIR : errno);
+  });
 }
 
 bool RemoveFolder(const std::string& path) {
-  return rmdir(NativePath(path).c_str()) == 0;
+  return Tell(Act::kRemoveFolder, path, "", [&] {
+    return TheDisk().RemoveFolder(NativePath(path)) == 0 || FailWith(errno == ENOTDIR ? ENOENT : errno);
+  });
 }
 
 std::optional<unsigned> GetAttributes(const std::string& path) {
@@ -148,7 +164,7 @@ bool SetAttributes(const std::string& path, unsigned attributes) {
   // On Windows the attribute does not keep files out of a folder, as the mode bit would here.
   if (readOnly && S_ISDIR(status->st_mode)) return true;
   const mode_t mode = (status->st_mode & 07777) ^ S_IWUSR;
-  return chmod(native.c_str(), mode) == 0;
+  return TheDisk().ChangeMode(native, mode) == 0;
 }
 
 }  // namespace win

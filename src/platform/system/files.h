@@ -65,9 +65,16 @@ class LineReader {
   // Empty at the end.
   std::string ReadLine();
 
+  const std::string& Path() const { return path_; }
+
+  // Of the line that was read last, from 1; 0 ahead of the first.
+  int LineNumber() const { return lineNumber_; }
+
  private:
   struct State;
   std::unique_ptr<State> state_;
+  std::string path_;
+  int lineNumber_ = 0;
 };
 
 enum class WriteMode { kOutput, kAppend };
@@ -91,6 +98,7 @@ class LineWriter {
   bool Close();
 
  private:
+  std::string path_;
   int descriptor_ = -1;
   std::string buffer_;
   bool failed_ = false;

@@ -7,6 +7,9 @@
 #include <algorithm>
 #include <vector>
 
+#include "platform/system/deeds.h"
+#include "platform/system/disk.h"
+#include "platform/system/diskpicture.h"
 #include "platform/system/nativefile.h"
 #include "platform/system/paths.h"
 #include "platform/system/wildcards.h"
@@ -32,7 +35,9 @@ struct CloseFolder {
 
 struct FolderReader::State {
   std::unique_ptr<DIR, CloseFolder> stream;
-  std::vector<Identity> way;  // the folders from the first reader down to this one
+  std::string pictured;             // native path, when a picture stands in the place of the disk
+  std::vector<FoundEntry> entries;  // of that, the last one first
+  std::vector<Identity> way;        // the folders from the first reader down to this one
 
   // Nothing for a folder that lies on its own way, as a link may have it: it would be entered for ever.
   static std::unique_ptr<State> Open(Descriptor folder, const std::vector<Identity>& above) {
@@ -49,6 +54,33 @@ struct FolderReader::State {
     return state;
   }
 
+  static std::unique_ptr<State> OpenPictured(DiskPicture& picture, const std::string& native,
+                                             const std::vector<Identity>& above) {
+    struct stat status;
+    auto entries = picture.EntriesIn(native);
+    if (!entries || picture.Stat(native, status) != 0 || above.size() >= kDeepest) return nullptr;
+    const Identity identity{status.st_dev, status.st_ino};
+    if (std::find(above.begin(), above.end(), identity) != above.end()) return nullptr;
+    auto state = std::make_unique<State>();
+    state->pictured = native;
+    state->entries.assign(entries->rbegin(), entries->rend());
+    state->way = above;
+    state->way.push_back(identity);
+    return state;
+  }
+
+  static std::unique_ptr<State> Open(const std::string& native) {
+    if (DiskPicture* const picture = DiskPicture::InUse()) return OpenPictured(*picture, native, {});
+    return Open(Descriptor(open(native.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)), {});
+  }
+
+  bool NextPictured(FoundEntry& entry) {
+    if (entries.empty()) return false;
+    entry = std::move(entries.back());
+    entries.pop_back();
+    return true;
+  }
+
   bool IsFolder(const dirent& entry) const {
     if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) return entry.d_type == DT_DIR;
     struct stat status;
@@ -56,8 +88,7 @@ struct FolderReader::State {
   }
 };
 
-FolderReader::FolderReader(const std::string& folder)
-    : state_(State::Open(Descriptor(open(NativePath(folder).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)), {})) {}
+FolderReader::FolderReader(const std::string& folder) : state_(State::Open(NativePath(folder))) {}
 FolderReader::FolderReader(std::unique_ptr<State> state) : state_(std::move(state)) {}
 FolderReader::~FolderReader() = default;
 FolderReader::FolderReader(FolderReader&&) noexcept = default;
@@ -65,6 +96,9 @@ FolderReader& FolderReader::operator=(FolderReader&&) noexcept = default;
 
 FolderReader FolderReader::Descend(const std::string& name) const {
   if (!IsOpen()) return FolderReader(std::unique_ptr<State>());
+  DiskPicture* const picture = DiskPicture::InUse();
+  if (picture != nullptr && !state_->pictured.empty())
+    return FolderReader(State::OpenPictured(*picture, state_->pictured + "/" + name, state_->way));
   Descriptor folder(openat(dirfd(state_->stream.get()), name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   return FolderReader(State::Open(std::move(folder), state_->way));
 }
@@ -74,6 +108,7 @@ bool FolderReader::IsOpen() const {
 }
 
 bool FolderReader::Next(FoundEntry& entry) {
+  if (IsOpen() && !state_->pictured.empty()) return state_->NextPictured(entry);
   const dirent* const next = IsOpen() ? readdir(state_->stream.get()) : nullptr;
   if (next == nullptr) return false;
   entry.name = next->d_name;
@@ -81,7 +116,9 @@ bool FolderReader::Next(FoundEntry& entry) {
   return true;
 }
 
-bool FindFirstFileSucceeds(const std::string& path) {
+namespace {
+
+bool IsThere(const std::string& path) {
   if (path.empty() || EndsInSeparator(path)) return false;
   const std::string name = FileNameOf(path);
   if (!HasWildcards(name)) return FindNativePath(path).has_value();
@@ -90,6 +127,13 @@ bool FindFirstFileSucceeds(const std::string& path) {
   for (FoundEntry entry; reader.Next(entry);)
     if (MatchesWildcards(entry.name, name)) return true;
   return false;
+}
+
+}  // namespace
+
+bool FindFirstFileSucceeds(const std::string& path) {
+  if (!DeedsAreWatched()) return IsThere(path);
+  return Tell(Act::kLookFor, path, "", [&] { return IsThere(path); });
 }
 
 }  // namespace win

@@ -1,5 +1,6 @@
 #include "platform/system/jsonstore.h"
 
+#include "platform/system/disk.h"
 #include "platform/system/files.h"
 #include "platform/system/nativefile.h"
 #include "platform/system/paths.h"
@@ -33,7 +34,7 @@ enum class Content { kMissing, kRead, kUnreadable };
 class StoreLock {
  public:
   explicit StoreLock(const std::string& storePath)
-      : file_(open((storePath + ".lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
+      : file_(TheDisk().Open(storePath + ".lock", O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
     const auto giveUp = std::chrono::steady_clock::now() + kLockPatience;
     while (file_.IsOpen() && !(held_ = TryLock()) && std::chrono::steady_clock::now() < giveUp)
       std::this_thread::sleep_for(std::chrono::milliseconds(2));
@@ -59,7 +60,7 @@ Content ReadBytes(const std::string& path, std::string& bytes) {
   const Descriptor file = OpenForReading(path);
   struct stat status;
   if (!file.IsOpen())
-    return access(path.c_str(), F_OK) != 0 && errno == ENOENT ? Content::kMissing : Content::kUnreadable;
+    return TheDisk().Stat(path, status) != 0 && errno == ENOENT ? Content::kMissing : Content::kUnreadable;
   if (fstat(file.Get(), &status) != 0) return Content::kUnreadable;
   // One byte more than allowed is enough to see that a store is too big.
   bytes.resize(std::min(static_cast<std::size_t>(status.st_size), kMaxBytes) + 1);
@@ -112,11 +113,11 @@ Json ParseStore(std::string_view bytes) {
 std::optional<std::string> MoveToFreeName(const std::string& path) {
   for (int n = 1; n < 10000; ++n) {
     const std::string target = path + ".damaged-" + std::to_string(n);
-    const Descriptor reserved(open(target.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+    const Descriptor reserved(TheDisk().Open(target, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
     if (reserved.Get() < 0 && errno == EEXIST) continue;
     if (reserved.Get() < 0) break;
-    if (rename(path.c_str(), target.c_str()) == 0) return target;
-    unlink(target.c_str());
+    if (TheDisk().Rename(path, target, 0) == 0) return target;
+    TheDisk().Unlink(target);
     break;
   }
   return std::nullopt;

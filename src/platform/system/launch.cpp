@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
+#include <sstream>
 #include <string_view>
 #include <system_error>
 
@@ -91,6 +92,42 @@ bool IsSetUp(const fs::path& prefix) {
   return Exists(prefix / "drive_c" / "windows" / "system32" / "kernel32.dll");
 }
 
+// Empty when there is none.
+std::string FindExecutable(const std::string& name) {
+  const auto isProgram = [](const std::string& path) {
+    std::error_code failed;
+    return fs::is_regular_file(path, failed) && access(path.c_str(), X_OK) == 0;
+  };
+  if (name.find('/') != std::string::npos) return isProgram(name) ? name : "";
+  const std::string given = Variable("PATH");
+  std::istringstream folders(given.empty() ? "/bin:/usr/bin" : given);
+  for (std::string folder; std::getline(folders, folder, ':');)
+    if (const std::string path = (folder.empty() ? "." : folder) + "/" + name; isProgram(path)) return path;
+  return "";
+}
+
+// Whether a Wine that was installed around `programs`, its folder of programs, holds what every program of so many bits
+// needs: the innermost of the system files or, in Debian's layout, a loader of its own.
+bool HasPart(const fs::path& programs, std::string_view bits) {
+  const bool is32 = bits == "32";
+  const std::string systemFile = is32 ? "i386-windows/ntdll.dll" : "x86_64-windows/ntdll.dll";
+  std::error_code ignored;
+  for (const char* folder : {"lib", "lib64", "lib32", "lib/i386-linux-gnu", "lib/x86_64-linux-gnu"})
+    for (const std::string& file : {systemFile, std::string(is32 ? "wine" : "wine64")})
+      if (fs::is_regular_file(programs.parent_path() / folder / "wine" / file, ignored)) return true;
+  return false;
+}
+
+// Says so only of a Wine that is found to be there for the other kind alone: it may be laid out in a way unknown here.
+bool LacksPart(const std::string& runner, std::string_view bits) {
+  std::error_code failed;
+  const fs::path real = fs::canonical(runner, failed);
+  const bool isWine = fs::path(runner).filename().string().starts_with("wine") && !failed;
+  const bool isLedElsewhere = !Variable("WINELOADER").empty() || !Variable("WINEDLLPATH").empty();
+  if (bits.empty() || !isWine || isLedElsewhere) return false;
+  return HasPart(real.parent_path(), bits == "32" ? "64" : "32") && !HasPart(real.parent_path(), bits);
+}
+
 // Empty when there is none for this kind of program.
 std::string StarterFor(std::string_view header) {
   const std::string name = Program().name + "-start" + BitsOf(header) + ".exe";
@@ -129,7 +166,28 @@ void GoThroughRunner(Launch& launch, const std::string& program, const std::stri
   launch.arguments.insert(launch.arguments.end(), arguments.begin(), arguments.end());
 }
 
+bool IsWindowsHeader(std::string_view header) {
+  return header.starts_with("MZ");
+}
+
 }  // namespace
+
+bool IsWindowsProgram(const std::string& program) {
+  return IsWindowsHeader(HeaderOf(program));
+}
+
+std::string RunnerProblemOf(const std::string& program) {
+  const std::string header = HeaderOf(program);
+  if (!IsWindowsHeader(header)) return "";
+  const std::string name = fs::path(program).filename().string() + " is a Windows program";
+  const std::string runner = Runner()[0];
+  const std::string found = FindExecutable(runner);
+  if (found.empty()) return name + ", and " + runner + ", which is to run those, is not there or cannot be started.";
+  const std::string bits = BitsOf(header);
+  if (!LacksPart(found, bits)) return "";
+  return name + " of " + bits + " bits, and this system's " + runner + " lacks the part that runs those" +
+         (bits == "32" ? " (on Debian the package wine32)." : " (on Debian the package wine64).");
+}
 
 Launch PrepareLaunch(const std::string& program, const std::string& tail) {
   Launch launch;
@@ -138,7 +196,7 @@ Launch PrepareLaunch(const std::string& program, const std::string& tail) {
   launch.arguments = SplitArguments(tail);
   launch.arguments.insert(launch.arguments.begin(), program);
   const std::string header = HeaderOf(program);
-  if (header.starts_with("MZ")) GoThroughRunner(launch, program, tail, header);
+  if (IsWindowsHeader(header)) GoThroughRunner(launch, program, tail, header);
   return launch;
 }
 

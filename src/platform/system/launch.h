@@ -21,4 +21,9 @@ struct Launch {
 // ../libexec/<name>. When it is not there, or Wine has not set up the prefix yet, the arguments have to do.
 Launch PrepareLaunch(const std::string& program, const std::string& tail);
 
+bool IsWindowsProgram(const std::string& program);
+
+// Why the runner could not run this program: see RunnerProblem of process.h. `program` is an absolute native path.
+std::string RunnerProblemOf(const std::string& program);
+
 }  // namespace win

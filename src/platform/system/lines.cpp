@@ -3,8 +3,11 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 
+#include "platform/system/deeds.h"
+#include "platform/system/disk.h"
 #include "platform/system/files.h"
 #include "platform/system/nativefile.h"
 #include "platform/system/paths.h"
@@ -18,10 +21,16 @@ constexpr std::size_t kPiece = std::size_t{64} * 1024;
 // Opens for output what Windows would: no folder, no pipe, no file with the read-only attribute, not even for root.
 Descriptor OpenForWriting(const std::string& native, WriteMode mode) {
   struct stat status;
-  const bool exists = stat(native.c_str(), &status) == 0;
-  if (exists && (!S_ISREG(status.st_mode) || (status.st_mode & S_IWUSR) == 0)) return Descriptor();
+  const bool exists = TheDisk().Stat(native, status) == 0;
+  const bool isFile = exists && S_ISREG(status.st_mode);
+  if (exists && (!isFile || (status.st_mode & S_IWUSR) == 0)) {
+    errno = isFile ? EPERM : EISDIR;
+    return Descriptor();
+  }
   const int end = mode == WriteMode::kAppend ? O_APPEND : O_TRUNC;
-  return Descriptor(open(native.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK | end, 0666));
+  Descriptor file(TheDisk().Open(native, O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK | end, 0666));
+  if (errno == ENOENT) errno = ENOTDIR;
+  return file;
 }
 
 }  // namespace
@@ -72,7 +81,7 @@ struct LineReader::State {
   }
 };
 
-LineReader::LineReader(const std::string& path) {
+LineReader::LineReader(const std::string& path) : path_(path) {
   Descriptor file = OpenForReading(NativePath(path));
   if (!file.IsOpen()) return;
   state_ = std::make_unique_for_overwrite<State>();  // the piece stays unset
@@ -94,14 +103,19 @@ bool LineReader::AtEnd() {
 std::string LineReader::ReadLine() {
   std::string line;
   if (AtEnd()) return line;
+  ++lineNumber_;
   while (state_->Fill() && !state_->TakeLine(line)) {
     if (line.size() > kMostBytes) state_->file = Descriptor();
   }
   return line;
 }
 
-LineWriter::LineWriter(const std::string& path, WriteMode mode)
-    : descriptor_(OpenForWriting(NativePath(path), mode).Release()) {}
+LineWriter::LineWriter(const std::string& path, WriteMode mode) : path_(path) {
+  Tell(mode == WriteMode::kAppend ? Act::kAppend : Act::kWrite, path, "", [&] {
+    descriptor_ = OpenForWriting(NativePath(path), mode).Release();
+    return IsOpen();
+  });
+}
 
 LineWriter::~LineWriter() {
   Close();
@@ -113,6 +127,7 @@ bool LineWriter::IsOpen() const {
 
 bool LineWriter::WriteLine(std::string_view text) {
   if (!IsOpen()) return false;
+  if (DeedsAreWatched()) Tell(Act::kWriteLine, path_, std::string(text), [] { return true; });
   buffer_.append(text).append("\r\n");
   if (buffer_.size() >= kPiece) {
     failed_ = !WriteAll(descriptor_, buffer_) || failed_;

@@ -6,6 +6,7 @@
 
 #include <cerrno>
 
+#include "platform/system/disk.h"
 #include "platform/system/pathfinder.h"
 #include "platform/system/paths.h"
 
@@ -18,7 +19,7 @@ Descriptor::~Descriptor() {
 namespace {
 
 Descriptor OpenNative(const std::string& native) {
-  return Descriptor(open(native.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  return Descriptor(TheDisk().Open(native, O_RDONLY | O_CLOEXEC | O_NONBLOCK, 0));
 }
 
 }  // namespace
@@ -48,6 +49,17 @@ ssize_t ReadSome(int descriptor, char* buffer, std::size_t size) {
   return count;
 }
 
+std::string LinkTarget(const std::string& native) {
+  char target[4096];
+  const ssize_t length = readlink(native.c_str(), target, sizeof target);
+  return length > 0 ? std::string(target, static_cast<std::size_t>(length)) : std::string();
+}
+
+bool FailWith(int error) {
+  errno = error;
+  return false;
+}
+
 bool WriteAll(int descriptor, std::string_view content) {
   while (!content.empty()) {
     const ssize_t count = write(descriptor, content.data(), content.size());
@@ -69,7 +81,7 @@ std::string TemporaryNameFor(const std::string& native) {
 }
 
 bool FlushToDisk(const std::string& native) {
-  const Descriptor file(open(native.empty() ? "." : native.c_str(), O_RDONLY | O_CLOEXEC));
+  const Descriptor file(TheDisk().Open(native.empty() ? "." : native, O_RDONLY | O_CLOEXEC, 0));
   // EINVAL: some file systems cannot flush a folder, and have nothing to flush.
   return file.IsOpen() && (fsync(file.Get()) == 0 || errno == EINVAL);
 }

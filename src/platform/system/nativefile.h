@@ -49,6 +49,12 @@ ssize_t ReadSome(int descriptor, char* buffer, std::size_t size);
 // the file, so that a small one, as nearly all are, costs a single read.
 std::optional<std::string> ReadToLookAt(const std::string& path);
 
+// What a link leads to; empty for what is no link.
+std::string LinkTarget(const std::string& native);
+
+// Leaves the error in errno, for whoever tells why something failed; gives false.
+bool FailWith(int error);
+
 bool WriteAll(int descriptor, std::string_view content);
 
 // The folder part with its separator; empty for a bare name.

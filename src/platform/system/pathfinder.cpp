@@ -1,8 +1,8 @@
 #include "platform/system/pathfinder.h"
 
 #include <limits.h>
-#include <sys/stat.h>
 
+#include "platform/system/disk.h"
 #include "platform/system/text.h"
 
 namespace win {
@@ -11,7 +11,7 @@ namespace {
 
 bool Exists(const std::string& native) {
   struct stat status;
-  return lstat(native.c_str(), &status) == 0;
+  return TheDisk().LinkStat(native, status) == 0;
 }
 
 std::string FolderAbove(const std::string& native) {
@@ -62,16 +62,16 @@ FoundPath PathFinder::Find(const std::string& spelled) {
   }
   if (!misspelt_.contains(spelled) && Exists(spelled)) return {spelled, true};
   if (name.empty() || name == "." || name == "..") return {spelled, false};
-  if (const FolderNames* const names = index_.NamesIn(folder)) return FindAmong(*names, folder, name);
+  if (const FolderNames* const names = NamesIn(folder)) return FindAmong(*names, folder, name);
   return FindInMisspelt(folder, name);
 }
 
 FoundPath PathFinder::FindInMisspelt(const std::string& folder, std::string_view name) {
   const std::uint64_t changes = index_.Changes();
   const FoundPath found = Find(folder);
-  const FolderNames* const names = found.exists ? index_.NamesIn(found.native) : nullptr;
+  const FolderNames* const names = found.exists ? NamesIn(found.native) : nullptr;
   misspelt_.erase(folder);
-  if (names != nullptr && found.native != folder) Remember(folder, {found.native, names, changes});
+  if (!names_ && names != nullptr && found.native != folder) Remember(folder, {found.native, names, changes});
   if (names != nullptr) return FindAmong(*names, found.native, name);
   if (!found.exists) return {Join(found.native, NewName(name)), false};
   // A folder that may be entered but not read.

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 #include "platform/system/folderindex.h"
 
@@ -25,6 +27,14 @@ struct FoundPath {
 // every answer rests on the folders as they are now. For one thread.
 class PathFinder {
  public:
+  // The names in a folder, good until the next question; nothing for what is no folder.
+  using Names = std::function<const FolderNames*(const std::string& folder)>;
+
+  PathFinder() = default;
+
+  // Asks `names` instead of the disk.
+  explicit PathFinder(Names names) : names_(std::move(names)) {}
+
   // `spelled` is a native path without `.`, repeated or trailing separators; only `.` and `/` themselves may be given.
   FoundPath Find(const std::string& spelled);
 
@@ -36,10 +46,12 @@ class PathFinder {
     std::uint64_t changes = 0;  // of the index, before the folder was searched
   };
 
+  const FolderNames* NamesIn(const std::string& folder) { return names_ ? names_(folder) : index_.NamesIn(folder); }
   FoundPath FindInMisspelt(const std::string& folder, std::string_view name);
   const FolderNames* NamesIfUnchanged(const Misspelt& folder);
   void Remember(const std::string& folder, Misspelt misspelt);
 
+  Names names_;
   FolderIndex index_{FolderIndex::Watching::kYes};
   std::unordered_map<std::string, Misspelt> misspelt_;
 };

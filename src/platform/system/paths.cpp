@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/system/diskpicture.h"
 #include "platform/system/environment.h"
 #include "platform/system/pathfinder.h"
 #include "platform/system/text.h"
@@ -72,6 +73,7 @@ namespace {
 
 // A child process starts afresh: the events that its parent waits for are not its own to take.
 PathFinder& Finder() {
+  if (DiskPicture* const picture = DiskPicture::InUse()) return picture->Finder();
   thread_local bool forked = false;
   thread_local std::optional<PathFinder> finder;
   [[maybe_unused]] static const int registered = pthread_atfork(nullptr, nullptr, [] { forked = true; });

@@ -5,6 +5,7 @@
 #include <signal.h>
 #include <spawn.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -25,10 +26,13 @@
 #include <vector>
 
 #include "platform/system/argumentlist.h"
+#include "platform/system/deeds.h"
+#include "platform/system/disk.h"
 #include "platform/system/launch.h"
 #include "platform/system/nativefile.h"
 #include "platform/system/paths.h"
 #include "platform/system/program.h"
+#include "platform/system/rehearsal.h"
 
 namespace win {
 namespace {
@@ -261,16 +265,41 @@ Process CreateProcess(const std::string& commandLine, unsigned creationFlags, co
   return result;
 }
 
-bool ShellExecute(const std::string& commandLine, const std::string& folder) {
-  std::error_code ignored;
-  const bool whole = fs::is_regular_file(NativePath(commandLine), ignored);
+namespace {
+
+bool IsFile(const std::string& native) {
+  struct stat status;
+  return TheDisk().Stat(native, status) == 0 && S_ISREG(status.st_mode);
+}
+
+// Without starting it.
+bool CouldBeStarted(const std::string& program) {
+  struct stat status;
+  if (TheDisk().Stat(program, status) != 0) return false;
+  if (IsWindowsProgram(program)) return RunnerProblemOf(program).empty() || FailWith(ENOEXEC);
+  return (S_ISREG(status.st_mode) && (status.st_mode & 0111) != 0) || FailWith(EACCES);
+}
+
+bool StartWithoutWaiting(const std::string& commandLine, const std::string& folder) {
+  const bool whole = IsFile(NativePath(commandLine));
   const ProgramAndTail line = whole ? ProgramAndTail{commandLine, ""} : SplitProgram(commandLine);
   const std::string program = AbsoluteNativePath(line.program);
   const std::string start = folder.empty() ? fs::path(program).parent_path().string() : AbsoluteNativePath(folder);
+  if (Rehearsal::IsOn()) return CouldBeStarted(program);
   const pid_t process = Spawn({program, line.tail, start, kNormalNice, /*silent=*/true});
   if (process < 0) return false;
   ReapInBackground(process);
   return true;
+}
+
+}  // namespace
+
+std::string RunnerProblem(const std::string& commandLine) {
+  return RunnerProblemOf(AbsoluteNativePath(SplitProgram(commandLine).program));
+}
+
+bool ShellExecute(const std::string& commandLine, const std::string& folder) {
+  return Tell(Act::kStart, commandLine, "", [&] { return StartWithoutWaiting(commandLine, folder); });
 }
 
 }  // namespace win

@@ -45,6 +45,11 @@ class Process {
 // fails the start.
 Process CreateProcess(const std::string& commandLine, unsigned creationFlags, const std::string& folder);
 
+// Why the runner could not run the Windows program that begins this command line, in one sentence: it is not there, or
+// a Wine without the part for programs of this kind. Nothing is started for it. Empty when nothing speaks against it,
+// and for any other program, a missing one too.
+std::string RunnerProblem(const std::string& commandLine);
+
 // Starts a program and does not wait: it outlives this one. `commandLine` as above; an unquoted path that names an
 // existing file is taken whole, blanks included. The child starts in `folder`, or in the program's own folder when that
 // is empty.

@@ -1,11 +1,13 @@
 #include "platform/system/profile.h"
 
+#include "platform/system/deeds.h"
 #include "platform/system/files.h"
 #include "platform/system/nativefile.h"
 #include "platform/system/text.h"
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <vector>
 
 namespace win {
@@ -289,12 +291,17 @@ std::string GetPrivateProfileString(std::string_view section, std::string_view k
   return std::string(value.substr(0, size ? size - 1 : 0));
 }
 
-bool WritePrivateProfileString(std::optional<std::string_view> section, std::optional<std::string_view> key,
-                               std::optional<std::string_view> value, const std::string& file) {
+namespace {
+
+bool WriteProfile(std::optional<std::string_view> section, std::optional<std::string_view> key,
+                  std::optional<std::string_view> value, const std::string& file) {
   if (!section) return false;
   const std::optional<std::string> content = ReadWholeFile(file);
   // A file that is there and cannot be read must not be taken for an empty one.
-  if (!content && GetAttributes(file)) return false;
+  if (const auto attributes = GetAttributes(file); !content && attributes) {
+    errno = *attributes & kAttributeDirectory ? EISDIR : EACCES;
+    return false;
+  }
   const std::string bytes = content.value_or("");
   const ProfileText text = Decode(bytes);
   const std::string_view sectionName = TrimGiven(*section);
@@ -307,6 +314,14 @@ bool WritePrivateProfileString(std::optional<std::string_view> section, std::opt
   else
     edits = {SetKey(text.characters, found, sectionName, TrimGiven(*key), *value)};
   return WriteWholeFile(file, Apply(bytes, text, edits));
+}
+
+}  // namespace
+
+bool WritePrivateProfileString(std::optional<std::string_view> section, std::optional<std::string_view> key,
+                               std::optional<std::string_view> value, const std::string& file) {
+  const std::string assignment = std::string(key.value_or("")) + "=" + std::string(value.value_or(""));
+  return Tell(Act::kSet, file, assignment, [&] { return WriteProfile(section, key, value, file); });
 }
 
 }  // namespace win

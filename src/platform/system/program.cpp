@@ -1,5 +1,6 @@
 #include "platform/system/program.h"
 
+#include "platform/system/disk.h"
 #include "platform/system/environment.h"
 #include "platform/system/paths.h"
 
@@ -19,11 +20,12 @@ std::string commandLine_;
 
 // Folders of the user are for the user alone, as the XDG base directory rules ask.
 std::string Made(const std::string& folder) {
-  if (access(folder.c_str(), F_OK) == 0) return folder;
+  struct stat status;
+  if (TheDisk().Stat(folder, status) == 0) return folder;
   std::string upTo;
   for (const fs::path& name : fs::path(folder)) {
     upTo = (fs::path(upTo) / name).string();
-    mkdir(upTo.c_str(), 0700);
+    TheDisk().MakeFolder(upTo, 0700);
   }
   return folder;
 }

@@ -1,6 +1,7 @@
 #include "platform/system/registry.h"
 
 #include "platform/system/autostart.h"
+#include "platform/system/deeds.h"
 #include "platform/system/jsonstore.h"
 #include "platform/system/text.h"
 
@@ -9,6 +10,7 @@
 #include <array>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <sstream>
 #include <system_error>
@@ -103,7 +105,9 @@ long RegOpenKeyEx(std::uint32_t root, const std::string& keyPath, std::uint32_t,
   return handle ? kErrorSuccess : kErrorFileNotFound;
 }
 
-long RegSetValueEx(RegistryHandle handle, const std::string& valueName, std::uint32_t type, std::string_view data) {
+namespace {
+
+long SetValue(RegistryHandle handle, const std::string& valueName, std::uint32_t type, std::string_view data) {
   const Key* key = KeyOf(handle);
   if (!key) return kErrorInvalidHandle;
   if (key->kind == KeyKind::kSystemInformation) return kErrorAccessDenied;
@@ -118,6 +122,34 @@ long RegSetValueEx(RegistryHandle handle, const std::string& valueName, std::uin
   if (stored) return kErrorSuccess;
   if (StartsAtLogIn(*key)) RestoreEntry(handle, valueName);
   return kErrorAccessDenied;
+}
+
+long DeleteValue(RegistryHandle handle, const std::string& valueName) {
+  const Key* key = KeyOf(handle);
+  if (!key) return kErrorInvalidHandle;
+  if (key->kind == KeyKind::kSystemInformation) return kErrorAccessDenied;
+  // Also without a value: an entry whose record was lost would start the program for ever.
+  if (StartsAtLogIn(*key)) RemoveAutostartEntry(valueName);
+  bool erased = false;
+  const bool stored = store.Change([&](Json& tree) { return erased = EraseMember(FindKey(tree, *key), valueName); });
+  if (!stored) return kErrorAccessDenied;
+  return erased ? kErrorSuccess : kErrorFileNotFound;
+}
+
+// A value that is not there need not go, so that it counts as gone.
+long Told(Act act, const std::string& valueName, std::string_view data, const std::function<long()>& work) {
+  long status = kErrorSuccess;
+  Tell(act, valueName, TextOf(data), [&] {
+    status = work();
+    return status == kErrorSuccess || (act == Act::kForget && status == kErrorFileNotFound);
+  });
+  return status;
+}
+
+}  // namespace
+
+long RegSetValueEx(RegistryHandle handle, const std::string& valueName, std::uint32_t type, std::string_view data) {
+  return Told(Act::kStore, valueName, data, [&] { return SetValue(handle, valueName, type, data); });
 }
 
 long RegQueryValueEx(RegistryHandle handle, const std::string& valueName, std::uint32_t& type, std::string& data) {
@@ -141,15 +173,7 @@ long RegQueryValueEx(RegistryHandle handle, const std::string& valueName, std::u
 }
 
 long RegDeleteValue(RegistryHandle handle, const std::string& valueName) {
-  const Key* key = KeyOf(handle);
-  if (!key) return kErrorInvalidHandle;
-  if (key->kind == KeyKind::kSystemInformation) return kErrorAccessDenied;
-  // Also without a value: an entry whose record was lost would start the program for ever.
-  if (StartsAtLogIn(*key)) RemoveAutostartEntry(valueName);
-  bool erased = false;
-  const bool stored = store.Change([&](Json& tree) { return erased = EraseMember(FindKey(tree, *key), valueName); });
-  if (!stored) return kErrorAccessDenied;
-  return erased ? kErrorSuccess : kErrorFileNotFound;
+  return Told(Act::kForget, valueName, "", [&] { return DeleteValue(handle, valueName); });
 }
 
 long RegCloseKey(RegistryHandle handle) {

@@ -1,5 +1,6 @@
 #include "platform/system/settings.h"
 
+#include "platform/system/deeds.h"
 #include "platform/system/jsonstore.h"
 
 namespace win {
@@ -17,13 +18,14 @@ std::string GetSetting(const std::string& application, const std::string& sectio
 
 bool SaveSetting(const std::string& application, const std::string& section, const std::string& key,
                  const std::string& value) {
-  return store.Change([&](Json& tree) {
+  const auto change = [&](Json& tree) {
     Json& stored = MakeMember(MakeMember(MakeMember(tree, application), section), key);
     Json wanted = JsonFromBytes(value);
     if (stored == wanted) return false;
     stored = std::move(wanted);
     return true;
-  });
+  };
+  return Tell(Act::kStore, section + "\\" + key, value, [&] { return store.Change(change); });
 }
 
 bool SaveSection(const std::string& application, const std::string& section, const std::vector<SettingRow>& rows,
@@ -38,11 +40,12 @@ bool SaveSection(const std::string& application, const std::string& section, con
 }
 
 bool DeleteSetting(const std::string& application, const std::string& section, const std::string& key) {
-  return store.Change([&](Json& tree) {
+  const auto change = [&](Json& tree) {
     if (section.empty()) return EraseMember(&tree, application);
     Json* sections = FindMember(&tree, application);
     return key.empty() ? EraseMember(sections, section) : EraseMember(FindMember(sections, section), key);
-  });
+  };
+  return Tell(Act::kForget, section + (key.empty() ? "" : "\\" + key), "", [&] { return store.Change(change); });
 }
 
 std::vector<StoredSetting> AllSettings(const std::string& application) {

@@ -3,8 +3,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 
+#include "platform/system/deeds.h"
+#include "platform/system/disk.h"
 #include "platform/system/files.h"
 #include "platform/system/nativefile.h"
 #include "platform/system/paths.h"
@@ -16,12 +19,10 @@ namespace {
 // Where the name leads when it is a link, also one to a file that does not exist yet.
 std::string FollowLinks(std::string native) {
   constexpr int kMostLinks = 40;
-  char target[4096];
   for (int i = 0; i < kMostLinks; ++i) {
-    const ssize_t length = readlink(native.c_str(), target, sizeof target);
-    if (length <= 0) break;
-    const std::string text(target, static_cast<std::size_t>(length));
-    native = text.starts_with('/') ? text : FolderOf(native) + text;
+    const std::string target = TheDisk().ReadLink(native);
+    if (target.empty()) break;
+    native = target.starts_with('/') ? target : FolderOf(native) + target;
   }
   return native;
 }
@@ -29,7 +30,7 @@ std::string FollowLinks(std::string native) {
 bool IsStillNamed(const Descriptor& file, const std::string& native) {
   struct stat opened;
   struct stat named;
-  return fstat(file.Get(), &opened) == 0 && lstat(native.c_str(), &named) == 0 && opened.st_ino == named.st_ino &&
+  return fstat(file.Get(), &opened) == 0 && TheDisk().LinkStat(native, named) == 0 && opened.st_ino == named.st_ino &&
          opened.st_dev == named.st_dev;
 }
 
@@ -37,11 +38,27 @@ bool IsStillNamed(const Descriptor& file, const std::string& native) {
 // has moved on with the other's content.
 Descriptor OpenTemporary(const std::string& native) {
   while (true) {
-    Descriptor file(open(native.c_str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0666));
+    Descriptor file(TheDisk().Open(native, O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0666));
     if (!file.IsOpen()) return file;
     flock(file.Get(), LOCK_EX);
     if (IsStillNamed(file, native)) return ftruncate(file.Get(), 0) == 0 ? std::move(file) : Descriptor();
   }
+}
+
+bool Write(const std::string& path, std::string_view content) {
+  const std::string target = FollowLinks(NativePath(path));
+  struct stat status;
+  const bool exists = TheDisk().Stat(target, status) == 0;
+  if (target.empty() || (exists && !S_ISREG(status.st_mode))) return FailWith(EISDIR);
+  if (exists && (status.st_mode & S_IWUSR) == 0) return FailWith(EPERM);
+  const std::string copy = TemporaryNameFor(target);
+  const Descriptor file = OpenTemporary(copy);
+  if (!file.IsOpen()) return FailWith(errno == ENOENT ? ENOTDIR : errno);
+  if (WriteAll(file.Get(), content) && (!exists || fchmod(file.Get(), status.st_mode & 07777) == 0) &&
+      fsync(file.Get()) == 0 && TheDisk().Rename(copy, target, 0) == 0)
+    return FlushToDisk(FolderOf(target));
+  TheDisk().Unlink(copy);
+  return false;
 }
 
 }  // namespace
@@ -74,18 +91,7 @@ std::optional<std::string> ReadToLookAt(const std::string& path) {
 }
 
 bool WriteWholeFile(const std::string& path, std::string_view content) {
-  const std::string target = FollowLinks(NativePath(path));
-  struct stat status;
-  const bool exists = stat(target.c_str(), &status) == 0;
-  if (target.empty() || (exists && (!S_ISREG(status.st_mode) || (status.st_mode & S_IWUSR) == 0))) return false;
-  const std::string copy = TemporaryNameFor(target);
-  const Descriptor file = OpenTemporary(copy);
-  if (!file.IsOpen()) return false;
-  if (WriteAll(file.Get(), content) && (!exists || fchmod(file.Get(), status.st_mode & 07777) == 0) &&
-      fsync(file.Get()) == 0 && rename(copy.c_str(), target.c_str()) == 0)
-    return FlushToDisk(FolderOf(target));
-  unlink(copy.c_str());
-  return false;
+  return Tell(Act::kWrite, path, "", [&] { return Write(path, content); });
 }
 
 }  // namespace win

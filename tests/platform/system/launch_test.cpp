@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <sstream>
 
+#include "platform/system/process.h"
 #include "tests/harness/sandbox.h"
 
 namespace {
@@ -60,6 +62,51 @@ TEST_F(LaunchTest, TheStarterIsOneThatTheProgramsPrefixCanRun) {
     expected.insert(expected.end(), {program, "a", "b"});
     EXPECT_EQ(Prepare(c.content).arguments, expected);
   }
+}
+
+struct RunnerCase {
+  const char* what;
+  const char* files;   // of the installation around the runner
+  const char* runner;  // its file name
+  std::uint32_t processor;
+  const char* said;  // part of the problem; empty: none
+};
+
+const RunnerCase kRunners[] = {
+    {"no part for 32 bits", "lib/wine/x86_64-windows/ntdll.dll", "wine", 0x14c, "lacks"},
+    {"no part for 64 bits", "lib/wine/i386-windows/ntdll.dll", "wine-stable", 0x8664, "lacks"},
+    {"both parts", "lib/wine/i386-windows/ntdll.dll lib64/wine/x86_64-windows/ntdll.dll", "wine", 0x14c, ""},
+    {"its own part", "lib/wine/x86_64-windows/ntdll.dll", "wine", 0x8664, ""},
+    {"two loaders", "lib/wine/wine lib/wine/wine64", "wine", 0x14c, ""},
+    {"one loader", "lib/wine/wine64 lib/x86_64-linux-gnu/wine/i386-windows/zlib1.dll", "wine", 0x14c, "wine32"},
+    {"an unknown layout", "share/wine/ntdll.dll", "wine", 0x14c, ""},
+    {"another runner", "lib/wine/x86_64-windows/ntdll.dll", "proton", 0x14c, ""},
+    {"an unknown processor", "lib/wine/x86_64-windows/ntdll.dll", "wine", 0xaa64, ""},
+};
+
+TEST_F(LaunchTest, ARunnerThatCannotRunAProgramIsKnownBeforehand) {
+  const auto problem = [&] { return win::RunnerProblem("\"" + program + "\" /win"); };
+  for (const RunnerCase& c : kRunners) {
+    SCOPED_TRACE(c.what);
+    fs::remove_all(sandbox.Root() / "opt");
+    std::istringstream files(c.files);
+    for (std::string file; files >> file;)
+      test::WriteFile(sandbox.Root() / "opt" / file, "");
+    const fs::path runner = sandbox.Root() / "opt/bin" / c.runner;
+    test::WriteFile(runner, "");
+    setenv("VARNIK_RUNNER", (runner.string() + " --fast").c_str(), 1);
+    test::WriteFile(program, Program(0x80, c.processor));
+    EXPECT_NE(problem().find("cannot be started"), std::string::npos);  // it may not be executed
+    fs::permissions(runner, fs::perms::owner_all);
+    EXPECT_EQ(problem().empty(), *c.said == '\0') << problem();
+    EXPECT_NE(problem().find(c.said), std::string::npos) << problem();
+  }
+  setenv("VARNIK_RUNNER", "no-such-runner", 1);
+  EXPECT_NE(problem().find("no-such-runner"), std::string::npos);
+  test::WriteFile(program, "#!/bin/sh\n");
+  EXPECT_EQ(problem(), "");
+  fs::remove(program);
+  EXPECT_EQ(problem(), "");
 }
 
 TEST_F(LaunchTest, APrefixThatIsNotSetUpYetGetsTheProgramItself) {

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <string>
+
+// What changed between two snapshots of a folder.
+namespace test {
+
+using Contents = std::map<std::string, std::string>;
+
+// The names that came, went or have another content. A folder's name ends in a slash.
+inline std::set<std::string> NamesThatDiffer(const Contents& before, const Contents& after) {
+  std::set<std::string> names;
+  for (const auto& [name, content] : before)
+    if (const auto found = after.find(name); found == after.end() || found->second != content) names.insert(name);
+  for (const auto& [name, content] : after)
+    if (!before.contains(name)) names.insert(name);
+  return names;
+}
+
+// True when every name is one of `told` or lies below one, and every one told is among the names or above one. Those
+// told have backslashes and no slash at their end.
+inline bool AreTold(const std::set<std::string>& names, const std::set<std::string>& told) {
+  std::set<std::string> borneOut;
+  for (std::string name : names) {
+    std::replace(name.begin(), name.end(), '/', '\\');
+    if (!name.ends_with('\\')) name += '\\';
+    bool isTold = false;
+    for (std::size_t end = name.find('\\'); end != std::string::npos; end = name.find('\\', end + 1)) {
+      if (!told.contains(name.substr(0, end))) continue;
+      borneOut.insert(name.substr(0, end));
+      isTold = true;
+    }
+    if (!isTold) return false;
+  }
+  return borneOut == told;
+}
+
+}  // namespace test
