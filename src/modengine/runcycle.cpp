@@ -45,6 +45,10 @@ ModEntry RowOf(int modIndex) {
   return isRow ? ModList[modIndex] : ModEntry();
 }
 
+std::string GameOf(const std::string& root, bool useEditor) {
+  return root + (useEditor ? "bz2edit.exe" : "bzone.exe");
+}
+
 struct Run {
   const std::string& commandLine;
   bool useEditor;
@@ -70,7 +74,7 @@ void RotateLog(const std::string& root) {
 void RunGame(Run& run) {
   Call(run.hooks.finishSplash);
   run.outcome.ran = true;
-  run.outcome.program = run.root + (run.useEditor ? "bz2edit.exe" : "bzone.exe");
+  run.outcome.program = GameOf(run.root, run.useEditor);
   run.outcome.commandLine = "\"" + run.outcome.program + "\" " + run.commandLine;
   run.outcome.exitStatus =
       ShellAndWait(run.outcome.commandLine, HighPriority ? win::kHighPriorityClass : win::kNormalPriorityClass);
@@ -123,6 +127,17 @@ RunOutcome Refused(const std::string& problem) {
   return outcome;
 }
 
+// What keeps the game from running whatever is done to the install; without a window it is said in the message alone. A
+// mod that brings its own program needs no runner for the game.
+std::string RunnerProblem(int modIndex, bool useEditor, const RunHooks& hooks) {
+  if (!RowOf(modIndex).Standard) return "";
+  const std::string problem = win::RunnerProblem("\"" + GameOf(InstallRoot(), useEditor) + "\"");
+  if (problem.empty()) return "";
+  const std::string message = "The game cannot be run: " + problem;
+  if (hooks.hideWindow) std::fprintf(stderr, "%s\n", message.c_str());
+  return message + "\r\nNothing was changed.";
+}
+
 bool AsksForEditor(const std::string& line) {
   for (const char* edit : {"/edit", "+edit", "-edit"})
     if (line.find(edit) != std::string::npos) return true;
@@ -133,6 +148,8 @@ ClickOutcome RunSelected(int modIndex, const std::function<std::string()>& build
   const std::string root = InstallRoot();
   const bool useEditor = IsVersion13() && AsksForEditor(buildLine());
   if (useEditor && !FileExists(root + "bz2edit.exe")) return {ClickOutcome::Act::kNone, false, Refused(kNoEditor)};
+  if (const std::string problem = RunnerProblem(modIndex, useEditor, hooks); !problem.empty())
+    return {ClickOutcome::Act::kNone, false, Refused(problem)};
   if (ClearBindataOnLaunch) ClearBindata();
   return {ClickOutcome::Act::kRun, false, LaunchBZ2(modIndex, buildLine(), useEditor, hooks)};
 }
@@ -142,6 +159,7 @@ ClickOutcome RunSelected(int modIndex, const std::function<std::string()>& build
 RunOutcome LaunchBZ2(int modIndex, const std::string& commandLine, bool useEditor, const RunHooks& hooks) {
   const RunGuard guard;
   if (!guard.IsHeld()) return Refused(kRunRefused);
+  if (const std::string problem = RunnerProblem(modIndex, useEditor, hooks); !problem.empty()) return Refused(problem);
   Run run{commandLine, useEditor, hooks, InstallRoot(), {}};
   Call(hooks.setTrayTip, "Varnik: Running Battlezone II");
   if (OptionIsOn("RenameLog")) RotateLog(run.root);

@@ -71,6 +71,26 @@ TEST_F(RunCycle, RunsTheGameWithTheModAndPutsAllBack) {
   EXPECT_EQ(test::Snapshot(sandbox_.Install()), before);
 }
 
+TEST_F(RunCycle, ChangesNothingForAGameThatNothingHereRuns) {
+  setenv("VARNIK_RUNNER", "no-such-runner", 1);
+  Put("a=a bzone.exe=MZ battlezone.log=1");
+  StoreOption("RenameLog", "On");
+  const int mod = AddMod("rename(a,b);");
+  const auto before = test::Snapshot(sandbox_.Install());
+  const ClickOutcome click = Click(mod);
+  EXPECT_EQ(click.act, ClickOutcome::Act::kNone);
+  EXPECT_NE(click.run.problem.find("no-such-runner"), std::string::npos);
+  EXPECT_FALSE(LaunchBZ2(mod, "", false, hooks_).ran);
+  EXPECT_EQ(told_, click.run.problem + click.run.problem);
+  EXPECT_EQ(steps_, "");
+  EXPECT_EQ(test::Snapshot(sandbox_.Install()), before);
+  Put("bzone.exe tool=x");  // one that is missing is no matter of runners, nor is a mod's own program
+  EXPECT_TRUE(LaunchBZ2(mod, "", false, hooks_).ran);
+  Put("bzone.exe=MZ");
+  EXPECT_EQ(LaunchBZ2(AddMod("requireexe(tool);", "exe.bzm"), "", false, hooks_).problem, "");
+  unsetenv("VARNIK_RUNNER");
+}
+
 TEST_F(RunCycle, RefusesADefinitionThatChangedBehindTheCatalogue) {
   const std::string reload = "Reloading BZ2 location for you now.";
   const std::string edited =
