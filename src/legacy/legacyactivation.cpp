@@ -3,6 +3,7 @@
 #include "legacy/legacyconfig.h"
 #include "legacy/legacyformat.h"
 #include "modengine/crashmarker.h"
+#include "modengine/currentline.h"
 #include "platform/system/process.h"
 
 namespace varnik {
@@ -133,8 +134,11 @@ bool ActivateLegacyMod(const std::string& definitionFile) {
   win::LineReader file(definitionFile);
   if (!file.IsOpen()) return false;
   ActivationPass pass;
-  while (!file.AtEnd() && !pass.programTookOver)
-    ActOnLegacyLine(kDirectives, pass, ReadLegacyLine(file));
+  while (!file.AtEnd() && !pass.programTookOver) {
+    const LegacyLine line = ReadLegacyLine(file);
+    const AtLine here(file);
+    ActOnLegacyLine(kDirectives, pass, line);
+  }
   if (pass.programTookOver) return false;
   if (pass.config == LegacyConfig::kGenerated) pass.generated.Finish(pass.places.root);
   WriteCrashMarker({pass.places.root, definitionFile});

@@ -3,6 +3,7 @@
 #include "installs/installlist.h"
 #include "modengine/bzonecfg.h"
 #include "modengine/crashmarker.h"
+#include "modengine/currentline.h"
 #include "modengine/includes.h"
 #include "modengine/passdirective.h"
 #include "modengine/sessiondefaults.h"
@@ -136,6 +137,7 @@ bool ActivateFile(win::LineReader& file, Walk walk) {
   while (walk.goOn && !file.AtEnd()) {
     win::DoEvents();
     ParseDirective(file.ReadLine(), args);
+    const AtLine line(file);
     ActOnDirective(kDirectives, walk, args);
   }
   return walk.goOn;

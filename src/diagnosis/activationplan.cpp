@@ -1,0 +1,157 @@
+#include "diagnosis/activationplan.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "installs/installlist.h"
+#include "modengine/currentline.h"
+#include "modengine/force.h"
+#include "platform/system/files.h"
+#include "platform/system/paths.h"
+#include "platform/system/rehearsal.h"
+#include "platform/system/text.h"
+
+namespace varnik {
+
+namespace {
+
+struct StepName {
+  win::Act act;
+  const char* name;
+};
+
+constexpr StepName kStepNames[] = {
+    {win::Act::kLookFor, "look for"},
+    {win::Act::kSearch, "search for"},
+    {win::Act::kRename, "rename"},
+    {win::Act::kDelete, "delete"},
+    {win::Act::kMakeFolder, "make folder"},
+    {win::Act::kRemoveFolder, "remove folder"},
+    {win::Act::kWrite, "write"},
+    {win::Act::kAppend, "append"},
+    {win::Act::kWriteLine, "append"},
+    {win::Act::kSet, "set"},
+    {win::Act::kStart, "start"},
+    {win::Act::kStore, "store"},
+    {win::Act::kForget, "forget"},
+};
+
+std::string NameOf(win::Act act) {
+  for (const StepName& row : kStepNames)
+    if (row.act == act) return row.name;
+  return "";
+}
+
+const char* ClauseFor(win::PathDifference::Kind kind) {
+  using Kind = win::PathDifference::Kind;
+  return kind == Kind::kNew    ? "it would be left over"
+         : kind == Kind::kGone ? "it would be gone"
+                               : "it would have changed";
+}
+
+// The line of the file that the pass began with, and where in an included one.
+std::pair<int, std::string> Position() {
+  const auto& lines = CurrentLines();
+  if (lines.empty()) return {0, ""};
+  const win::LineReader& inner = *lines.back();
+  if (lines.size() == 1) return {inner.LineNumber(), ""};
+  return {lines.front()->LineNumber(),
+          "line " + std::to_string(inner.LineNumber()) + " of " + win::FileNameOf(inner.Path())};
+}
+
+// The text when it is a single line.
+std::string SingleLine(const std::string& text) {
+  const std::size_t end = text.find_last_not_of("\r\n") + 1;
+  const std::string line = text.substr(0, end);
+  return line.find('\n') == std::string::npos ? win::Trim(line) : "";
+}
+
+std::optional<std::string> Configuration() {
+  return win::ReadWholeFile(InstallRoot() + "bzone.cfg");
+}
+
+std::vector<PlanStep> WhatIsLeft(const win::Rehearsal& rehearsal) {
+  std::vector<PlanStep> left;
+  const std::string root = InstallRoot();
+  for (const auto& [path, kind] : rehearsal.Differences(root))
+    left.push_back(
+        {0, "put back", path.starts_with(root) ? path.substr(root.size()) : path, "", false, ClauseFor(kind)});
+  return left;
+}
+
+}  // namespace
+
+PlanSteps::PlanSteps() : root_(InstallRoot()) {}
+
+std::string PlanSteps::Named(const std::string& path) const {
+  if (!path.starts_with(root_)) return path;
+  return path.substr(std::min(path.find_first_not_of('\\', root_.size()), path.size()));
+}
+
+PlanStep PlanSteps::StepOf(const win::Deed& deed) const {
+  const auto& [line, within] = Position();
+  std::string why = deed.why;
+  if (!within.empty()) why += (why.empty() ? "" : ", ") + within;
+  const std::string source = deed.act == win::Act::kRename ? Named(deed.source) : deed.source;
+  return {line, NameOf(deed.act), Named(deed.target), source, deed.done, why};
+}
+
+// What is looked for in vain is a step when nothing else comes of its line.
+void PlanSteps::Add(PlanStep step) {
+  if (missing_ && missing_->line != step.line) steps_.push_back(*missing_);
+  missing_.reset();
+  steps_.push_back(std::move(step));
+}
+
+void PlanSteps::TakeLook(const win::Deed& deed) {
+  PlanStep look = StepOf(deed);
+  if (look.line == 0) return;
+  const bool isSameLine = missing_ && missing_->line == look.line;
+  if (missing_ && !isSameLine) steps_.push_back(*missing_);
+  if (deed.done)
+    missing_.reset();
+  else if (!isSameLine)
+    missing_ = std::move(look);
+}
+
+// Lines belong to the step that opened their file, as long as it is the last one of the same line of the definition.
+void PlanSteps::TakeLine(const win::Deed& deed) {
+  PlanStep step = StepOf(deed);
+  step.source = step.line == 0 ? "" : SingleLine(deed.source);
+  const bool belongs = !steps_.empty() && steps_.back().target == step.target && steps_.back().line == step.line;
+  if (!belongs)
+    Add(std::move(step));
+  else if (!step.source.empty())
+    steps_.back().source = step.source;
+}
+
+void PlanSteps::Take(const win::Deed& deed) {
+  if (deed.act == win::Act::kLookFor) return TakeLook(deed);
+  if (deed.act == win::Act::kWriteLine) return TakeLine(deed);
+  if (deed.act == win::Act::kSearch && deed.done) return;
+  Add(StepOf(deed));
+}
+
+std::vector<PlanStep> PlanSteps::All() {
+  if (missing_) steps_.push_back(*missing_);
+  missing_.reset();
+  return steps_;
+}
+
+ActivationPlan PlanActivation(const ModEntry& mod) {
+  const win::Rehearsal rehearsal;
+  ActivationPlan plan;
+  PlanSteps steps;
+  const std::optional<std::string> before = Configuration();
+  {
+    const win::DeedWatch watch([&](const win::Deed& deed) { steps.Take(deed); });
+    plan.inForce = PutIntoForce(mod);
+  }
+  plan.steps = steps.All();
+  if (const auto after = Configuration(); after != before) plan.configuration = after;
+  if (plan.inForce) TakeOutOfForce(mod);
+  plan.left = WhatIsLeft(rehearsal);
+  return plan;
+}
+
+}  // namespace varnik
