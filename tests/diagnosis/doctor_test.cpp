@@ -1,0 +1,115 @@
+#include "diagnosis/doctor.h"
+
+#include "modengine/activation.h"
+#include "modengine/crashmarker.h"
+#include "support/settings.h"
+#include "tests/modengine/modtest.h"
+
+namespace varnik {
+namespace {
+
+class Doctor : public test::ModTest {
+ protected:
+  // Items in order, `+` behind one that can be mended.
+  static std::string Found() {
+    std::string found;
+    for (const Leaving& leaving : FindLeavings())
+      found += leaving.item + (leaving.mend ? "+ " : " ");
+    return found;
+  }
+
+  static void MendAll() {
+    for (const Leaving& leaving : FindLeavings())
+      EXPECT_EQ(Mend(leaving), leaving.mend != nullptr) << leaving.item;
+  }
+};
+
+struct LeftCase {
+  const char* files;
+  const char* found;
+  const char* afterwards;
+};
+
+const LeftCase kLeft[] = {
+    {"bzone.cfg=own", "", "bzone.cfg=own"},
+    {"bzonevarnik.cfg=x bzonevarnik.cfg.kept-1=y", "bzonevarnik.cfg+ ",
+     "bzonevarnik.cfg bzonevarnik.cfg.kept-1=y bzonevarnik.cfg.kept-2=x"},
+    {"bzone.cfg=mod bzonevarnik.bak=own", "bzonevarnik.bak+ ", "bzone.cfg=own bzonevarnik.bak bzone.cfg.kept-1=mod"},
+    {"bzone.cfg bzone.tmp.old=own newbzone.tmp=n", "newbzone.tmp+ bzone.tmp.old+ ",
+     "bzone.cfg=own bzone.tmp.old newbzone.tmp newbzone.tmp.kept-1=n bzone.cfg.kept-1"},
+    {"bzone.cfg=mod bzone.tmp.old=own", "bzone.tmp.old+ ", "bzone.cfg=own bzone.cfg.kept-1=mod"},
+    {"bzone.cfg=a bzonevarnik.bak=b bzone.tmp.old=c", "bzonevarnik.bak bzone.tmp.old ",
+     "bzone.cfg=a bzonevarnik.bak=b bzone.tmp.old=c"},
+    {"tmp.recylist=x", "tmp.recylist+ ", "RecyList.txt=x tmp.recylist"},
+    {"tmp.recylist=x RecyList.txt=x", "tmp.recylist+ ", "RecyList.txt=x tmp.recylist tmp.recylist.kept-1=x"},
+    {"tmp.recylist=x RecyList.txt=y", "tmp.recylist ", "RecyList.txt=y tmp.recylist=x"},
+    {"tempstuff/1=x", "tempstuff ", "tempstuff/1=x"},
+    {"pilots.orig/p=1 saved.orig/s=2 saved/m=3", "pilots.orig+ saved.orig ", "pilots/p=1 saved.orig/s=2 saved/m=3"},
+};
+
+TEST_F(Doctor, KnowsWhatIsLeftAndMendsWhatIsSafe) {
+  for (const LeftCase& c : kLeft) {
+    SCOPED_TRACE(c.files);
+    MakeInstall("1.2");
+    Put(c.files);
+    const auto before = test::Snapshot(sandbox_.Install());
+    EXPECT_EQ(Found(), c.found);
+    EXPECT_EQ(test::Snapshot(sandbox_.Install()), before);
+    MendAll();
+    Expect(c.afterwards);
+  }
+}
+
+TEST_F(Doctor, FinishesAnInterruptedRunWithThePlayersValues) {
+  MakeInstall("1.3");
+  Put("a=a addon/gameprefs.ini=[UserPrefs]");
+  test::WriteFile(InRoot("addon/gameprefs.ini"), "[UserPrefs]\r\nDefaultSessionName=Mine\r\n");
+  const auto before = test::Snapshot(sandbox_.Install());
+  ASSERT_TRUE(ActivateMod(Define("rename(a,b);\npak(p);\ndefaultname(Theirs);")));
+  EXPECT_EQ(Found(), "Crash+ ");
+  Expect("b=a");
+  MendAll();
+  EXPECT_EQ(Found(), "");
+  for (const auto& [name, content] : before)
+    EXPECT_EQ(test::Snapshot(sandbox_.Install())[name], content) << name;
+  EXPECT_TRUE(Content("bzone.cfg.kept-1").value_or("").find("p.pak") != std::string::npos);
+}
+
+TEST_F(Doctor, LeavesWhatItCannotKnowToAPerson) {
+  Put("a=a");
+  const std::string definition = Define("rename(a,b);\npak(p);");
+  ASSERT_TRUE(ActivateMod(definition));
+  Put("mod.bzm=bz2hald4");
+  EXPECT_EQ(Found(), "Crash bzonevarnik.bak+ ");
+  WriteCrashMarker({sandbox_.Home().string() + "\\", definition});
+  EXPECT_EQ(Found(), "Crash bzonevarnik.bak+ ");
+  WriteCrashMarker({Root(), ""});
+  EXPECT_EQ(Found(), "Crash+ bzonevarnik.bak+ ");
+  MendAll();
+  EXPECT_EQ(Found(), "");
+  Expect("b=a");
+}
+
+TEST_F(Doctor, TakesNothingFromAModThatStaysInForce) {
+  Put("on=x");
+  ASSERT_TRUE(ActivateMod(Define("activated();\nrename(on,off);\npak(p);")));
+  EXPECT_EQ(Found(), "");
+  Put("mod.bzm");
+  EXPECT_EQ(Found(), "bzonevarnik.bak+ ");
+}
+
+TEST_F(Doctor, PutsKeptValuesBackWhereTheyAreFromForCertain) {
+  const std::string kept = "DefaultSessionName";
+  Store(kBackupSection, kept, "Mine");
+  EXPECT_EQ(Found(), "Backup ");
+  test::WriteFile(InRoot("gameprefs.ini"), "[UserPrefs]\r\nDefaultSessionName=Theirs\r\n");
+  Store(kInstallsSection, "BZ2Loc0", Root());
+  EXPECT_EQ(Found(), "Backup+ ");
+  MendAll();
+  EXPECT_EQ(Content("gameprefs.ini"), "[UserPrefs]\r\nDefaultSessionName=Mine\r\n");
+  EXPECT_EQ(Content("gameprefs.ini.kept-1"), "[UserPrefs]\r\nDefaultSessionName=Theirs\r\n");
+  EXPECT_EQ(ReadStored(kBackupSection, kept), "");
+}
+
+}  // namespace
+}  // namespace varnik
