@@ -28,6 +28,9 @@ struct Arguments {
   bool convert = false;
   bool details = false;
   bool all = false;
+  bool configuration = false;
+  bool after = false;
+  bool fix = false;
   std::string key;
   std::string value;
 };

@@ -17,8 +17,10 @@ int CheckFile(const Arguments& arguments);
 
 int ActivateGivenMod(const Arguments& arguments);
 int DeactivateGivenMod(const Arguments& arguments);
+int PlanGivenMod(const Arguments& arguments);
 int RunGivenMod(const Arguments& arguments);
 int Recover(const Arguments& arguments);
+int LookAtInstall(const Arguments& arguments);
 
 int ListOptions(const Arguments& arguments);
 int ShowLine(const Arguments& arguments);

@@ -3,7 +3,6 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/commands.h"
-#include "cli/output.h"
 #include "maps/mapclass.h"
 
 namespace varnik::cli {
@@ -75,9 +74,16 @@ void DeclareMaps(CLI::App& app, Arguments& arguments) {
   app.add_flag("--details", arguments.details, "With type, description file and picture file");
 }
 
-int NotThereYet(const Arguments&) {
-  Note("this command is not there yet");
-  return kWrongUsage;
+void DeclarePlan(CLI::App& app, Arguments& arguments) {
+  DeclareMod(app, arguments);
+  app.add_flag("--config", arguments.configuration, "Print the bzone.cfg that the game would find, and nothing else");
+  app.add_flag("--after", arguments.after,
+               "Add a row `put back` for all that would differ from now when the mod is out of force again");
+}
+
+void DeclareDoctor(CLI::App& app, Arguments& arguments) {
+  app.add_flag("--fix", arguments.fix,
+               "Undo what can be undone safely, with a copy kept of every file that is replaced");
 }
 
 }  // namespace
@@ -95,8 +101,8 @@ const std::vector<Command> kCommands = {
      "parse ~/games/bz2/mymod.bzm"},
     {"check", "Tell what readers of a definition file would pass over in silence", false, DeclareFile, CheckFile,
      "check ~/games/bz2/mymod.bzm"},
-    {"plan", "Show each step that an activation would take now, and change nothing", true, DeclareMod, NotThereYet,
-     "plan mymod.bzm"},
+    {"plan", "Show each step that an activation would take now, and change nothing", true, DeclarePlan, PlanGivenMod,
+     "plan mymod.bzm\nplan mymod.bzm --after\nplan mymod.bzm --config"},
     {"activate", "Put a mod into force", true, DeclareMod, ActivateGivenMod, "activate mymod.bzm"},
     {"deactivate", "Take a mod out of force", true, DeclareMod, DeactivateGivenMod, "deactivate mymod.bzm"},
     {"run", "Put a mod into force, run the game, and put everything back", true, DeclareRun, RunGivenMod,
@@ -110,6 +116,8 @@ const std::vector<Command> kCommands = {
      "settings\nsettings --all --json"},
     {"settings set", "Store a setting", false, DeclareSetSetting, SetSetting, "settings set RenameLog On"},
     {"recover", "Undo a run that was interrupted, as a start of Varnik does", false, nullptr, Recover, "recover"},
+    {"doctor", "Tell what an interrupted or failed run left behind, and what undoes it", true, DeclareDoctor,
+     LookAtInstall, "doctor\n--root ~/games/bz2 doctor --fix"},
 };
 
 }  // namespace varnik::cli

@@ -47,6 +47,10 @@ int PrintLine(std::string_view bytes) {
   return Write(win::Utf8FromBytes(bytes) + "\n");
 }
 
+int PrintBytes(std::string_view bytes) {
+  return Write(std::string(bytes));
+}
+
 int PrintTable(const Row& headings, const std::vector<Row>& rows) {
   std::vector<std::size_t> widths;
   for (std::size_t i = 0; i < headings.size(); ++i) {

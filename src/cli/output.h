@@ -22,6 +22,9 @@ Json Text(std::string_view bytes);
 int Print(const Json& document);
 int PrintLine(std::string_view bytes);
 
+// The bytes as they are.
+int PrintBytes(std::string_view bytes);
+
 // Columns below headings, as wide as their widest text.
 int PrintTable(const std::vector<std::string>& headings, const std::vector<std::vector<std::string>>& rows);
 

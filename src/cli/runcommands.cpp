@@ -3,12 +3,10 @@
 #include "cli/session.h"
 #include "cmdline/optionlist.h"
 #include "installs/installlist.h"
-#include "legacy/legacy.h"
-#include "modengine/activation.h"
-#include "modengine/bzonecfg.h"
 #include "modengine/catalogue.h"
 #include "modengine/crashmarker.h"
 #include "modengine/deactivation.h"
+#include "modengine/force.h"
 #include "modengine/runcycle.h"
 #include "modengine/runguard.h"
 #include "platform/system/paths.h"
@@ -32,11 +30,6 @@ std::string OtherModInForce(const std::string& definitionFile) {
   const CrashMarker marker = ReadCrashMarker();
   const bool isOurs = IsSamePath(marker.definitionFile, definitionFile) && IsSamePath(marker.root, InstallRoot());
   return marker.root.empty() || isOurs ? "" : marker.definitionFile;
-}
-
-int FailOverModInForce(const std::string& definitionFile) {
-  return Fail(definitionFile,
-              "is in force: `varnik-cli deactivate` takes it out, or `varnik-cli recover` after a crash");
 }
 
 void NoteExeTookOver() {
@@ -78,16 +71,6 @@ int Launch(const Arguments& arguments, int row) {
   return PrintRun(arguments, run);
 }
 
-bool Activate(const ModEntry& mod) {
-  return mod.Legacy ? ActivateLegacyMod(mod.DefinitionFile) : ActivateMod(mod.DefinitionFile);
-}
-
-bool Deactivate(const ModEntry& mod) {
-  if (!mod.Legacy) return DeactivateMod(mod.DefinitionFile, InstallRoot());
-  DeactivateLegacyMod(mod.DefinitionFile, InstallRoot());
-  return true;
-}
-
 // A mod that does not fit the install any more can still be taken out of force: its definition is all that it takes.
 int DeactivateUnlisted(const Arguments& arguments, const std::string& file) {
   const UndoOutcome outcome = DeactivateByMarker(file, InstallRoot());
@@ -97,7 +80,7 @@ int DeactivateUnlisted(const Arguments& arguments, const std::string& file) {
 
 int DeactivateListed(const Arguments& arguments, const ModEntry& mod) {
   if (mod.State == -1) Note(mod.DefinitionFile + ": counts as inactive already");
-  return PrintDone(arguments, Deactivate(mod), mod.DefinitionFile + " is out of force");
+  return PrintDone(arguments, TakeOutOfForce(mod), mod.DefinitionFile + " is out of force");
 }
 
 }  // namespace
@@ -109,12 +92,10 @@ int ActivateGivenMod(const Arguments& arguments) {
   if (row == 0) return FailWithoutMod(arguments.mod);
   SelectModFolders(static_cast<int>(row));
   const ModEntry& mod = ModList[row];
-  if (const CrashMarker marker = ReadCrashMarker(); !marker.root.empty())
-    return FailOverModInForce(marker.definitionFile);
-  if (mod.State == 1 && ConfigurationIsReplaced(InstallRoot())) return Fail(mod.DefinitionFile, "is in force already");
+  if (const int refused = RefuseActivation(mod); refused != kDone) return refused;
   if (mod.State == 0)
     Note(mod.DefinitionFile + ": is taken out of force by `deactivate`, or by the next start of Varnik");
-  return PrintDone(arguments, Activate(mod), mod.DefinitionFile + " is in force");
+  return PrintDone(arguments, PutIntoForce(mod), mod.DefinitionFile + " is in force");
 }
 
 int DeactivateGivenMod(const Arguments& arguments) {

@@ -4,7 +4,9 @@
 
 #include "cli/output.h"
 #include "installs/installlist.h"
+#include "modengine/bzonecfg.h"
 #include "modengine/catalogue.h"
+#include "modengine/crashmarker.h"
 #include "modengine/includes.h"
 #include "platform/system/files.h"
 #include "platform/system/paths.h"
@@ -122,6 +124,18 @@ std::string FindGivenDefinition(const std::string& mod) {
   if (!IsPath(mod)) return FindModFile(mod);
   const std::string path = GivenPath(mod);
   return FileExists(path) ? path : "";
+}
+
+int RefuseActivation(const ModEntry& mod) {
+  if (const CrashMarker marker = ReadCrashMarker(); !marker.root.empty())
+    return FailOverModInForce(marker.definitionFile);
+  if (mod.State == 1 && ConfigurationIsReplaced(InstallRoot())) return Fail(mod.DefinitionFile, "is in force already");
+  return kDone;
+}
+
+int FailOverModInForce(const std::string& definitionFile) {
+  return Fail(definitionFile,
+              "is in force: `varnik-cli deactivate` takes it out, or `varnik-cli recover` after a crash");
 }
 
 std::optional<int> SelectMod(const std::string& mod) {

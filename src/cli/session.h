@@ -4,6 +4,7 @@
 #include <string>
 
 #include "cli/arguments.h"
+#include "modengine/modentry.h"
 
 // The engine's state for one command, as a start of the window brings it up.
 namespace varnik::cli {
@@ -40,6 +41,12 @@ int FailWithoutMod(const std::string& mod);
 
 // The file that `mod` names, whether it fits the install or not; empty when there is none.
 std::string FindGivenDefinition(const std::string& mod);
+
+// kDone, or kFailed, having said why, when the mod is not to be put into force now: one is in force already.
+int RefuseActivation(const ModEntry& mod);
+
+// Says that this one is in force; gives kFailed.
+int FailOverModInForce(const std::string& definitionFile);
 
 constexpr char kNoMod[] = "-";
 

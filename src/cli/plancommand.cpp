@@ -1,0 +1,66 @@
+#include "cli/commands.h"
+#include "cli/output.h"
+#include "cli/session.h"
+#include "diagnosis/activationplan.h"
+#include "modengine/catalogue.h"
+#include "modengine/runguard.h"
+
+namespace varnik::cli {
+
+namespace {
+
+Json AsJson(const PlanStep& step) {
+  return {{"Line", step.line == 0 ? Json() : Json(step.line)},
+          {"Step", step.step},
+          {"Target", Text(step.target)},
+          {"Source", step.source.empty() ? Json() : Text(step.source)},
+          {"Works", step.works},
+          {"Why", step.why.empty() ? Json() : Text(step.why)}};
+}
+
+std::vector<std::string> AsRow(const PlanStep& step) {
+  return {step.line == 0 ? "" : std::to_string(step.line),
+          step.step,
+          step.target,
+          OneLine(step.source),
+          step.works ? "yes" : "no",
+          step.why};
+}
+
+int PrintSteps(const Arguments& arguments, const std::vector<PlanStep>& steps) {
+  Json list = Json::array();
+  std::vector<std::vector<std::string>> rows;
+  for (const PlanStep& step : steps) {
+    if (arguments.json)
+      list.push_back(AsJson(step));
+    else
+      rows.push_back(AsRow(step));
+  }
+  return arguments.json ? Print(list) : PrintTable({"Line", "Step", "Target", "Source", "Works", "Why"}, rows);
+}
+
+int PrintConfiguration(const Arguments& arguments, const ActivationPlan& plan) {
+  if (!plan.configuration) return Fail(arguments.mod, "would leave bzone.cfg as it is");
+  if (arguments.json) return Print({{"Configuration", Text(*plan.configuration)}});
+  return PrintBytes(*plan.configuration);
+}
+
+}  // namespace
+
+int PlanGivenMod(const Arguments& arguments) {
+  const RunGuard guard;
+  if (!guard.IsHeld()) return Fail(arguments.mod, kRunRefused);
+  const std::size_t row = FindGivenMod(arguments.mod);
+  if (row == 0) return FailWithoutMod(arguments.mod);
+  SelectModFolders(static_cast<int>(row));
+  if (const int refused = RefuseActivation(ModList[row]); refused != kDone) return refused;
+  const ActivationPlan plan = PlanActivation(ModEntry(ModList[row]));
+  if (arguments.configuration) return PrintConfiguration(arguments, plan);
+  std::vector<PlanStep> steps = plan.steps;
+  if (!plan.inForce) Note("an EXE of the mod would take over");
+  if (arguments.after) steps.insert(steps.end(), plan.left.begin(), plan.left.end());
+  if (arguments.after && plan.left.empty()) Note("a deactivation would leave everything as it is now");
+  return PrintSteps(arguments, steps);
+}
+
+}  // namespace varnik::cli
