@@ -46,6 +46,7 @@ TEST_F(Files, RenameNeverReplaces) {
       {"folder\\", "FOLDER", true, "FOLDER/inside"},
       {"one.txt", "One.txt", true, "One.txt"},
       {"one.txt", "ONE.txt. ", true, "ONE.txt"},
+      {"one.txt", "one.txt", true, "one.txt"},
       {"fixed.txt", "moved.txt", true, "moved.txt"},
       {"one.txt", "dangling", false, "one.txt"},
       {"none.txt", "new.txt", false, "one.txt"},

@@ -35,9 +35,9 @@ TEST(FindFile, WildcardsOfTheFileCalls) {
     const char *name, *pattern;
     bool match;
   } cases[] = {
-      {"noext", "*.*", true}, {"noext", "*.", true},      {"a.b", "*.", false},      {"a", "a?", true},
-      {"abc", "a?", false},   {"a.txt", "a?.*", true},    {"a.txt", "?.txt", true},  {"ab", "a?b", false},
-      {"É.TXT", "é.*", true}, {"a.b.txt", "*.txt", true}, {"a.txt", "*.txt ", true},
+      {"noext", "*.*", true}, {"noext", "*.", true},   {"a.b", "*.", false},       {"a", "a?", true},
+      {"abc", "a?", false},   {"a.txt", "a?.*", true}, {"a.txt", "?.txt", true},   {"ab", "a?b", false},
+      {"a.b", "a?b", false},  {"É.TXT", "é.*", true},  {"a.b.txt", "*.txt", true}, {"a.txt", "*.txt ", true},
   };
   for (const auto& c : cases)
     EXPECT_EQ(win::MatchesWildcards(c.name, c.pattern), c.match) << c.name << " " << c.pattern;
