@@ -6,13 +6,13 @@
 
 namespace varnik {
 
-Tray::Tray(std::function<void()> open, std::function<void()> popup) {
+Tray::Tray(win::Menu& hidden, std::function<void()> open, std::function<void()> popup) : hidden_(hidden) {
   icon_.DoubleClick = [this, action = std::move(open)] { TrayWindowProc(action); };
   icon_.RightUp = [this, action = std::move(popup)] { TrayWindowProc(action); };
 }
 
 bool Tray::ShellTrayAdd(const std::string& tip, const win::Picture& image, int patience) {
-  return icon_.Add(tip, image, patience);
+  return icon_.Add(tip, image, hidden_, patience);
 }
 
 void Tray::ShellTrayModifyImage(const win::Picture& image) {

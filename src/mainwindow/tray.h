@@ -12,8 +12,8 @@ namespace varnik {
 // the icon is on.
 class Tray {
  public:
-  // `open` brings the window back, `popup` opens the hidden menu. Both are dropped while the game runs.
-  Tray(std::function<void()> open, std::function<void()> popup);
+  // `open` brings the window back, `popup` opens the hidden menu, which some trays show by themselves.
+  Tray(win::Menu& hidden, std::function<void()> open, std::function<void()> popup);
 
   // False when the desktop refuses the icon. `patience` as in trayicon.h.
   [[nodiscard]] bool ShellTrayAdd(const std::string& tip, const win::Picture& image, int patience);
@@ -28,6 +28,7 @@ class Tray {
  private:
   void TrayWindowProc(const std::function<void()>& action) const;
 
+  win::Menu& hidden_;
   win::TrayIcon icon_;
   bool hooked_ = false;
 };

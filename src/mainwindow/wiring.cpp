@@ -6,7 +6,6 @@
 #include "modengine/deactivation.h"
 #include "platform/system/program.h"
 #include "platform/system/services.h"
-#include "support/artwork.h"
 #include "support/frmabout.h"
 #include "support/runstate.h"
 
@@ -17,6 +16,14 @@ namespace {
 constexpr char kNoInstall[] =
     "Please use the BZ2 Directory Menu to add BZ2 locations to your list, or to select a BZ2 location. Varnik will not "
     "operate properly until you do.";
+
+// A tray that shows the hidden menu by itself does so during a run, too.
+template <class Action>
+auto UnlessPlaying(Action action) {
+  return [action](auto... row) {
+    if (!GameRunning) action(row...);
+  };
+}
 
 }  // namespace
 
@@ -37,11 +44,10 @@ FrmMain::FrmMain(frmSplash& busy)
       lblBZ2LocVer(*this, "lblBZ2LocVer"),
       cmdLaunchBZ2(*this, "cmdLaunchBZ2", "Launch"),
       StatusBar1(*this, "StatusBar1"),
-      tray([this] { OpenFromTray(); }, [this] { PopupHiddenMenu(); }),
+      tray(hidden.mnuHidden, [this] { OpenFromTray(); }, [this] { PopupHiddenMenu(); }),
       busy_(busy),
       busyWindow_(MakeBusyWindow()) {
   SetCaption(win::Program().title);
-  SetIcon(WindowIcon());
   PlaceControls();
   WireControls();
   WireMenus();
@@ -91,11 +97,11 @@ void FrmMain::WireMenus() {
   menu.mnubz2reload.Click = reload;
   menu.mnuEmergencyDeactivate.Click = [this] { mnuEmergencyDeactivate_Click(); };
   menu.mnuHelpAbout.Click = [this] { frmAbout().ShowModal(this); };
-  hidden.mnuVarnikOpenH.Click = [this] { OpenFromMenu(); };
-  hidden.mnuBZ2SelH.Click = select;
-  hidden.mnubz2hreload.Click = reload;
-  hidden.mnuModH.Click = [this](int index) { mnuModH_Click(index); };
-  hidden.mnuCloseH.Click = close;
+  hidden.mnuVarnikOpenH.Click = UnlessPlaying([this] { OpenFromMenu(); });
+  hidden.mnuBZ2SelH.Click = UnlessPlaying(select);
+  hidden.mnubz2hreload.Click = UnlessPlaying(reload);
+  hidden.mnuModH.Click = UnlessPlaying([this](int index) { mnuModH_Click(index); });
+  hidden.mnuCloseH.Click = UnlessPlaying(close);
 }
 
 OptionsHost FrmMain::MakeOptionsHost() {

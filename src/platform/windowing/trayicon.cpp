@@ -7,6 +7,7 @@
 #include <QPixmap>
 #include <QSystemTrayIcon>
 
+#include "platform/windowing/menu.h"
 #include "platform/windowing/qt/qtsupport.h"
 #include "platform/windowing/qt/traysearch.h"
 
@@ -34,7 +35,7 @@ TrayIcon::TrayIcon() : impl_(std::make_unique<Impl>()) {}
 
 TrayIcon::~TrayIcon() = default;
 
-bool TrayIcon::Add(const std::string& tip, const Picture& image, int patience) {
+bool TrayIcon::Add(const std::string& tip, const Picture& image, Menu& menu, int patience) {
   QElapsedTimer waited;
   waited.start();
   while (!DesktopHasTray() && !waited.hasExpired(patience))
@@ -49,6 +50,8 @@ bool TrayIcon::Add(const std::string& tip, const Picture& image, int patience) {
     if (reason == QSystemTrayIcon::DoubleClick) Raise(DoubleClick);
     if (reason == QSystemTrayIcon::Context) Raise(RightUp);
   });
+  // Elsewhere Qt would open it beside ours.
+  if (BusHasTray()) impl_->icon->setContextMenu(menu.Native());
   SetImage(image);
   SetTip(tip);
   impl_->icon->show();

@@ -20,7 +20,8 @@ class TrayIcon {
 
   // False when the desktop has no tray, after waiting up to `patience` milliseconds for one: at a start together with
   // the desktop session the tray may come later than the program. Events run meanwhile.
-  bool Add(const std::string& tip, const Picture& image, int patience = 0);
+  // Some trays ask for a menu to show by themselves, and raise no RightUp: they get `menu`.
+  bool Add(const std::string& tip, const Picture& image, Menu& menu, int patience = 0);
   bool Active() const;
   void SetImage(const Picture& image);  // nothing happens while there is no icon
   void SetTip(const std::string& tip);

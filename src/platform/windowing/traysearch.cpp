@@ -20,17 +20,6 @@ constexpr char kTraySelection[] = "_NET_SYSTEM_TRAY_S0";
 template <class Reply>
 using Freed = std::unique_ptr<Reply, decltype(&std::free)>;
 
-// A watcher keeps the list of icons; icons show once a host has joined it.
-bool BusHasTray() {
-  QDBusMessage question = QDBusMessage::createMethodCall("org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher",
-                                                         "org.freedesktop.DBus.Properties", "Get");
-  question.setArguments({"org.kde.StatusNotifierWatcher", "IsStatusNotifierHostRegistered"});
-  question.setAutoStartService(false);
-  const QDBusMessage answer = QDBusConnection::sessionBus().call(question, QDBus::Block, kBusTimeout);
-  if (answer.type() != QDBusMessage::ReplyMessage || answer.arguments().isEmpty()) return false;
-  return answer.arguments().first().value<QDBusVariant>().variant().toBool();
-}
-
 // The tray of an X server owns a selection.
 bool ScreenHasTray() {
   const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
@@ -46,6 +35,17 @@ bool ScreenHasTray() {
 }
 
 }  // namespace
+
+// A watcher keeps the list of icons; icons show once a host has joined it.
+bool BusHasTray() {
+  QDBusMessage question = QDBusMessage::createMethodCall("org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher",
+                                                         "org.freedesktop.DBus.Properties", "Get");
+  question.setArguments({"org.kde.StatusNotifierWatcher", "IsStatusNotifierHostRegistered"});
+  question.setAutoStartService(false);
+  const QDBusMessage answer = QDBusConnection::sessionBus().call(question, QDBus::Block, kBusTimeout);
+  if (answer.type() != QDBusMessage::ReplyMessage || answer.arguments().isEmpty()) return false;
+  return answer.arguments().first().value<QDBusVariant>().variant().toBool();
+}
 
 bool DesktopHasTray() {
   return BusHasTray() || ScreenHasTray();
