@@ -5,7 +5,6 @@
 #include "platform/system/services.h"
 #include "platform/system/text.h"
 #include "platform/windowing/shortcut.h"
-#include "support/artwork.h"
 
 namespace varnik {
 
@@ -26,7 +25,6 @@ frmNewMod::frmNewMod(std::function<void()> reloadInstall)
       cmdSave(*this, "cmdSave", "&Save"),
       cmdCancel(*this, "cmdCancel", "&Cancel") {
   SetCaption("Create New Mod File");
-  SetIcon(WindowIcon());
   PlaceControls();
   WireControls();
   for (const DirectiveInfo& directive : Directives) {

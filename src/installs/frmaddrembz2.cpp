@@ -8,7 +8,6 @@
 #include "platform/system/text.h"
 #include "platform/windowing/shortcut.h"
 #include "platform/windowing/timer.h"
-#include "support/artwork.h"
 #include "support/modfindfile.h"
 #include "support/win95_functions.h"
 
@@ -54,7 +53,6 @@ frmAddRemBZ2::frmAddRemBZ2(std::function<void()> listSaved)
       cmdCancel(*this, "cmdCancel", "Discard Changes"),
       listSaved_(std::move(listSaved)) {
   SetCaption("Add/Remove BZ2 Locations");
-  SetIcon(WindowIcon());
   PlaceControls();
   WireControls();
 }

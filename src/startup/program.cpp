@@ -8,6 +8,7 @@
 #include "platform/windowing/application.h"
 #include "startup/maintenance.h"
 #include "startup/startup.h"
+#include "support/artwork.h"
 #include "support/debuglog.h"
 #include "support/frmsplash.h"
 #include "support/runstate.h"
@@ -63,6 +64,7 @@ void RunMainWindow(win::Application& application, frmSplash& busy, std::int16_t 
 
 int Main() {
   win::Application application;
+  application.SetIcon(WindowIcon());
   win::Instance instance;
   if (AnswerMaintenanceWord(instance)) return 0;
   if (ActivatePrevInstance(instance, false)) return 0;

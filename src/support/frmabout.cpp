@@ -9,7 +9,6 @@ namespace varnik {
 
 frmAbout::frmAbout() : Form("frmAbout", 6600, 4080) {
   SetCaption("About " + win::Program().title);
-  SetIcon(WindowIcon());
   Image1.Move(240, 240, 1440, 1440);
   Image1.SetPicture(Logo());
   lblTitle.Move(1920, 240, 4440, 360);

@@ -5,7 +5,6 @@
 
 #include "platform/system/registry.h"
 #include "platform/system/text.h"
-#include "support/artwork.h"
 #include "support/registry.h"
 #include "support/runstate.h"
 #include "support/settings.h"
@@ -37,7 +36,6 @@ frmOptions::frmOptions(OptionsHost host)
       cmdOk(*this, "cmdOk", "&OK"),
       host_(std::move(host)) {
   SetCaption("Varnik Options");
-  SetIcon(WindowIcon());
   PlaceControls();
   WireControls();
 }

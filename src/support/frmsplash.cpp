@@ -13,7 +13,6 @@ namespace varnik {
 frmSplash::frmSplash() : Form("frmSplash", 6600, 2880) {
   SetTitleBar(false);
   SetCaption(win::Program().title);
-  SetIcon(WindowIcon());
   imgLogo.Move(240, 240, 1440, 1440);
   lblProductName.Move(1920, 240, 4440, 360);
   lblProductName.SetBold(true);

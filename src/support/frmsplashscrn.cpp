@@ -1,12 +1,9 @@
 #include "support/frmsplashscrn.h"
 
-#include "support/artwork.h"
-
 namespace varnik {
 
 frmSplashScrn::frmSplashScrn() : Form("frmSplashScrn", 4800, 3600) {
   SetCaption("Splash Screen");
-  SetIcon(WindowIcon());
   Picture1.Move(0, 0);
   Load = [this] {
     SplashDone = false;

@@ -5,6 +5,8 @@
 #include <unistd.h>
 
 #include <QApplication>
+#include <QIcon>
+#include <QPixmap>
 #include <QSocketNotifier>
 #include <QTimer>
 #include <algorithm>
@@ -16,6 +18,7 @@
 #include "platform/system/instance.h"
 #include "platform/system/program.h"
 #include "platform/windowing/form.h"
+#include "platform/windowing/picture.h"
 #include "platform/windowing/qt/boxes.h"
 #include "platform/windowing/qt/formimpl.h"
 #include "platform/windowing/qt/qtsupport.h"
@@ -159,6 +162,10 @@ Application::~Application() {
   impl_->signalNotifier.reset();
   for (int& end : signalPipe)
     close(std::exchange(end, -1));
+}
+
+void Application::SetIcon(const Picture& picture) {
+  QApplication::setWindowIcon(QIcon(QPixmap::fromImage(picture.Image())));
 }
 
 void Application::SetMainForm(Form* form) {

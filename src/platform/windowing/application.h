@@ -6,6 +6,7 @@ namespace win {
 
 class Form;
 class Instance;
+class Picture;
 
 // The program's connection to the screen. Made once, before any form, control or timer, and destroyed after them. It
 // puts DoEvents, MsgBox and InputBox into services.h.
@@ -15,6 +16,9 @@ class Application {
   ~Application();
   Application(const Application&) = delete;
   Application& operator=(const Application&) = delete;
+
+  // The icon of all windows, message boxes included.
+  void SetIcon(const Picture& picture);
 
   // The form that requests to close the program are for: from another instance as from its close box, from a signal
   // (TERM, INT, HUP) and at the end of the session as kAppWindows. A request that finds it disabled waits until it

@@ -20,10 +20,11 @@ constexpr int kButtons = 0x0F;  // the part of a style that names the buttons
 
 std::function<BoxAnswer(const Box&)> boxAnswerer;
 
-// The window that a box belongs in front of: the active one, else the form shown last.
+// The window that a box belongs in front of: the active one, else the form shown last. A window that has just been
+// hidden may still count as active.
 QWidget* BoxOwner() {
-  if (QWidget* active = QApplication::activeModalWidget()) return active;
-  if (QWidget* active = QApplication::activeWindow()) return active;
+  for (QWidget* active : {QApplication::activeModalWidget(), QApplication::activeWindow()})
+    if (active && active->isVisible()) return active;
   QWidget* last = nullptr;
   for (const Form* form : OpenForms())
     if (form->Visible()) last = form->Window();

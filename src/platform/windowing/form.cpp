@@ -2,15 +2,12 @@
 
 #include <QCoreApplication>
 #include <QGuiApplication>
-#include <QIcon>
-#include <QPixmap>
 #include <QScreen>
 #include <QWindow>
 #include <algorithm>
 #include <utility>
 
 #include "platform/windowing/button.h"
-#include "platform/windowing/picture.h"
 #include "platform/windowing/qt/formimpl.h"
 #include "platform/windowing/qt/qtsupport.h"
 
@@ -138,10 +135,6 @@ std::string Form::Caption() const {
 void Form::SetCaption(const std::string& caption) {
   impl_->caption = caption;
   impl_->window->setWindowTitle(Readable(caption));
-}
-
-void Form::SetIcon(const Picture& picture) {
-  impl_->window->setWindowIcon(QIcon(QPixmap::fromImage(picture.Image())));
 }
 
 void Form::EnsureLoaded() {
@@ -293,6 +286,7 @@ void Form::SetCancelButton(Button& button) {
 
 void Form::SetTitleBar(bool shown) {
   impl_->titleBar = shown;
+  impl_->window->SetEdge(!shown);
 }
 
 QWidget* Form::Area() const {

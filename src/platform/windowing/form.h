@@ -32,7 +32,6 @@ class QMenuBar;
 namespace win {
 
 class Button;
-class Picture;
 struct FormImpl;
 
 enum class UnloadMode { kControlMenu = 0, kFormCode = 1, kAppWindows = 2 };  // close box; Close(); the session ends
@@ -52,7 +51,6 @@ class Form : public Container {
   std::string Name() const;
   std::string Caption() const;
   void SetCaption(const std::string& caption);
-  void SetIcon(const Picture& picture);
 
   // Raises Load if the form is not loaded.
   void EnsureLoaded();

@@ -24,7 +24,7 @@ QRect Grip(const QRect& frame, const QRect& screen) {
 
 }  // namespace
 
-FormWindow::FormWindow(Form& form) : form_(&form), scroll_(new QScrollArea(this)), client_(new QWidget) {
+FormWindow::FormWindow(Form& form) : form_(&form), scroll_(new QScrollArea(this)), client_(new QFrame) {
   scroll_->setWidget(client_);
   scroll_->setFrameShape(QFrame::NoFrame);
   scroll_->setFocusPolicy(Qt::NoFocus);
@@ -50,6 +50,10 @@ QSize FormWindow::FullSize() const {
 void FormWindow::SetClientSize(QSize size) {
   client_->resize(size);
   FitToScreen();
+}
+
+void FormWindow::SetEdge(bool drawn) {
+  client_->setFrameStyle(drawn ? QFrame::Box | QFrame::Plain : QFrame::NoFrame);
 }
 
 void FormWindow::FitToScreen() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QEvent>
+#include <QFrame>
 #include <QMenuBar>
 #include <QPointer>
 #include <QScrollArea>
@@ -20,6 +21,7 @@ class FormWindow : public QWidget {
   QSize FullSize() const;  // of client area and menu bar together
 
   void SetClientSize(QSize size);
+  void SetEdge(bool drawn);  // where no window manager draws one
 
   // Gives the window its full size, or what of it the screen has room for.
   void FitToScreen();
@@ -38,7 +40,7 @@ class FormWindow : public QWidget {
 
   Form* form_;
   QScrollArea* scroll_;
-  QWidget* client_;
+  QFrame* client_;
   QMenuBar* bar_ = nullptr;
 };
 
