@@ -5,6 +5,6 @@
 int main(int argc, char** argv) {
   win::SetProgram({"varnik", "Varnik", ""});
   win::SetCommandLine(argc, argv);
-  win::ConsumeRunOnce();
+  const auto logIn = win::TakePartInLogIn();
   return varnik::Main();
 }

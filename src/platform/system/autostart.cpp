@@ -18,6 +18,9 @@
 namespace win {
 namespace {
 
+constexpr char kEachVariable[] = "_RUN";
+constexpr char kOnceVariable[] = "_RUNONCE";
+
 // "Some Name" lies in some-name.desktop.
 std::string EntryPath(const std::string& name) {
   std::string file = LowerCase(name);
@@ -84,7 +87,7 @@ std::vector<std::string> EnvironmentToKeep() {
 std::string ExecLine(const std::string& name, const std::string& command, bool once) {
   const std::string program = Program().autostart.empty() ? ExecutablePath() : Program().autostart;
   std::vector<std::string> words = EnvironmentToKeep();
-  if (once) words.push_back(OwnVariableName("_RUNONCE=") + name);
+  words.push_back(OwnVariableName(once ? kOnceVariable : kEachVariable) + "=" + name);
   // env takes a program with an equals sign in its path for one more variable.
   if (program.find('=') != std::string::npos) words.insert(words.end(), {"sh", "-c", "exec \"$0\" \"$@\""});
   words.push_back(program);
@@ -109,11 +112,15 @@ void RemoveAutostartEntry(const std::string& name) {
   TheDisk().Unlink(EntryPath(name));
 }
 
-std::string TakeStartingEntry() {
-  const std::string variable = OwnVariableName("_RUNONCE");
-  const std::string name = Variable(variable);
-  unsetenv(variable.c_str());
-  return name;
+StartingEntry TakeStartingEntry() {
+  StartingEntry entry;
+  for (const char* suffix : {kEachVariable, kOnceVariable}) {
+    const std::string variable = OwnVariableName(suffix);
+    const std::string name = Variable(variable);
+    unsetenv(variable.c_str());
+    if (!name.empty()) entry = {name, suffix == kOnceVariable};
+  }
+  return entry;
 }
 
 }  // namespace win

@@ -8,18 +8,24 @@
 #include <unistd.h>
 
 #include <array>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <optional>
 #include <sstream>
 #include <system_error>
+#include <thread>
 
 namespace win {
 namespace {
 
 constexpr char kRoot[] = "HKEY_LOCAL_MACHINE";
 constexpr char kRunOncePath[] = "Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce";
+
+constexpr char kRunOnceLock[] = "runonce";
+constexpr std::chrono::milliseconds kPause(50);
+constexpr int kMostPauses = 200;
 
 enum class KeyKind { kPlain, kRun, kRunOnce, kSystemInformation };
 
@@ -83,6 +89,11 @@ bool MirrorEntry(const Key& key, const std::string& valueName, std::uint32_t typ
   if (!command.empty()) return WriteAutostartEntry(valueName, command, key.kind == KeyKind::kRunOnce);
   RemoveAutostartEntry(valueName);
   return true;
+}
+
+bool HasRunOnceValues() {
+  const Json* values = FindMember(FindMember(&store.Tree(), kRoot), kRunOncePath);
+  return values && !values->empty();
 }
 
 // Brings the entry back in line with the stored value.
@@ -180,12 +191,19 @@ long RegCloseKey(RegistryHandle handle) {
   return KeyOf(handle) ? kErrorSuccess : kErrorInvalidHandle;
 }
 
-void ConsumeRunOnce() {
-  const std::string valueName = TakeStartingEntry();
-  if (valueName.empty()) return;
-  RegistryHandle key = 0;
-  RegOpenKeyEx(kHkeyLocalMachine, kRunOncePath, 0, 0, key);
-  RegDeleteValue(key, valueName);
+std::unique_ptr<ExclusiveLock> TakePartInLogIn() {
+  auto once = std::make_unique<ExclusiveLock>(kRunOnceLock);
+  const StartingEntry entry = TakeStartingEntry();
+  if (entry.once) {
+    static_cast<void>(once->TryAcquire());
+    RegistryHandle key = 0;
+    RegOpenKeyEx(kHkeyLocalMachine, kRunOncePath, 0, 0, key);
+    RegDeleteValue(key, entry.name);
+    return once;
+  }
+  for (int i = 0; !entry.name.empty() && (HasRunOnceValues() || !once->TryAcquire()) && i < kMostPauses; ++i)
+    std::this_thread::sleep_for(kPause);
+  return nullptr;
 }
 
 }  // namespace win

@@ -1,13 +1,16 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
+
+#include "platform/system/instance.h"
 
 // The machine-wide registry, kept per user in `registry.json` of the program's configuration folder. The keys below
 // exist from the start; no other key does, and none is ever created. Text values under `Run` and `RunOnce` also stand
 // as entries in the user's XDG autostart folder, so that the next log-in starts this program with the switch that the
-// value names; the entry of a RunOnce value removes itself, and the value, when it runs (ConsumeRunOnce).
+// value names; the entry of a RunOnce value removes itself, and the value, when it runs (TakePartInLogIn).
 //
 //   HKEY_LOCAL_MACHINE\Software\Microsoft\Windows\CurrentVersion\Run
 //   HKEY_LOCAL_MACHINE\Software\Microsoft\Windows\CurrentVersion\RunOnce
@@ -43,9 +46,10 @@ long RegQueryValueEx(RegistryHandle key, const std::string& valueName, std::uint
 long RegDeleteValue(RegistryHandle key, const std::string& valueName);
 long RegCloseKey(RegistryHandle key);
 
-// Called once at program start. A RunOnce entry starts the program with the value's name in the environment variable
-// <NAME>_RUNONCE (the program's name in upper case); when it is set, the value and its entry go, and so does the
-// variable.
-void ConsumeRunOnce();
+// Called once at program start, with a result to keep until the program ends. Entries start the program with the
+// value's name in an environment variable, <NAME>_RUN or <NAME>_RUNONCE (the program's name in upper case), which goes.
+// For RunOnce the value and its entry go, too. The desktop starts all entries at the same time, and Windows has RunOnce
+// done before it comes to Run: a Run entry waits for that here, ten seconds at most.
+[[nodiscard]] std::unique_ptr<ExclusiveLock> TakePartInLogIn();
 
 }  // namespace win
