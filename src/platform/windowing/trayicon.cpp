@@ -43,13 +43,15 @@ bool TrayIcon::Add(const std::string& tip, const Picture& image, Menu& menu, int
   // Qt remembers for good what it sees when it first looks for a tray, so it is asked last.
   if (!DesktopHasTray() || !QSystemTrayIcon::isSystemTrayAvailable()) return false;
   impl_->icon = std::make_unique<QSystemTrayIcon>();
-  QObject::connect(impl_->icon.get(), &QSystemTrayIcon::activated, impl_->icon.get(), [this](auto reason) {
+  const auto activated = [this](QSystemTrayIcon::ActivationReason reason) {
     if (reason == QSystemTrayIcon::Trigger && impl_->CompletesDoubleClick()) reason = QSystemTrayIcon::DoubleClick;
     if (reason == QSystemTrayIcon::Trigger) return;
     impl_->lastClick.invalidate();
     if (reason == QSystemTrayIcon::DoubleClick) Raise(DoubleClick);
     if (reason == QSystemTrayIcon::Context) Raise(RightUp);
-  });
+  };
+  // Queued, since the tray waits for the end of its call, which a menu would put off until it closes.
+  QObject::connect(impl_->icon.get(), &QSystemTrayIcon::activated, impl_->icon.get(), activated, Qt::QueuedConnection);
   // Elsewhere Qt would open it beside ours.
   if (BusHasTray()) impl_->icon->setContextMenu(menu.Native());
   SetImage(image);
