@@ -6,9 +6,12 @@ case=$2
 source_dir=$(cd "$(dirname "$0")/../.." && pwd)
 work=$(mktemp -d)
 
+# What runs in this test's home, such as a game that outlives the program.
+ours() { grep -lsz "^HOME=$work/home$" /proc/[0-9]*/environ | cut -d / -f 3 || true; }
+
 cleanup() {
+  kill -9 $(ours) 2>/dev/null || true
   [ -n "${screen_jobs:-}" ] && kill $screen_jobs 2>/dev/null
-  pkill -9 -f "$work" 2>/dev/null || true
   rm -rf "$work"
 }
 trap cleanup EXIT
@@ -71,6 +74,8 @@ gone() { [ ! -e "$1" ]; }
 
 # Everything in the install but what a run leaves on purpose.
 checksums() { (cd "$1" && find . -type f ! -name battlezone.log -print0 | LC_ALL=C sort -z | xargs -0 cksum); }
+as_before() { [ "$before" = "$(checksums "$game")" ]; }
+was_in_force() { ! diff <(echo "$before" | cut -d' ' -f3-) <(cut -d' ' -f3- "$work/world/played/bz2-1.3.files") >/dev/null; }
 
 # click X Y: in twips of the main window's inside
 click() {
@@ -128,9 +133,8 @@ run_plain_mod() {
   no_window Varnik || fail "the window stays while the game runs"
   await "window after the game" main_window
   grep -q "folder: $game" "$work/world/played/bz2-1.3.txt" || fail "the game ran elsewhere"
-  diff <(echo "$before" | cut -d' ' -f3-) <(cut -d' ' -f3- "$work/world/played/bz2-1.3.files") >/dev/null &&
-    fail "the mod was not in force"
-  diff <(echo "$before") <(checksums "$game") || fail "files differ after the run"
+  was_in_force || fail "the mod was not in force"
+  as_before || fail "files differ after the run"
   xdotool key alt+v
   sleep 0.3
   xdotool key c
@@ -147,12 +151,12 @@ run_killed_game() {
   click 6600 5880
   await "game" test -s "$work/world/played/bz2-1.3.txt"
   kill -9 "$program"
-  pkill -9 -f 'sleep 30' || true
-  diff <(echo "$before") <(checksums "$game") >/dev/null && fail "the mod was not in force"
+  kill -9 $(ours)
+  as_before && fail "the mod was not in force"
   start
   await "end of the start that repairs" ended
   no_window Varnik || fail "the start that repairs shows a window"
-  diff <(echo "$before") <(checksums "$game") || fail "files differ after the repair"
+  as_before || fail "files differ after the repair"
   start
   await "window" main_window
 }
@@ -172,68 +176,257 @@ run_second_start() {
   await "end of the first" ended
 }
 
-run_end_of_session() {
-  make_world 30
+stored() { grep -q "\"$1\": \"$2\"" "$XDG_CONFIG_HOME/varnik/settings.json"; }
+
+# Each row of the menu bar by its keys: the window that it opens, which Escape closes.
+run_menus() {
+  make_world
   start
   await "window" main_window
+  await "focus" has_focus Varnik
+  select_mod Frozen
+  local keys title
+  while IFS='|' read -r keys title; do
+    press $keys
+    await "window of $keys" window "$title"
+    press Escape
+    await "end of $title" no_window "$title"
+  done <<'ROWS'
+alt+v o|Varnik Options
+alt+b a|Add/Remove BZ2 Locations
+alt+h a|About Varnik
+alt+e f|Varnik WARNING
+alt+v e|Edit Mod File: .*
+alt+v n|Create New Mod File
+ROWS
+  # The title of the page hands the focus on to the tree.
+  click 5000 260
+  press Down
+  await "page of the maps" window "Convert Maps."
+  press n
+  await "end of the question" no_window "Convert Maps."
+  rm "$game/varnik.lst"
+  press F5
+  sleep 1
+  press alt+b Return
+  await "other install" stored Active 1
+  press alt+v c
+  await "end" ended
+}
+
+start_bus() {
+  [ -p "$work/bus" ] || mkfifo "$work/bus"
+  dbus-daemon --session --nofork --print-address=3 3>"$work/bus" 2>/dev/null &
+  screen_jobs="$screen_jobs $!"
+  read -r DBUS_SESSION_BUS_ADDRESS <"$work/bus"
+  export DBUS_SESSION_BUS_ADDRESS
+}
+
+# Two kinds of tray: the one that lives on the session bus, where a desktop's own would, and the one on the X server.
+start_tray() {
+  if [ "$tray" = bus ]; then
+    : >"$work/icons"
+    "$bin/traystub" >"$work/icons" &
+  else
+    trayer --edge bottom --align right --widthtype request --height 32 >/dev/null 2>&1 &
+  fi
+  tray_job=$!
+  screen_jobs="$screen_jobs $tray_job"
+  await "tray" tray_is_there
+}
+
+tray_is_there() {
+  if [ "$tray" = bus ]; then
+    gdbus introspect --session --dest org.kde.StatusNotifierWatcher --object-path /
+  else
+    xwininfo -root -tree | grep '"panel"'
+  fi
+}
+
+icon() {
+  if [ "$tray" = bus ]; then
+    tail -n 1 "$work/icons" | grep .
+  else
+    xwininfo -root -tree | grep '"varnik": ("varnik" "varnik")  22x30'
+  fi
+}
+
+on_icon() { gdbus call --session --dest "$(icon)" --object-path "$1" --method "${@:2}"; }
+
+# icon_click BUTTON [COUNT]
+icon_click() {
+  local method=Activate i
+  [ "$1" = 3 ] && method=ContextMenu
+  if [ "$tray" = x11 ]; then
+    xdotool mousemove 1354 752 click --repeat "${2:-1}" "$1"
+    return
+  fi
+  for ((i = 0; i < ${2:-1}; i++)); do
+    on_icon /StatusNotifierItem org.kde.StatusNotifierItem.$method 600 300 >/dev/null
+  done
+}
+
+popup() { xdotool search --maxdepth 1 --onlyvisible --class '^varnik$'; }
+
+# icon_menu KEY...: opens the menu of the icon and presses keys there
+icon_menu() {
+  icon_click 3
+  await "menu of the icon" popup
+  sleep 0.3
+  press "$@"
+}
+
+tip_is() { [ "$tray" = x11 ] || on_icon /StatusNotifierItem org.freedesktop.DBus.Properties.Get org.kde.StatusNotifierItem ToolTip | grep -q "'$1'"; }
+
+# choose_row CAPTION: in the menu that the tray shows by itself
+choose_row() {
+  local layout id
+  layout=$(on_icon /MenuBar com.canonical.dbusmenu.GetLayout 0 -- -1 "[]")
+  id=$(grep -o "([0-9]*, {'enabled': <true>, 'label': <'$1'>" <<<"$layout" | tr -dc '0-9 ' | cut -d ' ' -f 1)
+  on_icon /MenuBar com.canonical.dbusmenu.Event "$id" clicked "<''>" 0
+}
+
+windows_listed() { xprop -root _NET_CLIENT_LIST; }
+
+icon_turned_on() {
+  start
+  await "window" main_window
+  await "focus" has_focus Varnik
+  press alt+v s
+  await "refusal without a tray" stored TrayIcon 0
+  press alt+F4
+  await "end without a tray" ended
+  start_tray
+  start
+  await "window" main_window
+  await "focus" has_focus Varnik
+  press alt+v s
+  await "icon" icon
+}
+
+window_hidden_and_back() {
+  press alt+F4
+  await "hidden window" no_window Varnik
+  kill -0 "$program" || fail "the close box ended the program"
+  icon_click 1
+  sleep 1
+  no_window Varnik || fail "one click opened the window"
+  icon_click 1 2
+  await "window after a double click" main_window
+  await "focus" has_focus Varnik
+  press alt+v h
+  await "window hidden by the menu" no_window Varnik
+}
+
+installs_selected_from_icon() {
+  icon_menu Down Down Right Return
+  await "other install" stored Active 1
+  sleep 0.5
+  icon_menu Down Down Right Return
+  await "first install" stored Active 0
+  sleep 0.5
+  mv "$VARNIK_HOME/varnik.cmd" "$work"
+  icon_menu Down Down Right Down Return
+  await "message of the reload" has_focus Varnik
+  press Return
+  await "end of the reload" no_window Varnik
+  mv "$work/varnik.cmd" "$VARNIK_HOME"
+}
+
+mod_run_from_icon() {
+  local before listed row
+  before=$(checksums "$game")
+  listed=$(windows_listed)
+  row=$("$bin/varnik-cli" mods | awk '/^arena/ { print NR - 1 }')
+  xprop -root -spy _NET_CLIENT_LIST >"$work/windows" &
+  screen_jobs="$screen_jobs $!"
+  icon_menu Down Down Down Right $(printf 'Down %.0s' $(seq "$row")) Return
+  await "game" test -s "$work/world/played/bz2-1.3.txt"
+  was_in_force || fail "the mod was not in force"
+  tip_is "Varnik: Running Battlezone II" || fail "the tip does not tell of the run"
+  icon_click 1 2
+  icon_click 3
+  [ "$tray" = x11 ] || choose_row "Open Varnik Window"
+  sleep 0.5
+  popup && fail "the icon acts while the game runs"
+  as_before && fail "the run was over too soon"
+  await "files as before" as_before
+  await "tip after the game" tip_is Varnik
+  sleep 0.5
+  [ "$(sort -u "$work/windows")" = "$listed" ] || fail "a window showed during the run"
+}
+
+run_tray() {
+  tray=$1
+  make_world 8
+  start_bus
+  icon_turned_on
+  window_hidden_and_back
+  installs_selected_from_icon
+  mod_run_from_icon
+  icon_menu Down Return
+  await "window opened from the menu" main_window
+  await "focus" has_focus Varnik
+  press alt+F4
+  await "hidden window" no_window Varnik
+  if [ "$tray" = bus ]; then
+    choose_row "Open Varnik Window"
+    await "window opened by the tray" main_window
+  fi
+  icon_menu Up Return
+  await "end by the menu of the icon" ended
+  stored TrayIcon 1 || fail "the icon is forgotten"
+}
+
+run_tray_on_bus() { run_tray bus; }
+run_tray_on_screen() { run_tray x11; }
+
+# log_in NAME...: starts these entries as a session does
+log_in() {
+  local name
+  for name in "$@"; do
+    desktop-file-validate "$XDG_CONFIG_HOME/autostart/$name.desktop" || fail "the entry $name is not valid"
+    (env -u XDG_CONFIG_HOME -u VARNIK_HOME gio launch "$XDG_CONFIG_HOME/autostart/$name.desktop" >>"$work/output" 2>&1)
+  done
+}
+
+# The start with the desktop is switched on, a run is cut off by the end of the session, and the next log-in mends the
+# install and ends up in a tray that comes later than the program.
+run_end_of_session() {
+  make_world 30
+  start_bus
+  tray=bus
+  local before
+  before=$(checksums "$game")
+  start_tray
+  start
+  await "window" main_window
+  await "focus" has_focus Varnik
+  press alt+v s
+  await "icon" icon
+  press alt+v o
+  await "options" window "Varnik Options"
+  press Tab Tab Tab Tab Tab space Escape
+  await "entry" test -s "$XDG_CONFIG_HOME/autostart/varnik-autoload.desktop"
+  await "end of the options" no_window "Varnik Options"
   select_mod Arena
   click 6600 5880
   await "game" test -s "$work/world/played/bz2-1.3.txt"
   kill -TERM "$program"
   sleep 1
   kill -0 "$program" || fail "the program left the game alone"
-  grep -q bz2loc "$XDG_CONFIG_HOME/varnik/settings.json" || fail "there is no marker"
-}
+  kill -9 $(ours | grep -vx "$tray_job")
+  kill "$tray_job"
+  as_before && fail "the mod was not in force"
 
-stored() { grep -q "\"$1\": \"$2\"" "$XDG_CONFIG_HOME/varnik/settings.json"; }
-
-start_tray() {
-  : >"$work/tray"
-  "$bin/traystub" <"$work/tray-input" >"$work/tray" &
-  screen_jobs="$screen_jobs $!"
-}
-
-run_tray() {
-  make_world
-  mkfifo "$work/bus" "$work/tray-input"
-  dbus-daemon --session --nofork --print-address=3 3>"$work/bus" &
-  screen_jobs="$screen_jobs $!"
-  read -r DBUS_SESSION_BUS_ADDRESS <"$work/bus"
-  export DBUS_SESSION_BUS_ADDRESS
-  exec 4<>"$work/tray-input"
-
-  start
-  await "window" main_window
-  sleep 2  # it shows for a moment while it loads
-  press alt+v s
-  await "refusal without a tray" stored TrayIcon 0
-  start_tray
-  await "tray" gdbus introspect --session --dest org.kde.StatusNotifierWatcher --object-path /
-  press alt+v s
-  await "icon" grep -q icon "$work/tray"
-  press alt+F4
-  await "hidden window" no_window Varnik
-  kill -0 "$program" || fail "the close box ended the program"
-  echo click >&4
-  sleep 1
-  no_window Varnik || fail "one click opened the window"
-  printf 'click\nclick\n' >&4
-  await "window after a double click" main_window
-  press alt+F4
-  await "hidden window" no_window Varnik
-  echo menu >&4
-  sleep 1
-  press Up Return
-  await "end by the menu of the icon" ended
-  stored TrayIcon 1 || fail "the icon is forgotten"
-
-  kill "${screen_jobs##* }"
-  start
+  start_bus
+  log_in varnik-autoload varnik-crash-recovery
   sleep 1.5
   start_tray
-  await "icon in a tray that comes late" grep -q icon "$work/tray"
-  kill -TERM "$program"
-  await "end" ended
+  await "icon in a tray that comes late" icon
+  await "files as before" as_before
+  await "log-in without a window" eval '! windows_listed | grep 0x'
+  [ ! -e "$XDG_CONFIG_HOME/autostart/varnik-crash-recovery.desktop" ] || fail "the repair would be repeated"
 }
 
 start_screen

@@ -13,7 +13,6 @@
 #include "platform/system/services.h"
 #include "platform/windowing/dialogs.h"
 #include "platform/windowing/form.h"
-#include "platform/windowing/trayicon.h"
 #include "tests/harness/window_app.h"
 
 namespace {
@@ -124,19 +123,6 @@ TEST_F(ApplicationDeathTest, TheProgramRunsUntilNoFormIsLoaded) {
       form.SetEnabled(true);
     });
   });
-}
-
-TEST_F(ApplicationTest, NoTrayIsANoAndCostsOnlyThePatience) {
-  win::TrayIcon icon;
-  EXPECT_FALSE(icon.Add("tip", win::Picture()));
-  EXPECT_FALSE(icon.Active());
-  icon.SetTip("other");
-  icon.SetImage(win::Picture());
-  icon.Remove();
-  bool served = false;
-  QTimer::singleShot(50, qApp, [&served] { served = true; });
-  EXPECT_FALSE(icon.Add("tip", win::Picture(), 200));
-  EXPECT_TRUE(served) << "events run while it waits";
 }
 
 }  // namespace
