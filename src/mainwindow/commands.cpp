@@ -55,6 +55,7 @@ RunHooks FrmMain::MakeRunHooks() {
     mnuFileHide_Click();
   };
   hooks.restoreWindow = [this] {
+    if (!Loaded()) return;  // closed from the tray meanwhile
     SetVisible(wasVisible_);
     SetState(stateBefore_);
   };

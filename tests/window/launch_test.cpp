@@ -129,6 +129,18 @@ TEST_F(Launch, TheSplashHoldsTheGameBackAndNoOtherRunComesBetween) {
   EXPECT_EQ(win::OpenForms().size(), 1u);
 }
 
+TEST_F(Launch, AWindowClosedDuringARunStaysClosed) {
+  std::filesystem::copy_file(SOURCE_DIR "/data/nomappics/stars.bmp", sandbox.Install() / "splash.bmp");
+  AddMod("pretty.bzm", "dname(Pretty);\r\nsplash(splash.bmp);\r\nrename(old.txt,new.txt);\r\n");
+  Open();
+  ASSERT_TRUE(SelectMod("Pretty"));
+  QTimer::singleShot(100, main->SettingTree.Widget(), [this] { main->Close(); });
+  main->cmdLaunchBZ2.Press();
+  EXPECT_NE(Seen().find("new.txt"), std::string::npos);
+  EXPECT_TRUE(Exists("old.txt"));
+  EXPECT_FALSE(main->Loaded());
+}
+
 TEST_F(Launch, ForcedDeactivationAsksFirst) {
   Open();
   std::filesystem::rename(sandbox.Install() / "old.txt", sandbox.Install() / "new.txt");
