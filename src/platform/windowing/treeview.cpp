@@ -3,6 +3,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QScrollBar>
 #include <QTreeWidget>
 
 #include "platform/windowing/qt/qtsupport.h"
@@ -11,7 +12,7 @@ namespace win {
 
 namespace {
 
-constexpr int kIndentation = 14;  // pixels
+constexpr int kIndentation = 165;  // twips
 constexpr int kKeyRole = Qt::UserRole;
 
 QString KeyData(const std::string& key) {
@@ -28,6 +29,13 @@ class Tree : public QTreeWidget {
   std::function<void(const std::string& key)> chosen;
 
  protected:
+  // Up and down only: a node that is wide must not move the beginnings of all others out of sight.
+  void scrollTo(const QModelIndex& index, ScrollHint hint) override {
+    const int left = horizontalScrollBar()->value();
+    QTreeWidget::scrollTo(index, hint);
+    horizontalScrollBar()->setValue(left);
+  }
+
   void mousePressEvent(QMouseEvent* event) override {
     if (itemAt(event->pos())) QTreeWidget::mousePressEvent(event);
   }
@@ -67,7 +75,7 @@ TreeView::TreeView(Container& parent, const char* name)
   // Texts that are wider than the tree are reached by its scroll bar, never cut.
   tree_->header()->setStretchLastSection(false);
   tree_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-  tree_->setIndentation(kIndentation);
+  tree_->setIndentation(ToPixels(kIndentation));
   tree_->setUniformRowHeights(true);
   tree_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   static_cast<Tree*>(tree_)->chosen = [this](const std::string& key) { Raise(NodeClick, key); };
