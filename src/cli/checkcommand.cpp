@@ -4,6 +4,8 @@
 #include "cli/output.h"
 #include "cli/session.h"
 #include "diagnosis/check.h"
+#include "installs/installlist.h"
+#include "platform/system/paths.h"
 
 namespace varnik::cli {
 
@@ -39,6 +41,14 @@ int PrintFindings(const Arguments& arguments, const std::vector<Finding>& findin
   return arguments.json ? Print(list) : kDone;
 }
 
+// An author with several installs may have forgotten which one is selected.
+void NoteOtherInstall(const std::string& path) {
+  const std::string folder = path.substr(0, path.size() - win::FileNameOf(path).size());
+  const std::string root = InstallRoot();
+  if (!root.empty() && IsBZ2Install(folder) && win::NativePath(folder) != win::NativePath(root))
+    Note("looked at with the install at " + root + ", though the file lies in another one; --root chooses");
+}
+
 bool IsError(const Finding& finding) {
   return KindOf(finding.problem).severity == Severity::kError;
 }
@@ -47,8 +57,10 @@ bool IsError(const Finding& finding) {
 
 int CheckFile(const Arguments& arguments) {
   if (!OpenInstallIfAny(arguments)) return kFailed;
-  const std::optional<CheckReport> report = CheckDefinition(GivenPath(arguments.file));
+  const std::string path = GivenPath(arguments.file);
+  const std::optional<CheckReport> report = CheckDefinition(path);
   if (!report) return Fail(arguments.file, "cannot be read");
+  NoteOtherInstall(path);
   if (!report->leftOut.empty()) Note(report->leftOut);
   const int status = PrintFindings(arguments, report->findings);
   const bool anyError = std::any_of(report->findings.begin(), report->findings.end(), IsError);

@@ -71,6 +71,8 @@ void CheckBody(CheckReport& report, Findings& findings, const std::string& path,
   const bool isInForce = IsInForce(path, isLegacy);
   if (isInForce) report.leftOut = "the mod is in force: what an activation would find was not looked at";
   InstallCheck install(isInForce);
+  const std::string name = win::FileNameOf(path);
+  if (IsSameFile(path, InstallRoot() + name)) install.Twins({&findings, 1, ""}, name);
   check(path, findings, &install);
 }
 

@@ -37,7 +37,7 @@ constexpr FindingKind kKinds[] = {
     {Problem::kTab, "tab", kError, "a tab at the edge of a name or argument is part of it"},
     {Problem::kBadPath, "bad-path", kError, "paths stand below the install: no `@rootdir`, no drive"},
     {Problem::kLongPath, "long-path", kError, "a path longer than Windows takes"},
-    {Problem::kOutsideInstall, "outside-install", kWarning, "a path that leads out of its folder by `..`"},
+    {Problem::kOutsideInstall, "outside-install", kWarning, "a path that leads out of the install"},
     {Problem::kWildcard, "wildcard", kError, "a name with wildcards where one file is meant"},
     {Problem::kLetterCase, "letter-case", kError, "a text that counts in exactly one spelling"},
     {Problem::kSameName, "same-name", kWarning, "both names are the same file"},

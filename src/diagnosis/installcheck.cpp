@@ -73,7 +73,8 @@ void InstallCheck::Moved(const Place& place, const MovedName& moved) const {
     Needed(place, moved.name.substr(0, folder));
 }
 
-void InstallCheck::ConfigurationBackup(const Place& place) const {
+void InstallCheck::ConfigurationBackup(const Place& place) {
+  Twins(place, "bzone.cfg");
   if (!modIsInForce_ && ConfigurationIsReplaced(InstallRoot()))
     place.Say(Problem::kTargetExists,
               "bzonevarnik.bak is in the install already: another mod is in force, or was interrupted");
@@ -88,7 +89,7 @@ void InstallCheck::Spelling(const Place& place, const std::string& name) {
   Twins(place, *onDisk);
 }
 
-const InstallCheck::Names& InstallCheck::TwinsIn(const std::string& folder) {
+InstallCheck::Names& InstallCheck::TwinsIn(const std::string& folder) {
   const auto [found, isNew] = twins_.try_emplace(folder);
   if (!isNew) return found->second;
   Names seen;
@@ -102,7 +103,7 @@ void InstallCheck::Twins(const Place& place, const std::string& name) {
   for (std::size_t start = 0; start < name.size();) {
     const std::size_t end = std::min(name.find('/', start), name.size());
     const std::string part = name.substr(start, end - start);
-    if (TwinsIn(name.substr(0, start)).contains(win::LowerCase(part)))
+    if (TwinsIn(name.substr(0, start)).erase(win::LowerCase(part)) != 0)
       place.Say(Problem::kTwinNames,
                 "beside " + Quoted(part) +
                     " lies another entry of that name in other capitals: which one is meant depends on the spelling");

@@ -42,10 +42,13 @@ class InstallCheck {
   void Moved(const Place& place, const MovedName& moved) const;
 
   // Where the activation puts the game's configuration meanwhile.
-  void ConfigurationBackup(const Place& place) const;
+  void ConfigurationBackup(const Place& place);
 
   // Other capitals than on disk, and twins, on the way to a file or folder that is there.
   void Spelling(const Place& place, const std::string& name);
+
+  // Twins alone; `name` as on disk, with `/` between its parts. Each pair is told of once.
+  void Twins(const Place& place, const std::string& name);
 
   void IdFile(const Place& place, const std::string& name) const;
   void AddRecy(const Place& place, const Args& args) const;
@@ -54,8 +57,7 @@ class InstallCheck {
 
  private:
   using Names = std::unordered_set<std::string>;
-  const Names& TwinsIn(const std::string& folder);
-  void Twins(const Place& place, const std::string& name);
+  Names& TwinsIn(const std::string& folder);
 
   bool modIsInForce_;
   std::map<std::string, Names> twins_;  // by folder, in lower case

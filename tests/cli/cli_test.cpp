@@ -76,6 +76,8 @@ TEST_F(Cli, SaysWhatReadersPassOver) {
   const CliResult alone = RunCli("check " + file);
   EXPECT_NE(alone.err.find("no install is selected"), std::string::npos) << alone.err;
   EXPECT_EQ(alone.out.find("missing-"), std::string::npos) << alone.out;
+  const CliResult other = RunCli("--root " + Root() + "/addon check " + file);
+  EXPECT_NE(other.err.find("lies in another one"), std::string::npos) << other.err;
   const CliResult json = RunCli("--json --root " + Root() + " check " + file);
   EXPECT_EQ(json.status, 1);
   const Json findings = Json::parse(json.out);

@@ -171,7 +171,9 @@ const Case kInstalls[] = {
     {"fold(addon);", "target-exists@2", "bzonevarnik.bak=1"},
     {"image(ADDON\\a.bmp);", "other-case@2", "addon/a.bmp=1"},
     {"image(a.bmp);", "twin-names@2", "a.bmp=1 A.bmp=2"},
-    {"requirefile(x/a);", "twin-names@2", "x/a=1 X/a=2"},
+    {"requirefile(x/a);\nimage(x/b);", "twin-names@2", "x/a=1 x/b=1 X/a=2"},
+    {"fold(addon);", "twin-names@2", "bzone.cfg=1 BZONE.CFG=2"},
+    {"", "twin-names@1", "MOD.bzm=1"},
     {"writeid(a);", "undo-takes-more@2", "a=1"},
     {"addrecy(A, Text);", "not-undone@2"},
     {"addrecy(A, Text, l);", "not-undone@2", "l=1"},
@@ -206,6 +208,7 @@ const Case kLegacy[] = {
      "relative-path@6 quotes-kept@7 relative-path@7 bad-path@8"},
     {"desc M\n\n\n\nfold a\nDynamics\npredefined a\npilots @rootdir\\a\npilots @rootdir\\b",
      "needs-dynamic@6 glued-keyword@7 mode-taken@8 counts-once@10"},
+    {"desc M\n\n\n\nmove C:\\a,@rootdir\\b\nremove @rootdir\\..\\x", "outside-install@6 outside-install@7"},
     {"desc M\n\n\n\nexec @rootdir\\a\ndynamic", "after-exe@7"},
     {"desc M\n\n\n\npilots @rootdir\\p\nexec @rootdir\\a\ndynamic", "exe-too-late@7"},
     {"desc M\n\n\n\nreplace @rootdir\\a,@rootdir\\b\nexec @rootdir\\a\ndynamic", "exe-too-late@7 after-exe@8"},
@@ -247,6 +250,17 @@ TEST_F(Check, TellsWhyAFileIsNotListed) {
 TEST_F(Check, TellsWhatAnUndoDoesNotFindInTheFolderOfMods) {
   WriteFile(InMods("a.inc"), "dname(M);\nwriteid(a);\n");
   EXPECT_EQ(CodesOf("BZ2HALD5\ninclude(a.inc);\n"), "not-undone@2");
+}
+
+TEST_F(Check, KnowsWhatOtherVersionsOfTheGameDoNot) {
+  MakeInstall("1.2");
+  EXPECT_EQ(CodesOf("BZ2HALD5\ndname(M);\ndefaultpass(x);\nracename(A,b);\n"), "needs-1.3@3");
+}
+
+TEST_F(Check, FollowsIncludesAsFarAsTheReadersDo) {
+  for (int depth = 0; depth < 20; ++depth)
+    Put("i" + std::to_string(depth) + "=include(i" + std::to_string(depth + 1) + ");");
+  EXPECT_EQ(CodesOf("BZ2HALD5\ndname(M);\ninclude(i0);\n"), "include-too-deep@3");
 }
 
 TEST_F(Check, LeavesOutWhatAModInForceHasChanged) {
