@@ -46,7 +46,8 @@ struct Walk {
   std::size_t exeLine = 0;
   std::size_t sessionLine = 0;
   std::size_t movedConfigLine = 0;
-  bool generatesConfig = false;
+  std::size_t generatedConfigLine = 0;
+  bool configurationsMeet = false;
   UndoOrder undo = {};
   std::vector<std::pair<Place, std::string>> missing = {};  // may come into being by a later line
 
@@ -112,6 +113,15 @@ void BeginAction(Walk& walk) {
   if (walk.actionLine == 0) walk.actionLine = walk.place.line;
 }
 
+// Below a line that moves bzone.cfg the undo loses the game's own; above one the mod's own is not in force.
+void CheckConfigurations(Walk& walk) {
+  if (walk.movedConfigLine == 0 || walk.generatedConfigLine == 0 || walk.configurationsMeet) return;
+  walk.configurationsMeet = true;
+  walk.place.Say(Problem::kTwoConfigurations, NameOfLine(walk.movedConfigLine) + " moves bzone.cfg, and " +
+                                                  NameOfLine(walk.generatedConfigLine) +
+                                                  " has one generated: only one of them can be in force");
+}
+
 // What an earlier action has moved lies where it cannot be seen here.
 void MovePaths(Walk& walk, const std::vector<MovedName>& names) {
   BeginAction(walk);
@@ -122,6 +132,7 @@ void MovePaths(Walk& walk, const std::vector<MovedName>& names) {
     if (walk.install && !walk.undo.Touches(moved.name)) walk.install->Moved(walk.place, moved);
   }
   walk.undo.Add(walk.place, names);
+  CheckConfigurations(walk);
 }
 
 void Rename(Walk& walk, const Args& args) {
@@ -138,16 +149,11 @@ void Replace(Walk& walk, const Args& args) {
                    "the folders in " + Quoted(args[2]) + " count for `bzone.cfg` in small letters only");
 }
 
-// Lines are undone from the top, so the configuration that was generated last is taken for the one that was moved.
 void GenerateConfig(Walk& walk) {
   BeginAction(walk);
-  const bool isFirst = !std::exchange(walk.generatesConfig, true);
-  if (isFirst && walk.install) walk.install->ConfigurationBackup(walk.place);
-  const std::size_t moved = std::exchange(walk.movedConfigLine, 0);
-  if (moved != 0)
-    walk.place.Say(Problem::kBzoneCfgLost,
-                   NameOfLine(moved) +
-                       " moves bzone.cfg, and this line generates one: the deactivation would lose the game's own");
+  if (walk.generatedConfigLine == 0 && walk.install) walk.install->ConfigurationBackup(walk.place);
+  walk.generatedConfigLine = walk.place.line;
+  CheckConfigurations(walk);
 }
 
 // A later line may still bring it.
@@ -239,8 +245,10 @@ void ActivatedRecy(Walk& walk, const Args& args) {
 }
 
 void WriteId(Walk& walk, const Args& args) {
-  if (CheckPath(walk, args[1]) && CheckSingleName(walk.place, args[1]) && walk.install)
-    walk.install->IdFile(walk.place, args[1]);
+  if (!CheckPath(walk, args[1]) || !CheckSingleName(walk.place, args[1])) return;
+  if (!CountOnce(walk, Quoted(args[1]))) return;
+  if (walk.install && !walk.undo.Touches(args[1])) walk.install->IdFile(walk.place, args[1]);
+  walk.undo.Add(walk.place, {{args[1], NameUse::kGives}});
 }
 
 void AddRecy(Walk& walk, const Args& args) {

@@ -58,7 +58,7 @@ enum class Problem {
   kIncludeUnreadable,
   kNotUndone,
   kUndoOrder,
-  kBzoneCfgLost,
+  kTwoConfigurations,
   kUndoTakesMore,
   kDoesNotFit,
   kNeedsVersion13,

@@ -41,6 +41,11 @@ std::size_t OwnLine(const std::string& list, const std::string& own) {
   return 0;
 }
 
+bool EndsInOpenLine(const std::string& list) {
+  const std::string text = win::ReadWholeFile(list).value_or("");
+  return !text.empty() && text.back() != '\n' && text.back() != '\r';
+}
+
 }  // namespace
 
 bool InstallCheck::Has(const std::string& name) const {
@@ -126,6 +131,9 @@ void InstallCheck::AddRecy(const Place& place, const Args& args) const {
               "without a RecyList.txt in the install, the deactivation leaves the line in " + Quoted(list));
   else if (!Has(list))
     place.Say(Problem::kNotUndone, Quoted(list) + " is not there: the deactivation leaves it behind as an empty file");
+  else if (EndsInOpenLine(InstallRoot() + list))
+    place.Say(Problem::kNotUndone,
+              "the last line of " + Quoted(list) + " has no end: the text is added to that line, and stays there");
   else if (const std::size_t line = OwnLine(InstallRoot() + list, args[1] + " "); line != 0)
     place.Say(Problem::kUndoTakesMore, NameOfLine(line) + " of " + Quoted(list) + " begins with " +
                                            Quoted(args[1] + " ") + ", so the deactivation takes it too");
