@@ -139,6 +139,16 @@ std::set<std::string> MatchesOf(const std::string& text, const char* pattern) {
   return found;
 }
 
+TEST(Documents, LinkToWhatIsThere) {
+  const std::filesystem::path root = SOURCE_DIR;
+  std::vector<std::filesystem::path> documents = {root / "README.md"};
+  for (const auto& entry : std::filesystem::directory_iterator(root / "docs"))
+    if (entry.path().extension() == ".md") documents.push_back(entry.path());
+  for (const auto& document : documents)
+    for (const std::string& link : MatchesOf(test::ReadFile(document), "\\]\\(([^):#]+)[^):]*\\)"))
+      EXPECT_TRUE(exists(document.parent_path() / link)) << document << " links to " << link;
+}
+
 TEST(ReferencePage, HasEveryDirectiveAndNoOther) {
   std::set<std::string> directives;
   for (const auto& pass :
