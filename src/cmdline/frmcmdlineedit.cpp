@@ -86,11 +86,13 @@ std::vector<win::Control*> FrmCMDLineEdit::Controls() {
 }
 
 void FrmCMDLineEdit::LoadList() {
-  file_ = CustomOptionFile();
+  const bool isSameList = std::exchange(file_, CustomOptionFile()) == CustomOptionFile();
+  const bool wasDirty = ListDirty;
   FillList(ReadOptionRows(OptionListFile()));
-  ParamIndex = -1;
-  ParamDirty = false;
-  ListDirty = false;
+  ListDirty = wasDirty && isSameList;
+  // An edit that was not taken over still waits for its row.
+  ParamDirty = ParamDirty && isSameList;
+  if (!ParamDirty) ParamIndex = -1;
   if (lstCmdLineParam.ListCount() == 0)
     lstCmdLineParam_Click();
   else
@@ -152,7 +154,6 @@ bool FrmCMDLineEdit::AskParam() {
 
 void FrmCMDLineEdit::cmdAdd_Click() {
   if (ParamDirty && !AskParam()) return;
-  ParamDirty = false;
   ParamIndex = -1;
   lstCmdLineParam.AddItem("<New Option>");
   lstCmdLineParam.SetListIndex(lstCmdLineParam.NewIndex());

@@ -91,7 +91,12 @@ const StepCase kSteps[] = {
     {1, "0", {{kAsk, Answer::kCancel}, {kAskMany, Answer::kYes}}, kLeaveRow, "a *b:10 c ", "b:10"},
     {1, "0", {}, kRetract, "a *b:1 c ", "c"},
     {0, "", {{kAsk, Answer::kNo}}, kTypeNextRow, "a *b:1 c ", "b:1"},
-    {1, "0", {{kAsk, Answer::kNo}}, kAddTwo, "a *b:1 c <New Option> <New Option> ", "<New Option>"},
+    {1,
+     "0",
+     {{kAsk, Answer::kNo}, {kAsk, Answer::kNo}},
+     kAddTwo,
+     "a *b:1 c <New Option> <New Option> ",
+     "<New Option>"},
     {1, "0", {{kAsk, Answer::kCancel}, {kAskMany, Answer::kNo}}, kAdd, "a *b:1 c ", "b:10"},
     {1, "0", {{kAskRemove, Answer::kYes}}, kRemove, "a c ", "c"},
     {1, "", {{kAskRemove, Answer::kNo}}, kRemoveByKey, "a *b:1 c ", "b:1"},
@@ -104,6 +109,7 @@ TEST_F(OptionEditor, AsksBeforeAnEditIsLost) {
   for (const StepCase& c : kSteps) {
     SCOPED_TRACE(&c - kSteps);
     std::filesystem::remove(InRoot("varnik.cmd"));
+    test::ClickOn(page_.cmdSaveChanges);  // nothing waits from the case before
     Open();
     test::ClickRow(page_.lstCmdLineParam, c.row);
     test::Type(page_.txtCmdEdit, c.typed);
@@ -126,8 +132,15 @@ TEST_F(OptionEditor, LeavingThePageSavesOrForgets) {
     EXPECT_EQ(Content("varnik.cmd"), "");
     if (answer != Answer::kYes) page_.OfferToSave();
   }
+}
+
+TEST_F(OptionEditor, AnEditWaitsForItsRowWhileThePageIsAway) {
   Open();
-  page_.OfferToSave();
+  test::ClickRow(page_.lstCmdLineParam, 1);
+  test::Type(page_.txtCmdEdit, "0");
+  boxes.ExpectMsgBox(kAsk, Answer::kYes, kTitle);
+  Open();
+  EXPECT_EQ(Saved(), "a *b:10 c ");
 }
 
 TEST_F(OptionEditor, SavesForTheInstallThatTheListIsOf) {
