@@ -26,8 +26,8 @@ struct RunOutcome {
   std::string problem;      // the message that ended the run before the game, if any; it has been shown
 };
 
-// `modIndex` is a row of ModList, -1 for no mod. Holds a RunGuard; a person who is refused is told. A game that is there
-// and that this system has no runner for is refused ahead of any change.
+// `modIndex` is a row of ModList, -1 for no mod. Holds a RunGuard; a person who is refused is told. A game that is
+// there and that this system has no runner for is refused ahead of any change.
 RunOutcome LaunchBZ2(int modIndex, const std::string& commandLine, bool useEditor, const RunHooks& hooks);
 
 struct ClickOutcome {
