@@ -179,11 +179,16 @@ void DiskPicture::Set(const std::string& resolved, Entry entry) {
   const bool isThere = without && !without->memory && !without->lies.empty() && ExistsOnDisk(without->lies);
   const bool isSame = entry.gone ? !isThere : isThere && without->lies == entry.lies;
   if (!isSame) entries_[resolved] = std::move(entry);
-  ForgetNames(resolved);
+  UpdateNames(resolved);
 }
 
-void DiskPicture::ForgetNames(const std::string& resolved) {
-  names_.erase(FolderAbove(resolved));
+void DiskPicture::UpdateNames(const std::string& resolved) {
+  const auto around = names_.find(FolderAbove(resolved));
+  const std::string name = resolved.substr(resolved.rfind('/') + 1);
+  if (around != names_.end() && Exists(resolved))
+    around->second.Add(name);
+  else if (around != names_.end())
+    around->second.Remove(name);
   names_.erase(resolved);
   names_.erase(names_.lower_bound(Below(resolved)), names_.lower_bound(BehindAllBelow(resolved)));
 }

@@ -68,7 +68,7 @@ class DiskPicture : public Disk {
   Entry InMemory(const std::string& resolved, bool withContent);
   void Set(const std::string& resolved, Entry entry);
   void Move(const std::string& from, const std::string& to);
-  void ForgetNames(const std::string& resolved);
+  void UpdateNames(const std::string& resolved);
   const FolderNames* NamesIn(const std::string& folder);
   bool IsSame(const std::string& resolved, const Entry& entry);
 
