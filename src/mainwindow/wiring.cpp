@@ -44,7 +44,8 @@ FrmMain::FrmMain(frmSplash& busy)
       lblBZ2LocVer(*this, "lblBZ2LocVer"),
       cmdLaunchBZ2(*this, "cmdLaunchBZ2", "Launch"),
       StatusBar1(*this, "StatusBar1"),
-      tray(hidden.mnuHidden, [this] { OpenFromTray(); }, [this] { PopupHiddenMenu(); }),
+      tray(
+          hidden.mnuHidden, [this] { OpenFromTray(); }, [this] { PopupHiddenMenu(); }),
       busy_(busy),
       busyWindow_(MakeBusyWindow()) {
   SetCaption(win::Program().title);
