@@ -75,7 +75,13 @@ void FormImpl::Place() {
     frame.moveCenter(owner->frameGeometry().center());
   else
     frame.moveCenter(window->screen()->availableGeometry().center());
-  window->move(ReachablePlace(frame, Screens()));
+  QPoint at = ReachablePlace(frame, Screens());
+  if (window->size() != window->FullSize()) {
+    // Cut to the height of the screen, it has its last row of controls there only when it hangs out nowhere.
+    const QRect screen = window->screen()->availableGeometry();
+    at = {std::clamp(at.x(), screen.left(), std::max(screen.left(), screen.right() + 1 - frame.width())), screen.top()};
+  }
+  window->move(at);
 }
 
 void FormImpl::StateChanged() {

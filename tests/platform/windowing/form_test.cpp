@@ -288,6 +288,7 @@ TEST_F(FormTest, AWindowTooTallForTheScreenScrolls) {
   Form form("frmTall", 6000, 60000);
   win::Button cmdLast(form, "cmdLast", "Last");
   cmdLast.Move(0, 59000, 1500, 375);
+  form.Move(1000, 1000);
   form.Show();
   const QRect screen = form.Window()->screen()->availableGeometry();
   EXPECT_TRUE(screen.contains(form.Window()->geometry()));
