@@ -31,6 +31,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string path = world.Put("mod.bzm", text);
   varnik::LoadModFile(path);
   if (varnik::ModListFilled) varnik::SelectModFolders(1);
+  fuzz::LookAhead(path);
   varnik::ActivateMod(path);
   varnik::DeactivateByMarker(path, world.sandbox.InstallText());
   Edit(path);

@@ -12,6 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   varnik::LoadModFile(path);
   fuzz::Require(varnik::ModListFilled);
   varnik::SelectModFolders(1);
+  fuzz::LookAhead(path);
   varnik::ActivateLegacyMod(path);
   varnik::DeactivateLegacyMod(path, world.sandbox.InstallText());
   return 0;

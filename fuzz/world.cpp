@@ -6,6 +6,8 @@
 #include <cctype>
 #include <filesystem>
 
+#include "diagnosis/activationplan.h"
+#include "diagnosis/check.h"
 #include "installs/installlist.h"
 #include "modengine/catalogue.h"
 #include "platform/system/services.h"
@@ -65,6 +67,14 @@ bool StaysInside(std::string_view definition) {
     if ((c == '\\' || c == '/') && !isNamePart(before)) return false;
   }
   return true;
+}
+
+void LookAhead(const std::string& path) {
+  const fs::path install = TheWorld().sandbox.Install();
+  const auto before = test::Snapshot(install);
+  Require(varnik::CheckDefinition(path).has_value());
+  if (varnik::ModListFilled) varnik::PlanActivation(varnik::ModEntry(varnik::ModList[1]));
+  Require(test::Snapshot(install) == before);
 }
 
 void Require(bool holds) {

@@ -35,6 +35,10 @@ inline std::string_view Text(const std::uint8_t* data, std::size_t size) {
 // may leave the install by `..`, by a drive or by a separator at the front of a path.
 bool StaysInside(std::string_view definition);
 
+// What a person may ask of a definition ahead of a run: its check, and the plan of row 1 of the catalogue when there is
+// one. Neither may change the install.
+void LookAhead(const std::string& path);
+
 // Ends the process where a promise is broken.
 void Require(bool holds);
 
