@@ -77,8 +77,11 @@ DiskPicture* DiskPicture::InUse() {
 // Links are followed here, so that what is reached by two ways has one path.
 std::string DiskPicture::Resolved(const std::string& native, bool followLast) {
   constexpr int kMostLinks = 40;
+  constexpr char kNowhere[] = "/dev/null/none";
   std::error_code ignored;
-  std::string rest = native.starts_with('/') ? native : std::filesystem::current_path(ignored).string() + "/" + native;
+  std::string rest = native.c_str();  // the system's calls end a name at its first NUL
+  if (rest.empty()) return kNowhere;
+  if (!rest.starts_with('/')) rest.insert(0, std::filesystem::current_path(ignored).string() + "/");
   std::string done;
   for (int links = 0; !rest.empty();) {
     const std::size_t end = std::min(rest.find('/'), rest.size());

@@ -96,9 +96,11 @@ FolderReader& FolderReader::operator=(FolderReader&&) noexcept = default;
 
 FolderReader FolderReader::Descend(const std::string& name) const {
   if (!IsOpen()) return FolderReader(std::unique_ptr<State>());
-  DiskPicture* const picture = DiskPicture::InUse();
-  if (picture != nullptr && !state_->pictured.empty())
+  if (!state_->stream) {
+    DiskPicture* const picture = DiskPicture::InUse();
+    if (picture == nullptr) return FolderReader(std::unique_ptr<State>());
     return FolderReader(State::OpenPictured(*picture, state_->pictured + "/" + name, state_->way));
+  }
   Descriptor folder(openat(dirfd(state_->stream.get()), name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   return FolderReader(State::Open(std::move(folder), state_->way));
 }
@@ -108,7 +110,7 @@ bool FolderReader::IsOpen() const {
 }
 
 bool FolderReader::Next(FoundEntry& entry) {
-  if (IsOpen() && !state_->pictured.empty()) return state_->NextPictured(entry);
+  if (IsOpen() && !state_->stream) return state_->NextPictured(entry);
   const dirent* const next = IsOpen() ? readdir(state_->stream.get()) : nullptr;
   if (next == nullptr) return false;
   entry.name = next->d_name;

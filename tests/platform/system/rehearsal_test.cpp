@@ -132,4 +132,17 @@ TEST_F(RehearsalTest, StoresNothingAndStartsNothing) {
   EXPECT_FALSE(fs::exists(sandbox.Install() / "ran"));
 }
 
+// A definition may hold any byte; the system ends a name at its first NUL.
+TEST_F(RehearsalTest, NoNameIsTheNameOfNothing) {
+  using namespace std::string_literals;
+  for (const std::string& name : {""s, "\0"s, "\0a\\"s}) {
+    const std::string listed = Listed(name);
+    const bool found = win::FindFirstFileSucceeds(name);
+    const win::Rehearsal rehearsal;
+    EXPECT_EQ(Listed(name), listed);
+    EXPECT_EQ(win::FindFirstFileSucceeds(name), found);
+    EXPECT_FALSE(win::MakeFolder(name));
+  }
+}
+
 }  // namespace
