@@ -44,7 +44,7 @@ start_screen() {
   screen_jobs=$!
   read -r number <"$work/display"
   export DISPLAY=:$number
-  openbox >/dev/null 2>&1 &
+  HOME=$work XDG_CACHE_HOME=$work openbox >/dev/null 2>&1 &  # several may start at once, and would share files
   screen_jobs="$screen_jobs $!"
   await "window manager" window_manager
 }
@@ -66,6 +66,8 @@ main_window() {
   done
   return 1
 }
+# It shows for a moment while it loads.
+settled() { main_window && sleep 0.7 && main_window; }
 no_window() { ! window "$1"; }
 start() { "$bin/varnik" "$@" >"$work/output" 2>&1 & program=$!; }
 has_focus() { [ "$(xdotool getactivewindow getwindowname)" = "$1" ] && sleep 0.5; }
@@ -102,7 +104,7 @@ run_first_start() {
   make_world
   rm -r "$XDG_CONFIG_HOME"
   start
-  await "window" main_window
+  await "window" settled
   await "focus" has_focus Varnik
   press alt+b a
   await "dialog" window "Add/Remove BZ2 Locations"
@@ -126,7 +128,7 @@ run_plain_mod() {
   local before
   before=$(checksums "$game")
   start
-  await "window" main_window
+  await "window" settled
   select_mod Arena
   click 6600 5880
   await "game" test -s "$work/world/played/bz2-1.3.txt"
@@ -146,7 +148,7 @@ run_killed_game() {
   local before
   before=$(checksums "$game")
   start
-  await "window" main_window
+  await "window" settled
   select_mod Arena
   click 6600 5880
   await "game" test -s "$work/world/played/bz2-1.3.txt"
@@ -158,13 +160,13 @@ run_killed_game() {
   no_window Varnik || fail "the start that repairs shows a window"
   as_before || fail "files differ after the repair"
   start
-  await "window" main_window
+  await "window" settled
 }
 
 run_second_start() {
   make_world
   start
-  await "window" main_window
+  await "window" settled
   local first=$program
   start
   await "message" window "Varnik Already Running"
@@ -182,7 +184,7 @@ stored() { grep -q "\"$1\": \"$2\"" "$XDG_CONFIG_HOME/varnik/settings.json"; }
 run_menus() {
   make_world
   start
-  await "window" main_window
+  await "window" settled
   await "focus" has_focus Varnik
   select_mod Frozen
   local keys title
@@ -290,7 +292,7 @@ windows_listed() { xprop -root _NET_CLIENT_LIST; }
 
 icon_turned_on() {
   start
-  await "window" main_window
+  await "window" settled
   await "focus" has_focus Varnik
   press alt+v s
   await "refusal without a tray" stored TrayIcon 0
@@ -298,7 +300,7 @@ icon_turned_on() {
   await "end without a tray" ended
   start_tray
   start
-  await "window" main_window
+  await "window" settled
   await "focus" has_focus Varnik
   press alt+v s
   await "icon" icon
@@ -400,7 +402,7 @@ run_end_of_session() {
   before=$(checksums "$game")
   start_tray
   start
-  await "window" main_window
+  await "window" settled
   await "focus" has_focus Varnik
   press alt+v s
   await "icon" icon
