@@ -79,7 +79,7 @@ std::string DiskPicture::Resolved(const std::string& native, bool followLast) {
   constexpr int kMostLinks = 40;
   constexpr char kNowhere[] = "/dev/null/none";
   std::error_code ignored;
-  std::string rest = native.c_str();  // the system's calls end a name at its first NUL
+  std::string rest = native.substr(0, native.find('\0'));  // as the system's calls end a name
   if (rest.empty()) return kNowhere;
   if (!rest.starts_with('/')) rest.insert(0, std::filesystem::current_path(ignored).string() + "/");
   std::string done;
