@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <filesystem>
 
 #include "platform/system/process.h"
 #include "tests/harness/sandbox.h"
+#include "tests/harness/wine.h"
 
 // With the real Wine and a Windows program, where both are there.
 namespace {
@@ -13,16 +13,7 @@ namespace fs = std::filesystem;
 
 struct Wine : testing::Test {
   void SetUp() override {
-    if (std::system("command -v wine > /dev/null") != 0) GTEST_SKIP() << "Wine is not installed";
-    if (!fs::exists(BINARY_DIR "/showline.exe")) GTEST_SKIP() << "the Windows programs were not built";
-    for (const char* name : {"VARNIK_RUNNER", "DISPLAY", "WAYLAND_DISPLAY"})
-      unsetenv(name);
-    setenv("WINEDEBUG", "-all", 1);
-    setenv("WINEDLLOVERRIDES", "mscoree,mshtml=", 1);
-    ASSERT_EQ(std::system("wine wineboot -i > /dev/null 2>&1"), 0);
-    game = sandbox.Home() / "wine" / "drive_c" / "games" / "Battlezone II";
-    fs::create_directories(game);
-    fs::copy_file(BINARY_DIR "/showline.exe", game / "bzone.exe");
+    if (const std::string reason = test::PrepareWine(sandbox, game); !reason.empty()) GTEST_SKIP() << reason;
   }
 
   int Run(const std::string& tail) {
