@@ -11,8 +11,8 @@ TEST(PathMatchSpec, MatchesAsMeasured) {
   for (const auto& row : rows)
     for (const char* side : {"matches", "others"})
       for (const std::string name : row[side])
-        EXPECT_EQ(win::PathMatchSpec(name, row["spec"].get<std::string>()), side == std::string("matches"))
-            << name << " " << row["spec"];
+        EXPECT_EQ(win::PathMatchSpec(name, row["pattern"].get<std::string>()), side == std::string("matches"))
+            << name << " " << row["pattern"];
 }
 
 TEST(PathMatchSpec, TakesBytesOfBothEncodings) {
