@@ -123,15 +123,22 @@ run_first_start() {
   await "game" test -s "$work/world/played/bz2-1.3.txt"
 }
 
-run_plain_mod() {
-  make_world
-  local before
-  before=$(checksums "$game")
-  start
-  await "window" settled
+play_arena() {
   select_mod Arena
   click 6600 5880
   await "game" test -s "$work/world/played/bz2-1.3.txt"
+}
+
+start_and_play() {
+  before=$(checksums "$game")
+  start
+  await "window" settled
+  play_arena
+}
+
+run_plain_mod() {
+  make_world
+  start_and_play
   no_window Varnik || fail "the window stays while the game runs"
   await "window after the game" main_window
   grep -q "folder: $game" "$work/world/played/bz2-1.3.txt" || fail "the game ran elsewhere"
@@ -145,13 +152,7 @@ run_plain_mod() {
 
 run_killed_game() {
   make_world 30
-  local before
-  before=$(checksums "$game")
-  start
-  await "window" settled
-  select_mod Arena
-  click 6600 5880
-  await "game" test -s "$work/world/played/bz2-1.3.txt"
+  start_and_play
   kill -9 "$program"
   kill -9 $(ours)
   as_before && fail "the mod was not in force"
@@ -411,9 +412,7 @@ run_end_of_session() {
   press Tab Tab Tab Tab Tab space Escape
   await "entry" test -s "$XDG_CONFIG_HOME/autostart/varnik-autoload.desktop"
   await "end of the options" no_window "Varnik Options"
-  select_mod Arena
-  click 6600 5880
-  await "game" test -s "$work/world/played/bz2-1.3.txt"
+  play_arena
   kill -TERM "$program"
   sleep 1
   kill -0 "$program" || fail "the program left the game alone"
