@@ -1,4 +1,5 @@
 #include <benchmark/benchmark.h>
+
 #include <fcntl.h>
 #include <spawn.h>
 #include <stdlib.h>

@@ -1,16 +1,17 @@
+#include "editor/definitiondraft.h"
+#include "installs/installlist.h"
+#include "modengine/catalogue.h"
+#include "platform/system/files/files.h"
+#include "platform/system/paths/program.h"
+#include "support/runstate.h"
+
 #include <benchmark/benchmark.h>
+
 #include <stdlib.h>
 
 #include <filesystem>
 #include <fstream>
 #include <string>
-
-#include "editor/definitiondraft.h"
-#include "installs/installlist.h"
-#include "modengine/catalogue.h"
-#include "platform/system/files.h"
-#include "platform/system/program.h"
-#include "support/runstate.h"
 
 // Definitions far longer than any honest one: the reader of the older format and the editor beside the bare reading of
 // the same lines. Times per line must not grow with the number of lines, nor the time of one edit.

@@ -1,20 +1,21 @@
+#include "bench/folders.h"
+#include "installs/installlist.h"
+#include "maps/maplist.h"
+#include "maps/ui/frmmap.h"
+#include "modengine/catalogue.h"
+#include "platform/system/paths/program.h"
+#include "platform/system/process/services.h"
+#include "windowing/application.h"
+#include "windowing/form.h"
+#include "windowing/label.h"
+
 #include <benchmark/benchmark.h>
+
 #include <stdlib.h>
 
 #include <algorithm>
 #include <map>
 #include <memory>
-
-#include "bench/folders.h"
-#include "installs/installlist.h"
-#include "maps/frmmap.h"
-#include "maps/maplist.h"
-#include "modengine/catalogue.h"
-#include "platform/system/program.h"
-#include "platform/system/services.h"
-#include "platform/windowing/application.h"
-#include "platform/windowing/form.h"
-#include "platform/windowing/label.h"
 
 // Filling the page of all maps, by the number of its rows, and loading the catalogue behind a busy window that counts,
 // beside the same load with nobody told. `peak_MiB` is the most memory that load and page have taken above an empty

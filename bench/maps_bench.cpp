@@ -1,13 +1,14 @@
+#include "bench/folders.h"
+#include "installs/installlist.h"
+#include "maps/maplist.h"
+#include "platform/system/paths/program.h"
+
 #include <benchmark/benchmark.h>
+
 #include <fcntl.h>
 #include <unistd.h>
 
 #include <vector>
-
-#include "bench/folders.h"
-#include "installs/installlist.h"
-#include "maps/maplist.h"
-#include "platform/system/program.h"
 
 // Loading the catalogue of an install of 10,000 maps in 50,000 files, half of the maps with their .inf in another
 // folder, beside the floors: one walk of the tree, and one plain read of each .inf.

@@ -1,4 +1,12 @@
+#include "installs/installlist.h"
+#include "modengine/activation.h"
+#include "modengine/catalogue.h"
+#include "modengine/deactivation.h"
+#include "platform/system/paths/program.h"
+#include "support/runstate.h"
+
 #include <benchmark/benchmark.h>
+
 #include <dirent.h>
 #include <fcntl.h>
 #include <stdlib.h>
@@ -10,13 +18,6 @@
 #include <fstream>
 #include <string>
 #include <vector>
-
-#include "installs/installlist.h"
-#include "modengine/activation.h"
-#include "modengine/catalogue.h"
-#include "modengine/deactivation.h"
-#include "platform/system/program.h"
-#include "support/runstate.h"
 
 // The mod engine beside what the file system itself costs: a catalogue beside listing the folder and reading its
 // definitions, and a mod beside the bare system calls that its directives come to.

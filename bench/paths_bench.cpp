@@ -1,10 +1,10 @@
+#include "bench/folders.h"
+#include "platform/system/files/files.h"
+#include "platform/system/paths/paths.h"
+
 #include <benchmark/benchmark.h>
 
 #include <vector>
-
-#include "bench/folders.h"
-#include "platform/system/files.h"
-#include "platform/system/paths.h"
 
 // Look-ups whose names are spelled in another case than on disk, beside the same look-ups spelled exactly, in a folder
 // of 50,000 files. Each row is 10,000 look-ups.

@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QMainWindow>
+
 #include <cstdlib>
 
 // A window with as many widgets as the argument says, and nothing behind them: what Qt itself needs to show that much.

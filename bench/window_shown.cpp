@@ -1,7 +1,8 @@
+#include <xcb/xcb.h>
+
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <xcb/xcb.h>
 
 #include <chrono>
 #include <cstdio>

@@ -1,11 +1,11 @@
-# Compiles the pictures of src/support/artwork into the target, as support/artwork.h declares them.
+# Compiles the pictures of src/support/ui/artwork into the target, as support/ui/artwork.h declares them.
 function(varnik_artwork target)
-  set(code "#include \"support/artwork.h\"\n\nnamespace varnik {\n")
+  set(code "#include \"support/ui/artwork.h\"\n\nnamespace varnik {\n")
   foreach(entry ${ARGN})
     string(REPLACE "=" ";" entry ${entry})
     list(GET entry 0 routine)
     list(GET entry 1 name)
-    set(file ${CMAKE_SOURCE_DIR}/src/support/artwork/${name})
+    set(file ${CMAKE_SOURCE_DIR}/src/support/ui/artwork/${name})
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
     file(READ ${file} bytes HEX)
     string(REGEX REPLACE "(..)" "\\\\x\\1" bytes "${bytes}")

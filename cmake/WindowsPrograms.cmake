@@ -29,7 +29,7 @@ function(varnik_windows_program result name bits source)
   set(${result} ${program} PARENT_SCOPE)
 endfunction()
 
-# They stand between Wine and the game; see src/platform/system/launch.h.
+# They stand between Wine and the game; see src/platform/system/process/launch.h.
 foreach(bits 32 64)
   varnik_windows_program(starter varnik-start${bits}.exe ${bits} ${CMAKE_SOURCE_DIR}/src/platform/starter/starter.cpp)
   if(starter)

@@ -1,10 +1,10 @@
-#include <stdlib.h>
-
 #include "fuzz/world.h"
-#include "platform/windowing/application.h"
-#include "platform/windowing/form.h"
-#include "platform/windowing/picturebox.h"
-#include "support/modfreeimage.h"
+#include "support/ui/modfreeimage.h"
+#include "windowing/application.h"
+#include "windowing/form.h"
+#include "windowing/picturebox.h"
+
+#include <stdlib.h>
 
 // From a picture's file to the picture on a page, and into a mod's page.
 namespace {

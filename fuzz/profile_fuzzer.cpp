@@ -1,6 +1,6 @@
 #include "fuzz/world.h"
 #include "gameconfig/gamesettings.h"
-#include "platform/system/profile.h"
+#include "platform/system/files/profile.h"
 
 // A profile file: reads of it, and edits that must be found again and must not grow the file beyond what they add.
 namespace {

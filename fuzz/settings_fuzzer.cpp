@@ -1,10 +1,9 @@
-#include "platform/system/settings.h"
+#include "fuzz/world.h"
+#include "installs/installlist.h"
+#include "platform/system/store/settings.h"
 
 #include <fcntl.h>
 #include <unistd.h>
-
-#include "fuzz/world.h"
-#include "installs/installlist.h"
 
 // The settings store as a crash, an editor or a disk may have left it. What cannot be read is kept aside.
 extern "C" int LLVMFuzzerInitialize(int*, char***) {

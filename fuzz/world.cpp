@@ -1,17 +1,17 @@
 #include "fuzz/world.h"
 
+#include "diagnosis/activationplan.h"
+#include "diagnosis/check.h"
+#include "installs/installlist.h"
+#include "modengine/catalogue.h"
+#include "platform/system/process/services.h"
+#include "support/runstate.h"
+
 #include <stdlib.h>
 
 #include <array>
 #include <cctype>
 #include <filesystem>
-
-#include "diagnosis/activationplan.h"
-#include "diagnosis/check.h"
-#include "installs/installlist.h"
-#include "modengine/catalogue.h"
-#include "platform/system/services.h"
-#include "support/runstate.h"
 
 namespace fuzz {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "tests/harness/sandbox.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
-
-#include "tests/harness/sandbox.h"
 
 // A small install for the fuzz targets, made anew for each input. No program in it can be started, and none is found
 // elsewhere.

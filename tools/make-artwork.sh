@@ -14,11 +14,11 @@ for colour in amber green blue; do
   icotool -c -o "data/trayicons/$colour.ico" "$work/$colour"-{16,24,32,48}.png
 done
 
-mkdir -p data/nomappics src/support/artwork
+mkdir -p data/nomappics src/support/ui/artwork
 for scene in hills stars; do
   rsvg-convert "artwork/nomap-$scene.svg" -o "$work/$scene.png"
   convert "$work/$scene.png" -background black -alpha remove -type TrueColor "BMP3:data/nomappics/$scene.bmp"
 done
-rsvg-convert artwork/nomap-grid.svg -o src/support/artwork/nomap.png
-rsvg-convert -w 96 -h 96 artwork/mark-amber.svg -o src/support/artwork/logo.png
-rsvg-convert -w 64 -h 64 artwork/mark-amber.svg -o src/support/artwork/icon.png
+rsvg-convert artwork/nomap-grid.svg -o src/support/ui/artwork/nomap.png
+rsvg-convert -w 96 -h 96 artwork/mark-amber.svg -o src/support/ui/artwork/logo.png
+rsvg-convert -w 64 -h 64 artwork/mark-amber.svg -o src/support/ui/artwork/icon.png

@@ -1,11 +1,11 @@
-#include <algorithm>
-
 #include "cli/commands.h"
 #include "cli/output.h"
 #include "cli/session.h"
 #include "diagnosis/check.h"
 #include "installs/installlist.h"
-#include "platform/system/paths.h"
+#include "platform/system/paths/paths.h"
+
+#include <algorithm>
 
 namespace varnik::cli {
 

@@ -1,9 +1,9 @@
 #include "cli/commandtable.h"
 
-#include <CLI/CLI.hpp>
-
 #include "cli/commands.h"
 #include "maps/mapclass.h"
+
+#include <CLI/CLI.hpp>
 
 namespace varnik::cli {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <vector>
-
 #include "cli/arguments.h"
+
+#include <vector>
 
 namespace CLI {
 class App;

@@ -1,9 +1,9 @@
-#include <algorithm>
-
 #include "cli/commands.h"
 #include "cli/output.h"
 #include "diagnosis/doctor.h"
 #include "modengine/runguard.h"
+
+#include <algorithm>
 
 namespace varnik::cli {
 

@@ -1,15 +1,15 @@
+#include "cli/commandtable.h"
+#include "cli/output.h"
+#include "cli/session.h"
+#include "platform/system/paths/program.h"
+#include "support/version.h"
+
 #include <CLI/CLI.hpp>
 
 #include <csignal>
 #include <exception>
 #include <string>
 #include <vector>
-
-#include "cli/commandtable.h"
-#include "cli/output.h"
-#include "cli/session.h"
-#include "platform/system/program.h"
-#include "support/version.h"
 
 namespace {
 

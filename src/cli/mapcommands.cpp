@@ -1,11 +1,11 @@
-#include <algorithm>
-
 #include "cli/commands.h"
 #include "cli/output.h"
 #include "cli/session.h"
 #include "maps/mapdetails.h"
 #include "maps/maplist.h"
-#include "platform/system/compare.h"
+#include "platform/system/text/compare.h"
+
+#include <algorithm>
 
 namespace varnik::cli {
 

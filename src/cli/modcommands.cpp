@@ -1,10 +1,10 @@
 #include "cli/commands.h"
 #include "cli/output.h"
 #include "cli/session.h"
+#include "definition/directive.h"
 #include "modengine/catalogue.h"
-#include "modengine/directive.h"
-#include "platform/system/files.h"
-#include "platform/system/paths.h"
+#include "platform/system/files/files.h"
+#include "platform/system/paths/paths.h"
 
 namespace varnik::cli {
 

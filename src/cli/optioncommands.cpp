@@ -1,7 +1,6 @@
-#include "cmdline/optionlist.h"
-
 #include "cli/commands.h"
 #include "cli/output.h"
+#include "cmdline/optionlist.h"
 
 namespace varnik::cli {
 

@@ -1,9 +1,9 @@
 #include "cli/output.h"
 
+#include "platform/system/text/text.h"
+
 #include <algorithm>
 #include <cstdio>
-
-#include "platform/system/text.h"
 
 namespace varnik::cli {
 

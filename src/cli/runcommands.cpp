@@ -2,14 +2,14 @@
 #include "cli/output.h"
 #include "cli/session.h"
 #include "cmdline/optionlist.h"
+#include "definition/crashmarker.h"
 #include "installs/installlist.h"
 #include "modengine/catalogue.h"
-#include "modengine/crashmarker.h"
 #include "modengine/deactivation.h"
 #include "modengine/force.h"
 #include "modengine/runcycle.h"
 #include "modengine/runguard.h"
-#include "platform/system/paths.h"
+#include "platform/system/paths/paths.h"
 #include "startup/startup.h"
 
 namespace varnik::cli {

@@ -1,20 +1,20 @@
 #include "cli/session.h"
 
-#include <filesystem>
-
 #include "cli/output.h"
+#include "definition/bzonecfg.h"
+#include "definition/crashmarker.h"
+#include "definition/includes.h"
 #include "installs/installlist.h"
-#include "modengine/bzonecfg.h"
 #include "modengine/catalogue.h"
-#include "modengine/crashmarker.h"
-#include "modengine/includes.h"
-#include "platform/system/files.h"
-#include "platform/system/paths.h"
-#include "platform/system/program.h"
-#include "platform/system/services.h"
-#include "platform/system/text.h"
+#include "platform/system/files/files.h"
+#include "platform/system/paths/paths.h"
+#include "platform/system/paths/program.h"
+#include "platform/system/process/services.h"
+#include "platform/system/text/text.h"
 #include "support/modfileexists.h"
 #include "support/runstate.h"
+
+#include <filesystem>
 
 namespace varnik::cli {
 

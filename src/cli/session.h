@@ -1,10 +1,10 @@
 #pragma once
 
+#include "cli/arguments.h"
+#include "definition/modentry.h"
+
 #include <optional>
 #include <string>
-
-#include "cli/arguments.h"
-#include "modengine/modentry.h"
 
 // The engine's state for one command, as a start of the window brings it up.
 namespace varnik::cli {

@@ -1,9 +1,8 @@
-#include "platform/system/settings.h"
-
 #include "cli/commands.h"
 #include "cli/output.h"
-#include "platform/system/registry.h"
-#include "platform/system/text.h"
+#include "platform/system/store/registry.h"
+#include "platform/system/store/settings.h"
+#include "platform/system/text/text.h"
 #include "support/registry.h"
 #include "support/settings.h"
 

@@ -1,10 +1,10 @@
 #include "cmdline/optionfile.h"
 
-#include <utility>
-
 #include "installs/installlist.h"
-#include "platform/system/files.h"
-#include "platform/system/text.h"
+#include "platform/system/files/files.h"
+#include "platform/system/text/text.h"
+
+#include <utility>
 
 namespace varnik {
 

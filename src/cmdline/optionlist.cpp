@@ -1,11 +1,11 @@
 #include "cmdline/optionlist.h"
 
-#include <utility>
-
 #include "cmdline/optionfile.h"
-#include "platform/system/text.h"
+#include "platform/system/text/text.h"
 #include "support/modfileexists.h"
 #include "support/runstate.h"
+
+#include <utility>
 
 namespace varnik {
 

@@ -1,15 +1,15 @@
 #include "diagnosis/activationplan.h"
 
+#include "definition/currentline.h"
+#include "installs/installlist.h"
+#include "modengine/force.h"
+#include "platform/system/files/files.h"
+#include "platform/system/files/rehearsal.h"
+#include "platform/system/paths/paths.h"
+#include "platform/system/text/text.h"
+
 #include <algorithm>
 #include <utility>
-
-#include "installs/installlist.h"
-#include "modengine/currentline.h"
-#include "modengine/force.h"
-#include "platform/system/files.h"
-#include "platform/system/paths.h"
-#include "platform/system/rehearsal.h"
-#include "platform/system/text.h"
 
 namespace varnik {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "definition/modentry.h"
+#include "platform/system/filesystem/deeds.h"
+
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "modengine/modentry.h"
-#include "platform/system/deeds.h"
 
 // What an activation would do to the selected install, step by step. It is found by a rehearsal of the activation
 // itself, so that it holds whatever the passes do.

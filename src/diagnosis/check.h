@@ -1,10 +1,10 @@
 #pragma once
 
+#include "diagnosis/finding.h"
+
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "diagnosis/finding.h"
 
 namespace varnik {
 

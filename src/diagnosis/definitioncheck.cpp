@@ -1,23 +1,23 @@
 #include "diagnosis/definitioncheck.h"
 
+#include "definition/directivecatalogue.h"
+#include "definition/includes.h"
+#include "definition/passdirective.h"
+#include "diagnosis/linecheck.h"
+#include "diagnosis/pathcheck.h"
+#include "diagnosis/undoorder.h"
+#include "installs/installlist.h"
+#include "platform/system/files/files.h"
+#include "platform/system/paths/paths.h"
+#include "platform/system/text/text.h"
+#include "support/modfileexists.h"
+
 #include <algorithm>
 #include <limits>
 #include <optional>
 #include <unordered_map>
 #include <utility>
 #include <vector>
-
-#include "diagnosis/linecheck.h"
-#include "diagnosis/pathcheck.h"
-#include "diagnosis/undoorder.h"
-#include "editor/directivecatalogue.h"
-#include "installs/installlist.h"
-#include "modengine/includes.h"
-#include "modengine/passdirective.h"
-#include "platform/system/files.h"
-#include "platform/system/paths.h"
-#include "platform/system/text.h"
-#include "support/modfileexists.h"
 
 namespace varnik {
 

@@ -1,22 +1,22 @@
 #include "diagnosis/doctor.h"
 
-#include <algorithm>
-#include <optional>
-
+#include "definition/crashmarker.h"
+#include "definition/directive.h"
 #include "diagnosis/leavings.h"
 #include "installs/installlist.h"
 #include "modengine/catalogue.h"
-#include "modengine/crashmarker.h"
 #include "modengine/deactivation.h"
-#include "modengine/directive.h"
 #include "modengine/force.h"
 #include "modengine/sessiondefaults.h"
-#include "platform/system/files.h"
-#include "platform/system/paths.h"
-#include "platform/system/rehearsal.h"
+#include "platform/system/files/files.h"
+#include "platform/system/files/rehearsal.h"
+#include "platform/system/paths/paths.h"
 #include "support/modfileexists.h"
 #include "support/modfindfile.h"
 #include "support/settings.h"
+
+#include <algorithm>
+#include <optional>
 
 namespace varnik {
 

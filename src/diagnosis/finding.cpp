@@ -1,10 +1,10 @@
 #include "diagnosis/finding.h"
 
+#include "platform/system/text/text.h"
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
-
-#include "platform/system/text.h"
 
 namespace varnik {
 

@@ -1,18 +1,18 @@
 #include "diagnosis/installcheck.h"
 
+#include "definition/bzonecfg.h"
+#include "definition/includes.h"
+#include "installs/installlist.h"
+#include "modengine/sessiondefaults.h"
+#include "platform/system/files/files.h"
+#include "platform/system/files/findfile.h"
+#include "platform/system/paths/paths.h"
+#include "platform/system/text/text.h"
+#include "platform/system/text/wildcards.h"
+#include "support/modfileexists.h"
+
 #include <algorithm>
 #include <optional>
-
-#include "installs/installlist.h"
-#include "modengine/bzonecfg.h"
-#include "modengine/includes.h"
-#include "modengine/sessiondefaults.h"
-#include "platform/system/files.h"
-#include "platform/system/findfile.h"
-#include "platform/system/paths.h"
-#include "platform/system/text.h"
-#include "platform/system/wildcards.h"
-#include "support/modfileexists.h"
 
 namespace varnik {
 

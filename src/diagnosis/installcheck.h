@@ -1,11 +1,11 @@
 #pragma once
 
+#include "definition/directive.h"
+#include "diagnosis/finding.h"
+
 #include <map>
 #include <string>
 #include <unordered_set>
-
-#include "diagnosis/finding.h"
-#include "modengine/directive.h"
 
 namespace varnik {
 

@@ -1,12 +1,12 @@
 #include "diagnosis/leavings.h"
 
+#include "definition/bzonecfg.h"
+#include "platform/system/files/files.h"
+#include "platform/system/files/findfile.h"
+#include "support/modfileexists.h"
+
 #include <algorithm>
 #include <set>
-
-#include "modengine/bzonecfg.h"
-#include "platform/system/files.h"
-#include "platform/system/findfile.h"
-#include "support/modfileexists.h"
 
 namespace varnik {
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "diagnosis/doctor.h"
+
 #include <string>
 #include <vector>
-
-#include "diagnosis/doctor.h"
 
 // The files and folders by whose names a run puts things away.
 namespace varnik {

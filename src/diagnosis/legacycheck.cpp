@@ -1,16 +1,16 @@
 #include "diagnosis/legacycheck.h"
 
-#include <algorithm>
-#include <unordered_map>
-#include <vector>
-
+#include "definition/passdirective.h"
 #include "diagnosis/pathcheck.h"
 #include "diagnosis/spelling.h"
 #include "diagnosis/undoorder.h"
 #include "legacy/legacyformat.h"
-#include "modengine/passdirective.h"
-#include "platform/system/paths.h"
-#include "platform/system/text.h"
+#include "platform/system/paths/paths.h"
+#include "platform/system/text/text.h"
+
+#include <algorithm>
+#include <unordered_map>
+#include <vector>
 
 namespace varnik {
 

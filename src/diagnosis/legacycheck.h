@@ -1,9 +1,9 @@
 #pragma once
 
-#include <string>
-
 #include "diagnosis/finding.h"
 #include "diagnosis/installcheck.h"
+
+#include <string>
 
 namespace varnik {
 

@@ -1,13 +1,13 @@
 #include "diagnosis/linecheck.h"
 
+#include "definition/directivecatalogue.h"
+#include "definition/passdirective.h"
+#include "diagnosis/spelling.h"
+#include "legacy/legacyformat.h"
+#include "platform/system/text/text.h"
+
 #include <algorithm>
 #include <vector>
-
-#include "diagnosis/spelling.h"
-#include "editor/directivecatalogue.h"
-#include "legacy/legacyformat.h"
-#include "modengine/passdirective.h"
-#include "platform/system/text.h"
 
 namespace varnik {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <string_view>
-
+#include "definition/directive.h"
 #include "diagnosis/finding.h"
-#include "modengine/directive.h"
+
+#include <string_view>
 
 // How a line of the current format is written, whatever it is to do.
 namespace varnik {

@@ -1,8 +1,8 @@
 #include "diagnosis/pathcheck.h"
 
-#include "platform/system/paths.h"
-#include "platform/system/text.h"
-#include "platform/system/wildcards.h"
+#include "platform/system/paths/paths.h"
+#include "platform/system/text/text.h"
+#include "platform/system/text/wildcards.h"
 
 namespace varnik {
 

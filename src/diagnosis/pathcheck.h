@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
-
 #include "diagnosis/finding.h"
+
+#include <string>
 
 // Names below the install as definitions of the current format give them.
 namespace varnik {

@@ -1,10 +1,10 @@
 #include "diagnosis/undoorder.h"
 
+#include "platform/system/paths/paths.h"
+#include "platform/system/text/text.h"
+
 #include <algorithm>
 #include <functional>
-
-#include "platform/system/paths.h"
-#include "platform/system/text.h"
 
 namespace varnik {
 

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "diagnosis/installcheck.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
-
-#include "diagnosis/installcheck.h"
 
 namespace varnik {
 

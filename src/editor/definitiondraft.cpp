@@ -1,12 +1,12 @@
 #include "editor/definitiondraft.h"
 
+#include "installs/installlist.h"
+#include "platform/system/files/files.h"
+#include "platform/system/paths/paths.h"
+#include "platform/system/text/text.h"
+
 #include <algorithm>
 #include <utility>
-
-#include "installs/installlist.h"
-#include "platform/system/files.h"
-#include "platform/system/paths.h"
-#include "platform/system/text.h"
 
 namespace varnik {
 

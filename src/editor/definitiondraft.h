@@ -1,11 +1,11 @@
 #pragma once
 
+#include "editor/directiverow.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "editor/directiverow.h"
 
 // A definition file while it is being edited: its rows and the one that is selected.
 namespace varnik {

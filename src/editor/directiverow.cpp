@@ -1,9 +1,9 @@
 #include "editor/directiverow.h"
 
-#include <utility>
+#include "definition/directive.h"
+#include "platform/system/text/text.h"
 
-#include "modengine/directive.h"
-#include "platform/system/text.h"
+#include <utility>
 
 namespace varnik {
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "definition/directivecatalogue.h"
+
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "editor/directivecatalogue.h"
 
 namespace varnik {
 

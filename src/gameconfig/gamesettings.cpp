@@ -1,8 +1,8 @@
 #include "gameconfig/gamesettings.h"
 
 #include "installs/installlist.h"
-#include "platform/system/files.h"
-#include "platform/system/text.h"
+#include "platform/system/files/files.h"
+#include "platform/system/text/text.h"
 #include "support/ini_sm.h"
 #include "support/modfindfile.h"
 

@@ -1,7 +1,7 @@
 #include "installs/installlist.h"
 
-#include "platform/system/paths.h"
-#include "platform/system/text.h"
+#include "platform/system/paths/paths.h"
+#include "platform/system/text/text.h"
 #include "support/debuglog.h"
 #include "support/ini_sm.h"
 #include "support/modfileexists.h"

@@ -1,12 +1,12 @@
 #include "installs/locations.h"
 
+#include "installs/installlist.h"
+#include "platform/system/text/text.h"
+#include "support/settings.h"
+
 #include <algorithm>
 #include <string_view>
 #include <utility>
-
-#include "installs/installlist.h"
-#include "platform/system/text.h"
-#include "support/settings.h"
 
 namespace varnik {
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "support/modfindfile.h"
+
 #include <cstddef>
 #include <string>
 #include <vector>
-
-#include "support/modfindfile.h"
 
 // The list of installs while it is being edited: a private copy, which reaches the store only by SaveLocations.
 namespace varnik {

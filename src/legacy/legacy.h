@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
+#include "platform/system/files/files.h"
 
-#include "platform/system/files.h"
+#include <string>
 
 // Mods of the older, line-oriented definition format: marker version 3 or less.
 namespace varnik {

@@ -1,10 +1,10 @@
+#include "definition/crashmarker.h"
+#include "definition/currentline.h"
 #include "installs/installlist.h"
 #include "legacy/legacy.h"
 #include "legacy/legacyconfig.h"
 #include "legacy/legacyformat.h"
-#include "modengine/crashmarker.h"
-#include "modengine/currentline.h"
-#include "platform/system/process.h"
+#include "platform/system/process/process.h"
 
 namespace varnik {
 

@@ -1,7 +1,7 @@
 #include "legacy/legacyconfig.h"
 
+#include "definition/bzonecfg.h"
 #include "legacy/legacyformat.h"
-#include "modengine/bzonecfg.h"
 
 namespace varnik {
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "platform/system/files/files.h"
+
 #include <optional>
 #include <string>
-
-#include "platform/system/files.h"
 
 namespace varnik {
 

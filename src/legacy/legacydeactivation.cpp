@@ -1,7 +1,7 @@
 #include "installs/installlist.h"
 #include "legacy/legacy.h"
 #include "legacy/legacyformat.h"
-#include "platform/system/registry.h"
+#include "platform/system/store/registry.h"
 #include "support/modfileexists.h"
 #include "support/registry.h"
 #include "support/settings.h"

@@ -1,9 +1,9 @@
 #include "legacy/legacyformat.h"
 
+#include "platform/system/paths/paths.h"
+
 #include <limits>
 #include <utility>
-
-#include "platform/system/paths.h"
 
 namespace varnik {
 

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "platform/system/files/files.h"
+#include "platform/system/text/text.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "platform/system/files.h"
-#include "platform/system/text.h"
 
 // What the three passes over a legacy definition have in common: how a line is read, and what its paths mean.
 namespace varnik {

@@ -1,12 +1,12 @@
-#include <utility>
-
+#include "definition/bzonecfg.h"
 #include "installs/installlist.h"
 #include "legacy/legacy.h"
 #include "legacy/legacyformat.h"
-#include "modengine/bzonecfg.h"
 #include "modengine/catalogue.h"
-#include "platform/system/paths.h"
+#include "platform/system/paths/paths.h"
 #include "support/modfileexists.h"
+
+#include <utility>
 
 namespace varnik {
 

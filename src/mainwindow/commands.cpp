@@ -1,16 +1,16 @@
-#include <chrono>
-#include <thread>
-
-#include "editor/frmnewmod.h"
-#include "installs/frmaddrembz2.h"
+#include "editor/ui/frmnewmod.h"
 #include "installs/installlist.h"
+#include "installs/ui/frmaddrembz2.h"
 #include "mainwindow/frmmain.h"
 #include "modengine/catalogue.h"
 #include "modengine/deactivation.h"
-#include "platform/system/services.h"
-#include "platform/system/text.h"
+#include "platform/system/process/services.h"
+#include "platform/system/text/text.h"
 #include "support/runstate.h"
 #include "support/settings.h"
+
+#include <chrono>
+#include <thread>
 
 namespace varnik {
 

@@ -1,28 +1,28 @@
 #pragma once
 
+#include "cmdline/ui/frmcmdline.h"
+#include "cmdline/ui/frmcmdlineedit.h"
+#include "gameconfig/ui/frmbz2config.h"
+#include "gameconfig/ui/frmbz2config1_3.h"
+#include "gameconfig/ui/frmextras.h"
+#include "mainwindow/frmmod.h"
+#include "mainwindow/mainmenu.h"
+#include "mainwindow/tray.h"
+#include "maps/ui/frmmap.h"
+#include "modengine/runcycle.h"
+#include "support/busywindow.h"
+#include "support/ui/frmoptions.h"
+#include "support/ui/frmsplash.h"
+#include "support/ui/frmsplashscrn.h"
+#include "windowing/form.h"
+#include "windowing/imagelist.h"
+#include "windowing/statusbar.h"
+#include "windowing/treeview.h"
+
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
-
-#include "cmdline/frmcmdline.h"
-#include "cmdline/frmcmdlineedit.h"
-#include "gameconfig/frmbz2config.h"
-#include "gameconfig/frmbz2config1_3.h"
-#include "gameconfig/frmextras.h"
-#include "mainwindow/frmmod.h"
-#include "mainwindow/mainmenu.h"
-#include "mainwindow/tray.h"
-#include "maps/frmmap.h"
-#include "modengine/runcycle.h"
-#include "platform/windowing/form.h"
-#include "platform/windowing/imagelist.h"
-#include "platform/windowing/statusbar.h"
-#include "platform/windowing/treeview.h"
-#include "support/busywindow.h"
-#include "support/frmoptions.h"
-#include "support/frmsplash.h"
-#include "support/frmsplashscrn.h"
 
 namespace varnik {
 

@@ -1,9 +1,9 @@
 #include "mainwindow/frmmod.h"
 
-#include <utility>
-
 #include "mainwindow/modpagetext.h"
 #include "modengine/catalogue.h"
+
+#include <utility>
 
 namespace varnik {
 

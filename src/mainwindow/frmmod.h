@@ -1,13 +1,13 @@
 #pragma once
 
+#include "windowing/frame.h"
+#include "windowing/listbox.h"
+#include "windowing/picturebox.h"
+#include "windowing/textbox.h"
+
 #include <functional>
 #include <string>
 #include <vector>
-
-#include "platform/windowing/frame.h"
-#include "platform/windowing/listbox.h"
-#include "platform/windowing/picturebox.h"
-#include "platform/windowing/textbox.h"
 
 namespace varnik {
 

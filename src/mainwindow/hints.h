@@ -1,10 +1,10 @@
 #pragma once
 
+#include "windowing/control.h"
+#include "windowing/statusbar.h"
+
 #include <string>
 #include <vector>
-
-#include "platform/windowing/control.h"
-#include "platform/windowing/statusbar.h"
 
 // The status bar explains the controls: panel 1 shows the words about the one that the mouse moved over last, or, for a
 // combo box, the one that took the focus. Nothing clears it.

@@ -1,14 +1,14 @@
-#include <charconv>
-#include <cmath>
-
 #include "installs/installlist.h"
 #include "mainwindow/frmmain.h"
 #include "mainwindow/picturelists.h"
-#include "platform/system/services.h"
-#include "platform/system/text.h"
+#include "platform/system/process/services.h"
+#include "platform/system/text/text.h"
 #include "support/debuglog.h"
 #include "support/runstate.h"
 #include "support/settings.h"
+
+#include <charconv>
+#include <cmath>
 
 namespace varnik {
 

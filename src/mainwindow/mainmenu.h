@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/windowing/menu.h"
+#include "windowing/menu.h"
 
 namespace varnik {
 

@@ -1,9 +1,9 @@
 #include "mainwindow/modpagetext.h"
 
+#include "definition/includes.h"
 #include "installs/installlist.h"
-#include "modengine/includes.h"
-#include "platform/system/files.h"
-#include "platform/system/text.h"
+#include "platform/system/files/files.h"
+#include "platform/system/text/text.h"
 #include "support/modfileexists.h"
 #include "support/runstate.h"
 

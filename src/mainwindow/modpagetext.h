@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
+#include "definition/modentry.h"
 
-#include "modengine/modentry.h"
+#include <string>
 
 // The description box of the mod page.
 namespace varnik {

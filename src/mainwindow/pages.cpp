@@ -1,6 +1,6 @@
 #include "mainwindow/frmmain.h"
 #include "mainwindow/settingtree.h"
-#include "platform/system/services.h"
+#include "platform/system/process/services.h"
 #include "support/debuglog.h"
 
 namespace varnik {

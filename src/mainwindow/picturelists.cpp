@@ -1,10 +1,10 @@
 #include "mainwindow/picturelists.h"
 
-#include "support/artwork.h"
 #include "support/debuglog.h"
 #include "support/modfileexists.h"
 #include "support/modfindfile.h"
 #include "support/runstate.h"
+#include "support/ui/artwork.h"
 
 namespace varnik {
 

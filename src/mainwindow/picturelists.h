@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/windowing/imagelist.h"
+#include "windowing/imagelist.h"
 
 // The lists that a player chooses from: the program's own entry first, then the files of a folder of the program, in
 // the order of the file system. A file that is no picture is left out.

@@ -2,7 +2,7 @@
 #include "mainwindow/frmmain.h"
 #include "mainwindow/settingtree.h"
 #include "modengine/catalogue.h"
-#include "platform/system/services.h"
+#include "platform/system/process/services.h"
 #include "support/debuglog.h"
 #include "support/runstate.h"
 

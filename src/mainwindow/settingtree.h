@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
+#include "windowing/treeview.h"
 
-#include "platform/windowing/treeview.h"
+#include <string>
 
 // The nodes of SettingTree. A node's key alone decides which page a click shows.
 namespace varnik {

@@ -1,8 +1,8 @@
 #include "mainwindow/tray.h"
 
-#include <utility>
-
 #include "support/runstate.h"
+
+#include <utility>
 
 namespace varnik {
 

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "windowing/imagelist.h"
+#include "windowing/trayicon.h"
+
 #include <functional>
 #include <string>
-
-#include "platform/windowing/imagelist.h"
-#include "platform/windowing/trayicon.h"
 
 namespace varnik {
 

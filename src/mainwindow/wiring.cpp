@@ -1,13 +1,13 @@
-#include "editor/frmnewmod.h"
+#include "editor/ui/frmnewmod.h"
 #include "mainwindow/frmmain.h"
 #include "mainwindow/hints.h"
 #include "mainwindow/settingtree.h"
 #include "maps/maplist.h"
 #include "modengine/deactivation.h"
-#include "platform/system/program.h"
-#include "platform/system/services.h"
-#include "support/frmabout.h"
+#include "platform/system/paths/program.h"
+#include "platform/system/process/services.h"
 #include "support/runstate.h"
+#include "support/ui/frmabout.h"
 
 namespace varnik {
 

@@ -2,7 +2,7 @@
 
 #include "installs/installlist.h"
 #include "modengine/catalogue.h"
-#include "platform/system/text.h"
+#include "platform/system/text/text.h"
 #include "support/runstate.h"
 
 namespace varnik {

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "maps/mapentry.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
-
-#include "maps/mapentry.h"
 
 // Where a map belongs. The pages, the details text and the conversion read the number fields of a map each in their own
 // way: a map may well stand on one page and be described as another.

@@ -2,8 +2,8 @@
 
 #include "installs/installlist.h"
 #include "maps/mapclass.h"
-#include "platform/system/files.h"
-#include "platform/system/services.h"
+#include "platform/system/files/files.h"
+#include "platform/system/process/services.h"
 #include "support/ini_sm.h"
 
 namespace varnik {

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <string>
-
 #include "maps/mapentry.h"
-#include "platform/system/profile.h"
+#include "platform/system/files/profile.h"
+
+#include <string>
 
 // Game version 1.3 takes a map's type from `svar7` of its .inf, which older maps lack. A load of the catalogue offers
 // to write it, deduced from the older numbers.

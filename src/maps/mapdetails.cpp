@@ -1,12 +1,12 @@
 #include "maps/mapdetails.h"
 
-#include <algorithm>
-#include <vector>
-
 #include "installs/installlist.h"
 #include "maps/mapclass.h"
 #include "support/modfileexists.h"
 #include "support/modfindfile.h"
+
+#include <algorithm>
+#include <vector>
 
 namespace varnik {
 namespace {

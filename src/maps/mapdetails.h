@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
-
 #include "maps/mapentry.h"
+
+#include <string>
 
 // What the map page tells of a map besides its name.
 namespace varnik {

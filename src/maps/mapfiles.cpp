@@ -1,12 +1,12 @@
 #include "maps/mapfiles.h"
 
-#include <algorithm>
-#include <string_view>
-
-#include "platform/system/findfile.h"
-#include "platform/system/text.h"
+#include "platform/system/files/findfile.h"
+#include "platform/system/text/text.h"
 #include "support/modfileexists.h"
 #include "support/modfindfile.h"
+
+#include <algorithm>
+#include <string_view>
 
 namespace varnik {
 namespace {

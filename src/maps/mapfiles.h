@@ -1,12 +1,12 @@
 #pragma once
 
+#include "platform/system/files/findfile.h"
+
 #include <cstddef>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
-
-#include "platform/system/findfile.h"
 
 // The maps of an install and their .inf files, for one load of the catalogue. All that the load would search the whole
 // install for is answered from one walk, made when it is first needed: each name with the file that its search would

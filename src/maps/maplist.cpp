@@ -1,20 +1,20 @@
 #include "maps/maplist.h"
 
-#include <algorithm>
-#include <string_view>
-#include <unordered_map>
-#include <utility>
-
 #include "installs/installlist.h"
 #include "maps/mapconversion.h"
 #include "maps/mapfiles.h"
 #include "maps/mapmetadata.h"
-#include "platform/system/files.h"
-#include "platform/system/services.h"
-#include "platform/system/text.h"
+#include "platform/system/files/files.h"
+#include "platform/system/process/services.h"
+#include "platform/system/text/text.h"
 #include "support/debuglog.h"
 #include "support/modfileexists.h"
 #include "support/runstate.h"
+
+#include <algorithm>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
 
 namespace varnik {
 namespace {

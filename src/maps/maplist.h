@@ -1,12 +1,12 @@
 #pragma once
 
+#include "maps/mapclass.h"
+#include "maps/mapentry.h"
+
 #include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
-
-#include "maps/mapclass.h"
-#include "maps/mapentry.h"
 
 // All maps of the selected install.
 namespace varnik {

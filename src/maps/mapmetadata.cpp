@@ -1,13 +1,13 @@
 #include "maps/mapmetadata.h"
 
+#include "maps/mapconversion.h"
+#include "platform/system/files/profile.h"
+#include "platform/system/text/text.h"
+#include "support/ini_sm.h"
+
 #include <algorithm>
 #include <optional>
 #include <string_view>
-
-#include "maps/mapconversion.h"
-#include "platform/system/profile.h"
-#include "platform/system/text.h"
-#include "support/ini_sm.h"
 
 namespace varnik {
 namespace {

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <string>
-
 #include "maps/mapentry.h"
 #include "maps/mapfiles.h"
+
+#include <string>
 
 namespace varnik {
 

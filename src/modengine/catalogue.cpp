@@ -1,18 +1,18 @@
 #include "modengine/catalogue.h"
 
-#include <algorithm>
-#include <unordered_set>
-#include <utility>
-
+#include "definition/directive.h"
 #include "installs/installlist.h"
 #include "legacy/legacy.h"
-#include "modengine/directive.h"
-#include "platform/system/paths.h"
-#include "platform/system/text.h"
+#include "platform/system/paths/paths.h"
+#include "platform/system/text/text.h"
 #include "support/debuglog.h"
 #include "support/modfileexists.h"
 #include "support/modfindfile.h"
 #include "support/runstate.h"
+
+#include <algorithm>
+#include <unordered_set>
+#include <utility>
 
 namespace varnik {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "definition/modentry.h"
+#include "platform/system/files/files.h"
+
 #include <functional>
 #include <string>
 #include <vector>
-
-#include "modengine/modentry.h"
-#include "platform/system/files.h"
 
 // The mods that fit the selected install.
 namespace varnik {

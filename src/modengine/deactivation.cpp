@@ -1,24 +1,24 @@
 #include "modengine/deactivation.h"
 
-#include <optional>
-#include <utility>
-
+#include "definition/bzonecfg.h"
+#include "definition/crashmarker.h"
+#include "definition/includes.h"
+#include "definition/passdirective.h"
 #include "installs/installlist.h"
 #include "legacy/legacy.h"
-#include "modengine/bzonecfg.h"
-#include "modengine/crashmarker.h"
-#include "modengine/includes.h"
-#include "modengine/passdirective.h"
 #include "modengine/runguard.h"
 #include "modengine/sessiondefaults.h"
-#include "platform/system/files.h"
-#include "platform/system/process.h"
-#include "platform/system/services.h"
-#include "platform/system/wildcards.h"
+#include "platform/system/files/files.h"
+#include "platform/system/process/process.h"
+#include "platform/system/process/services.h"
+#include "platform/system/text/wildcards.h"
 #include "support/debuglog.h"
 #include "support/modfileexists.h"
 #include "support/runstate.h"
 #include "support/settings.h"
+
+#include <optional>
+#include <utility>
 
 namespace varnik {
 

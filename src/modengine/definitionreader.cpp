@@ -1,13 +1,13 @@
+#include "definition/bzonecfg.h"
+#include "definition/includes.h"
+#include "definition/passdirective.h"
+#include "installs/installlist.h"
+#include "modengine/catalogue.h"
+#include "platform/system/text/text.h"
+#include "support/modfileexists.h"
+
 #include <algorithm>
 #include <optional>
-
-#include "installs/installlist.h"
-#include "modengine/bzonecfg.h"
-#include "modengine/catalogue.h"
-#include "modengine/includes.h"
-#include "modengine/passdirective.h"
-#include "platform/system/text.h"
-#include "support/modfileexists.h"
 
 // The catalogue pass over a definition: it judges and describes the mod and changes nothing on disk.
 namespace varnik {

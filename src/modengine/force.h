@@ -1,6 +1,6 @@
 #pragma once
 
-#include "modengine/modentry.h"
+#include "definition/modentry.h"
 
 // The passes of either format, by a row of the catalogue, on the selected install.
 namespace varnik {

@@ -1,23 +1,23 @@
 #include "modengine/runcycle.h"
 
-#include <cstdio>
-
+#include "definition/directive.h"
+#include "definition/includes.h"
 #include "gameconfig/screenshots.h"
 #include "installs/installlist.h"
 #include "legacy/legacy.h"
 #include "modengine/activation.h"
 #include "modengine/catalogue.h"
 #include "modengine/deactivation.h"
-#include "modengine/directive.h"
-#include "modengine/includes.h"
 #include "modengine/runguard.h"
-#include "platform/system/files.h"
-#include "platform/system/process.h"
-#include "platform/system/services.h"
+#include "platform/system/files/files.h"
+#include "platform/system/process/process.h"
+#include "platform/system/process/services.h"
 #include "support/modfileexists.h"
 #include "support/modshellwait.h"
 #include "support/runstate.h"
 #include "support/settings.h"
+
+#include <cstdio>
 
 namespace varnik {
 

@@ -1,8 +1,8 @@
 #include "modengine/runguard.h"
 
-#include <memory>
+#include "platform/system/process/instance.h"
 
-#include "platform/system/instance.h"
+#include <memory>
 
 namespace varnik {
 

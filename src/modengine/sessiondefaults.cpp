@@ -1,13 +1,13 @@
 #include "modengine/sessiondefaults.h"
 
-#include <algorithm>
-#include <vector>
-
-#include "platform/system/files.h"
+#include "platform/system/files/files.h"
 #include "support/ini_sm.h"
 #include "support/modfindfile.h"
 #include "support/runstate.h"
 #include "support/settings.h"
+
+#include <algorithm>
+#include <vector>
 
 namespace varnik {
 

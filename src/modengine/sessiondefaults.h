@@ -1,9 +1,9 @@
 #pragma once
 
+#include "modengine/activation.h"
+
 #include <optional>
 #include <string>
-
-#include "modengine/activation.h"
 
 // What a mod changes for the length of a run in the player's own files below the selected install: session defaults in
 // gameprefs.ini and race names in RaceName_A.txt to RaceName_Z.txt. The old values wait in section Backup of the

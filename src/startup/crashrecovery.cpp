@@ -1,4 +1,4 @@
-#include "modengine/crashmarker.h"
+#include "definition/crashmarker.h"
 #include "modengine/deactivation.h"
 #include "modengine/runguard.h"
 #include "startup/startup.h"

@@ -1,6 +1,6 @@
 #include "support/ini_sm.h"
 
-#include "platform/system/services.h"
+#include "platform/system/process/services.h"
 
 namespace varnik {
 namespace {

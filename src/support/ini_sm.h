@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/system/profile.h"
+#include "platform/system/files/profile.h"
 
 #include <string>
 

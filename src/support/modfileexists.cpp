@@ -1,8 +1,8 @@
 #include "support/modfileexists.h"
 
-#include "platform/system/findfile.h"
-#include "platform/system/paths.h"
-#include "platform/system/text.h"
+#include "platform/system/files/findfile.h"
+#include "platform/system/paths/paths.h"
+#include "platform/system/text/text.h"
 
 namespace varnik {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "platform/system/files/findfile.h"
+
 #include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
-
-#include "platform/system/findfile.h"
 
 namespace varnik {
 

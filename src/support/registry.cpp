@@ -1,8 +1,8 @@
 #include "support/registry.h"
 
-#include "platform/system/program.h"
-#include "platform/system/registry.h"
-#include "platform/system/text.h"
+#include "platform/system/paths/program.h"
+#include "platform/system/store/registry.h"
+#include "platform/system/text/text.h"
 #include "support/runstate.h"
 
 #include <cmath>

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "platform/system/store/settings.h"
+
 #include <string>
 #include <vector>
-
-#include "platform/system/settings.h"
 
 // The keys that the program keeps in the settings store, with the defaults that their readers pass. Every value is a
 // text; a boolean option is On or Off, and only the exact text On is true.

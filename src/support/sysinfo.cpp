@@ -1,8 +1,8 @@
 #include "support/sysinfo.h"
 
-#include "platform/system/process.h"
-#include "platform/system/registry.h"
-#include "platform/system/services.h"
+#include "platform/system/process/process.h"
+#include "platform/system/process/services.h"
+#include "platform/system/store/registry.h"
 #include "support/modfileexists.h"
 
 namespace varnik {

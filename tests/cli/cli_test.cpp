@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "tests/cli/cliworld.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,6 +1,7 @@
 #include "tests/cli/cliworld.h"
 
 #include <gtest/gtest.h>
+
 #include <stdlib.h>
 #include <sys/wait.h>
 

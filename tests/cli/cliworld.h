@@ -1,11 +1,11 @@
 #pragma once
 
+#include "tests/harness/sandbox.h"
+
 #include <nlohmann/json.hpp>
 
 #include <string>
 #include <vector>
-
-#include "tests/harness/sandbox.h"
 
 // The real varnik-cli, run as a script runs it, in a world of its own.
 namespace test {

@@ -1,13 +1,13 @@
+#include "definition/passdirective.h"
+#include "legacy/legacyformat.h"
+#include "tests/cli/cliworld.h"
+
 #include <gtest/gtest.h>
 
 #include <fstream>
 #include <regex>
 #include <set>
 #include <sstream>
-
-#include "legacy/legacyformat.h"
-#include "modengine/passdirective.h"
-#include "tests/cli/cliworld.h"
 
 // Carries out the examples of the guide: each block between ``` marks is what its first line says. Then the manual
 // page.

@@ -1,7 +1,7 @@
-#include <gtest/gtest.h>
-
 #include "tests/cli/cliworld.h"
 #include "tests/harness/wine.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,13 +1,13 @@
 #include "diagnosis/activationplan.h"
 
-#include <random>
-
-#include "modengine/crashmarker.h"
+#include "definition/crashmarker.h"
 #include "modengine/force.h"
-#include "platform/system/settings.h"
+#include "platform/system/store/settings.h"
 #include "support/settings.h"
 #include "tests/harness/difference.h"
 #include "tests/modengine/modtest.h"
+
+#include <random>
 
 namespace varnik {
 namespace {

@@ -1,13 +1,13 @@
 #include "diagnosis/check.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-
 #include "modengine/activation.h"
 #include "modengine/deactivation.h"
 #include "support/settings.h"
 #include "tests/modengine/modtest.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace {
 

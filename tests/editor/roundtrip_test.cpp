@@ -1,11 +1,11 @@
-#include <gtest/gtest.h>
-
+#include "definition/directive.h"
 #include "editor/definitiondraft.h"
 #include "installs/installlist.h"
-#include "modengine/directive.h"
-#include "platform/system/files.h"
-#include "platform/system/text.h"
+#include "platform/system/files/files.h"
+#include "platform/system/text/text.h"
 #include "tests/harness/sandbox.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 

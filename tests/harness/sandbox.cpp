@@ -1,11 +1,11 @@
 #include "tests/harness/sandbox.h"
 
+#include "platform/system/paths/program.h"
+
 #include <stdlib.h>
 
 #include <fstream>
 #include <sstream>
-
-#include "platform/system/program.h"
 
 namespace test {
 

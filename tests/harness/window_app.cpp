@@ -1,5 +1,13 @@
 #include "tests/harness/window_app.h"
 
+#include "platform/system/paths/program.h"
+#include "windowing/application.h"
+#include "windowing/combobox.h"
+#include "windowing/form.h"
+#include "windowing/listbox.h"
+#include "windowing/menu.h"
+#include "windowing/treeview.h"
+
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
@@ -10,15 +18,8 @@
 #include <QTest>
 #include <QTimer>
 #include <QTreeWidget>
-#include <memory>
 
-#include "platform/system/program.h"
-#include "platform/windowing/application.h"
-#include "platform/windowing/combobox.h"
-#include "platform/windowing/form.h"
-#include "platform/windowing/listbox.h"
-#include "platform/windowing/menu.h"
-#include "platform/windowing/treeview.h"
+#include <memory>
 
 namespace test {
 

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "windowing/dialogs.h"
+
 #include <gtest/gtest.h>
 
 #include <deque>
 #include <functional>
 #include <string>
-
-#include "platform/windowing/dialogs.h"
 
 namespace win {
 class Application;

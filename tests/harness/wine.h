@@ -1,9 +1,9 @@
 #pragma once
 
+#include "tests/harness/sandbox.h"
+
 #include <filesystem>
 #include <string>
-
-#include "tests/harness/sandbox.h"
 
 namespace test {
 

@@ -1,10 +1,10 @@
 #include "installs/installlist.h"
 
-#include <gtest/gtest.h>
-
 #include "support/runstate.h"
 #include "support/settings.h"
 #include "tests/harness/sandbox.h"
+
+#include <gtest/gtest.h>
 
 namespace varnik {
 namespace {

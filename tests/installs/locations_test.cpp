@@ -1,10 +1,10 @@
 #include "installs/locations.h"
 
-#include <gtest/gtest.h>
-
 #include "support/settings.h"
 #include "tests/harness/crash.h"
 #include "tests/harness/sandbox.h"
+
+#include <gtest/gtest.h>
 
 namespace varnik {
 namespace {

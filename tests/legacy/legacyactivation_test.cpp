@@ -1,7 +1,7 @@
-#include "modengine/bzonecfg.h"
-#include "modengine/crashmarker.h"
+#include "definition/bzonecfg.h"
+#include "definition/crashmarker.h"
 #include "modengine/deactivation.h"
-#include "platform/system/registry.h"
+#include "platform/system/store/registry.h"
 #include "support/registry.h"
 #include "tests/legacy/legacytest.h"
 

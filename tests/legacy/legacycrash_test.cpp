@@ -1,4 +1,4 @@
-#include "modengine/crashmarker.h"
+#include "definition/crashmarker.h"
 #include "tests/legacy/legacytest.h"
 #include "tests/modengine/crashsweep.h"
 

@@ -1,13 +1,13 @@
 #include "modengine/activation.h"
 
-#include <chrono>
-#include <thread>
-
-#include "modengine/crashmarker.h"
-#include "platform/system/registry.h"
+#include "definition/crashmarker.h"
+#include "platform/system/store/registry.h"
 #include "support/registry.h"
 #include "support/settings.h"
 #include "tests/modengine/modtest.h"
+
+#include <chrono>
+#include <thread>
 
 namespace varnik {
 namespace {

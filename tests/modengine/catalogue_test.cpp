@@ -1,9 +1,9 @@
 #include "modengine/catalogue.h"
 
+#include "tests/modengine/modtest.h"
+
 #include <ctime>
 #include <utility>
-
-#include "tests/modengine/modtest.h"
 
 namespace varnik {
 namespace {

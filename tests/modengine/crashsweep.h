@@ -1,10 +1,10 @@
 #pragma once
 
+#include "tests/harness/crash.h"
+
 #include <gtest/gtest.h>
 
 #include <functional>
-
-#include "tests/harness/crash.h"
 
 namespace test {
 

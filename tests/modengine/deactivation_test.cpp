@@ -1,7 +1,7 @@
 #include "modengine/deactivation.h"
 
+#include "definition/crashmarker.h"
 #include "modengine/activation.h"
-#include "modengine/crashmarker.h"
 #include "support/settings.h"
 #include "tests/modengine/modtest.h"
 

@@ -1,4 +1,4 @@
-#include "modengine/directive.h"
+#include "definition/directive.h"
 
 #include <gtest/gtest.h>
 

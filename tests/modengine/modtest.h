@@ -1,16 +1,16 @@
 #pragma once
 
+#include "installs/installlist.h"
+#include "modengine/catalogue.h"
+#include "platform/system/process/services.h"
+#include "support/runstate.h"
+#include "tests/harness/sandbox.h"
+
 #include <gtest/gtest.h>
 
 #include <optional>
 #include <string>
 #include <string_view>
-
-#include "installs/installlist.h"
-#include "modengine/catalogue.h"
-#include "platform/system/services.h"
-#include "support/runstate.h"
-#include "tests/harness/sandbox.h"
 
 // A selected install with definitions to act on, and ears for what a person would be told.
 namespace test {

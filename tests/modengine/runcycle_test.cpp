@@ -1,8 +1,8 @@
 #include "modengine/runcycle.h"
 
-#include "modengine/crashmarker.h"
+#include "definition/crashmarker.h"
 #include "modengine/runguard.h"
-#include "platform/system/instance.h"
+#include "platform/system/process/instance.h"
 #include "support/settings.h"
 #include "tests/modengine/modtest.h"
 

@@ -1,13 +1,13 @@
-#include <unistd.h>
-
-#include <set>
-
+#include "definition/crashmarker.h"
 #include "modengine/activation.h"
-#include "modengine/crashmarker.h"
 #include "modengine/deactivation.h"
 #include "support/settings.h"
 #include "tests/modengine/crashsweep.h"
 #include "tests/modengine/modtest.h"
+
+#include <unistd.h>
+
+#include <set>
 
 // Runs that end in the middle: whatever a kill, a full disk or a locked folder leaves, nothing of the player's is lost.
 namespace varnik {

@@ -1,7 +1,7 @@
 #include "support/modfindfile.h"
 
 #include "installs/installlist.h"
-#include "platform/system/services.h"
+#include "platform/system/process/services.h"
 #include "support/modfileexists.h"
 #include "support/runstate.h"
 #include "tests/harness/sandbox.h"

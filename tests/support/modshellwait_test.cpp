@@ -1,14 +1,14 @@
 #include "support/modshellwait.h"
 
+#include "installs/installlist.h"
+#include "platform/system/process/process.h"
+#include "platform/system/process/services.h"
+#include "support/runstate.h"
+#include "tests/harness/sandbox.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
-
-#include "installs/installlist.h"
-#include "platform/system/process.h"
-#include "platform/system/services.h"
-#include "support/runstate.h"
-#include "tests/harness/sandbox.h"
 
 namespace {
 

@@ -1,13 +1,13 @@
 #include "support/sysinfo.h"
 
+#include "platform/system/store/registry.h"
+#include "support/registry.h"
+#include "tests/modengine/modtest.h"
+
 #include <stdlib.h>
 
 #include <chrono>
 #include <thread>
-
-#include "platform/system/registry.h"
-#include "support/registry.h"
-#include "tests/modengine/modtest.h"
 
 using namespace varnik;
 using namespace std::string_literals;

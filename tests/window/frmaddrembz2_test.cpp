@@ -1,9 +1,9 @@
-#include "installs/frmaddrembz2.h"
-
-#include <QTimer>
+#include "installs/ui/frmaddrembz2.h"
 
 #include "support/settings.h"
 #include "tests/window/pagetest.h"
+
+#include <QTimer>
 
 using namespace varnik;
 

@@ -1,6 +1,6 @@
-#include "cmdline/frmcmdlineedit.h"
+#include "cmdline/ui/frmcmdlineedit.h"
 
-#include "cmdline/frmcmdline.h"
+#include "cmdline/ui/frmcmdline.h"
 #include "tests/window/pagetest.h"
 
 using namespace varnik;

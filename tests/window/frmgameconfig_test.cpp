@@ -1,10 +1,9 @@
-#include "gameconfig/frmbz2config.h"
+#include "gameconfig/ui/frmbz2config.h"
+#include "gameconfig/ui/frmbz2config1_3.h"
+#include "gameconfig/ui/frmextras.h"
+#include "tests/window/pagetest.h"
 
 #include <algorithm>
-
-#include "gameconfig/frmbz2config1_3.h"
-#include "gameconfig/frmextras.h"
-#include "tests/window/pagetest.h"
 
 using namespace varnik;
 

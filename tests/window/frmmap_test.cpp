@@ -1,17 +1,18 @@
-#include "maps/frmmap.h"
-
-#include <QTimer>
-#include <functional>
-#include <memory>
+#include "maps/ui/frmmap.h"
 
 #include "installs/installlist.h"
 #include "maps/maplist.h"
 #include "modengine/catalogue.h"
-#include "platform/windowing/form.h"
 #include "support/runstate.h"
 #include "tests/harness/sandbox.h"
 #include "tests/harness/window_app.h"
 #include "tests/window/picture_corpus.h"
+#include "windowing/form.h"
+
+#include <QTimer>
+
+#include <functional>
+#include <memory>
 
 namespace {
 

@@ -1,7 +1,7 @@
-#include <gtest/gtest.h>
-
 #include "support/runstate.h"
 #include "tests/window/main_window.h"
+
+#include <gtest/gtest.h>
 
 using test::WriteFile;
 

@@ -1,8 +1,8 @@
-#include "editor/frmnewmod.h"
-
-#include <chrono>
+#include "editor/ui/frmnewmod.h"
 
 #include "tests/window/pagetest.h"
+
+#include <chrono>
 
 using namespace varnik;
 

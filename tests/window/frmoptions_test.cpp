@@ -1,4 +1,4 @@
-#include "support/frmoptions.h"
+#include "support/ui/frmoptions.h"
 
 #include "support/settings.h"
 #include "tests/window/pagetest.h"

@@ -1,12 +1,12 @@
-#include <gtest/gtest.h>
-
-#include <QTimer>
-#include <QWidget>
-#include <algorithm>
-
 #include "modengine/catalogue.h"
 #include "support/runstate.h"
 #include "tests/window/main_window.h"
+
+#include <QTimer>
+#include <QWidget>
+#include <gtest/gtest.h>
+
+#include <algorithm>
 
 using test::ReadFile;
 using test::WriteFile;

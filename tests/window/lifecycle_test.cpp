@@ -1,8 +1,8 @@
-#include <gtest/gtest.h>
-
 #include "support/runstate.h"
 #include "support/settings.h"
 #include "tests/window/main_window.h"
+
+#include <gtest/gtest.h>
 
 using varnik::ReadOption;
 using varnik::StoreOption;

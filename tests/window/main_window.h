@@ -1,12 +1,12 @@
 #pragma once
 
-#include <memory>
-#include <string>
-
 #include "mainwindow/frmmain.h"
-#include "support/frmsplash.h"
+#include "support/ui/frmsplash.h"
 #include "tests/harness/sandbox.h"
 #include "tests/harness/window_app.h"
+
+#include <memory>
+#include <string>
 
 namespace test {
 

@@ -1,17 +1,18 @@
-#include "support/modfreeimage.h"
+#include "support/ui/modfreeimage.h"
+
+#include "tests/harness/sandbox.h"
+#include "tests/harness/window_app.h"
+#include "tests/window/picture_corpus.h"
+#include "windowing/form.h"
+#include "windowing/picturebox.h"
 
 #include <FreeImage.h>
+
 #include <sys/resource.h>
 #include <unistd.h>
 
 #include <fstream>
 #include <functional>
-
-#include "platform/windowing/form.h"
-#include "platform/windowing/picturebox.h"
-#include "tests/harness/sandbox.h"
-#include "tests/harness/window_app.h"
-#include "tests/window/picture_corpus.h"
 
 namespace {
 

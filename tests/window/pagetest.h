@@ -1,15 +1,16 @@
 #pragma once
 
-#include <QTest>
-#include <string>
-
 #include "installs/installlist.h"
 #include "modengine/catalogue.h"
-#include "platform/windowing/control.h"
-#include "platform/windowing/form.h"
 #include "support/runstate.h"
 #include "tests/harness/sandbox.h"
 #include "tests/harness/window_app.h"
+#include "windowing/control.h"
+#include "windowing/form.h"
+
+#include <QTest>
+
+#include <string>
 
 namespace test {
 

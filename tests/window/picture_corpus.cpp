@@ -4,6 +4,7 @@
 #include <QImage>
 #include <QImageWriter>
 #include <QPainter>
+
 #include <cstdint>
 #include <random>
 

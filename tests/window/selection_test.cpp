@@ -1,13 +1,12 @@
-#include <gtest/gtest.h>
-
-#include <QTest>
-#include <QTimer>
-
 #include "modengine/catalogue.h"
-#include "platform/windowing/frame.h"
 #include "support/runstate.h"
 #include "support/settings.h"
 #include "tests/window/main_window.h"
+#include "windowing/frame.h"
+
+#include <QTest>
+#include <QTimer>
+#include <gtest/gtest.h>
 
 using test::WriteFile;
 

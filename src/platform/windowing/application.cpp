@@ -1,27 +1,28 @@
-#include "platform/windowing/application.h"
+#include "windowing/application.h"
 
-#include <signal.h>
-#include <sys/socket.h>
-#include <unistd.h>
+#include "platform/system/paths/program.h"
+#include "platform/system/process/instance.h"
+#include "platform/windowing/boxes.h"
+#include "platform/windowing/formimpl.h"
+#include "platform/windowing/qtsupport.h"
+#include "windowing/form.h"
+#include "windowing/picture.h"
 
 #include <QApplication>
 #include <QIcon>
 #include <QPixmap>
 #include <QSocketNotifier>
 #include <QTimer>
+
+#include <signal.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <optional>
 #include <utility>
-
-#include "platform/system/instance.h"
-#include "platform/system/program.h"
-#include "platform/windowing/form.h"
-#include "platform/windowing/picture.h"
-#include "platform/windowing/qt/boxes.h"
-#include "platform/windowing/qt/formimpl.h"
-#include "platform/windowing/qt/qtsupport.h"
 
 namespace win {
 

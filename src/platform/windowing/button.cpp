@@ -1,7 +1,7 @@
-#include "platform/windowing/button.h"
+#include "windowing/button.h"
 
-#include "platform/windowing/qt/caption.h"
-#include "platform/windowing/qt/qtsupport.h"
+#include "platform/windowing/caption.h"
+#include "platform/windowing/qtsupport.h"
 
 namespace win {
 

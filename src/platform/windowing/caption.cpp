@@ -1,9 +1,10 @@
-#include "platform/windowing/qt/caption.h"
+#include "platform/windowing/caption.h"
 
 #include <QPainter>
 #include <QStyleOptionButton>
 #include <QStylePainter>
 #include <QTextLayout>
+
 #include <algorithm>
 #include <cmath>
 

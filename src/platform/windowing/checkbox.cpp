@@ -1,7 +1,7 @@
-#include "platform/windowing/checkbox.h"
+#include "windowing/checkbox.h"
 
-#include "platform/windowing/qt/caption.h"
-#include "platform/windowing/qt/qtsupport.h"
+#include "platform/windowing/caption.h"
+#include "platform/windowing/qtsupport.h"
 
 namespace win {
 

@@ -1,9 +1,9 @@
-#include "platform/windowing/combobox.h"
+#include "windowing/combobox.h"
+
+#include "platform/windowing/qtsupport.h"
 
 #include <QComboBox>
 #include <QWheelEvent>
-
-#include "platform/windowing/qt/qtsupport.h"
 
 namespace win {
 

@@ -1,4 +1,7 @@
-#include "platform/windowing/control.h"
+#include "windowing/control.h"
+
+#include "platform/system/text/text.h"
+#include "platform/windowing/qtsupport.h"
 
 #include <QAbstractButton>
 #include <QAbstractScrollArea>
@@ -9,10 +12,8 @@
 #include <QLabel>
 #include <QPointer>
 #include <QWidget>
-#include <optional>
 
-#include "platform/system/text.h"
-#include "platform/windowing/qt/qtsupport.h"
+#include <optional>
 
 namespace win {
 

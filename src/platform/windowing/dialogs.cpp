@@ -1,16 +1,16 @@
-#include "platform/windowing/dialogs.h"
+#include "windowing/dialogs.h"
+
+#include "platform/system/paths/paths.h"
+#include "platform/system/paths/program.h"
+#include "platform/windowing/boxes.h"
+#include "platform/windowing/qtsupport.h"
+#include "windowing/form.h"
 
 #include <QApplication>
 #include <QFile>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
-
-#include "platform/system/paths.h"
-#include "platform/system/program.h"
-#include "platform/windowing/form.h"
-#include "platform/windowing/qt/boxes.h"
-#include "platform/windowing/qt/qtsupport.h"
 
 namespace win {
 

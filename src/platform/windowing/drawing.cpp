@@ -1,15 +1,16 @@
-#include "platform/windowing/drawing.h"
+#include "windowing/drawing.h"
+
+#include "platform/windowing/drawingsurface.h"
+#include "windowing/picture.h"
 
 #include <QImage>
 #include <QPainter>
+
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <unordered_map>
-
-#include "platform/windowing/picture.h"
-#include "platform/windowing/qt/drawingsurface.h"
 
 namespace win {
 

@@ -1,15 +1,16 @@
-#include "platform/windowing/form.h"
+#include "windowing/form.h"
+
+#include "platform/windowing/formimpl.h"
+#include "platform/windowing/qtsupport.h"
+#include "windowing/button.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWindow>
+
 #include <algorithm>
 #include <utility>
-
-#include "platform/windowing/button.h"
-#include "platform/windowing/qt/formimpl.h"
-#include "platform/windowing/qt/qtsupport.h"
 
 namespace win {
 

@@ -1,13 +1,14 @@
-#include "platform/windowing/qt/formwindow.h"
+#include "platform/windowing/formwindow.h"
+
+#include "platform/windowing/formimpl.h"
 
 #include <QAbstractButton>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QScreen>
 #include <QStyle>
-#include <algorithm>
 
-#include "platform/windowing/qt/formimpl.h"
+#include <algorithm>
 
 namespace win {
 

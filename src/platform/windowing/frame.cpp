@@ -1,8 +1,8 @@
-#include "platform/windowing/frame.h"
+#include "windowing/frame.h"
+
+#include "platform/windowing/qtsupport.h"
 
 #include <QGroupBox>
-
-#include "platform/windowing/qt/qtsupport.h"
 
 namespace win {
 

@@ -1,9 +1,9 @@
+#include "platform/windowing/formwindow.h"
+
 #include <QApplication>
 #include <QEvent>
 #include <QSet>
 #include <QWidget>
-
-#include "platform/windowing/qt/formwindow.h"
 
 namespace win {
 

@@ -1,13 +1,14 @@
-#include "platform/windowing/listbox.h"
+#include "windowing/listbox.h"
+
+#include "platform/windowing/listmodel.h"
+#include "platform/windowing/qtsupport.h"
 
 #include <QKeyEvent>
 #include <QListView>
 #include <QMouseEvent>
 #include <QPointer>
-#include <utility>
 
-#include "platform/windowing/qt/listmodel.h"
-#include "platform/windowing/qt/qtsupport.h"
+#include <utility>
 
 namespace win {
 

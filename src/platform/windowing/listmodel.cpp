@@ -1,9 +1,9 @@
-#include "platform/windowing/qt/listmodel.h"
+#include "platform/windowing/listmodel.h"
+
+#include "platform/system/text/compare.h"
+#include "platform/windowing/qtsupport.h"
 
 #include <algorithm>
-
-#include "platform/system/compare.h"
-#include "platform/windowing/qt/qtsupport.h"
 
 namespace win {
 

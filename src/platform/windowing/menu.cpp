@@ -1,4 +1,7 @@
-#include "platform/windowing/menu.h"
+#include "windowing/menu.h"
+
+#include "platform/windowing/qtsupport.h"
+#include "windowing/form.h"
 
 #include <QAction>
 #include <QCursor>
@@ -6,9 +9,6 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPointer>
-
-#include "platform/windowing/form.h"
-#include "platform/windowing/qt/qtsupport.h"
 
 namespace win {
 

@@ -1,14 +1,15 @@
-#include "platform/windowing/picture.h"
+#include "windowing/picture.h"
+
+#include "platform/system/paths/paths.h"
 
 #include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
 #include <QImageReader>
+
 #include <algorithm>
 #include <cstring>
-
-#include "platform/system/paths.h"
 
 namespace win {
 

@@ -1,10 +1,10 @@
-#include "platform/windowing/picturebox.h"
+#include "windowing/picturebox.h"
+
+#include "platform/windowing/drawingsurface.h"
+#include "platform/windowing/qtsupport.h"
 
 #include <QFrame>
 #include <QPainter>
-
-#include "platform/windowing/qt/drawingsurface.h"
-#include "platform/windowing/qt/qtsupport.h"
 
 namespace win {
 

@@ -1,13 +1,14 @@
-#include "platform/windowing/qt/qtsupport.h"
+#include "platform/windowing/qtsupport.h"
+
+#include "platform/system/text/text.h"
 
 #include <QEventLoop>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QTextDocument>
 #include <QTimer>
-#include <cmath>
 
-#include "platform/system/text.h"
+#include <cmath>
 
 namespace win {
 

@@ -1,11 +1,12 @@
-#include "platform/windowing/shortcut.h"
+#include "windowing/shortcut.h"
+
+#include "windowing/control.h"
+#include "windowing/form.h"
 
 #include <QShortcut>
 #include <QWidget>
-#include <utility>
 
-#include "platform/windowing/control.h"
-#include "platform/windowing/form.h"
+#include <utility>
 
 namespace win {
 

@@ -1,9 +1,10 @@
-#include "platform/windowing/slider.h"
+#include "windowing/slider.h"
+
+#include "platform/windowing/qtsupport.h"
 
 #include <QSlider>
-#include <algorithm>
 
-#include "platform/windowing/qt/qtsupport.h"
+#include <algorithm>
 
 namespace win {
 

@@ -1,11 +1,11 @@
-#include "platform/windowing/statusbar.h"
+#include "windowing/statusbar.h"
+
+#include "platform/windowing/caption.h"
+#include "platform/windowing/qtsupport.h"
 
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QStyle>
-
-#include "platform/windowing/qt/caption.h"
-#include "platform/windowing/qt/qtsupport.h"
 
 namespace win {
 

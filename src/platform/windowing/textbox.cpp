@@ -1,10 +1,10 @@
-#include "platform/windowing/textbox.h"
+#include "windowing/textbox.h"
+
+#include "platform/windowing/qtsupport.h"
 
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-
-#include "platform/windowing/qt/qtsupport.h"
 
 namespace win {
 

@@ -1,9 +1,9 @@
-#include "platform/windowing/timer.h"
+#include "windowing/timer.h"
+
+#include "platform/windowing/qtsupport.h"
 
 #include <QPointer>
 #include <QTimer>
-
-#include "platform/windowing/qt/qtsupport.h"
 
 namespace win {
 

@@ -1,4 +1,8 @@
-#include "platform/windowing/trayicon.h"
+#include "windowing/trayicon.h"
+
+#include "platform/windowing/qtsupport.h"
+#include "platform/windowing/traysearch.h"
+#include "windowing/menu.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -6,10 +10,6 @@
 #include <QImage>
 #include <QPixmap>
 #include <QSystemTrayIcon>
-
-#include "platform/windowing/menu.h"
-#include "platform/windowing/qt/qtsupport.h"
-#include "platform/windowing/qt/traysearch.h"
 
 namespace win {
 

@@ -1,11 +1,11 @@
-#include "platform/windowing/qt/traysearch.h"
-
-#include <xcb/xcb.h>
+#include "platform/windowing/traysearch.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QGuiApplication>
+#include <xcb/xcb.h>
+
 #include <cstdlib>
 #include <cstring>
 #include <memory>

@@ -1,12 +1,12 @@
-#include "platform/windowing/treeview.h"
+#include "windowing/treeview.h"
+
+#include "platform/windowing/qtsupport.h"
 
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QScrollBar>
 #include <QTreeWidget>
-
-#include "platform/windowing/qt/qtsupport.h"
 
 namespace win {
 

@@ -1,4 +1,4 @@
-#include "platform/system/argumentlist.h"
+#include "platform/system/text/argumentlist.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "platform/system/compare.h"
+#include "platform/system/text/compare.h"
 
-#include "platform/system/text.h"
+#include "platform/system/text/text.h"
 #include "tests/platform/system/vectors.h"
 
 #include <gtest/gtest.h>

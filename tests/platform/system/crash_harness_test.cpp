@@ -1,8 +1,9 @@
-#include <gtest/gtest.h>
-#include <signal.h>
-
 #include "tests/harness/crash.h"
 #include "tests/harness/sandbox.h"
+
+#include <gtest/gtest.h>
+
+#include <signal.h>
 
 // The harness has to be right for the tests that rely on it to mean anything.
 namespace {

@@ -1,8 +1,9 @@
-#include "platform/system/files.h"
+#include "platform/system/files/files.h"
 
 #include "tests/harness/sandbox.h"
 
 #include <gtest/gtest.h>
+
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>

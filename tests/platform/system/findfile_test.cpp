@@ -1,6 +1,6 @@
-#include "platform/system/findfile.h"
+#include "platform/system/files/findfile.h"
 
-#include "platform/system/wildcards.h"
+#include "platform/system/text/wildcards.h"
 #include "tests/harness/sandbox.h"
 
 #include <gtest/gtest.h>

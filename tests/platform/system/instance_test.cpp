@@ -1,6 +1,9 @@
-#include "platform/system/instance.h"
+#include "platform/system/process/instance.h"
+
+#include "tests/harness/sandbox.h"
 
 #include <gtest/gtest.h>
+
 #include <poll.h>
 #include <signal.h>
 #include <sys/wait.h>
@@ -8,8 +11,6 @@
 
 #include <functional>
 #include <memory>
-
-#include "tests/harness/sandbox.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
-#include "platform/system/launch.h"
+#include "platform/system/process/launch.h"
+
+#include "platform/system/process/process.h"
+#include "tests/harness/sandbox.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <sstream>
-
-#include "platform/system/process.h"
-#include "tests/harness/sandbox.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "platform/system/findfile.h"
+#include "platform/system/files/findfile.h"
 #include "tests/platform/system/vectors.h"
 
 #include <gtest/gtest.h>

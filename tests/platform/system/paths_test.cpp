@@ -1,9 +1,10 @@
-#include "platform/system/paths.h"
+#include "platform/system/paths/paths.h"
 
-#include "platform/system/folderindex.h"
+#include "platform/system/filesystem/folderindex.h"
 #include "tests/harness/sandbox.h"
 
 #include <gtest/gtest.h>
+
 #include <sys/wait.h>
 #include <unistd.h>
 

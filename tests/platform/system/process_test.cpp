@@ -1,7 +1,10 @@
-#include "platform/system/process.h"
+#include "platform/system/process/process.h"
+
+#include "tests/harness/sandbox.h"
+
+#include <gtest/gtest.h>
 
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -11,8 +14,6 @@
 #include <ctime>
 #include <filesystem>
 #include <thread>
-
-#include "tests/harness/sandbox.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "platform/system/profile.h"
+#include "platform/system/files/profile.h"
 
 #include "tests/harness/sandbox.h"
 #include "tests/platform/system/vectors.h"

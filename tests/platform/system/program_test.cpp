@@ -1,8 +1,9 @@
-#include "platform/system/program.h"
+#include "platform/system/paths/program.h"
 
 #include "tests/harness/sandbox.h"
 
 #include <gtest/gtest.h>
+
 #include <unistd.h>
 
 #include <cstdlib>

@@ -1,6 +1,6 @@
-#include "platform/system/registry.h"
+#include "platform/system/store/registry.h"
 
-#include "platform/system/program.h"
+#include "platform/system/paths/program.h"
 #include "tests/harness/sandbox.h"
 
 #include <gtest/gtest.h>

@@ -1,19 +1,19 @@
-#include "platform/system/rehearsal.h"
+#include "platform/system/files/rehearsal.h"
+
+#include "platform/system/files/files.h"
+#include "platform/system/files/findfile.h"
+#include "platform/system/files/profile.h"
+#include "platform/system/filesystem/deeds.h"
+#include "platform/system/process/process.h"
+#include "platform/system/store/settings.h"
+#include "tests/harness/difference.h"
+#include "tests/harness/sandbox.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <functional>
 #include <random>
-
-#include "platform/system/deeds.h"
-#include "platform/system/files.h"
-#include "platform/system/findfile.h"
-#include "platform/system/process.h"
-#include "platform/system/profile.h"
-#include "platform/system/settings.h"
-#include "tests/harness/difference.h"
-#include "tests/harness/sandbox.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "platform/system/services.h"
+#include "platform/system/process/services.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,9 @@
-#include "platform/system/settings.h"
+#include "platform/system/store/settings.h"
 
 #include "tests/harness/sandbox.h"
 
 #include <gtest/gtest.h>
+
 #include <sys/wait.h>
 #include <unistd.h>
 

@@ -1,4 +1,4 @@
-#include "platform/system/text.h"
+#include "platform/system/text/text.h"
 
 #include <gtest/gtest.h>
 

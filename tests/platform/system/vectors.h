@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/system/text.h"
+#include "platform/system/text/text.h"
 
 #include <nlohmann/json.hpp>
 

@@ -1,10 +1,11 @@
+#include "tests/harness/wine.h"
+
+#include "platform/system/process/process.h"
+#include "tests/harness/sandbox.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
-
-#include "platform/system/process.h"
-#include "tests/harness/sandbox.h"
-#include "tests/harness/wine.h"
 
 // With the real Wine and a Windows program, where both are there.
 namespace {

@@ -1,6 +1,9 @@
-#include "platform/windowing/application.h"
+#include "windowing/application.h"
 
-#include <signal.h>
+#include "platform/system/process/services.h"
+#include "tests/harness/window_app.h"
+#include "windowing/dialogs.h"
+#include "windowing/form.h"
 
 #include <QApplication>
 #include <QInputDialog>
@@ -10,10 +13,7 @@
 #include <QTest>
 #include <QTimer>
 
-#include "platform/system/services.h"
-#include "platform/windowing/dialogs.h"
-#include "platform/windowing/form.h"
-#include "tests/harness/window_app.h"
+#include <signal.h>
 
 namespace {
 

@@ -1,21 +1,22 @@
+#include "tests/harness/window_app.h"
+#include "windowing/button.h"
+#include "windowing/checkbox.h"
+#include "windowing/combobox.h"
+#include "windowing/form.h"
+#include "windowing/frame.h"
+#include "windowing/label.h"
+#include "windowing/slider.h"
+#include "windowing/statusbar.h"
+#include "windowing/textbox.h"
+#include "windowing/timer.h"
+
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QLabel>
 #include <QSlider>
 #include <QTest>
-#include <vector>
 
-#include "platform/windowing/button.h"
-#include "platform/windowing/checkbox.h"
-#include "platform/windowing/combobox.h"
-#include "platform/windowing/form.h"
-#include "platform/windowing/frame.h"
-#include "platform/windowing/label.h"
-#include "platform/windowing/slider.h"
-#include "platform/windowing/statusbar.h"
-#include "platform/windowing/textbox.h"
-#include "platform/windowing/timer.h"
-#include "tests/harness/window_app.h"
+#include <vector>
 
 namespace {
 

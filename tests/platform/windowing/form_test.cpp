@@ -1,22 +1,23 @@
-#include "platform/windowing/form.h"
+#include "windowing/form.h"
+
+#include "platform/system/process/services.h"
+#include "platform/windowing/formwindow.h"
+#include "tests/harness/window_app.h"
+#include "windowing/button.h"
+#include "windowing/checkbox.h"
+#include "windowing/label.h"
+#include "windowing/listbox.h"
+#include "windowing/menu.h"
+#include "windowing/statusbar.h"
+#include "windowing/textbox.h"
 
 #include <QApplication>
 #include <QScreen>
 #include <QTest>
 #include <QTimer>
+
 #include <optional>
 #include <vector>
-
-#include "platform/system/services.h"
-#include "platform/windowing/button.h"
-#include "platform/windowing/checkbox.h"
-#include "platform/windowing/label.h"
-#include "platform/windowing/listbox.h"
-#include "platform/windowing/menu.h"
-#include "platform/windowing/qt/formwindow.h"
-#include "platform/windowing/statusbar.h"
-#include "platform/windowing/textbox.h"
-#include "tests/harness/window_app.h"
 
 namespace {
 

@@ -1,12 +1,13 @@
-#include "platform/windowing/listbox.h"
+#include "windowing/listbox.h"
+
+#include "tests/harness/window_app.h"
+#include "windowing/form.h"
 
 #include <QElapsedTimer>
 #include <QTest>
+
 #include <algorithm>
 #include <vector>
-
-#include "platform/windowing/form.h"
-#include "tests/harness/window_app.h"
 
 namespace {
 

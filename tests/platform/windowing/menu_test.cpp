@@ -1,4 +1,8 @@
-#include "platform/windowing/menu.h"
+#include "windowing/menu.h"
+
+#include "tests/harness/window_app.h"
+#include "windowing/form.h"
+#include "windowing/treeview.h"
 
 #include <QAction>
 #include <QApplication>
@@ -6,11 +10,8 @@
 #include <QMenuBar>
 #include <QTest>
 #include <QTimer>
-#include <vector>
 
-#include "platform/windowing/form.h"
-#include "platform/windowing/treeview.h"
-#include "tests/harness/window_app.h"
+#include <vector>
 
 namespace {
 

@@ -1,16 +1,17 @@
-#include "platform/windowing/picture.h"
+#include "windowing/picture.h"
+
+#include "tests/harness/sandbox.h"
+#include "tests/harness/window_app.h"
+#include "windowing/drawing.h"
+#include "windowing/form.h"
+#include "windowing/imagelist.h"
+#include "windowing/picturebox.h"
 
 #include <QBuffer>
 #include <QImage>
+
 #include <cstring>
 #include <vector>
-
-#include "platform/windowing/drawing.h"
-#include "platform/windowing/form.h"
-#include "platform/windowing/imagelist.h"
-#include "platform/windowing/picturebox.h"
-#include "tests/harness/sandbox.h"
-#include "tests/harness/window_app.h"
 
 namespace {
 

@@ -1,0 +1,26 @@
+#include "definition/includes.h"
+
+#include "installs/installlist.h"
+#include "support/modfileexists.h"
+#include "support/runstate.h"
+
+namespace varnik {
+
+std::string FindModFile(const std::string& name) {
+  const std::string root = InstallRoot();
+  if (!root.empty() && FileExists(root + name)) return root + name;
+  const std::string shared = AppPath + "mods\\" + name;
+  return FileExists(shared) ? shared : std::string();
+}
+
+FurtherFile::FurtherFile(ReadBounds& bounds)
+    : bounds_(bounds), allowed_(bounds.depth < ReadBounds::kMaxDepth && bounds.files < ReadBounds::kMaxFiles) {
+  ++bounds_.depth;
+  ++bounds_.files;
+}
+
+FurtherFile::~FurtherFile() {
+  --bounds_.depth;
+}
+
+}  // namespace varnik

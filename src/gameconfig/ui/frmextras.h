@@ -1,0 +1,41 @@
+#pragma once
+
+#include "windowing/button.h"
+#include "windowing/combobox.h"
+#include "windowing/frame.h"
+#include "windowing/label.h"
+#include "windowing/picturebox.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace varnik {
+
+// Two small services for the selected install: a viewer for the game's screenshots, and the emptying of its cache
+// folder.
+class FrmExtras {
+ public:
+  // `setHint` writes the first panel of the status bar.
+  FrmExtras(win::Container& parent, std::function<void(const std::string&)> setHint);
+
+  // Refills the list of screenshots, on a visit of the page.
+  void populatescreenshots();
+
+  // For the hints of the status bar.
+  std::vector<win::Control*> Controls() { return {&cmbScreenshots, &imgScreenshot, &cmdClearBindata}; }
+
+  win::Frame frmExtras;
+  win::Label lblScreenshots;
+  win::ComboBox cmbScreenshots;
+  win::PictureBox imgScreenshot;
+  win::Label lblClearBindata;
+  win::Button cmdClearBindata;
+
+ private:
+  void cmbScreenshots_Click();
+
+  std::function<void(const std::string&)> setHint_;
+};
+
+}  // namespace varnik

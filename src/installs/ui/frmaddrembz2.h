@@ -1,0 +1,58 @@
+#pragma once
+
+#include "installs/locations.h"
+#include "windowing/button.h"
+#include "windowing/form.h"
+#include "windowing/label.h"
+#include "windowing/listbox.h"
+#include "windowing/textbox.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace varnik {
+
+// Keeps the list of installs. Nothing reaches the settings store until cmdSaveChanges.
+class frmAddRemBZ2 : public win::Form {
+ public:
+  // `listSaved` runs once the store holds the list, before the dialog is unloaded.
+  explicit frmAddRemBZ2(std::function<void()> listSaved);
+
+  win::Label lblList;
+  win::ListBox lstBZ2Loc;
+  win::Button cmdMvUp;
+  win::Button cmdMvDown;
+  win::Label lblSel;
+  win::Label lblDescriptiveName;
+  win::TextBox txtDescriptiveName;
+  win::Label lblManual;
+  win::TextBox txtManual;
+  win::Button cmdManualAdd;
+  win::Label lblSearch;
+  win::Button cmdSearchBZ2;
+  win::Label lblRemove;
+  win::Button cmdRemove;
+  win::Button cmdSaveChanges;
+  win::Button cmdCancel;
+
+ private:
+  void PlaceControls();
+  void WireControls();
+  void Form_Load();
+  void lstBZ2Loc_Click();
+  void txtDescriptiveName_Change();
+  void cmdManualAdd_Click();
+  void cmdSearchBZ2_Click();
+  void cmdRemove_Click();
+  void cmdSaveChanges_Click();
+  void MoveRow(int step);
+
+  // Brings the rows of the list that the box does not hold yet behind those that it does.
+  void ShowAddedRows();
+
+  LocationList list_;
+  std::function<void()> listSaved_;
+};
+
+}  // namespace varnik

@@ -1,0 +1,132 @@
+#include "platform/system/process/instance.h"
+
+#include "platform/system/filesystem/nativefile.h"
+#include "platform/system/paths/environment.h"
+#include "platform/system/paths/program.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <utility>
+
+namespace win {
+namespace {
+
+// ":0" and its first screen ":0.0" are one display.
+std::string DisplayName() {
+  std::string x11 = Variable("DISPLAY");
+  if (x11.ends_with(".0")) x11.resize(x11.size() - 2);
+  std::string name = Variable("WAYLAND_DISPLAY") + x11;
+  std::replace(name.begin(), name.end(), '/', '_');
+  return name;
+}
+
+// A file system that knows no locks keeps nobody out.
+bool IsHeldByAnother(int descriptor) {
+  int result = 0;
+  do
+    result = flock(descriptor, LOCK_EX | LOCK_NB);
+  while (result != 0 && errno == EINTR);
+  return result != 0 && errno == EWOULDBLOCK;
+}
+
+// Anything but a pipe under this name stays alone: it would always be readable.
+Descriptor OpenPipe(const std::string& path) {
+  mkfifo(path.c_str(), 0600);
+  Descriptor pipe(open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC | O_NOFOLLOW));
+  struct stat status;
+  const bool isPipe = pipe.IsOpen() && fstat(pipe.Get(), &status) == 0 && S_ISFIFO(status.st_mode);
+  return isPipe ? std::move(pipe) : Descriptor();
+}
+
+bool EmptyPipe(int pipe) {
+  char requests[64];
+  bool any = false;
+  while (read(pipe, requests, sizeof requests) > 0)
+    any = true;
+  return any;
+}
+
+}  // namespace
+
+// A named pipe is both: its lock is the place, what is written to it asks the holder to close. Everyone opens it for
+// both directions before trying the lock, so a request that is sent to a holder cannot miss it.
+struct Instance::State {
+  win::Descriptor pipe;
+  bool claimed = false;
+  bool requestSent = false;
+  std::function<void()> closeRequested;
+
+  void Claim() {
+    claimed = !IsHeldByAnother(pipe.Get());
+    // The one we asked was gone before it read the request; it is not meant for us.
+    if (claimed && requestSent) EmptyPipe(pipe.Get());
+  }
+};
+
+Instance::Instance() : state_(std::make_unique<State>()) {
+  state_->pipe = OpenPipe(RuntimeFolder() + "/" + Program().name + "-instance" + DisplayName());
+  if (state_->pipe.IsOpen()) state_->Claim();
+}
+
+Instance::~Instance() = default;
+
+bool Instance::OtherIsRunning() {
+  if (!state_->pipe.IsOpen()) return false;
+  if (!state_->claimed) state_->Claim();
+  return !state_->claimed;
+}
+
+void Instance::CloseOther() {
+  if (!OtherIsRunning()) return;
+  state_->requestSent = write(state_->pipe.Get(), "c", 1) == 1;
+}
+
+void Instance::OnCloseRequest(std::function<void()> handler) {
+  state_->closeRequested = std::move(handler);
+}
+
+int Instance::Descriptor() const {
+  return state_->claimed ? state_->pipe.Get() : -1;
+}
+
+void Instance::HandleRequests() {
+  if (!state_->claimed || !EmptyPipe(state_->pipe.Get())) return;
+  const std::function<void()> handler = state_->closeRequested;
+  if (handler) handler();
+}
+
+ExclusiveLock::ExclusiveLock(const char* name) : path_(ConfigFolder() + "/" + name + ".lock") {}
+
+ExclusiveLock::~ExclusiveLock() {
+  Release();
+}
+
+bool ExclusiveLock::TryAcquire() {
+  if (IsHeld()) return true;
+  win::Descriptor file(open(path_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+  if (!file.IsOpen()) {
+    // Nobody can hold what nobody can open, and a home that cannot be written to keeps no one from playing.
+    std::fprintf(stderr, "%s: %s: %s\n", Program().name.c_str(), path_.c_str(), std::strerror(errno));
+    return true;
+  }
+  if (IsHeldByAnother(file.Get())) return false;
+  descriptor_ = file.Release();
+  return true;
+}
+
+void ExclusiveLock::Release() {
+  if (IsHeld()) close(std::exchange(descriptor_, -1));
+}
+
+bool ExclusiveLock::IsHeld() const {
+  return descriptor_ >= 0;
+}
+
+}  // namespace win

@@ -1,0 +1,203 @@
+#include "platform/system/process/launch.h"
+
+#include "platform/system/files/files.h"
+#include "platform/system/filesystem/nativefile.h"
+#include "platform/system/paths/environment.h"
+#include "platform/system/paths/paths.h"
+#include "platform/system/paths/program.h"
+#include "platform/system/text/argumentlist.h"
+#include "platform/system/text/text.h"
+
+#include <unistd.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <sstream>
+#include <string_view>
+#include <system_error>
+
+namespace win {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool Exists(const fs::path& path) {
+  std::error_code ignored;
+  return fs::exists(path, ignored);
+}
+
+// The first bytes of a file, up to behind the processor type of a Windows program.
+std::string HeaderOf(const std::string& program) {
+  std::string header(4096, '\0');
+  const Descriptor file = OpenForReading(program);
+  const ssize_t size = file.IsOpen() ? ReadSome(file.Get(), header.data(), header.size()) : 0;
+  header.resize(size > 0 ? static_cast<std::size_t>(size) : 0);
+  return header;
+}
+
+std::uint32_t NumberAt(std::string_view bytes, std::size_t offset, int size) {
+  std::uint32_t number = 0;
+  for (int i = size; i-- > 0;)
+    number = number << 8 | static_cast<unsigned char>(bytes[offset + i]);
+  return number;
+}
+
+// "32" or "64" by the processor type in the PE header, empty for an older kind of program.
+std::string BitsOf(std::string_view header) {
+  if (header.size() < 0x40) return "";
+  const std::size_t pe = NumberAt(header, 0x3c, 4);
+  if (pe > header.size() - 6 || header.substr(pe, 4) != std::string_view("PE\0\0", 4)) return "";
+  const std::uint32_t machine = NumberAt(header, pe + 4, 2);
+  return machine == 0x14c ? "32" : machine == 0x8664 ? "64" : "";
+}
+
+std::string RunnerLine() {
+  const std::string given = Variable(OwnVariableName("_RUNNER"));
+  if (!given.empty()) return given;
+  LineReader file(WindowsPathFromNative(ConfigFolder() + "/platform.ini"));
+  while (!file.AtEnd()) {
+    const std::string line = file.ReadLine();
+    const std::size_t equals = line.find('=');
+    if (equals == std::string::npos || !EqualNoCase(Trim(line.substr(0, equals)), "Runner")) continue;
+    const std::string value = Trim(line.substr(equals + 1));
+    if (!value.empty()) return value;
+  }
+  return "wine";
+}
+
+// The runner may have arguments of its own. It is found from the folder that we are in, the program runs in another.
+std::vector<std::string> Runner() {
+  const std::string line = RunnerLine();
+  std::vector<std::string> words = Exists(line) ? std::vector{line} : SplitArguments(line);
+  if (words.empty()) words = {"wine"};
+  std::error_code ignored;
+  if (words[0].find('/') != std::string::npos) words[0] = fs::absolute(words[0], ignored).string();
+  return words;
+}
+
+// The Wine prefix in which the program lies, the innermost one.
+std::optional<std::string> PrefixAround(const fs::path& program) {
+  std::error_code ignored;
+  for (const fs::path& spelling : {program, fs::weakly_canonical(program, ignored)})
+    for (fs::path folder = spelling.parent_path(); folder.has_relative_path(); folder = folder.parent_path()) {
+      const bool inside = folder.filename() == "drive_c" || folder.filename() == "dosdevices";
+      if (inside && Exists(folder.parent_path() / "dosdevices")) return folder.parent_path().string();
+    }
+  return std::nullopt;
+}
+
+// Wine fills the Windows folder when it sets a prefix up; the registry files come only later.
+bool IsSetUp(const fs::path& prefix) {
+  return Exists(prefix / "drive_c" / "windows" / "system32" / "kernel32.dll");
+}
+
+// Empty when there is none.
+std::string FindExecutable(const std::string& name) {
+  const auto isProgram = [](const std::string& path) {
+    std::error_code failed;
+    return fs::is_regular_file(path, failed) && access(path.c_str(), X_OK) == 0;
+  };
+  if (name.find('/') != std::string::npos) return isProgram(name) ? name : "";
+  const std::string given = Variable("PATH");
+  std::istringstream folders(given.empty() ? "/bin:/usr/bin" : given);
+  for (std::string folder; std::getline(folders, folder, ':');)
+    if (const std::string path = (folder.empty() ? "." : folder) + "/" + name; isProgram(path)) return path;
+  return "";
+}
+
+// Whether a Wine that was installed around `programs`, its folder of programs, holds what every program of so many bits
+// needs: the innermost of the system files or, in Debian's layout, a loader of its own.
+bool HasPart(const fs::path& programs, std::string_view bits) {
+  const bool is32 = bits == "32";
+  const std::string systemFile = is32 ? "i386-windows/ntdll.dll" : "x86_64-windows/ntdll.dll";
+  std::error_code ignored;
+  for (const char* folder : {"lib", "lib64", "lib32", "lib/i386-linux-gnu", "lib/x86_64-linux-gnu"})
+    for (const std::string& file : {systemFile, std::string(is32 ? "wine" : "wine64")})
+      if (fs::is_regular_file(programs.parent_path() / folder / "wine" / file, ignored)) return true;
+  return false;
+}
+
+// Says so only of a Wine that is found to be there for the other kind alone: it may be laid out in a way unknown here.
+bool LacksPart(const std::string& runner, std::string_view bits) {
+  std::error_code failed;
+  const fs::path real = fs::canonical(runner, failed);
+  const bool isWine = fs::path(runner).filename().string().starts_with("wine") && !failed;
+  const bool isLedElsewhere = !Variable("WINELOADER").empty() || !Variable("WINEDLLPATH").empty();
+  if (bits.empty() || !isWine || isLedElsewhere) return false;
+  return HasPart(real.parent_path(), bits == "32" ? "64" : "32") && !HasPart(real.parent_path(), bits);
+}
+
+// Empty when there is none for this kind of program.
+std::string StarterFor(std::string_view header) {
+  const std::string name = Program().name + "-start" + BitsOf(header) + ".exe";
+  const fs::path programs = fs::path(ExecutablePath()).parent_path();
+  for (const fs::path& folder : {programs, programs.parent_path() / "libexec" / Program().name})
+    if (Exists(folder / name)) return (folder / name).string();
+  return "";
+}
+
+// In hexadecimal digits: what is in the environment has to pass through the character set of the locale.
+std::string Hexadecimal(std::string_view bytes) {
+  constexpr char kDigits[] = "0123456789abcdef";
+  std::string text;
+  for (const unsigned char c : bytes) {
+    text += kDigits[c >> 4];
+    text += kDigits[c & 15];
+  }
+  return text;
+}
+
+void SetVariable(std::vector<std::string>& environment, const std::string& name, const std::string& value) {
+  std::erase_if(environment, [&name](const std::string& entry) { return entry.starts_with(name + "="); });
+  environment.push_back(name + "=" + value);
+}
+
+void GoThroughRunner(Launch& launch, const std::string& program, const std::string& tail, std::string_view header) {
+  const std::vector<std::string> arguments = launch.arguments;
+  launch.arguments = Runner();
+  const std::optional<std::string> prefix = PrefixAround(program);
+  if (prefix) SetVariable(launch.environment, "WINEPREFIX", *prefix);
+  const std::string starter = StarterFor(header);
+  if (!starter.empty() && IsSetUp(prefix.value_or(DefaultWinePrefix()))) {
+    SetVariable(launch.environment, OwnVariableName("_START"), Hexadecimal(program) + "/" + Hexadecimal(tail));
+    launch.arguments.push_back(starter);
+  }
+  launch.arguments.insert(launch.arguments.end(), arguments.begin(), arguments.end());
+}
+
+bool IsWindowsHeader(std::string_view header) {
+  return header.starts_with("MZ");
+}
+
+}  // namespace
+
+bool IsWindowsProgram(const std::string& program) {
+  return IsWindowsHeader(HeaderOf(program));
+}
+
+std::string RunnerProblemOf(const std::string& program) {
+  const std::string header = HeaderOf(program);
+  if (!IsWindowsHeader(header)) return "";
+  const std::string name = fs::path(program).filename().string() + " is a Windows program";
+  const std::string runner = Runner()[0];
+  const std::string found = FindExecutable(runner);
+  if (found.empty()) return name + ", and " + runner + ", which is to run those, is not there or cannot be started.";
+  const std::string bits = BitsOf(header);
+  if (!LacksPart(found, bits)) return "";
+  return name + " of " + bits + " bits, and this system's " + runner + " lacks the part that runs those" +
+         (bits == "32" ? " (on Debian the package wine32)." : " (on Debian the package wine64).");
+}
+
+Launch PrepareLaunch(const std::string& program, const std::string& tail) {
+  Launch launch;
+  for (char** entry = environ; *entry; ++entry)
+    launch.environment.push_back(*entry);
+  launch.arguments = SplitArguments(tail);
+  launch.arguments.insert(launch.arguments.begin(), program);
+  const std::string header = HeaderOf(program);
+  if (IsWindowsHeader(header)) GoThroughRunner(launch, program, tail, header);
+  return launch;
+}
+
+}  // namespace win

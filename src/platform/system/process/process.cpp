@@ -1,0 +1,305 @@
+#include "platform/system/process/process.h"
+
+#include "platform/system/files/rehearsal.h"
+#include "platform/system/filesystem/deeds.h"
+#include "platform/system/filesystem/disk.h"
+#include "platform/system/filesystem/nativefile.h"
+#include "platform/system/paths/paths.h"
+#include "platform/system/paths/program.h"
+#include "platform/system/process/launch.h"
+#include "platform/system/text/argumentlist.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <system_error>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace win {
+namespace {
+
+namespace fs = std::filesystem;
+using Clock = std::chrono::steady_clock;
+
+constexpr int kNormalNice = 19;  // no better than our own
+constexpr int kHighNice = -5;
+
+// posix_spawn's settings: a session of its own, no signal blocked or ignored, and of our files only standard error.
+class SpawnSettings {
+ public:
+  SpawnSettings(const std::string& folder, bool silent) {
+    posix_spawnattr_init(&attributes_);
+    posix_spawn_file_actions_init(&actions_);
+    sigset_t signals;
+    sigfillset(&signals);
+    posix_spawnattr_setsigdefault(&attributes_, &signals);
+    sigemptyset(&signals);
+    posix_spawnattr_setsigmask(&attributes_, &signals);
+    posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
+    posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    const bool noError = fcntl(STDERR_FILENO, F_GETFD) < 0;
+    if (silent || noError) posix_spawn_file_actions_addopen(&actions_, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_adddup2(&actions_, STDERR_FILENO, STDOUT_FILENO);
+    posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1);
+    posix_spawn_file_actions_addchdir_np(&actions_, folder.c_str());
+  }
+  ~SpawnSettings() {
+    posix_spawn_file_actions_destroy(&actions_);
+    posix_spawnattr_destroy(&attributes_);
+  }
+  SpawnSettings(const SpawnSettings&) = delete;
+  SpawnSettings& operator=(const SpawnSettings&) = delete;
+
+  const posix_spawnattr_t* Attributes() const { return &attributes_; }
+  const posix_spawn_file_actions_t* Actions() const { return &actions_; }
+
+ private:
+  posix_spawnattr_t attributes_;
+  posix_spawn_file_actions_t actions_;
+};
+
+// A child is given the nice value of the thread that starts it. A better one than ours may be refused.
+class NiceForChild {
+ public:
+  explicit NiceForChild(int nice) : own_(getpriority(PRIO_PROCESS, 0)) {
+    if (nice < own_) setpriority(PRIO_PROCESS, 0, nice);
+  }
+  ~NiceForChild() { setpriority(PRIO_PROCESS, 0, own_); }
+  NiceForChild(const NiceForChild&) = delete;
+  NiceForChild& operator=(const NiceForChild&) = delete;
+
+ private:
+  int own_;
+};
+
+std::vector<char*> PointersTo(std::vector<std::string>& texts) {
+  std::vector<char*> pointers;
+  pointers.reserve(texts.size() + 1);
+  for (std::string& text : texts)
+    pointers.push_back(text.data());
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+void SayFailure(const std::string& what, int error) {
+  std::fprintf(stderr, "%s: cannot start %s: %s\n", Program().name.c_str(), what.c_str(), std::strerror(error));
+}
+
+// An ended child of a process that ignores this signal leaves no exit status behind.
+void TakeNoticeOfChildren() {
+  struct sigaction action;
+  if (sigaction(SIGCHLD, nullptr, &action) == 0 && action.sa_handler == SIG_IGN) signal(SIGCHLD, SIG_DFL);
+}
+
+struct Order {
+  std::string program;  // native, absolute
+  std::string tail;
+  std::string folder;  // native
+  int nice = kNormalNice;
+  bool silent = false;
+};
+
+// The process id, -1 for a failed start, whose reason has then been said.
+pid_t Spawn(const Order& order) {
+  std::error_code ignored;
+  if (!fs::is_directory(order.folder, ignored)) {
+    SayFailure(order.program + " in " + order.folder, ENOENT);
+    return -1;
+  }
+  TakeNoticeOfChildren();
+  Launch launch = PrepareLaunch(order.program, order.tail);
+  const SpawnSettings settings(order.folder, order.silent);
+  const NiceForChild nice(order.nice);
+  pid_t process = -1;
+  const int error = posix_spawnp(&process, launch.arguments[0].c_str(), settings.Actions(), settings.Attributes(),
+                                 PointersTo(launch.arguments).data(), PointersTo(launch.environment).data());
+  if (error == 0) return process;
+  const bool throughRunner = launch.arguments[0] != order.program;
+  SayFailure(order.program + (throughRunner ? " with " + launch.arguments[0] : ""), error);
+  return -1;
+}
+
+std::string AbsoluteNativePath(const std::string& path) {
+  std::error_code ignored;
+  return fs::absolute(NativePath(path), ignored).string();
+}
+
+// Descriptors through which a process can be waited for, whoever its parent is.
+using Processes = std::vector<Descriptor>;
+
+bool HasEnded(const Descriptor& process) {
+  pollfd wanted{process.Get(), POLLIN, 0};
+  return poll(&wanted, 1, 0) == 1;
+}
+
+// True when one of them may have ended, false when the time is over.
+bool AwaitAny(const Processes& processes, int milliseconds) {
+  std::vector<pollfd> wanted;
+  for (const Descriptor& process : processes)
+    wanted.push_back({process.Get(), POLLIN, 0});
+  return poll(wanted.data(), wanted.size(), milliseconds) != 0;
+}
+
+Descriptor OpenProcess(pid_t process) {
+  return Descriptor(static_cast<int>(syscall(SYS_pidfd_open, process, 0)));
+}
+
+bool IsInSession(pid_t process, pid_t session) {
+  return getsid(process) == session || getpgid(process) == session;
+}
+
+Processes FindSession(pid_t session) {
+  Processes found;
+  std::error_code error;
+  for (auto it = fs::directory_iterator("/proc", error); !error && it != fs::end(it); it.increment(error)) {
+    const pid_t process = static_cast<pid_t>(std::strtol(it->path().filename().c_str(), nullptr, 10));
+    if (process <= 0 || !IsInSession(process, session)) continue;
+    Descriptor opened = OpenProcess(process);
+    // Asked again: the number may have gone to another process in between.
+    if (opened.IsOpen() && IsInSession(process, session) && !HasEnded(opened)) found.push_back(std::move(opened));
+  }
+  return found;
+}
+
+// Nothing while it runs.
+std::optional<int> StatusOf(pid_t process, int options) {
+  siginfo_t info{};
+  int result = 0;
+  do
+    result = waitid(P_PID, static_cast<id_t>(process), &info, WEXITED | options);
+  while (result != 0 && errno == EINTR);
+  if (result != 0 || info.si_pid == 0) return std::nullopt;
+  return info.si_code == CLD_EXITED ? info.si_status : 128 + info.si_status;
+}
+
+// Waits for a program that nobody else waits for, so that it leaves no zombie.
+void ReapInBackground(pid_t process) {
+  std::thread([process] { StatusOf(process, 0); }).detach();
+}
+
+}  // namespace
+
+// The program is reaped last, since its number, which is that of the session, stays taken until then.
+struct Process::State {
+  pid_t session = -1;
+  Processes alive;  // those of the session that are known
+  bool ended = false;
+  int exitStatus = -1;
+
+  ~State() {
+    if (!ended) ReapInBackground(session);
+  }
+
+  // Looks twice: a process that starts another and ends may slip through between the two in the list.
+  bool SessionIsEmpty() {
+    std::erase_if(alive, HasEnded);
+    for (int look = 0; look < 2 && alive.empty(); ++look)
+      alive = FindSession(session);
+    return alive.empty();
+  }
+
+  void Reap() {
+    exitStatus = StatusOf(session, 0).value_or(-1);
+    ended = true;
+  }
+};
+
+Process::Process() = default;
+Process::Process(Process&&) noexcept = default;
+Process& Process::operator=(Process&&) noexcept = default;
+
+Process::~Process() = default;
+
+bool Process::Started() const {
+  return state_ != nullptr;
+}
+
+WaitResult Process::Wait(int milliseconds) {
+  if (!Started()) return WaitResult::kFailed;
+  const auto deadline = Clock::now() + std::chrono::milliseconds(milliseconds);
+  while (!state_->ended) {
+    if (state_->SessionIsEmpty()) {
+      state_->Reap();
+      break;
+    }
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
+    if (!AwaitAny(state_->alive, static_cast<int>(std::max<std::int64_t>(left, 0)))) return WaitResult::kTimedOut;
+  }
+  return WaitResult::kEnded;
+}
+
+int Process::ExitStatus() const {
+  if (!Started()) return -1;
+  return state_->ended ? state_->exitStatus : StatusOf(state_->session, WNOHANG | WNOWAIT).value_or(-1);
+}
+
+Process CreateProcess(const std::string& commandLine, unsigned creationFlags, const std::string& folder) {
+  const ProgramAndTail line = SplitProgram(commandLine);
+  const int nice = creationFlags & kHighPriorityClass ? kHighNice : kNormalNice;
+  const pid_t process =
+      Spawn({AbsoluteNativePath(line.program), line.tail, AbsoluteNativePath(folder), nice, /*silent=*/false});
+  Process result;
+  if (process < 0) return result;
+  result.state_ = std::make_unique<Process::State>();
+  result.state_->session = process;
+  if (Descriptor program = OpenProcess(process); program.IsOpen()) result.state_->alive.push_back(std::move(program));
+  return result;
+}
+
+namespace {
+
+bool IsFile(const std::string& native) {
+  struct stat status;
+  return TheDisk().Stat(native, status) == 0 && S_ISREG(status.st_mode);
+}
+
+// Without starting it.
+bool CouldBeStarted(const std::string& program) {
+  struct stat status;
+  if (TheDisk().Stat(program, status) != 0) return false;
+  if (IsWindowsProgram(program)) return RunnerProblemOf(program).empty() || FailWith(ENOEXEC);
+  return (S_ISREG(status.st_mode) && (status.st_mode & 0111) != 0) || FailWith(EACCES);
+}
+
+bool StartWithoutWaiting(const std::string& commandLine, const std::string& folder) {
+  const bool whole = IsFile(NativePath(commandLine));
+  const ProgramAndTail line = whole ? ProgramAndTail{commandLine, ""} : SplitProgram(commandLine);
+  const std::string program = AbsoluteNativePath(line.program);
+  const std::string start = folder.empty() ? fs::path(program).parent_path().string() : AbsoluteNativePath(folder);
+  if (Rehearsal::IsOn()) return CouldBeStarted(program);
+  const pid_t process = Spawn({program, line.tail, start, kNormalNice, /*silent=*/true});
+  if (process < 0) return false;
+  ReapInBackground(process);
+  return true;
+}
+
+}  // namespace
+
+std::string RunnerProblem(const std::string& commandLine) {
+  return RunnerProblemOf(AbsoluteNativePath(SplitProgram(commandLine).program));
+}
+
+bool ShellExecute(const std::string& commandLine, const std::string& folder) {
+  return Tell(Act::kStart, commandLine, "", [&] { return StartWithoutWaiting(commandLine, folder); });
+}
+
+}  // namespace win

@@ -1,0 +1,42 @@
+#include "platform/system/process/services.h"
+
+#include <cstdio>
+#include <memory>
+#include <utility>
+
+namespace win {
+namespace {
+
+constexpr int kButtons = 7;  // the part of a style that names the buttons
+
+// A call in progress keeps the services it runs in: an event may replace them.
+using Held = std::shared_ptr<const WindowServices>;
+Held installed = std::make_shared<WindowServices>();
+
+Answer SayOnStandardError(const std::string& text, int style) {
+  const bool question = (style & kButtons) != kOkOnly;
+  std::fprintf(stderr, question ? "%s (taken as No)\n" : "%s\n", text.c_str());
+  return question ? Answer::kNo : Answer::kOk;
+}
+
+}  // namespace
+
+void DoEvents() {
+  if (const Held services = installed; services->doEvents) services->doEvents();
+}
+
+Answer MsgBox(const std::string& text, int style, const std::string& title) {
+  const Held services = installed;
+  return services->msgBox ? services->msgBox(text, style, title) : SayOnStandardError(text, style);
+}
+
+std::string InputBox(const std::string& prompt, const std::string& title, const std::string& initial) {
+  const Held services = installed;
+  return services->inputBox ? services->inputBox(prompt, title, initial) : std::string();
+}
+
+void SetWindowServices(WindowServices services) {
+  installed = std::make_shared<WindowServices>(std::move(services));
+}
+
+}  // namespace win

@@ -1,0 +1,248 @@
+#include "platform/system/store/jsonstore.h"
+
+#include "platform/system/files/files.h"
+#include "platform/system/filesystem/disk.h"
+#include "platform/system/filesystem/nativefile.h"
+#include "platform/system/paths/paths.h"
+#include "platform/system/paths/program.h"
+#include "platform/system/text/text.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <set>
+#include <thread>
+
+namespace win {
+namespace {
+
+constexpr std::size_t kMaxBytes = 64u << 20;
+constexpr int kMaxNesting = 16;
+constexpr int kObjectLevels = 3;
+constexpr auto kLockPatience = std::chrono::seconds(5);
+
+enum class Content { kMissing, kRead, kUnreadable };
+
+// Serialises read-modify-write between processes. A side file, since the store itself is replaced by each write. Where
+// the file system knows no locks, storing without one beats not storing.
+class StoreLock {
+ public:
+  explicit StoreLock(const std::string& storePath)
+      : file_(TheDisk().Open(storePath + ".lock", O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
+    const auto giveUp = std::chrono::steady_clock::now() + kLockPatience;
+    while (file_.IsOpen() && !(held_ = TryLock()) && std::chrono::steady_clock::now() < giveUp)
+      std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  }
+  bool IsHeld() const { return held_; }
+
+ private:
+  bool TryLock() const {
+    return flock(file_.Get(), LOCK_EX | LOCK_NB) == 0 || (errno != EWOULDBLOCK && errno != EINTR);
+  }
+
+  Descriptor file_;
+  bool held_ = false;
+};
+
+// Says each thing once, however often the store is asked.
+void SayOnce(const std::string& message) {
+  static std::set<std::string> said;
+  if (said.insert(message).second) std::fprintf(stderr, "%s: %s\n", Program().name.c_str(), message.c_str());
+}
+
+Content ReadBytes(const std::string& path, std::string& bytes) {
+  const Descriptor file = OpenForReading(path);
+  struct stat status;
+  if (!file.IsOpen())
+    return TheDisk().Stat(path, status) != 0 && errno == ENOENT ? Content::kMissing : Content::kUnreadable;
+  if (fstat(file.Get(), &status) != 0) return Content::kUnreadable;
+  // One byte more than allowed is enough to see that a store is too big.
+  bytes.resize(std::min(static_cast<std::size_t>(status.st_size), kMaxBytes) + 1);
+  std::size_t filled = 0;
+  ssize_t count = 1;
+  while (count > 0 && filled < bytes.size()) {
+    count = ReadSome(file.Get(), bytes.data() + filled, bytes.size() - filled);
+    if (count > 0) filled += static_cast<std::size_t>(count);
+  }
+  bytes.resize(filled);
+  return count < 0 ? Content::kUnreadable : Content::kRead;
+}
+
+bool NestsTooDeep(std::string_view json) {
+  int depth = 0;
+  bool inString = false;
+  for (std::size_t i = 0; i < json.size(); ++i) {
+    const char c = json[i];
+    if (inString) {
+      if (c == '\\') ++i;
+      if (c == '"') inString = false;
+    } else if (c == '"') {
+      inString = true;
+    } else if (c == '[' || c == '{') {
+      if (++depth > kMaxNesting) return true;
+    } else if (c == ']' || c == '}') {
+      --depth;
+    }
+  }
+  return false;
+}
+
+bool HasObjectLevels(const Json& node, int levels) {
+  if (levels == 0) return true;
+  if (!node.is_object()) return false;
+  for (const Json& child : node)
+    if (!HasObjectLevels(child, levels - 1)) return false;
+  return true;
+}
+
+// A discarded value when the text is no store.
+Json ParseStore(std::string_view bytes) {
+  const Json damaged = Json::value_t::discarded;
+  if (bytes.size() > kMaxBytes || NestsTooDeep(bytes)) return damaged;
+  Json tree = Json::parse(bytes, nullptr, false);
+  return HasObjectLevels(tree, kObjectLevels) ? tree : damaged;
+}
+
+// Moves the file to the first free name; an empty file reserves that name, so that nothing is ever replaced.
+std::optional<std::string> MoveToFreeName(const std::string& path) {
+  for (int n = 1; n < 10000; ++n) {
+    const std::string target = path + ".damaged-" + std::to_string(n);
+    const Descriptor reserved(TheDisk().Open(target, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+    if (reserved.Get() < 0 && errno == EEXIST) continue;
+    if (reserved.Get() < 0) break;
+    if (TheDisk().Rename(path, target, 0) == 0) return target;
+    TheDisk().Unlink(target);
+    break;
+  }
+  return std::nullopt;
+}
+
+// Works on a constant tree and on one that is being changed.
+template <typename Object>
+auto Locate(Object& object, std::string_view name) {
+  const std::string text = Utf8FromBytes(name);
+  auto found = object.find(text);
+  for (auto it = object.begin(); found == object.end() && it != object.end(); ++it)
+    if (EqualNoCase(it.key(), text)) found = it;
+  return found;
+}
+
+template <typename Object>
+Object* Member(Object* object, std::string_view name) {
+  if (!object || !object->is_object()) return nullptr;
+  const auto found = Locate(*object, name);
+  return found == object->end() ? nullptr : &*found;
+}
+
+}  // namespace
+
+std::string JsonStore::Path() const {
+  return ConfigFolder() + "/" + fileName_;
+}
+
+// The file is read at every call, which costs microseconds and trusts no time stamp; it is parsed only when its bytes
+// changed.
+JsonStore::Load JsonStore::Reload() {
+  std::string bytes;
+  const Content content = ReadBytes(Path(), bytes);
+  if (content == Content::kUnreadable) SayOnce(Path() + " is there and cannot be read; nothing is stored");
+  if (content != Content::kRead) bytes.clear();
+  if (!bytes.empty() && bytes == bytes_) return Load::kDone;
+  Json tree = content == Content::kRead ? ParseStore(bytes) : Json::object();
+  const bool damaged = tree.is_discarded();
+  tree_ = damaged ? Json::object() : std::move(tree);
+  bytes_ = damaged ? std::string() : std::move(bytes);
+  if (content == Content::kUnreadable) return Load::kUnreadable;
+  return damaged ? Load::kDamaged : Load::kDone;
+}
+
+void JsonStore::SetAside() {
+  const std::string path = Path();
+  if (const std::optional<std::string> target = MoveToFreeName(path))
+    SayOnce(path + " is damaged; it is kept as " + *target);
+  else
+    SayOnce(path + " is damaged and cannot be moved; it stays as it is");
+}
+
+const Json& JsonStore::Tree() {
+  if (Reload() != Load::kDamaged) return tree_;
+  const StoreLock lock(Path());
+  // Another process may have set it aside meanwhile.
+  if (lock.IsHeld() && Reload() == Load::kDamaged) SetAside();
+  return tree_;
+}
+
+bool JsonStore::Change(const std::function<bool(Json& tree)>& change) {
+  const StoreLock lock(Path());
+  if (!lock.IsHeld()) {
+    SayOnce(Path() + " cannot be locked; nothing is stored");
+    return false;
+  }
+  Load load = Reload();
+  if (load == Load::kDamaged) {
+    SetAside();
+    load = Reload();
+  }
+  if (load != Load::kDone) return false;
+  Json changed = tree_;
+  return !change(changed) || Write(std::move(changed));
+}
+
+bool JsonStore::Write(Json tree) {
+  std::string bytes = tree.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  if (bytes.size() > kMaxBytes || !WriteWholeFile(WindowsPathFromNative(Path()), bytes)) {
+    SayOnce(Path() + " cannot be written");
+    return false;
+  }
+  tree_ = std::move(tree);
+  bytes_ = std::move(bytes);
+  return true;
+}
+
+const Json* FindMember(const Json* object, std::string_view name) {
+  return Member(object, name);
+}
+
+Json* FindMember(Json* object, std::string_view name) {
+  return Member(object, name);
+}
+
+Json& MakeMember(Json& object, std::string_view name) {
+  if (Json* found = FindMember(&object, name)) return *found;
+  return object[Utf8FromBytes(name)] = Json::object();
+}
+
+bool EraseMember(Json* object, std::string_view name) {
+  bool erased = false;
+  for (; FindMember(object, name); erased = true)
+    object->erase(Locate(*object, name));
+  return erased;
+}
+
+Json JsonFromBytes(std::string_view bytes) {
+  if (IsValidUtf8(bytes)) return Json(bytes);
+  Json numbers = Json::array();
+  for (const char c : bytes)
+    numbers.push_back(static_cast<unsigned char>(c));
+  return numbers;
+}
+
+std::optional<std::string> BytesFromJson(const Json& value) {
+  if (value.is_string()) return value.get_ref<const std::string&>();
+  if (value.is_number() || value.is_boolean()) return value.dump();
+  if (!value.is_array()) return std::nullopt;
+  std::string bytes;
+  for (const Json& number : value) {
+    if (!number.is_number_unsigned() || number.get<std::uint64_t>() > 255) return std::nullopt;
+    bytes += static_cast<char>(number.get<unsigned>());
+  }
+  return bytes;
+}
+
+}  // namespace win

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "windowing/form.h"
+
+#include <QEvent>
+#include <QFrame>
+#include <QMenuBar>
+#include <QPointer>
+#include <QScrollArea>
+#include <QWidget>
+
+namespace win {
+
+// The window of a form: a menu bar, if it has one, over a client area that scrolls when the window has to be smaller.
+class FormWindow : public QWidget {
+ public:
+  explicit FormWindow(Form& form);
+
+  QWidget* Client() const { return client_; }
+  QMenuBar* Bar();
+  QSize FullSize() const;  // of client area and menu bar together
+
+  void SetClientSize(QSize size);
+  void SetEdge(bool drawn);  // where no window manager draws one
+
+  // Gives the window its full size, or what of it the screen has room for.
+  void FitToScreen();
+
+  void Detach() { form_ = nullptr; }  // the form is gone, the window about to be
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  int BarHeight() const;
+  void Arrange();
+
+  Form* form_;
+  QScrollArea* scroll_;
+  QFrame* client_;
+  QMenuBar* bar_ = nullptr;
+};
+
+// The place nearest to `frame` at which enough of its title bar lies on a screen for a hand to move the window.
+QPoint ReachablePlace(const QRect& frame, const QList<QRect>& screens);
+
+// Keeps a person's input from the window and from all that hangs on it, its menus and their shortcuts included. Unlike
+// a disabled widget it looks as before and keeps its focus.
+void BlockInput(QWidget* window, bool block);
+bool InputIsBlocked(const QObject* receiver, QEvent::Type type);
+
+// Waits until the forms shown last are on the screen, at most a short while: a display server draws no window before
+// that.
+void AwaitShownForms();
+
+}  // namespace win

@@ -1,0 +1,10 @@
+#include "platform/system/paths/program.h"
+#include "platform/system/store/registry.h"
+#include "startup/ui/program.h"
+
+int main(int argc, char** argv) {
+  win::SetProgram({"varnik", "Varnik", ""});
+  win::SetCommandLine(argc, argv);
+  const auto logIn = win::TakePartInLogIn();
+  return varnik::Main();
+}

@@ -1,0 +1,89 @@
+#include "startup/ui/program.h"
+
+#include "mainwindow/frmmain.h"
+#include "platform/system/paths/program.h"
+#include "platform/system/process/instance.h"
+#include "platform/system/process/services.h"
+#include "platform/system/text/text.h"
+#include "startup/maintenance.h"
+#include "startup/startup.h"
+#include "support/debuglog.h"
+#include "support/runstate.h"
+#include "support/settings.h"
+#include "support/ui/artwork.h"
+#include "support/ui/frmsplash.h"
+#include "windowing/application.h"
+
+namespace varnik {
+
+namespace {
+
+constexpr char kOptionFile[] = "varnik.cmd";  // marks a portable copy
+
+void FixAppPath() {
+  AppPath = win::ProgramFolder(kOptionFile);
+}
+
+bool TrayIsOff() {
+  return win::LeadingNumber(ReadOption("TrayIcon")) == 0;
+}
+
+// The mode of this start, once the command line and an interrupted run have been dealt with.
+std::int16_t DecideRunMode() {
+  std::int16_t mode = ProcessCmdLine();
+  if (RecoverFromCrash() && mode != kRunModeHidden) mode = kRunModeLeave;
+  if (mode == kRunModeHidden && TrayIsOff()) mode = kRunModeLeave;  // nobody could reach the window
+  return mode;
+}
+
+void ShowAsMode(FrmMain& window, std::int16_t mode) {
+  window.Show();
+  if (mode == kRunModeNormal) return;
+  win::DoEvents();
+  window.SetState(win::WindowState::kMinimized);
+  win::DoEvents();
+  window.Hide();
+}
+
+void RunMainWindow(win::Application& application, frmSplash& busy, std::int16_t mode) {
+  StartingUp = true;
+  win::DoEvents();
+  SearchDirs = {"", "addon", "data"};
+  SelectedMapIndex = -1;
+  FrmMain window(busy);
+  window.EnsureLoaded();
+  application.SetMainForm(&window);
+  win::DoEvents();
+  busy.Close();
+  if (window.Loaded()) ShowAsMode(window, mode);
+  StartingUp = false;
+  application.Run();
+}
+
+}  // namespace
+
+int Main() {
+  win::Application application;
+  application.SetIcon(WindowIcon());
+  win::Instance instance;
+  if (AnswerMaintenanceWord(instance)) return 0;
+  if (ActivatePrevInstance(instance, false)) return 0;
+  PublishHomePage();
+  GameRunning = false;
+  FixAppPath();
+  DebugLog = false;
+  LogLine("Varnik Startup");
+  if (ActivatePrevInstance(instance, false)) return 0;
+  application.Serve(instance);
+  frmSplash busy;
+  busy.Show();
+  const std::int16_t mode = DecideRunMode();
+  if (mode == kRunModeLeave) {
+    busy.Close();
+    return 0;
+  }
+  RunMainWindow(application, busy, mode);
+  return 0;
+}
+
+}  // namespace varnik

@@ -1,0 +1,42 @@
+#include "support/ui/frmsplash.h"
+
+#include "platform/system/paths/program.h"
+#include "support/debuglog.h"
+#include "support/quips.h"
+#include "support/ui/artwork.h"
+#include "support/version.h"
+
+#include <random>
+
+namespace varnik {
+
+frmSplash::frmSplash() : Form("frmSplash", 6600, 2880) {
+  SetTitleBar(false);
+  SetCaption(win::Program().title);
+  imgLogo.Move(240, 240, 1440, 1440);
+  lblProductName.Move(1920, 240, 4440, 360);
+  lblProductName.SetBold(true);
+  lblVersion.Move(1920, 600, 4440, 300);
+  lblPlatform.Move(1920, 900, 4440, 300);
+  Label1.Move(1920, 1260, 4440, 300);
+  lblstatus.Move(1920, 1560, 4440, 300);
+  lblWarning.Move(240, 2040, 6120, 720);
+  lblWarning.SetCentered(true);
+  Load = [this] { Form_Load(); };
+  Unload = [] { LogLine("frmSplash Unload"); };
+}
+
+void frmSplash::Form_Load() {
+  LogLine("frmSplash Load");
+  imgLogo.SetPicture(Logo());
+  lblVersion.SetCaption(VersionLine());
+  lblProductName.SetCaption(win::Program().title);
+  static std::minstd_rand generator{std::random_device{}()};
+  lblWarning.SetCaption(Quip(QuipIndex(std::uniform_real_distribution<>(0, 1)(generator))));
+}
+
+void frmSplash::SetStatus(const std::string& text) {
+  if (Loaded()) lblstatus.SetCaption(text);
+}
+
+}  // namespace varnik
