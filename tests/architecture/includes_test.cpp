@@ -41,11 +41,13 @@ std::string FolderOf(const std::string& path) {
   return path.substr(0, path.rfind('/'));
 }
 
+using ArrowMap = std::map<std::string, std::set<std::string>>;
+
 // Every file below src, with the headers it includes as written but for the closing mark.
-std::map<std::string, std::set<std::string>> Includes() {
+ArrowMap Includes() {
   const fs::path src = fs::path(SOURCE_DIR) / "src";
   const std::regex include("#include ([\"<][^\">]+).*");
-  std::map<std::string, std::set<std::string>> files;
+  ArrowMap files;
   for (const auto& entry : fs::recursive_directory_iterator(src)) {
     if (entry.path().extension() != ".cpp" && entry.path().extension() != ".h") continue;
     auto& includes = files[entry.path().lexically_relative(src).string()];
@@ -59,8 +61,8 @@ std::map<std::string, std::set<std::string>> Includes() {
 
 // The arrows between files, or with `part` FolderOf between folders.
 template <typename Part>
-std::map<std::string, std::set<std::string>> Arrows(Part part) {
-  std::map<std::string, std::set<std::string>> arrows;
+ArrowMap Arrows(Part part) {
+  ArrowMap arrows;
   for (const auto& [from, includes] : Includes())
     for (const std::string& include : includes) {
       std::string to = include.substr(1);
@@ -70,20 +72,29 @@ std::map<std::string, std::set<std::string>> Arrows(Part part) {
   return arrows;
 }
 
-// What is left when everything that depends on nothing else left has been taken away.
-std::set<std::string> InCircles(std::map<std::string, std::set<std::string>> arrows) {
-  for (bool changed = true; changed;) {
-    changed = false;
-    for (auto it = arrows.begin(); it != arrows.end();) {
-      const bool isFree = std::none_of(it->second.begin(), it->second.end(),
-                                       [&](const std::string& to) { return arrows.contains(to); });
-      changed = changed || isFree;
-      it = isFree ? arrows.erase(it) : std::next(it);
-    }
-  }
+ArrowMap Reversed(const ArrowMap& arrows) {
+  ArrowMap reversed;
+  for (const auto& [from, targets] : arrows)
+    for (const std::string& to : targets)
+      reversed[to].insert(from);
+  return reversed;
+}
+
+// Removes what has no arrow to anything that is left, until nothing more goes.
+ArrowMap WithoutLeaves(ArrowMap arrows) {
+  const auto leaf = [&](const auto& node) {
+    return std::none_of(node.second.begin(), node.second.end(), [&](const auto& to) { return arrows.contains(to); });
+  };
+  for (auto it = arrows.begin(); (it = std::find_if(arrows.begin(), arrows.end(), leaf)) != arrows.end();)
+    arrows.erase(it);
+  return arrows;
+}
+
+// The circles, and what lies on a way from one to another.
+std::set<std::string> InCircles(const ArrowMap& arrows) {
   std::set<std::string> left;
-  for (const auto& [from, to] : arrows)
-    left.insert(from);
+  for (const auto& [node, targets] : WithoutLeaves(Reversed(WithoutLeaves(arrows))))
+    left.insert(node);
   return left;
 }
 
@@ -118,7 +129,7 @@ TEST(Architecture, HeadersHaveTheirSource) {
   const auto files = Includes();
   const std::regex declaration("^[A-Za-z][\\w:<>,&* ]* [\\w]+\\([^;{}=]*\\)( const)?;$");
   for (const auto& [header, includes] : files) {
-    if (!header.ends_with(".h") || header.starts_with("mainwindow/")) continue;
+    if (!header.ends_with(".h") || header == "mainwindow/frmmain.h" || header == "cli/commands.h") continue;
     const std::string source = Component(header) + ".cpp";
     if (files.contains(source)) continue;
     std::ifstream file(fs::path(SOURCE_DIR) / "src" / header);
