@@ -24,8 +24,7 @@ bool answerYes = false;
 bool silent = false;
 
 win::Answer AnswerBox(const std::string& text, int style, const std::string&) {
-  const bool isQuestion = style & (win::kYesNo | win::kYesNoCancel);
-  if (isQuestion) {
+  if (win::ButtonsOfStyle(style) != win::kOkOnly) {
     Note(OneLine(text) + (answerYes ? " (taken as Yes)" : " (taken as No)"));
     return answerYes ? win::Answer::kYes : win::Answer::kNo;
   }

@@ -129,7 +129,7 @@ void FrmMain::mnuFileHide_Click() {
   SetVisible(false);
 }
 
-void FrmMain::OpenFromTray() {
+void FrmMain::OpenWindow() {
   SetVisible(true);
   win::DoEvents();
   SetState(win::WindowState::kNormal);
@@ -139,13 +139,6 @@ void FrmMain::OpenFromTray() {
 void FrmMain::PopupHiddenMenu() {
   BringToFront();
   hidden.mnuHidden.PopupAtCursor();
-}
-
-void FrmMain::OpenFromMenu() {
-  SetVisible(true);
-  win::DoEvents();
-  SetState(win::WindowState::kNormal);
-  SetFocus();
 }
 
 void FrmMain::mnuEmergencyDeactivate_Click() {

@@ -106,9 +106,8 @@ class FrmMain : public win::Form {
   void mnuShowTray_Click();
   void mnuFileHide_Click();
   void mnuEmergencyDeactivate_Click();
-  void OpenFromMenu();
   void PopupHiddenMenu();
-  void OpenFromTray();
+  void OpenWindow();
   void ShowSplash(const std::string& picture);
   void FinishSplash();
   RunHooks MakeRunHooks();

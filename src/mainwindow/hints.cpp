@@ -66,11 +66,6 @@ const Hint* FindHint(const std::string& control) {
 
 }  // namespace
 
-std::string HintOf(const std::string& control) {
-  const Hint* hint = FindHint(control);
-  return hint ? hint->text : "";
-}
-
 void WireHints(win::StatusBar& statusBar, const std::vector<win::Control*>& controls) {
   for (win::Control* control : controls) {
     const Hint* hint = FindHint(control->Name());

@@ -45,7 +45,7 @@ FrmMain::FrmMain(frmSplash& busy)
       cmdLaunchBZ2(*this, "cmdLaunchBZ2", "Launch"),
       StatusBar1(*this, "StatusBar1"),
       tray(
-          hidden.mnuHidden, [this] { OpenFromTray(); }, [this] { PopupHiddenMenu(); }),
+          hidden.mnuHidden, [this] { OpenWindow(); }, [this] { PopupHiddenMenu(); }),
       busy_(busy),
       busyWindow_(MakeBusyWindow()) {
   SetCaption(win::Program().title);
@@ -98,7 +98,7 @@ void FrmMain::WireMenus() {
   menu.mnubz2reload.Click = reload;
   menu.mnuEmergencyDeactivate.Click = [this] { mnuEmergencyDeactivate_Click(); };
   menu.mnuHelpAbout.Click = [this] { frmAbout().ShowModal(this); };
-  hidden.mnuVarnikOpenH.Click = UnlessPlaying([this] { OpenFromMenu(); });
+  hidden.mnuVarnikOpenH.Click = UnlessPlaying([this] { OpenWindow(); });
   hidden.mnuBZ2SelH.Click = UnlessPlaying(select);
   hidden.mnubz2hreload.Click = UnlessPlaying(reload);
   hidden.mnuModH.Click = UnlessPlaying([this](int index) { mnuModH_Click(index); });

@@ -2,9 +2,9 @@
 
 #include "platform/system/paths/program.h"
 #include "platform/system/process/instance.h"
-#include "platform/windowing/boxes.h"
 #include "platform/windowing/formimpl.h"
 #include "platform/windowing/qtsupport.h"
+#include "windowing/dialogs.h"
 #include "windowing/form.h"
 #include "windowing/picture.h"
 
@@ -30,8 +30,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds kEventPause(10);  // between two runs of the events in a long loop
-constexpr int kMostRuns = 20;                         // in a row, after a longer pause
-constexpr int kLongestRun = 50;                       // milliseconds
+constexpr int kMaxRuns = 20;                         // in a row, after a longer pause
+constexpr int kMaxRun = 50;                       // milliseconds
 constexpr int kRetryDelay = 200;  // milliseconds until a request to close is put to a busy form again
 
 // A loop that asks a hundred thousand times a second gets its events run a hundred times a second; a call by itself is
@@ -39,10 +39,10 @@ constexpr int kRetryDelay = 200;  // milliseconds until a request to close is pu
 void RunEvents() {
   static Clock::time_point next;
   const Clock::time_point now = Clock::now();
-  next = std::max(next, now - kMostRuns * kEventPause);
+  next = std::max(next, now - kMaxRuns * kEventPause);
   if (next > now) return;
   next += kEventPause;
-  QCoreApplication::processEvents(QEventLoop::AllEvents, kLongestRun);
+  QCoreApplication::processEvents(QEventLoop::AllEvents, kMaxRun);
   AwaitShownForms();
 }
 
@@ -78,11 +78,6 @@ class QtApplication : public QApplication {
  public:
   using QApplication::QApplication;
   std::function<void()> sessionEnds;
-
-  // Ahead of all that Qt does with an event: by the time of a filter a click has moved the focus already.
-  bool notify(QObject* receiver, QEvent* event) override {
-    return InputIsBlocked(receiver, event->type()) || QApplication::notify(receiver, event);
-  }
 
   // The desktop's session asks to quit. Qt would close every window by itself.
   bool event(QEvent* event) override {

@@ -6,7 +6,7 @@
 namespace win {
 
 Button::Button(Container& parent, const char* name, const std::string& caption)
-    : Control(name, new ButtonWidget(parent.Area())), button_(static_cast<ButtonWidget*>(Widget())) {
+    : CaptionedControl(name, new ButtonWidget(parent.Area())), button_(static_cast<ButtonWidget*>(Widget())) {
   QObject::connect(button_, &QPushButton::clicked, button_, [this] {
     // Its key presses a button without moving the focus there, but what was typed elsewhere has to be taken in first.
     if (button_->focusPolicy() != Qt::NoFocus) button_->setFocus(Qt::ShortcutFocusReason);
@@ -15,23 +15,8 @@ Button::Button(Container& parent, const char* name, const std::string& caption)
   SetCaption(caption);
 }
 
-std::string Button::Caption() const {
-  return caption_;
-}
-
-void Button::SetCaption(const std::string& caption) {
-  if (!Widget()) return;
-  caption_ = caption;
-  button_->setText(Readable(caption));
-  FitText();
-}
-
 void Button::Press() {
   if (Widget()) button_->click();
-}
-
-void Button::FitText() {
-  if (Widget()) FitCaption(button_, AskedSize(), [this](int width) { return button_->NeededHeight(width); });
 }
 
 }  // namespace win

@@ -48,17 +48,18 @@ int WrappedHeight(const QWidget* widget, const QString& text, int width) {
 
 }  // namespace
 
-void FitCaption(QWidget* widget, QSize asked, const std::function<int(int)>& neededHeight) {
-  if (asked.isEmpty()) return;
+void FitCaption(QWidget* widget, QSize asked) {
+  const auto* caption = dynamic_cast<const WrappingCaption*>(widget);
+  if (!caption || asked.isEmpty()) return;
   QFont usual = widget->parentWidget()->font();
   usual.setBold(widget->font().bold());
   if (widget->font() != usual) widget->setFont(usual);
-  int needed = neededHeight(asked.width());
+  int needed = caption->NeededHeight(asked.width());
   if (needed > asked.height()) {
-    const int most = asked.height() + RoomBelow(widget, QRect(widget->pos(), asked));
-    for (double scale = 1 - kFontStep; needed > most && scale >= kSmallestFont; scale -= kFontStep) {
+    const int available = asked.height() + RoomBelow(widget, QRect(widget->pos(), asked));
+    for (double scale = 1 - kFontStep; needed > available && scale >= kSmallestFont; scale -= kFontStep) {
       widget->setFont(Scaled(usual, scale));
-      needed = neededHeight(asked.width());
+      needed = caption->NeededHeight(asked.width());
     }
   }
   widget->resize(asked.width(), std::max(asked.height(), needed));

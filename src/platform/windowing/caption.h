@@ -4,19 +4,25 @@
 #include <QLabel>
 #include <QPushButton>
 
-#include <functional>
 
 namespace win {
 
-// Gives `widget` the height that its text needs at the width `asked`: more than asked when there is free room below it,
-// a smaller font when there is not. Less than `asked` it never is.
-void FitCaption(QWidget* widget, QSize asked, const std::function<int(int width)>& neededHeight);
+// A widget whose caption wraps.
+class WrappingCaption {
+ public:
+  virtual ~WrappingCaption() = default;
+  virtual int NeededHeight(int width) const = 0;
+};
+
+// Gives a widget whose caption wraps the height that it needs at the width `asked`: more than asked when there is free
+// room below it, a smaller font when there is not. Never lower than `asked`. Leaves any other widget as it is.
+void FitCaption(QWidget* widget, QSize asked);
 
 // Labels and buttons whose captions wrap; text without a blank breaks anywhere.
-class LabelWidget : public QLabel {
+class LabelWidget : public QLabel, public WrappingCaption {
  public:
   explicit LabelWidget(QWidget* parent);
-  int NeededHeight(int width) const;
+  int NeededHeight(int width) const override;
 
   // A text that is too long for one line is cut with dots instead of wrapped.
   void SetOneLine() { oneLine_ = true; }
@@ -28,19 +34,19 @@ class LabelWidget : public QLabel {
   bool oneLine_ = false;
 };
 
-class ButtonWidget : public QPushButton {
+class ButtonWidget : public QPushButton, public WrappingCaption {
  public:
   explicit ButtonWidget(QWidget* parent);
-  int NeededHeight(int width) const;
+  int NeededHeight(int width) const override;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
 };
 
-class CheckBoxWidget : public QCheckBox {
+class CheckBoxWidget : public QCheckBox, public WrappingCaption {
  public:
   explicit CheckBoxWidget(QWidget* parent);
-  int NeededHeight(int width) const;
+  int NeededHeight(int width) const override;
 
  protected:
   void paintEvent(QPaintEvent* event) override;

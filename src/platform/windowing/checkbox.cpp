@@ -6,21 +6,10 @@
 namespace win {
 
 CheckBox::CheckBox(Container& parent, const char* name, const std::string& caption)
-    : Control(name, new CheckBoxWidget(parent.Area())), box_(static_cast<CheckBoxWidget*>(Widget())) {
+    : CaptionedControl(name, new CheckBoxWidget(parent.Area())), box_(static_cast<CheckBoxWidget*>(Widget())) {
   // Only a person's click arrives here; the greyed state is left by it for good.
   QObject::connect(box_, &QCheckBox::clicked, box_, [this] { SetValue(value_ == 1 ? 0 : 1); });
   SetCaption(caption);
-}
-
-std::string CheckBox::Caption() const {
-  return caption_;
-}
-
-void CheckBox::SetCaption(const std::string& caption) {
-  if (!Widget()) return;
-  caption_ = caption;
-  box_->setText(Readable(caption));
-  FitText();
 }
 
 int CheckBox::Value() const {
@@ -37,10 +26,6 @@ bool CheckBox::SetValue(int value) {
   box_->setCheckState(kStates[value]);
   if (changed) Raise(Click);
   return true;
-}
-
-void CheckBox::FitText() {
-  if (Widget()) FitCaption(box_, AskedSize(), [this](int width) { return box_->NeededHeight(width); });
 }
 
 }  // namespace win

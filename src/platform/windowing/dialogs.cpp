@@ -2,7 +2,6 @@
 
 #include "platform/system/paths/paths.h"
 #include "platform/system/paths/program.h"
-#include "platform/windowing/boxes.h"
 #include "platform/windowing/qtsupport.h"
 #include "windowing/form.h"
 
@@ -15,8 +14,6 @@
 namespace win {
 
 namespace {
-
-constexpr int kButtons = 0x0F;  // the part of a style that names the buttons
 
 std::function<BoxAnswer(const Box&)> boxAnswerer;
 
@@ -36,7 +33,7 @@ QString TitleOf(const std::string& title) {
 }
 
 QMessageBox::StandardButtons ButtonsOf(int style) {
-  switch (style & kButtons) {
+  switch (ButtonsOfStyle(style)) {
     case kYesNo:
       return QMessageBox::Yes | QMessageBox::No;
     case kYesNoCancel:

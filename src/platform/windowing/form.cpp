@@ -16,13 +16,6 @@ namespace win {
 
 namespace {
 
-std::vector<Form*> openForms;
-std::function<void()> noFormLeft;
-
-void Forget(Form* form) {
-  if (std::erase(openForms, form) && openForms.empty() && noFormLeft) noFormLeft();
-}
-
 Qt::WindowFlags Flags(bool owned, bool titleBar) {
   const Qt::WindowFlags kind = owned ? Qt::Dialog : Qt::Window;
   if (!titleBar) return kind | Qt::FramelessWindowHint;
@@ -42,78 +35,7 @@ Qt::WindowStates Native(WindowState state) {
   return Qt::WindowNoState;
 }
 
-QList<QRect> Screens() {
-  QList<QRect> screens;
-  for (const QScreen* screen : QGuiApplication::screens())
-    screens.append(screen->availableGeometry());
-  return screens;
-}
-
-constexpr int kLongestAwait = 200;  // milliseconds
-constexpr int kAwaitPause = 5;      // milliseconds
-
-bool OnScreen(const FormImpl& form) {
-  const QWindow* window = form.window ? form.window->windowHandle() : nullptr;
-  return !window || !window->isVisible() || window->isExposed() || form.state == WindowState::kMinimized ||
-         form.shownSince.hasExpired(kLongestAwait);
-}
-
 }  // namespace
-
-FormImpl& FormImpl::Of(const Form& form) {
-  return *form.impl_;
-}
-
-std::shared_ptr<FormImpl> FormImpl::Share(const Form& form) {
-  return form.impl_;
-}
-
-void FormImpl::Place() {
-  QRect frame(window->pos(), window->size());
-  if (place)
-    frame.moveTopLeft(*place);
-  else if (owner && owner->isVisible())
-    frame.moveCenter(owner->frameGeometry().center());
-  else
-    frame.moveCenter(window->screen()->availableGeometry().center());
-  QPoint at = ReachablePlace(frame, Screens());
-  if (window->size() != window->FullSize()) {
-    // Cut to the height of the screen, it has its last row of controls there only when it hangs out nowhere.
-    const QRect screen = window->screen()->availableGeometry();
-    at = {std::clamp(at.x(), screen.left(), std::max(screen.left(), screen.right() + 1 - frame.width())), screen.top()};
-  }
-  window->move(at);
-}
-
-void FormImpl::StateChanged() {
-  if (window->isMinimized())
-    state = WindowState::kMinimized;
-  else
-    state = window->isMaximized() ? WindowState::kMaximized : WindowState::kNormal;
-}
-
-void FormImpl::EndModal() {
-  if (modalLoop) modalLoop->quit();
-}
-
-void SetNoFormLeft(std::function<void()> handler) {
-  noFormLeft = std::move(handler);
-}
-
-bool IsLoading(const Form& form) {
-  return FormImpl::Of(form).loading;
-}
-
-void AwaitShownForms() {
-  std::vector<std::shared_ptr<FormImpl>> shown;
-  for (const Form* form : openForms)
-    shown.push_back(FormImpl::Share(*form));
-  for (const auto& form : shown) {
-    if (!std::exchange(form->awaited, false)) continue;
-    while (form->alive && !OnScreen(*form))
-      RunEventsFor(kAwaitPause);
-  }
-}
 
 Form::Form(const char* name, double clientWidth, double clientHeight) : impl_(std::make_shared<FormImpl>(*this)) {
   impl_->name = name;
@@ -124,9 +46,8 @@ Form::Form(const char* name, double clientWidth, double clientHeight) : impl_(st
 Form::~Form() {
   impl_->alive = false;
   impl_->EndModal();
-  Forget(this);
+  ForgetForm(this);
   if (!impl_->window) return;
-  BlockInput(impl_->window, false);
   impl_->window->Detach();
   impl_->window->hide();
   impl_->window->deleteLater();
@@ -135,6 +56,7 @@ Form::~Form() {
 std::string Form::Name() const {
   return impl_->name;
 }
+
 std::string Form::Caption() const {
   return impl_->caption;
 }
@@ -148,7 +70,7 @@ void Form::EnsureLoaded() {
   if (impl_->loaded) return;
   const auto impl = impl_;
   impl->loaded = impl->loading = true;
-  openForms.push_back(this);
+  RememberForm(this);
   Raise(Load);
   impl->loading = false;
 }
@@ -169,6 +91,7 @@ void Form::Show(Form* owner) {
     if (!impl->placed) impl->Place();
     impl->placed = true;
     window.setWindowState(Native(impl->state));
+    window.BlockInput(!impl->enabled);  // in the native window that the flags may have made anew
     window.winId();  // makes the window, so that it can be given its owner before it shows
     // Window managers may hide a window along with an owner that is hidden itself.
     const bool ownerShows = owner && owner->Visible() && owner->State() != WindowState::kMinimized;
@@ -220,7 +143,7 @@ bool Form::Close(UnloadMode mode) {
   if (!impl->alive) return true;
   impl->loaded = impl->placed = false;
   Hide();
-  if (impl->alive) Forget(this);
+  if (impl->alive) ForgetForm(this);
   return true;
 }
 
@@ -230,7 +153,7 @@ bool Form::Enabled() const {
 
 void Form::SetEnabled(bool enabled) {
   impl_->enabled = enabled;
-  BlockInput(impl_->window, !enabled);
+  impl_->window->BlockInput(!enabled);
 }
 
 WindowState Form::State() const {
@@ -307,7 +230,7 @@ QMenuBar* Form::MenuBar() const {
 }
 
 std::vector<Form*> OpenForms() {
-  return openForms;
+  return LoadedForms();
 }
 
 }  // namespace win

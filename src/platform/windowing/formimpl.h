@@ -42,6 +42,15 @@ struct FormImpl {
   bool awaited = false;  // shown, not yet seen on the screen
 };
 
+// The loaded forms, the one loaded first at index 0.
+const std::vector<Form*>& LoadedForms();
+void RememberForm(Form* form);
+void ForgetForm(Form* form);
+
+// Waits until the forms shown last are on the screen, at most a short while: a display server draws no window before
+// that.
+void AwaitShownForms();
+
 // Called when the last loaded form has gone.
 void SetNoFormLeft(std::function<void()> handler);
 

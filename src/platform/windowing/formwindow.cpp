@@ -3,10 +3,13 @@
 #include "platform/windowing/formimpl.h"
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QCloseEvent>
+#include <QDropEvent>
 #include <QKeyEvent>
 #include <QScreen>
 #include <QStyle>
+#include <QWindow>
 
 #include <algorithm>
 
@@ -73,6 +76,23 @@ void FormWindow::Arrange() {
   const int barHeight = BarHeight();
   if (bar_) bar_->setGeometry(0, 0, width(), barHeight);
   scroll_->setGeometry(0, barHeight, width(), height() - barHeight);
+}
+
+void FormWindow::BlockInput(bool block) {
+  inputIsBlocked_ = block;
+  if (!block) return;
+  winId();  // makes the native window
+  windowHandle()->installEventFilter(this);
+  QWidget* popup = QApplication::activePopupWidget();
+  if (popup && isAncestorOf(popup)) popup->close();
+}
+
+// Input reaches the native window first: ahead of the widgets, the focus and the shortcuts.
+bool FormWindow::eventFilter(QObject*, QEvent* event) {
+  const bool isInput = event->isInputEvent() || dynamic_cast<QDropEvent*>(event) != nullptr;
+  if (!inputIsBlocked_ || !isInput) return false;
+  event->setAccepted(event->type() == QEvent::ShortcutOverride);  // taken as a key, so that no shortcut acts
+  return true;
 }
 
 void FormWindow::resizeEvent(QResizeEvent*) {

@@ -26,6 +26,10 @@ class FormWindow : public QWidget {
   // Gives the window its full size, or what of it the screen has room for.
   void FitToScreen();
 
+  // Keeps a person's input from the window, its menus and their shortcuts included. Unlike a disabled widget it looks
+  // as before and keeps its focus.
+  void BlockInput(bool block);
+
   void Detach() { form_ = nullptr; }  // the form is gone, the window about to be
 
  protected:
@@ -33,6 +37,7 @@ class FormWindow : public QWidget {
   void changeEvent(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  bool eventFilter(QObject* window, QEvent* event) override;
 
  private:
   int BarHeight() const;
@@ -42,18 +47,10 @@ class FormWindow : public QWidget {
   QScrollArea* scroll_;
   QFrame* client_;
   QMenuBar* bar_ = nullptr;
+  bool inputIsBlocked_ = false;
 };
 
 // The place nearest to `frame` at which enough of its title bar lies on a screen for a hand to move the window.
 QPoint ReachablePlace(const QRect& frame, const QList<QRect>& screens);
-
-// Keeps a person's input from the window and from all that hangs on it, its menus and their shortcuts included. Unlike
-// a disabled widget it looks as before and keeps its focus.
-void BlockInput(QWidget* window, bool block);
-bool InputIsBlocked(const QObject* receiver, QEvent::Type type);
-
-// Waits until the forms shown last are on the screen, at most a short while: a display server draws no window before
-// that.
-void AwaitShownForms();
 
 }  // namespace win

@@ -28,12 +28,12 @@ class ListView : public QListView {
 
   void mouseReleaseEvent(QMouseEvent* event) override {
     QListView::mouseReleaseEvent(event);
-    if (event->button() == Qt::LeftButton) Tell(indexAt(event->pos()).isValid());
+    if (event->button() == Qt::LeftButton) Report(indexAt(event->pos()).isValid());
   }
 
   void keyPressEvent(QKeyEvent* event) override {
     QListView::keyPressEvent(event);
-    Tell(false);
+    Report(false);
   }
 
   void focusInEvent(QFocusEvent* event) override {
@@ -44,7 +44,7 @@ class ListView : public QListView {
   }
 
  private:
-  void Tell(bool clickedRow) {
+  void Report(bool clickedRow) {
     const auto handler = acted;
     if (handler) handler(clickedRow);
   }

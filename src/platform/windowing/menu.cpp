@@ -101,10 +101,6 @@ void Menu::PopupAtCursor() {
   menu_->exec(QCursor::pos());
 }
 
-void Menu::AddSeparator() {
-  menu_->addSeparator();
-}
-
 QMenu* Menu::Native() const {
   return menu_;
 }

@@ -15,12 +15,6 @@ Slider::Slider(Container& parent, const char* name)
   QObject::connect(slider_, &QSlider::valueChanged, slider_, [this] { Raise(Change); });
 }
 
-int Slider::Min() const {
-  return Widget() ? slider_->minimum() : 0;
-}
-int Slider::Max() const {
-  return Widget() ? slider_->maximum() : 0;
-}
 int Slider::Value() const {
   return Widget() ? slider_->value() : 0;
 }

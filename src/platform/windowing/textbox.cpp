@@ -112,11 +112,6 @@ void TextBox::ApplyLock() {
   if (page_ && Widget()) page_->setReadOnly(readOnly);
 }
 
-void TextBox::SelectAll() {
-  if (line_ && Widget()) line_->selectAll();
-  if (page_ && Widget()) page_->selectAll();
-}
-
 void TextBox::TextChanged() {
   if (setting_) return;
   edited_ = true;

@@ -31,18 +31,6 @@ Timer::Timer(int intervalMilliseconds, bool enabled) : impl_(std::make_unique<Im
 
 Timer::~Timer() = default;
 
-int Timer::Interval() const {
-  return impl_->timer.interval();
-}
-
-void Timer::SetInterval(int milliseconds) {
-  impl_->timer.setInterval(milliseconds);
-  if (milliseconds == 0)
-    impl_->timer.stop();
-  else if (impl_->enabled && !impl_->timer.isActive())
-    impl_->timer.start();
-}
-
 bool Timer::Enabled() const {
   return impl_->enabled;
 }
@@ -52,7 +40,7 @@ void Timer::SetEnabled(bool enabled) {
   impl_->enabled = enabled;
   if (!enabled)
     impl_->timer.stop();
-  else if (Interval() > 0)
+  else
     impl_->timer.start();
 }
 

@@ -45,13 +45,13 @@ class Tree : public QTreeWidget {
     QTreeWidget::mouseReleaseEvent(event);
     if (event->button() == Qt::LeftButton && under && under == currentItem() &&
         visualItemRect(under).contains(event->pos()))
-      Tell(under);
+      Report(under);
   }
 
   void keyPressEvent(QKeyEvent* event) override {
     const QTreeWidgetItem* before = currentItem();
     QTreeWidget::keyPressEvent(event);
-    if (currentItem() && currentItem() != before) Tell(currentItem());
+    if (currentItem() && currentItem() != before) Report(currentItem());
   }
 
   void focusInEvent(QFocusEvent* event) override {
@@ -61,7 +61,7 @@ class Tree : public QTreeWidget {
   }
 
  private:
-  void Tell(const QTreeWidgetItem* item) {
+  void Report(const QTreeWidgetItem* item) {
     const auto handler = chosen;
     if (handler) handler(KeyOf(item));
   }
@@ -165,17 +165,6 @@ bool TreeView::SetBold(const std::string& key, bool bold) {
   font.setBold(bold);
   item->setFont(0, font);
   return true;
-}
-
-bool TreeView::Expanded(const std::string& key) const {
-  const QTreeWidgetItem* item = Find(key);
-  return item && item->isExpanded();
-}
-
-bool TreeView::SetExpanded(const std::string& key, bool expanded) {
-  QTreeWidgetItem* item = Find(key);
-  if (item) item->setExpanded(expanded);
-  return item != nullptr;
 }
 
 std::string TreeView::FullPath(const std::string& key) const {

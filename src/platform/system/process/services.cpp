@@ -7,14 +7,12 @@
 namespace win {
 namespace {
 
-constexpr int kButtons = 7;  // the part of a style that names the buttons
-
 // A call in progress keeps the services it runs in: an event may replace them.
 using Held = std::shared_ptr<const WindowServices>;
 Held installed = std::make_shared<WindowServices>();
 
 Answer SayOnStandardError(const std::string& text, int style) {
-  const bool question = (style & kButtons) != kOkOnly;
+  const bool question = ButtonsOfStyle(style) != kOkOnly;
   std::fprintf(stderr, question ? "%s (taken as No)\n" : "%s\n", text.c_str());
   return question ? Answer::kNo : Answer::kOk;
 }

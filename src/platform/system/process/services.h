@@ -16,6 +16,11 @@ constexpr int kYesNoCancel = 3;
 constexpr int kYesNo = 4;
 constexpr int kCritical = 16;
 
+// The part of a style that names the buttons: kOkOnly, kYesNoCancel or kYesNo.
+constexpr int ButtonsOfStyle(int style) {
+  return style & 0x0F;
+}
+
 enum class Answer { kOk = 1, kCancel = 2, kYes = 6, kNo = 7 };
 
 // `title` empty: the program's title. Without a window: Ok, or No to a question.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "windowing/control.h"
+#include "windowing/captioned.h"
 
 #include <functional>
 #include <string>
@@ -10,12 +10,9 @@ namespace win {
 class CheckBoxWidget;
 
 // A check box with the values 0 cleared, 1 ticked, 2 greyed. A person's click goes between 0 and 1.
-class CheckBox : public Control {
+class CheckBox : public CaptionedControl {
  public:
   CheckBox(Container& parent, const char* name, const std::string& caption = "");
-
-  std::string Caption() const;
-  void SetCaption(const std::string& caption);
 
   int Value() const;
 
@@ -25,9 +22,7 @@ class CheckBox : public Control {
   std::function<void()> Click;
 
  private:
-  void FitText() override;
   CheckBoxWidget* box_;
-  std::string caption_;
   int value_ = 0;
 };
 

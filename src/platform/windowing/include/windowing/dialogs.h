@@ -10,6 +10,9 @@ namespace win {
 
 class Form;
 
+// Message box and input box on the screen, or answered by what AnswerBoxesWith has set.
+WindowServices BoxServices();
+
 // A folder chosen by a person, as a Windows path without a separator added; empty when the box was cancelled.
 std::string BrowseForFolder(Form* owner, const std::string& title);
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "windowing/control.h"
+#include "windowing/captioned.h"
 
 #include <string>
 
@@ -9,19 +9,15 @@ namespace win {
 class LabelWidget;
 
 // A text that wraps at its width. It becomes higher than it was made when its text needs that.
-class Label : public Control {
+class Label : public CaptionedControl {
  public:
   Label(Container& parent, const char* name, const std::string& caption = "");
 
-  std::string Caption() const;
-  void SetCaption(const std::string& caption);
   void SetBold(bool bold);
   void SetCentered(bool centered);
 
  private:
-  void FitText() override;
   LabelWidget* label_;
-  std::string caption_;
 };
 
 }  // namespace win

@@ -50,7 +50,6 @@ class Menu : public MenuEntry {
 
   // Opens the menu at the cursor and returns when it has been closed; the clicked row's Click has then been raised.
   void PopupAtCursor();
-  void AddSeparator();
 
   QMenu* Native() const;  // for this layer and its tests
 

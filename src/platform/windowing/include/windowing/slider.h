@@ -14,8 +14,6 @@ class Slider : public Control {
  public:
   Slider(Container& parent, const char* name);
 
-  int Min() const;
-  int Max() const;
   int Value() const;
   void SetRange(int min, int max);  // `max` below `min` counts as `min`
   void SetValue(int value);         // kept within the range

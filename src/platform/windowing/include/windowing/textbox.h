@@ -22,7 +22,6 @@ class TextBox : public Control {
   std::string Text() const;
   void SetText(const std::string& text);  // raises Change when the text is another
   void SetLocked(bool locked);            // can be read and copied, not changed
-  void SelectAll();
 
   std::function<void()> Change;
 

@@ -5,8 +5,7 @@
 
 namespace win {
 
-// Raises Tick again and again while it is enabled. Disabling and enabling starts the interval anew; an interval of 0
-// never ticks.
+// Raises Tick again and again while it is enabled. Disabling and enabling starts the interval anew.
 class Timer {
  public:
   explicit Timer(int intervalMilliseconds, bool enabled = false);
@@ -14,8 +13,6 @@ class Timer {
   Timer(const Timer&) = delete;
   Timer& operator=(const Timer&) = delete;
 
-  int Interval() const;
-  void SetInterval(int milliseconds);
   bool Enabled() const;
   void SetEnabled(bool enabled);
 

@@ -29,8 +29,6 @@ class TreeView : public Control {
   bool SetKey(const std::string& key, const std::string& newKey);  // false when the new key belongs to another node
   bool Bold(const std::string& key) const;
   bool SetBold(const std::string& key, bool bold);
-  bool Expanded(const std::string& key) const;
-  bool SetExpanded(const std::string& key, bool expanded);
 
   // The texts from the root down to the node, joined by the path separator.
   std::string FullPath(const std::string& key) const;
