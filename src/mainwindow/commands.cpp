@@ -55,7 +55,7 @@ RunHooks FrmMain::MakeRunHooks() {
     mnuFileHide_Click();
   };
   hooks.restoreWindow = [this] {
-    if (!Loaded()) return;  // closed from the tray meanwhile
+    if (!Loaded()) return;  // closed from the tray during the run
     SetVisible(wasVisible_);
     SetState(stateBefore_);
   };

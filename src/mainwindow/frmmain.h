@@ -35,7 +35,7 @@ class FrmMain : public win::Form {
   ~FrmMain() override;
 
   // Makes row `index` of InstallList the selected install and builds everything anew; an index outside the list leaves
-  // none selected. Unless `quiet`, the busy window is up meanwhile.
+  // none selected. Unless `quiet`, the busy window is up while that takes.
   void activatebz2(int index, bool quiet);
 
   void LoadBZ2List();
@@ -47,8 +47,8 @@ class FrmMain : public win::Form {
 
   MainMenu menu;
   HiddenMenu hidden;
-  win::TreeView SettingTree;
-  win::TextBox txtActivePage;
+  win::TreeView SettingTree{*this, "SettingTree"};
+  win::TextBox txtActivePage{*this, "txtActivePage"};
   FrmMod modPage;
   FrmMap mapPage;
   FrmCmdLine cmdLinePage;
@@ -57,9 +57,9 @@ class FrmMain : public win::Form {
   FrmBZ2Config1_3 config13Page;
   FrmExtras extrasPage;
   win::Label lblNoBZ2Dir;
-  win::Label lblBZ2LocVer;
-  win::Button cmdLaunchBZ2;
-  win::StatusBar StatusBar1;
+  win::Label lblBZ2LocVer{*this, "lblBZ2LocVer"};
+  win::Button cmdLaunchBZ2{*this, "cmdLaunchBZ2", "Launch"};
+  win::StatusBar StatusBar1{*this, "StatusBar1"};
   win::ImageList imglstIcon;
   win::ImageList imglstnomap;
   Tray tray;
@@ -113,8 +113,8 @@ class FrmMain : public win::Form {
   RunHooks MakeRunHooks();
   std::function<void()> MakeReload();
 
-  // A launch, or a load of the catalogues, is under way. Events run meanwhile and the tray's menu works: what it asks
-  // for is passed over when it would change the install, or its lists, under that work.
+  // A launch, or a load of the catalogues, is under way. Events run during it and the tray's menu works: a request that
+  // would change the install or its lists is ignored.
   bool IsBusy() const { return running_ || !Enabled(); }
 
   frmSplash& busy_;

@@ -19,12 +19,7 @@ const char* LaunchCaption(std::int32_t state) {
 
 }  // namespace
 
-FrmMod::FrmMod(win::Container& parent, ModPageHost host)
-    : frmMod(parent, "frmMod"),
-      txtModDesc(frmMod, "txtModDesc", win::TextBoxStyle::kMultiLine),
-      picModPic(frmMod, "picModPic"),
-      lstmods(frmMod, "lstmods", win::ListStyle::kSorted),
-      host_(std::move(host)) {
+FrmMod::FrmMod(win::Container& parent, ModPageHost host) : frmMod(parent, "frmMod"), host_(std::move(host)) {
   frmMod.Move(2280, 480, 5520, 4890);
   txtModDesc.Move(240, 360, 5010, kHeightWithPicture);
   txtModDesc.SetLocked(true);
@@ -59,9 +54,7 @@ void FrmMod::SelectFirstRow() {
     lstmods.SetListIndex(0);
 }
 
-int FrmMod::SelectedMod() const {
-  return lstmods.ListIndex() < 0 ? -1 : lstmods.ItemData(lstmods.ListIndex());
-}
+int FrmMod::SelectedMod() const { return lstmods.ListIndex() < 0 ? -1 : lstmods.ItemData(lstmods.ListIndex()); }
 
 void FrmMod::lstmods_Click() {
   const int index = SelectedMod();
@@ -96,8 +89,7 @@ void FrmMod::ShowMod(const ModEntry& mod) {
   host_.keepModNodes(mod.Standard);
 }
 
-// Nothing makes the box visible again: players know the page that way, and the text has the room that the picture
-// leaves.
+// Once hidden the box stays hidden; the height of the text alone follows the picture.
 void FrmMod::ShowPicture(const ModEntry& mod) {
   const std::string file = ModPicture(mod);
   txtModDesc.SetHeight(file.empty() ? kHeightAlone : kHeightWithPicture);

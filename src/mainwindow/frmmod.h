@@ -20,7 +20,7 @@ struct ModPageHost {
   std::function<void(bool enabled)> enableEdit;
   std::function<void(bool bold)> markMods;         // the node of the mod page
   std::function<void(bool present)> keepModNodes;  // the map and command-line nodes
-  std::function<void()> followMod;                 // the map page shows what goes with the selected mod
+  std::function<void()> followMod;                 // the map page shows the maps of the selected mod
 };
 
 // The page that the program opens on: the list of mods, and what hangs on the selected one.
@@ -41,9 +41,9 @@ class FrmMod {
   std::vector<win::Control*> Controls() { return {&txtModDesc, &picModPic, &lstmods}; }
 
   win::Frame frmMod;
-  win::TextBox txtModDesc;
-  win::PictureBox picModPic;
-  win::ListBox lstmods;
+  win::TextBox txtModDesc{frmMod, "txtModDesc", win::TextBoxStyle::kMultiLine};
+  win::PictureBox picModPic{frmMod, "picModPic"};
+  win::ListBox lstmods{frmMod, "lstmods", win::ListStyle::kSorted};
 
  private:
   void AddRow(const std::string& text, std::int32_t data);

@@ -77,7 +77,7 @@ void FrmMain::ShowTrayState() {
 }
 
 void FrmMain::HideStatusBarAtLoad() {
-  // Showing a window that has been unloaded meanwhile would load it anew.
+  // Showing a window that has been unloaded would load it anew.
   if (ReadOption("StatusBar") == "On" || !Loaded()) return;
   Show();
   win::DoEvents();

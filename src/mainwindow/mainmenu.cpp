@@ -18,9 +18,7 @@ std::string Literal(const std::string& text) {
 }
 
 // An empty store leaves the list as it was, and the menus without rows.
-std::size_t ListedInstalls() {
-  return StoredInstallPath(0).empty() ? 0 : InstallList.size();
-}
+std::size_t ListedInstalls() { return StoredInstallPath(0).empty() ? 0 : InstallList.size(); }
 
 void UnloadInstallRows(MainMenu& menu, HiddenMenu& hidden) {
   menu.mnuBZ2Sel.UnloadAll();
@@ -49,35 +47,13 @@ void AddInstallRow(MainMenu& menu, HiddenMenu& hidden, int index) {
 
 MainMenu::MainMenu(win::Form& form)
     : mnuFile(form, "mnuFile", "&Varnik"),
-      mnuFileNew(mnuFile, "mnuFileNew", "&New MOD File"),
-      mnuFileEdit(mnuFile, "mnuFileEdit", "&Edit MOD File"),
-      mnuFileSpacer(mnuFile, "mnuFileSpacer"),
-      mnuOptions(mnuFile, "mnuOptions", "&Options"),
-      mnuShowTray(mnuFile, "mnuShowTray", "&Show Tray Icon"),
-      mnuFileHide(mnuFile, "mnuFileHide", "&Hide Main Window"),
-      mnuFileClose(mnuFile, "mnuFileClose", "&Close Varnik"),
       mnuBZ2Dir(form, "mnuBZ2Dir", "&BZ2 Directory"),
-      mnuBZ2Sel(mnuBZ2Dir, "mnuBZ2Sel", "<BZ2 Dir Sel>"),
-      mnubz2reload(mnuBZ2Dir, "mnubz2reload", "&Reload Current"),
-      mnuBZ2DirSpacer(mnuBZ2Dir, "mnuBZ2DirSpacer"),
-      mnuBZ2DirAddRem(mnuBZ2Dir, "mnuBZ2DirAddRem", "&Add/Remove BZ2 Directory"),
       mnuEmergency(form, "mnuEmergency", "&Emergency"),
-      mnuEmergencyDeactivate(mnuEmergency, "mnuEmergencyDeactivate", "&Force Deactivate Selected Mod"),
-      mnuHelp(form, "mnuHelp", "&Help"),
-      mnuHelpAbout(mnuHelp, "mnuHelpAbout", "&About") {
+      mnuHelp(form, "mnuHelp", "&Help") {
   mnubz2reload.SetShortcut("F5");
 }
 
-HiddenMenu::HiddenMenu()
-    : mnuHidden("mnuHidden", "Hidden"),
-      mnuVarnikOpenH(mnuHidden, "mnuVarnikOpenH", "Open Varnik Window"),
-      mnuBZ2DirH(mnuHidden, "mnuBZ2DirH", "Battlezone II Directory"),
-      mnuBZ2SelH(mnuBZ2DirH, "mnuBZ2SelH", "<BZ2 Dir Sel>"),
-      mnubz2hreload(mnuBZ2DirH, "mnubz2hreload", "Reload Current"),
-      mnuRunModH(mnuHidden, "mnuRunModH", "Run Mod"),
-      mnuRunModHBZ2(mnuRunModH, "mnuRunModHBZ2", ""),
-      mnuModH(mnuRunModH, "mnuModH", "<No Mod>"),
-      mnuCloseH(mnuHidden, "mnuCloseH", "Close Varnik") {
+HiddenMenu::HiddenMenu() {
   mnuRunModHBZ2.SetEnabled(false);
   mnuModH[0].SetTag("-1");
   mnuRunModH.SetVisible(false);

@@ -9,7 +9,7 @@ namespace {
 struct Node {
   const char* key;
   const char* caption;
-  const char* relative;  // nullptr: a root, placed behind the root in `next` when it comes back
+  const char* relative;  // nullptr: a root, placed after the root in `next` when it is added again
   const char* next;
 };
 

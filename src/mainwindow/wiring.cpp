@@ -30,8 +30,6 @@ auto UnlessPlaying(Action action) {
 FrmMain::FrmMain(frmSplash& busy)
     : Form("frmMain", 7890, 6600),
       menu(*this),
-      SettingTree(*this, "SettingTree"),
-      txtActivePage(*this, "txtActivePage"),
       modPage(*this, MakeModPageHost()),
       mapPage(*this, MakeMapPageHost()),
       cmdLinePage(*this, [this] { mapPage.txtMapFileName_LostFocus(); }),
@@ -41,9 +39,6 @@ FrmMain::FrmMain(frmSplash& busy)
       config13Page(*this),
       extrasPage(*this, [this](const std::string& hint) { StatusBar1.SetPanelText(1, hint); }),
       lblNoBZ2Dir(*this, "lblNoBZ2Dir", kNoInstall),
-      lblBZ2LocVer(*this, "lblBZ2LocVer"),
-      cmdLaunchBZ2(*this, "cmdLaunchBZ2", "Launch"),
-      StatusBar1(*this, "StatusBar1"),
       tray(
           hidden.mnuHidden, [this] { OpenWindow(); }, [this] { PopupHiddenMenu(); }),
       busy_(busy),
@@ -56,9 +51,7 @@ FrmMain::FrmMain(frmSplash& busy)
   SetMapPageRefresh([this] { mapPage.lstmap_Click(); });
 }
 
-FrmMain::~FrmMain() {
-  SetMapPageRefresh({});
-}
+FrmMain::~FrmMain() { SetMapPageRefresh({}); }
 
 void FrmMain::PlaceControls() {
   SettingTree.Move(120, 120, 2040, 5280);

@@ -7,22 +7,7 @@
 
 namespace varnik {
 
-FrmCmdLine::FrmCmdLine(win::Container& parent, std::function<void()> mapNameLeft)
-    : frmCmdLine(parent, "frmCmdLine"),
-      lstCmdLine(frmCmdLine, "lstCmdLine", win::ListStyle::kCheckBoxes),
-      lblCMDReset(frmCmdLine, "lblCMDReset",
-                  "Command line option changes stay set until Varnik is restarted, you click on the button below, or "
-                  "you change BZ2 locations."),
-      cmdCMDReset(frmCmdLine, "cmdCMDReset", "Reset Defaults"),
-      lblCmdLine(frmCmdLine, "lblCmdLine",
-                 "Manual Edit of Listbox Options. Note: Changes will be lost if you select/deselect/change options "
-                 "above after making changes here."),
-      txtCmdLine(frmCmdLine, "txtCmdLine"),
-      lblMapName(frmCmdLine, "lblMapName",
-                 "Map File Name, must end with .bzn or .trn, affected by selecting from the map list. Must be valid "
-                 "for /edit to be applied."),
-      txtMapFileName(frmCmdLine, "txtMapFileName"),
-      chkCMDEdit(frmCmdLine, "chkCMDEdit", "/edit") {
+FrmCmdLine::FrmCmdLine(win::Container& parent, std::function<void()> mapNameLeft) : frmCmdLine(parent, "frmCmdLine") {
   PlaceControls();
   lstCmdLine.Click = [this] { lstCmdLine_Click(); };
   cmdCMDReset.Click = [this] { populatecmdlinelist(); };

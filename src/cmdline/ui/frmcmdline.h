@@ -18,7 +18,7 @@ namespace varnik {
 // it.
 class FrmCmdLine {
  public:
-  // `mapNameLeft` is told when the box for the map's name loses the focus.
+  // `mapNameLeft` is called when the box for the map's name loses the focus.
   FrmCmdLine(win::Container& parent, std::function<void()> mapNameLeft);
 
   // Fills the list from the option file of the selected install, else of the program; hand edits are lost.
@@ -35,14 +35,23 @@ class FrmCmdLine {
   }
 
   win::Frame frmCmdLine;
-  win::ListBox lstCmdLine;
-  win::Label lblCMDReset;
-  win::Button cmdCMDReset;
-  win::Label lblCmdLine;
-  win::TextBox txtCmdLine;
-  win::Label lblMapName;
-  win::TextBox txtMapFileName;
-  win::CheckBox chkCMDEdit;
+  win::ListBox lstCmdLine{frmCmdLine, "lstCmdLine", win::ListStyle::kCheckBoxes};
+  win::Label lblCMDReset{
+      frmCmdLine, "lblCMDReset",
+      "Command line option changes stay set until Varnik is restarted, you click on the button below, or "
+      "you change BZ2 locations."};
+  win::Button cmdCMDReset{frmCmdLine, "cmdCMDReset", "Reset Defaults"};
+  win::Label lblCmdLine{
+      frmCmdLine, "lblCmdLine",
+      "Manual Edit of Listbox Options. Note: Changes will be lost if you select/deselect/change options "
+      "above after making changes here."};
+  win::TextBox txtCmdLine{frmCmdLine, "txtCmdLine"};
+  win::Label lblMapName{
+      frmCmdLine, "lblMapName",
+      "Map File Name, must end with .bzn or .trn, affected by selecting from the map list. Must be valid "
+      "for /edit to be applied."};
+  win::TextBox txtMapFileName{frmCmdLine, "txtMapFileName"};
+  win::CheckBox chkCMDEdit{frmCmdLine, "chkCMDEdit", "/edit"};
 
  private:
   void PlaceControls();

@@ -19,21 +19,7 @@ constexpr int kEnter = 13;
 }  // namespace
 
 FrmCMDLineEdit::FrmCMDLineEdit(win::Container& parent, OptionEditHost host)
-    : frmCMDLineEdit(parent, "frmCMDLineEdit"),
-      lblEditCMD(frmCMDLineEdit, "lblEditCMD", "Command Line Parameter List. Use checkboxes to select defaults:"),
-      lstCmdLineParam(frmCMDLineEdit, "lstCmdLineParam", win::ListStyle::kCheckBoxes),
-      cmdMoveUp(frmCMDLineEdit, "cmdMoveUp", "Move Up"),
-      cmdMoveDown(frmCMDLineEdit, "cmdMoveDown", "Move Down"),
-      cmdAdd(frmCMDLineEdit, "cmdAdd", "Add"),
-      cmdRemove(frmCMDLineEdit, "cmdRemove", "Remove"),
-      lblChangeParam(frmCMDLineEdit, "lblChangeParam",
-                     "You can change the parameter below. A : in the parameter adds a configurable sub-parameter, the "
-                     "default for which should be entered in after the :"),
-      txtCmdEdit(frmCMDLineEdit, "txtCmdEdit"),
-      cmdSaveChanges(frmCMDLineEdit, "cmdSaveChanges", "Save Changes"),
-      cmdSaveFile(frmCMDLineEdit, "cmdSaveFile", "Save File"),
-      cmdDeleteCustom(frmCMDLineEdit, "cmdDeleteCustom", "Delete Custom"),
-      host_(std::move(host)) {
+    : frmCMDLineEdit(parent, "frmCMDLineEdit"), host_(std::move(host)) {
   PlaceControls();
   WireControls();
 }
@@ -133,9 +119,7 @@ void FrmCMDLineEdit::lstCmdLineParam_Click() {
   ParamDirty = false;  // also when the box held just this text already
 }
 
-void FrmCMDLineEdit::txtCmdEdit_Change() {
-  ParamDirty = txtCmdEdit.Text() != lstCmdLineParam.List(ParamIndex);
-}
+void FrmCMDLineEdit::txtCmdEdit_Change() { ParamDirty = txtCmdEdit.Text() != lstCmdLineParam.List(ParamIndex); }
 
 void FrmCMDLineEdit::cmdSaveChanges_Click() {
   if (ParamDirty) ListDirty = true;

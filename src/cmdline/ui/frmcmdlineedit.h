@@ -36,17 +36,21 @@ class FrmCMDLineEdit {
   std::vector<win::Control*> Controls();
 
   win::Frame frmCMDLineEdit;
-  win::Label lblEditCMD;
-  win::ListBox lstCmdLineParam;
-  win::Button cmdMoveUp;
-  win::Button cmdMoveDown;
-  win::Button cmdAdd;
-  win::Button cmdRemove;
-  win::Label lblChangeParam;
-  win::TextBox txtCmdEdit;
-  win::Button cmdSaveChanges;
-  win::Button cmdSaveFile;
-  win::Button cmdDeleteCustom;
+  win::Label lblEditCMD{frmCMDLineEdit, "lblEditCMD",
+                        "Command Line Parameter List. Use checkboxes to select defaults:"};
+  win::ListBox lstCmdLineParam{frmCMDLineEdit, "lstCmdLineParam", win::ListStyle::kCheckBoxes};
+  win::Button cmdMoveUp{frmCMDLineEdit, "cmdMoveUp", "Move Up"};
+  win::Button cmdMoveDown{frmCMDLineEdit, "cmdMoveDown", "Move Down"};
+  win::Button cmdAdd{frmCMDLineEdit, "cmdAdd", "Add"};
+  win::Button cmdRemove{frmCMDLineEdit, "cmdRemove", "Remove"};
+  win::Label lblChangeParam{
+      frmCMDLineEdit, "lblChangeParam",
+      "You can change the parameter below. A : in the parameter adds a configurable sub-parameter, the "
+      "default for which should be entered in after the :"};
+  win::TextBox txtCmdEdit{frmCMDLineEdit, "txtCmdEdit"};
+  win::Button cmdSaveChanges{frmCMDLineEdit, "cmdSaveChanges", "Save Changes"};
+  win::Button cmdSaveFile{frmCMDLineEdit, "cmdSaveFile", "Save File"};
+  win::Button cmdDeleteCustom{frmCMDLineEdit, "cmdDeleteCustom", "Delete Custom"};
 
  private:
   void PlaceControls();

@@ -8,22 +8,7 @@
 
 namespace varnik {
 
-frmNewMod::frmNewMod(std::function<void()> reloadInstall)
-    : Form("frmNewMod", 8400, 6600),
-      lstFile(*this, "lstFile"),
-      cmdAdd(*this, "cmdAdd", "&Add"),
-      cmdRemove(*this, "cmdRemove", "&Remove"),
-      cmdMoveUp(*this, "cmdMoveUp", "Move &Up"),
-      cmdMoveDown(*this, "cmdMoveDown", "Move &Down"),
-      cmbCmd(*this, "cmbCmd"),
-      lblHelpCmd(*this, "lblHelpCmd"),
-      cmbParam(*this, "cmbParam"),
-      txtParam(*this, "txtParam"),
-      lblParamInfo(*this, "lblParamInfo", "Paramater Notes: "),
-      lblHelpParam(*this, "lblHelpParam"),
-      chkLock(*this, "chkLock", "Lock(Can't be edited further without notepad)"),
-      cmdSave(*this, "cmdSave", "&Save"),
-      cmdCancel(*this, "cmdCancel", "&Cancel") {
+frmNewMod::frmNewMod(std::function<void()> reloadInstall) : Form("frmNewMod", 8400, 6600) {
   SetCaption("Create New Mod File");
   PlaceControls();
   WireControls();

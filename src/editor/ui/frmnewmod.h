@@ -23,20 +23,20 @@ class frmNewMod : public win::Form {
   // Shows the rows of a definition file.
   void loadmod(const std::string& path);
 
-  win::ListBox lstFile;
-  win::Button cmdAdd;
-  win::Button cmdRemove;
-  win::Button cmdMoveUp;
-  win::Button cmdMoveDown;
-  win::ComboBox cmbCmd;
-  win::Label lblHelpCmd;
-  win::ComboBox cmbParam;
-  win::TextBox txtParam;
-  win::Label lblParamInfo;
-  win::Label lblHelpParam;
-  win::CheckBox chkLock;
-  win::Button cmdSave;
-  win::Button cmdCancel;
+  win::ListBox lstFile{*this, "lstFile"};
+  win::Button cmdAdd{*this, "cmdAdd", "&Add"};
+  win::Button cmdRemove{*this, "cmdRemove", "&Remove"};
+  win::Button cmdMoveUp{*this, "cmdMoveUp", "Move &Up"};
+  win::Button cmdMoveDown{*this, "cmdMoveDown", "Move &Down"};
+  win::ComboBox cmbCmd{*this, "cmbCmd"};
+  win::Label lblHelpCmd{*this, "lblHelpCmd"};
+  win::ComboBox cmbParam{*this, "cmbParam"};
+  win::TextBox txtParam{*this, "txtParam"};
+  win::Label lblParamInfo{*this, "lblParamInfo", "Paramater Notes: "};
+  win::Label lblHelpParam{*this, "lblHelpParam"};
+  win::CheckBox chkLock{*this, "chkLock", "Lock(Can't be edited further without notepad)"};
+  win::Button cmdSave{*this, "cmdSave", "&Save"};
+  win::Button cmdCancel{*this, "cmdCancel", "&Cancel"};
 
  private:
   void PlaceControls();

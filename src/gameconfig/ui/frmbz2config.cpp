@@ -4,13 +4,7 @@
 
 namespace varnik {
 
-FrmBZ2Config::FrmBZ2Config(win::Container& parent)
-    : frmBZ2Config(parent, "frmBZ2Config"),
-      chkdarkPlants(frmBZ2Config, "chkdarkPlants", "Automatically darken the ground under trees"),
-      lblSettingsWarning(frmBZ2Config, "lblSettingsWarning",
-                         "Warning: this page changes the game's own configuration file. Editing configuration files by "
-                         "hand may keep the game from starting; keep a copy of a file before you do."),
-      cmdCfgApply(frmBZ2Config, "cmdCfgApply", "Apply") {
+FrmBZ2Config::FrmBZ2Config(win::Container& parent) : frmBZ2Config(parent, "frmBZ2Config") {
   frmBZ2Config.Move(2280, 360, 5520, 5010);
   chkdarkPlants.Move(240, 420, 5040, 315);
   lblSettingsWarning.Move(240, 960, 5040, 840);
@@ -18,8 +12,6 @@ FrmBZ2Config::FrmBZ2Config(win::Container& parent)
   cmdCfgApply.Click = [this] { ApplyDarkPlants(chkdarkPlants.Value() != 0); };
 }
 
-void FrmBZ2Config::LoadSettings() {
-  chkdarkPlants.SetValue(ReadDarkPlants());
-}
+void FrmBZ2Config::LoadSettings() { chkdarkPlants.SetValue(ReadDarkPlants()); }
 
 }  // namespace varnik

@@ -21,9 +21,12 @@ class FrmBZ2Config {
   std::vector<win::Control*> Controls() { return {&chkdarkPlants, &cmdCfgApply}; }
 
   win::Frame frmBZ2Config;
-  win::CheckBox chkdarkPlants;
-  win::Label lblSettingsWarning;
-  win::Button cmdCfgApply;
+  win::CheckBox chkdarkPlants{frmBZ2Config, "chkdarkPlants", "Automatically darken the ground under trees"};
+  win::Label lblSettingsWarning{
+      frmBZ2Config, "lblSettingsWarning",
+      "Warning: this page changes the game's own configuration file. Editing configuration files by "
+      "hand may keep the game from starting; keep a copy of a file before you do."};
+  win::Button cmdCfgApply{frmBZ2Config, "cmdCfgApply", "Apply"};
 };
 
 }  // namespace varnik

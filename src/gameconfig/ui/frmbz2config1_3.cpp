@@ -5,27 +5,7 @@
 
 namespace varnik {
 
-FrmBZ2Config1_3::FrmBZ2Config1_3(win::Container& parent)
-    : frmBZ2Config1_3(parent, "frmBZ2Config1_3"),
-      chkFramerate(frmBZ2Config1_3, "chkFramerate", "Show Framerate(Note: Always on in Multiplayer)"),
-      chkVsync(frmBZ2Config1_3, "chkVsync", "VSync On"),
-      lblViews(frmBZ2Config1_3, "lblViews", "View Settings for entering craft:"),
-      lblHovercraft(frmBZ2Config1_3, "lblHovercraft", "Hovercraft:"),
-      cmbHovercraft(frmBZ2Config1_3, "cmbHovercraft"),
-      lblPerson(frmBZ2Config1_3, "lblPerson", "Person:"),
-      cmbPerson(frmBZ2Config1_3, "cmbPerson"),
-      lblTracked(frmBZ2Config1_3, "lblTracked", "Tracked:"),
-      cmbTracked(frmBZ2Config1_3, "cmbTracked"),
-      lblWalker(frmBZ2Config1_3, "lblWalker", "Walker:"),
-      cmbWalker(frmBZ2Config1_3, "cmbWalker"),
-      lblAltNick(frmBZ2Config1_3, "lblAltNick", "Alternate IRC Nickname. Used if your login name is taken in IRC."),
-      txtAltNick(frmBZ2Config1_3, "txtAltNick"),
-      lblIRCUserID(frmBZ2Config1_3, "lblIRCUserID",
-                   "IRC User ID. Used to identify you in IRC, but is not your nickname."),
-      txtIRCUserID(frmBZ2Config1_3, "txtIRCUserID"),
-      lblIRCFullName(frmBZ2Config1_3, "lblIRCFullName", "Full Name to give the IRC server. Not used as your nickname."),
-      txtIRCFullName(frmBZ2Config1_3, "txtIRCFullName"),
-      cmdCFGApply1_3(frmBZ2Config1_3, "cmdCFGApply1_3", "Apply") {
+FrmBZ2Config1_3::FrmBZ2Config1_3(win::Container& parent) : frmBZ2Config1_3(parent, "frmBZ2Config1_3") {
   PlaceControls();
   FillViews();
   cmdCFGApply1_3.Click = [this] { cmdCFGApply1_3_Click(); };

@@ -24,24 +24,27 @@ class FrmBZ2Config1_3 {
   std::vector<win::Control*> Controls();
 
   win::Frame frmBZ2Config1_3;
-  win::CheckBox chkFramerate;
-  win::CheckBox chkVsync;
-  win::Label lblViews;
-  win::Label lblHovercraft;
-  win::ComboBox cmbHovercraft;
-  win::Label lblPerson;
-  win::ComboBox cmbPerson;
-  win::Label lblTracked;
-  win::ComboBox cmbTracked;
-  win::Label lblWalker;
-  win::ComboBox cmbWalker;
-  win::Label lblAltNick;
-  win::TextBox txtAltNick;
-  win::Label lblIRCUserID;
-  win::TextBox txtIRCUserID;
-  win::Label lblIRCFullName;
-  win::TextBox txtIRCFullName;
-  win::Button cmdCFGApply1_3;
+  win::CheckBox chkFramerate{frmBZ2Config1_3, "chkFramerate", "Show Framerate(Note: Always on in Multiplayer)"};
+  win::CheckBox chkVsync{frmBZ2Config1_3, "chkVsync", "VSync On"};
+  win::Label lblViews{frmBZ2Config1_3, "lblViews", "View Settings for entering craft:"};
+  win::Label lblHovercraft{frmBZ2Config1_3, "lblHovercraft", "Hovercraft:"};
+  win::ComboBox cmbHovercraft{frmBZ2Config1_3, "cmbHovercraft"};
+  win::Label lblPerson{frmBZ2Config1_3, "lblPerson", "Person:"};
+  win::ComboBox cmbPerson{frmBZ2Config1_3, "cmbPerson"};
+  win::Label lblTracked{frmBZ2Config1_3, "lblTracked", "Tracked:"};
+  win::ComboBox cmbTracked{frmBZ2Config1_3, "cmbTracked"};
+  win::Label lblWalker{frmBZ2Config1_3, "lblWalker", "Walker:"};
+  win::ComboBox cmbWalker{frmBZ2Config1_3, "cmbWalker"};
+  win::Label lblAltNick{frmBZ2Config1_3, "lblAltNick",
+                        "Alternate IRC Nickname. Used if your login name is taken in IRC."};
+  win::TextBox txtAltNick{frmBZ2Config1_3, "txtAltNick"};
+  win::Label lblIRCUserID{frmBZ2Config1_3, "lblIRCUserID",
+                          "IRC User ID. Used to identify you in IRC, but is not your nickname."};
+  win::TextBox txtIRCUserID{frmBZ2Config1_3, "txtIRCUserID"};
+  win::Label lblIRCFullName{frmBZ2Config1_3, "lblIRCFullName",
+                            "Full Name to give the IRC server. Not used as your nickname."};
+  win::TextBox txtIRCFullName{frmBZ2Config1_3, "txtIRCFullName"};
+  win::Button cmdCFGApply1_3{frmBZ2Config1_3, "cmdCFGApply1_3", "Apply"};
 
  private:
   void PlaceControls();

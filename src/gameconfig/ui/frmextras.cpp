@@ -7,14 +7,7 @@
 namespace varnik {
 
 FrmExtras::FrmExtras(win::Container& parent, std::function<void(const std::string&)> setHint)
-    : frmExtras(parent, "frmExtras"),
-      lblScreenshots(frmExtras, "lblScreenshots", "Display Screenshots(Aspect Ratio not Guarenteed):"),
-      cmbScreenshots(frmExtras, "cmbScreenshots"),
-      imgScreenshot(frmExtras, "imgScreenshot", win::PictureSize::kStretch),
-      lblClearBindata(frmExtras, "lblClearBindata",
-                      "Clear Bindata deletes all files in your @rootdir\\data\\bindata folder."),
-      cmdClearBindata(frmExtras, "cmdClearBindata", "Clear Bindata"),
-      setHint_(std::move(setHint)) {
+    : frmExtras(parent, "frmExtras"), setHint_(std::move(setHint)) {
   frmExtras.Move(2280, 360, 5520, 5010);
   lblScreenshots.Move(240, 240, 5040, 300);
   cmbScreenshots.Move(240, 570, 5040, 330);

@@ -26,11 +26,12 @@ class FrmExtras {
   std::vector<win::Control*> Controls() { return {&cmbScreenshots, &imgScreenshot, &cmdClearBindata}; }
 
   win::Frame frmExtras;
-  win::Label lblScreenshots;
-  win::ComboBox cmbScreenshots;
-  win::PictureBox imgScreenshot;
-  win::Label lblClearBindata;
-  win::Button cmdClearBindata;
+  win::Label lblScreenshots{frmExtras, "lblScreenshots", "Display Screenshots(Aspect Ratio not Guarenteed):"};
+  win::ComboBox cmbScreenshots{frmExtras, "cmbScreenshots"};
+  win::PictureBox imgScreenshot{frmExtras, "imgScreenshot", win::PictureSize::kStretch};
+  win::Label lblClearBindata{frmExtras, "lblClearBindata",
+                             "Clear Bindata deletes all files in your @rootdir\\data\\bindata folder."};
+  win::Button cmdClearBindata{frmExtras, "cmdClearBindata", "Clear Bindata"};
 
  private:
   void cmbScreenshots_Click();

@@ -36,21 +36,8 @@ constexpr int kEnter = 13;
 frmAddRemBZ2::frmAddRemBZ2(std::function<void()> listSaved)
     : Form("frmAddRemBZ2", 10920, 6720),
       lblList(*this, "lblList", kListNote),
-      lstBZ2Loc(*this, "lstBZ2Loc", win::ListStyle::kCheckBoxes),
-      cmdMvUp(*this, "cmdMvUp", "Move Current Selection Up"),
-      cmdMvDown(*this, "cmdMvDown", "Move Current Selection Down"),
-      lblSel(*this, "lblSel"),
-      lblDescriptiveName(*this, "lblDescriptiveName", "Descriptive Name for Selected Location:"),
-      txtDescriptiveName(*this, "txtDescriptiveName"),
-      lblManual(*this, "lblManual", "Manual Entry:"),
-      txtManual(*this, "txtManual"),
-      cmdManualAdd(*this, "cmdManualAdd", "&Add"),
       lblSearch(*this, "lblSearch", kSearchNote),
-      cmdSearchBZ2(*this, "cmdSearchBZ2", "Search Computer"),
       lblRemove(*this, "lblRemove", kRemoveNote),
-      cmdRemove(*this, "cmdRemove", "Remove Selected Location"),
-      cmdSaveChanges(*this, "cmdSaveChanges", "Save Changes"),
-      cmdCancel(*this, "cmdCancel", "Discard Changes"),
       listSaved_(std::move(listSaved)) {
   SetCaption("Add/Remove BZ2 Locations");
   PlaceControls();
@@ -164,7 +151,7 @@ void frmAddRemBZ2::cmdSearchBZ2_Click() {
     win::DoEvents();
     FindFiles(folder, params, results, false);
   }
-  if (!Loaded()) return;  // the program was told to end meanwhile
+  if (!Loaded()) return;  // the program was told to end during the search
   AddSearchResults(list_, results);
   ShowAddedRows();
   SetEnabled(true);

@@ -20,21 +20,21 @@ class frmAddRemBZ2 : public win::Form {
   explicit frmAddRemBZ2(std::function<void()> listSaved);
 
   win::Label lblList;
-  win::ListBox lstBZ2Loc;
-  win::Button cmdMvUp;
-  win::Button cmdMvDown;
-  win::Label lblSel;
-  win::Label lblDescriptiveName;
-  win::TextBox txtDescriptiveName;
-  win::Label lblManual;
-  win::TextBox txtManual;
-  win::Button cmdManualAdd;
+  win::ListBox lstBZ2Loc{*this, "lstBZ2Loc", win::ListStyle::kCheckBoxes};
+  win::Button cmdMvUp{*this, "cmdMvUp", "Move Current Selection Up"};
+  win::Button cmdMvDown{*this, "cmdMvDown", "Move Current Selection Down"};
+  win::Label lblSel{*this, "lblSel"};
+  win::Label lblDescriptiveName{*this, "lblDescriptiveName", "Descriptive Name for Selected Location:"};
+  win::TextBox txtDescriptiveName{*this, "txtDescriptiveName"};
+  win::Label lblManual{*this, "lblManual", "Manual Entry:"};
+  win::TextBox txtManual{*this, "txtManual"};
+  win::Button cmdManualAdd{*this, "cmdManualAdd", "&Add"};
   win::Label lblSearch;
-  win::Button cmdSearchBZ2;
+  win::Button cmdSearchBZ2{*this, "cmdSearchBZ2", "Search Computer"};
   win::Label lblRemove;
-  win::Button cmdRemove;
-  win::Button cmdSaveChanges;
-  win::Button cmdCancel;
+  win::Button cmdRemove{*this, "cmdRemove", "Remove Selected Location"};
+  win::Button cmdSaveChanges{*this, "cmdSaveChanges", "Save Changes"};
+  win::Button cmdCancel{*this, "cmdCancel", "Discard Changes"};
 
  private:
   void PlaceControls();

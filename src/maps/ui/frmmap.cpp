@@ -20,14 +20,14 @@ constexpr std::int32_t kNoMapData = -1;
 constexpr int kTypedName = -2;
 
 // A description is a page of text; what is larger is something else under its name, and the box would choke on it.
-constexpr std::uint64_t kMostDescriptionBytes = 1u << 20;
+constexpr std::uint64_t kMaxDescriptionBytes = 1u << 20;
 
 bool HasMapExtension(const std::string& name) {
   const std::string lower = win::LowerCase(win::Trim(name));
   return lower.ends_with(".bzn") || lower.ends_with(".trn");
 }
 
-// What is wrong with a typed name; empty when nothing is. The slash that is looked for is not the one that is told of.
+// What is wrong with a typed name; empty when nothing is. The message names another slash than the one tested.
 std::string ProblemWith(const std::string& name) {
   if (!HasMapExtension(name)) return "Invalid Map Filename. Must end in .bzn or .trn";
   if (name.find_first_of("-+/") == std::string::npos) return "";
@@ -36,15 +36,7 @@ std::string ProblemWith(const std::string& name) {
 
 }  // namespace
 
-FrmMap::FrmMap(win::Container& parent, MapPageHost host)
-    : frmMap(parent, "frmMap"),
-      lstmap(frmMap, "lstmap", win::ListStyle::kSorted),
-      cmdMapLstRefresh(frmMap, "cmdMapLstRefresh", "Refresh List"),
-      imgmap(frmMap, "imgmap"),
-      imgnomap(frmMap, "imgnomap"),
-      lblMapDetails(frmMap, "lblMapDetails"),
-      txtMapDesc(frmMap, "txtMapDesc", win::TextBoxStyle::kMultiLine),
-      host_(std::move(host)) {
+FrmMap::FrmMap(win::Container& parent, MapPageHost host) : frmMap(parent, "frmMap"), host_(std::move(host)) {
   PlaceControls();
   lstmap.Click = [this] { lstmap_Click(); };
   cmdMapLstRefresh.Click = [this] { cmdMapLstRefresh_Click(); };
@@ -66,9 +58,7 @@ void FrmMap::PlaceControls() {
   lblMapDetails.Move(240, 4320, 5040, 630);
 }
 
-void FrmMap::SetNoMapPicture(const win::Picture& picture) {
-  imgnomap.SetPicture(picture);
-}
+void FrmMap::SetNoMapPicture(const win::Picture& picture) { imgnomap.SetPicture(picture); }
 
 void FrmMap::ShowTexts(const std::string& text) {
   txtMapDesc.SetText(text);
@@ -151,7 +141,7 @@ void FrmMap::ShowPendingMap() {
   const MapEntry map = MapList[row];
   const std::string description = FindMapDescription(map);
   const std::string picture = FindMapPicture(map);
-  if (SelectedMapIndex != row || tmrMap.Enabled()) return;  // another choice was made meanwhile
+  if (SelectedMapIndex != row || tmrMap.Enabled()) return;  // another row was chosen since
   ShowDescription(description);
   if (picture.empty() || !ShowPictureFile(picture, imgmap)) imgmap.SetPicture(imgnomap.Image());
   lblMapDetails.SetCaption(MapDetails(map));
@@ -163,7 +153,7 @@ void FrmMap::ShowPendingMap() {
 void FrmMap::ShowDescription(const std::string& file) {
   if (file.empty()) return txtMapDesc.SetText("No Description Available");
   const std::optional<std::uint64_t> size = win::FileSize(file);
-  if (!size || *size > kMostDescriptionBytes) return;
+  if (!size || *size > kMaxDescriptionBytes) return;
   if (const std::optional<std::string> text = win::ReadWholeFile(file)) txtMapDesc.SetText(*text);
 }
 

@@ -51,12 +51,12 @@ class FrmMap {
   }
 
   win::Frame frmMap;
-  win::ListBox lstmap;
-  win::Button cmdMapLstRefresh;
-  win::PictureBox imgmap;
-  win::PictureBox imgnomap;  // never shown
-  win::Label lblMapDetails;
-  win::TextBox txtMapDesc;
+  win::ListBox lstmap{frmMap, "lstmap", win::ListStyle::kSorted};
+  win::Button cmdMapLstRefresh{frmMap, "cmdMapLstRefresh", "Refresh List"};
+  win::PictureBox imgmap{frmMap, "imgmap"};
+  win::PictureBox imgnomap{frmMap, "imgnomap"};  // never shown
+  win::Label lblMapDetails{frmMap, "lblMapDetails"};
+  win::TextBox txtMapDesc{frmMap, "txtMapDesc", win::TextBoxStyle::kMultiLine};
   win::Timer tmrMap{10};
 
  private:

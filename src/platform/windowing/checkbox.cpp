@@ -7,7 +7,7 @@ namespace win {
 
 CheckBox::CheckBox(Container& parent, const char* name, const std::string& caption)
     : CaptionedControl(name, new CheckBoxWidget(parent.Area())), box_(static_cast<CheckBoxWidget*>(Widget())) {
-  // Only a person's click arrives here; the greyed state is left by it for good.
+  // Only a person's click arrives here. It ends the greyed state.
   QObject::connect(box_, &QCheckBox::clicked, box_, [this] { SetValue(value_ == 1 ? 0 : 1); });
   SetCaption(caption);
 }

@@ -89,7 +89,7 @@ bool IsListed(const BitmapInfoHeader& info) {
 
 bool Fits(const BitmapInfoHeader& info) {
   if (info.width < 1 || info.height == 0 || info.height == INT32_MIN) return false;
-  return static_cast<std::uint64_t>(info.width) * std::abs(info.height) * 4 <= Picture::kMostBytes;
+  return static_cast<std::uint64_t>(info.width) * std::abs(info.height) * 4 <= Picture::kMaxBytes;
 }
 
 std::size_t TableBytes(const BitmapInfoHeader& info) {

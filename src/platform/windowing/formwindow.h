@@ -50,7 +50,7 @@ class FormWindow : public QWidget {
   bool inputIsBlocked_ = false;
 };
 
-// The place nearest to `frame` at which enough of its title bar lies on a screen for a hand to move the window.
+// The place nearest to `frame` at which enough of its title bar is on a screen to grab the window by it.
 QPoint ReachablePlace(const QRect& frame, const QList<QRect>& screens);
 
 }  // namespace win

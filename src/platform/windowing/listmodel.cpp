@@ -9,10 +9,10 @@ namespace win {
 
 namespace {
 
-constexpr int kMostShown = 1000;  // characters; laying out a text of millions takes minutes
+constexpr int kMaxShown = 1000;  // characters; laying out a text of millions takes minutes
 
 QString OneLine(QString text) {
-  text.truncate(kMostShown);
+  text.truncate(kMaxShown);
   for (QChar& c : text)
     if (c < u' ') c = u' ';
   return text;

@@ -16,18 +16,18 @@ namespace win {
 namespace {
 
 const QList<QByteArray> kFormats = {"bmp", "gif", "jpeg", "jpg", "png", "ico"};
-constexpr int kMostIconImages = 64;
+constexpr int kMaxIconImages = 64;
 constexpr int kLargestIcon = 64;  // pixels; larger images of an icon file are for file managers
 
 bool Fits(QSize size) {
   const auto pixels = static_cast<std::uint64_t>(std::max(0, size.width())) * std::max(0, size.height());
-  return pixels > 0 && pixels * 4 <= Picture::kMostBytes;
+  return pixels > 0 && pixels * 4 <= Picture::kMaxBytes;
 }
 
 // Of the images of an icon file, the largest that is still meant for a small place.
 QImage ReadIcon(QImageReader& reader) {
   QImage best;
-  for (int i = 0; i < std::min(reader.imageCount(), kMostIconImages) && reader.jumpToImage(i); ++i) {
+  for (int i = 0; i < std::min(reader.imageCount(), kMaxIconImages) && reader.jumpToImage(i); ++i) {
     const QImage image = reader.read();
     if (best.isNull() || (image.width() <= kLargestIcon && image.width() > best.width())) best = image;
   }
@@ -35,7 +35,7 @@ QImage ReadIcon(QImageReader& reader) {
 }
 
 Picture Read(QIODevice& device) {
-  QImageReader::setAllocationLimit(static_cast<int>(Picture::kMostBytes >> 20));
+  QImageReader::setAllocationLimit(static_cast<int>(Picture::kMaxBytes >> 20));
   QImageReader reader(&device);
   reader.setDecideFormatFromContent(true);
   if (!kFormats.contains(reader.format()) || !Fits(reader.size())) return {};

@@ -15,7 +15,7 @@ namespace win {
 namespace {
 
 constexpr double kTwipsToTheInch = 1440;
-constexpr std::size_t kMostReadable = 4096;  // bytes
+constexpr std::size_t kMaxReadable = 4096;  // bytes
 
 double DotsPerInch() {
   const QScreen* screen = QGuiApplication::primaryScreen();
@@ -29,8 +29,8 @@ QString FromBytes(std::string_view bytes) {
 }
 
 QString Readable(std::string_view bytes) {
-  if (bytes.size() <= kMostReadable) return FromBytes(bytes);
-  bytes = bytes.substr(0, kMostReadable);
+  if (bytes.size() <= kMaxReadable) return FromBytes(bytes);
+  bytes = bytes.substr(0, kMaxReadable);
   // Not in the middle of a character of several bytes, which would make all of them Windows-1252.
   while (!bytes.empty() && (bytes.back() & 0xC0) == 0x80)
     bytes.remove_suffix(1);

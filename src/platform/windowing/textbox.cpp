@@ -11,8 +11,8 @@ namespace win {
 namespace {
 
 constexpr int kEnter = 13;
-constexpr qsizetype kMostShown = 1 << 18;      // characters of a page
-constexpr qsizetype kLongestParagraph = 2048;  // Qt needs minutes to wrap one of a hundred thousand characters
+constexpr qsizetype kMaxShown = 1 << 18;      // characters of a page
+constexpr qsizetype kMaxParagraph = 2048;  // Qt needs minutes to wrap one of a hundred thousand characters
 
 // A Qt edit that asks before it takes a key.
 template <class Edit>
@@ -44,9 +44,9 @@ QString PageText(const QPlainTextEdit& page) {
 QString Pageable(const QString& text) {
   QString shown;
   qsizetype paragraph = 0;
-  for (const QChar c : QStringView(text).left(kMostShown)) {
+  for (const QChar c : QStringView(text).left(kMaxShown)) {
     paragraph = c == u'\n' || c == u'\r' ? 0 : paragraph + 1;
-    if (paragraph > kLongestParagraph) {
+    if (paragraph > kMaxParagraph) {
       shown += u'\n';
       paragraph = 1;
     }

@@ -40,7 +40,7 @@ bool TrayIcon::Add(const std::string& tip, const Picture& image, Menu& menu, int
   waited.start();
   while (!DesktopHasTray() && !waited.hasExpired(patience))
     RunEventsFor(kSearchPause);
-  // Qt remembers for good what it sees when it first looks for a tray, so it is asked last.
+  // Qt looks for a tray once and keeps the answer, so it is asked last.
   if (!DesktopHasTray() || !QSystemTrayIcon::isSystemTrayAvailable()) return false;
   impl_->icon = std::make_unique<QSystemTrayIcon>();
   const auto activated = [this](QSystemTrayIcon::ActivationReason reason) {

@@ -32,7 +32,7 @@ bool TrayIsOff() {
 std::int16_t DecideRunMode() {
   std::int16_t mode = ProcessCmdLine();
   if (RecoverFromCrash() && mode != kRunModeHidden) mode = kRunModeLeave;
-  if (mode == kRunModeHidden && TrayIsOff()) mode = kRunModeLeave;  // nobody could reach the window
+  if (mode == kRunModeHidden && TrayIsOff()) mode = kRunModeLeave;  // the window could not be reached
   return mode;
 }
 

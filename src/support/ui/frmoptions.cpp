@@ -16,25 +16,7 @@ int ChosenPicture(const win::ImageList& list, const char* option) {
   return index >= 1 && index <= list.Count() ? static_cast<int>(index) : 1;
 }
 
-frmOptions::frmOptions(OptionsHost host)
-    : Form("frmOptions", 6240, 6960),
-      chkBinData(*this, "chkBinData", "Auto-Clear Bindata when launching BZ2 (ALL INSTALLS!)"),
-      chkHighPriority(*this, "chkHighPriority", "Run BZ2 as High Priority(ADVANCED SETTING)"),
-      chkOldMods(*this, "chkOldMods", "Show Old Format(Halder Style) Mods in list"),
-      chkRenameLog(*this, "chkRenameLog", "Rename Battlezone.log file on run"),
-      chkStatusBar(*this, "chkStatusBar", "Show StatusBar in Main Window"),
-      chkOnBoot(*this, "chkOnBoot", "Run Varnik on Login/Startup"),
-      lblStartup(*this, "lblStartup",
-                 "Note: Varnik only stays running on startup if you are using the Tray Icon. Otherwise Varnik will not "
-                 "stay loaded on startup. This is intentional."),
-      lblTrayIcon(*this, "lblTrayIcon", "System Tray Icon:"),
-      sldtrayicon(*this, "sldtrayicon"),
-      imgtrayicon(*this, "imgtrayicon"),
-      lblNoMapPic(*this, "lblNoMapPic", "\"No Map Picture\" Picture"),
-      sldNoMapImage(*this, "sldNoMapImage"),
-      imgNoMapPreview(*this, "imgNoMapPreview"),
-      cmdOk(*this, "cmdOk", "&OK"),
-      host_(std::move(host)) {
+frmOptions::frmOptions(OptionsHost host) : Form("frmOptions", 6240, 6960), host_(std::move(host)) {
   SetCaption("Varnik Options");
   PlaceControls();
   WireControls();

@@ -30,20 +30,23 @@ class frmOptions : public win::Form {
  public:
   explicit frmOptions(OptionsHost host);
 
-  win::CheckBox chkBinData;
-  win::CheckBox chkHighPriority;
-  win::CheckBox chkOldMods;
-  win::CheckBox chkRenameLog;
-  win::CheckBox chkStatusBar;
-  win::CheckBox chkOnBoot;
-  win::Label lblStartup;
-  win::Label lblTrayIcon;
-  win::Slider sldtrayicon;
-  win::PictureBox imgtrayicon;
-  win::Label lblNoMapPic;
-  win::Slider sldNoMapImage;
-  win::PictureBox imgNoMapPreview;
-  win::Button cmdOk;
+  win::CheckBox chkBinData{*this, "chkBinData", "Auto-Clear Bindata when launching BZ2 (ALL INSTALLS!)"};
+  win::CheckBox chkHighPriority{*this, "chkHighPriority", "Run BZ2 as High Priority(ADVANCED SETTING)"};
+  win::CheckBox chkOldMods{*this, "chkOldMods", "Show Old Format(Halder Style) Mods in list"};
+  win::CheckBox chkRenameLog{*this, "chkRenameLog", "Rename Battlezone.log file on run"};
+  win::CheckBox chkStatusBar{*this, "chkStatusBar", "Show StatusBar in Main Window"};
+  win::CheckBox chkOnBoot{*this, "chkOnBoot", "Run Varnik on Login/Startup"};
+  win::Label lblStartup{
+      *this, "lblStartup",
+      "Note: Varnik only stays running on startup if you are using the Tray Icon. Otherwise Varnik will not "
+      "stay loaded on startup. This is intentional."};
+  win::Label lblTrayIcon{*this, "lblTrayIcon", "System Tray Icon:"};
+  win::Slider sldtrayicon{*this, "sldtrayicon"};
+  win::PictureBox imgtrayicon{*this, "imgtrayicon"};
+  win::Label lblNoMapPic{*this, "lblNoMapPic", "\"No Map Picture\" Picture"};
+  win::Slider sldNoMapImage{*this, "sldNoMapImage"};
+  win::PictureBox imgNoMapPreview{*this, "imgNoMapPreview"};
+  win::Button cmdOk{*this, "cmdOk", "&OK"};
 
  private:
   void PlaceControls();

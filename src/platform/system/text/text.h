@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-// Text and number parsing as the game's tools have always done it. Text is bytes; only ASCII letters have a case here.
+// Text and number parsing by the rules of the game's own files. Text is bytes; only ASCII letters have a case here.
 namespace win {
 
 std::string LowerCase(std::string_view text);

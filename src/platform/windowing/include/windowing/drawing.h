@@ -48,7 +48,7 @@ DrawingHandle CreateCompatibleDC(DrawingHandle dc);
 bool DeleteDC(DrawingHandle dc);
 
 // A bitmap with the content of `bits`; `info` is a header with its colours behind it. With `init` other than kCbmInit
-// it is black. 0 for a size below 1, a size that would take more than Picture::kMostBytes, or a form that is not listed
+// it is black. 0 for a size below 1, a size that would take more than Picture::kMaxBytes, or a form that is not listed
 // above.
 DrawingHandle CreateDIBitmap(DrawingHandle dc, const BitmapInfoHeader* header, std::uint32_t init, const void* bits,
                              const BitmapInfoHeader* info, std::uint32_t usage);

@@ -18,7 +18,7 @@ class Picture {
   explicit Picture(const QImage& image);  // for this layer
 
   // A BMP, GIF, JPEG, PNG or ICO file by its Windows path. Empty when there is no such file, when it cannot be read to
-  // its end or is damaged, and when it would take more than kMostBytes. An empty path gives an empty picture.
+  // its end or is damaged, and when it would take more than kMaxBytes. An empty path gives an empty picture.
   static Picture FromFile(const std::string& path);
 
   // The content of such a file.
@@ -27,7 +27,7 @@ class Picture {
   // Rows from the top, each pixel 0xAARRGGBB. Empty unless there are exactly width * height pixels.
   static Picture FromPixels(int width, int height, std::span<const std::uint32_t> pixels);
 
-  static constexpr std::size_t kMostBytes = 256u << 20;
+  static constexpr std::size_t kMaxBytes = 256u << 20;
 
   bool Empty() const;
   int WidthInPixels() const;
