@@ -29,13 +29,9 @@ constexpr int kFiles = 50'000;
 constexpr int kDefinitions = 1'000;
 constexpr int kDirectives = 1'000;
 
-void Write(const fs::path& path, const std::string& content) {
-  std::ofstream(path, std::ios::binary) << content;
-}
+void Write(const fs::path& path, const std::string& content) { std::ofstream(path, std::ios::binary) << content; }
 
-std::string Number(int i) {
-  return std::to_string(10'000 + i);
-}
+std::string Number(int i) { return std::to_string(10'000 + i); }
 
 std::string SampleDefinition(int i) {
   std::string text = "BZ2HALD5\r\ndname(Mod " + Number(i) +

@@ -44,9 +44,7 @@ void Rename(benchmark::State& state, bool (*rename)(const std::string&, const st
     }
 }
 
-bool PlainRename(const std::string& from, const std::string& to) {
-  return std::rename(from.c_str(), to.c_str()) == 0;
-}
+bool PlainRename(const std::string& from, const std::string& to) { return std::rename(from.c_str(), to.c_str()) == 0; }
 
 BENCHMARK_CAPTURE(LookUp, exact, "Addon", "Map")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(LookUp, file_in_other_case, "Addon", "MAP")->Unit(benchmark::kMillisecond);

@@ -8,9 +8,7 @@ namespace {
 constexpr char kSection[] = "UserPrefs";
 constexpr std::size_t kMost = 255;
 
-std::string Read(const std::string& path) {
-  return win::GetPrivateProfileString(kSection, "Key", "none", kMost, path);
-}
+std::string Read(const std::string& path) { return win::GetPrivateProfileString(kSection, "Key", "none", kMost, path); }
 
 }  // namespace
 

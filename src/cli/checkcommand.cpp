@@ -11,9 +11,7 @@ namespace varnik::cli {
 
 namespace {
 
-std::string_view NameOf(Severity severity) {
-  return severity == Severity::kError ? "error" : "warning";
-}
+std::string_view NameOf(Severity severity) { return severity == Severity::kError ? "error" : "warning"; }
 
 Json AsJson(const Finding& finding) {
   const FindingKind& kind = KindOf(finding.problem);
@@ -49,9 +47,7 @@ void NoteOtherInstall(const std::string& path) {
     Note("looked at with the install at " + root + ", though the file lies in another one; --root chooses");
 }
 
-bool IsError(const Finding& finding) {
-  return KindOf(finding.problem).severity == Severity::kError;
-}
+bool IsError(const Finding& finding) { return KindOf(finding.problem).severity == Severity::kError; }
 
 }  // namespace
 

@@ -35,21 +35,13 @@ std::string Joined(const Row& row, const std::vector<std::size_t>& widths) {
 
 }  // namespace
 
-Json Text(std::string_view bytes) {
-  return win::Utf8FromBytes(bytes);
-}
+Json Text(std::string_view bytes) { return win::Utf8FromBytes(bytes); }
 
-int Print(const Json& document) {
-  return Write(document.dump(2) + "\n");
-}
+int Print(const Json& document) { return Write(document.dump(2) + "\n"); }
 
-int PrintLine(std::string_view bytes) {
-  return Write(win::Utf8FromBytes(bytes) + "\n");
-}
+int PrintLine(std::string_view bytes) { return Write(win::Utf8FromBytes(bytes) + "\n"); }
 
-int PrintBytes(std::string_view bytes) {
-  return Write(std::string(bytes));
-}
+int PrintBytes(std::string_view bytes) { return Write(std::string(bytes)); }
 
 int PrintTable(const Row& headings, const std::vector<Row>& rows) {
   std::vector<std::size_t> widths;
@@ -64,18 +56,14 @@ int PrintTable(const Row& headings, const std::vector<Row>& rows) {
   return Write(table);
 }
 
-void Note(std::string_view text) {
-  std::fprintf(stderr, "varnik-cli: %s\n", win::Utf8FromBytes(text).c_str());
-}
+void Note(std::string_view text) { std::fprintf(stderr, "varnik-cli: %s\n", win::Utf8FromBytes(text).c_str()); }
 
 int Fail(std::string_view subject, std::string_view why) {
   Note(std::string(subject) + ": " + std::string(why));
   return kFailed;
 }
 
-std::string FirstLine(std::string_view text) {
-  return std::string(text.substr(0, text.find_first_of(kLineEnds)));
-}
+std::string FirstLine(std::string_view text) { return std::string(text.substr(0, text.find_first_of(kLineEnds))); }
 
 std::string OneLine(std::string_view text) {
   std::string line;

@@ -16,13 +16,9 @@ namespace varnik::cli {
 
 namespace {
 
-int Refuse(const std::string& subject) {
-  return Fail(subject, kRunRefused);
-}
+int Refuse(const std::string& subject) { return Fail(subject, kRunRefused); }
 
-bool IsSamePath(const std::string& a, const std::string& b) {
-  return win::NativePath(a) == win::NativePath(b);
-}
+bool IsSamePath(const std::string& a, const std::string& b) { return win::NativePath(a) == win::NativePath(b); }
 
 // The marker of another mod, or of another install, that is still to be undone. Whatever follows would lose what the
 // store holds for that.
@@ -32,9 +28,7 @@ std::string OtherModInForce(const std::string& definitionFile) {
   return marker.root.empty() || isOurs ? "" : marker.definitionFile;
 }
 
-void NoteExeTookOver() {
-  Note("an EXE of the mod has taken over");
-}
+void NoteExeTookOver() { Note("an EXE of the mod has taken over"); }
 
 int PrintDone(const Arguments& arguments, bool done, const std::string& what) {
   if (!done) NoteExeTookOver();

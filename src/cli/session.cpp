@@ -36,9 +36,7 @@ bool IsComplete(const std::string& path) {
   return path.empty() || win::IsSeparator(path[0]) || (path.size() > 1 && path[1] == ':');
 }
 
-bool IsFolder(const std::string& path) {
-  return win::GetAttributes(path).value_or(0) & win::kAttributeDirectory;
-}
+bool IsFolder(const std::string& path) { return win::GetAttributes(path).value_or(0) & win::kAttributeDirectory; }
 
 bool OpenGivenInstall(const std::string& root) {
   if (!IsFolder(root)) {
@@ -61,9 +59,7 @@ bool OpenStoredInstall() {
   return false;
 }
 
-bool IsPath(const std::string& mod) {
-  return mod.find_first_of("\\/") != std::string::npos;
-}
+bool IsPath(const std::string& mod) { return mod.find_first_of("\\/") != std::string::npos; }
 
 }  // namespace
 
@@ -73,13 +69,9 @@ void StartSession(const Arguments& arguments) {
   ReadOptionFlags();
 }
 
-void AnswerYes() {
-  answerYes = true;
-}
+void AnswerYes() { answerYes = true; }
 
-void SilenceMessages() {
-  silent = true;
-}
+void SilenceMessages() { silent = true; }
 
 std::string GivenPath(const std::string& path) {
   if (IsComplete(path)) return path;
@@ -88,9 +80,7 @@ std::string GivenPath(const std::string& path) {
   return win::WindowsPathFromNative(complete.lexically_normal().string());
 }
 
-std::string GivenFolder(const std::string& folder) {
-  return win::WithSeparator(GivenPath(folder));
-}
+std::string GivenFolder(const std::string& folder) { return win::WithSeparator(GivenPath(folder)); }
 
 bool OpenInstall(const Arguments& arguments) {
   const bool isOpen = arguments.root ? OpenGivenInstall(GivenFolder(*arguments.root)) : OpenStoredInstall();

@@ -38,9 +38,7 @@ const SettingKey* FindKey(const std::string& key) {
   return nullptr;
 }
 
-bool IsSettings(const win::StoredSetting& stored) {
-  return win::EqualNoCase(stored.section, kSettingsSection);
-}
+bool IsSettings(const win::StoredSetting& stored) { return win::EqualNoCase(stored.section, kSettingsSection); }
 
 std::vector<Row> SettingsRows(const Stored& stored) {
   std::vector<Row> rows;
@@ -75,9 +73,7 @@ std::vector<Row> AllRows() {
   return rows;
 }
 
-Json TextOrNull(const std::optional<std::string>& text) {
-  return text ? Text(*text) : Json();
-}
+Json TextOrNull(const std::optional<std::string>& text) { return text ? Text(*text) : Json(); }
 
 int PrintJson(const std::vector<Row>& rows, bool withSection) {
   Json list = Json::array();

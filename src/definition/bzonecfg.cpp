@@ -31,15 +31,9 @@ namespace {
 
 constexpr int kModEntryIndent = 10;
 
-std::string Generated(const std::string& root) {
-  return root + "bzonevarnik.cfg";
-}
-std::string InForce(const std::string& root) {
-  return root + "bzone.cfg";
-}
-std::string Backup(const std::string& root) {
-  return root + "bzonevarnik.bak";
-}
+std::string Generated(const std::string& root) { return root + "bzonevarnik.cfg"; }
+std::string InForce(const std::string& root) { return root + "bzone.cfg"; }
+std::string Backup(const std::string& root) { return root + "bzonevarnik.bak"; }
 
 std::string Entry(int indent, const char* function, std::string_view path) {
   return std::string(indent, ' ') + function + "(\"" + std::string(path) + "\");";
@@ -86,12 +80,8 @@ std::string ConfigurationHead(bool named) {
          "    {";
 }
 
-std::string PackEntry(int indent, std::string_view path) {
-  return Entry(indent, "AddPack", path);
-}
-std::string FolderEntry(int indent, std::string_view path) {
-  return Entry(indent, "AddDirRecurse", path);
-}
+std::string PackEntry(int indent, std::string_view path) { return Entry(indent, "AddPack", path); }
+std::string FolderEntry(int indent, std::string_view path) { return Entry(indent, "AddDirRecurse", path); }
 
 std::optional<std::string> FolderOfConfigurationLine(std::string_view line) {
   constexpr std::string_view kOpening = "adddirrecurse(\"";
@@ -122,9 +112,7 @@ void PutConfigurationInForce(const std::string& root, bool version13) {
   win::RenameFile(Generated(root), InForce(root));
 }
 
-bool ConfigurationIsReplaced(const std::string& root) {
-  return FileExists(Backup(root));
-}
+bool ConfigurationIsReplaced(const std::string& root) { return FileExists(Backup(root)); }
 
 void RestoreConfiguration(const std::string& root) {
   if (!ConfigurationIsReplaced(root)) return;

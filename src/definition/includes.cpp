@@ -19,8 +19,6 @@ FurtherFile::FurtherFile(ReadBounds& bounds)
   ++bounds_.files;
 }
 
-FurtherFile::~FurtherFile() {
-  --bounds_.depth;
-}
+FurtherFile::~FurtherFile() { --bounds_.depth; }
 
 }  // namespace varnik

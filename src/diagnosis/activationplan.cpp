@@ -66,9 +66,7 @@ std::string SingleLine(const std::string& text) {
   return line.find('\n') == std::string::npos ? win::Trim(line) : "";
 }
 
-std::optional<std::string> Configuration() {
-  return win::ReadWholeFile(InstallRoot() + "bzone.cfg");
-}
+std::optional<std::string> Configuration() { return win::ReadWholeFile(InstallRoot() + "bzone.cfg"); }
 
 std::vector<PlanStep> WhatIsLeft(const win::Rehearsal& rehearsal) {
   std::vector<PlanStep> left;

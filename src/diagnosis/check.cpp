@@ -18,9 +18,7 @@ namespace varnik {
 
 namespace {
 
-bool IsSameFile(const std::string& a, const std::string& b) {
-  return win::NativePath(a) == win::NativePath(b);
-}
+bool IsSameFile(const std::string& a, const std::string& b) { return win::NativePath(a) == win::NativePath(b); }
 
 // True while a run or, of a persistent mod, its activation has changed the selected install.
 bool IsInForce(const std::string& path, bool isLegacy) {

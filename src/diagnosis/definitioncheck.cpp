@@ -83,15 +83,9 @@ void ShownFile(Walk& walk, const Args& args, const std::string& what) {
   if (args[1].empty() || !CountOnce(walk, what)) return;
   if (CheckPath(walk, args[1]) && walk.install) walk.install->Extra(walk.place, args[1]);
 }
-void DescriptionFile(Walk& walk, const Args& args) {
-  ShownFile(walk, args, "the description");
-}
-void Image(Walk& walk, const Args& args) {
-  ShownFile(walk, args, "the picture");
-}
-void Splash(Walk& walk, const Args& args) {
-  ShownFile(walk, args, "the splash picture");
-}
+void DescriptionFile(Walk& walk, const Args& args) { ShownFile(walk, args, "the description"); }
+void Image(Walk& walk, const Args& args) { ShownFile(walk, args, "the picture"); }
+void Splash(Walk& walk, const Args& args) { ShownFile(walk, args, "the splash picture"); }
 
 void Require(Walk& walk, const Args& args) {
   if (CheckPath(walk, args[1]) && walk.install) walk.install->Requirement(walk.place, args[1]);
@@ -170,9 +164,7 @@ void Pak(Walk& walk, const Args& args) {
   NeedForGame(walk, hasEnding ? args[1] : args[1] + ".pak");
 }
 
-void Fold(Walk& walk, const Args& args) {
-  NeedForGame(walk, args[1]);
-}
+void Fold(Walk& walk, const Args& args) { NeedForGame(walk, args[1]); }
 
 // Session defaults and race names: for the length of a run, and on version 1.3 only.
 bool CheckSession(Walk& walk) {
@@ -189,15 +181,9 @@ void SessionDefault(Walk& walk, const Args& args, const std::string& key) {
   if (args[1].empty() || !CountOnce(walk, key)) return;
   if (CheckSession(walk)) walk.install->SessionDefault(walk.place, key);
 }
-void DefaultName(Walk& walk, const Args& args) {
-  SessionDefault(walk, args, "DefaultSessionName");
-}
-void DefaultPassword(Walk& walk, const Args& args) {
-  SessionDefault(walk, args, "DefaultPassword");
-}
-void DefaultMessage(Walk& walk, const Args& args) {
-  SessionDefault(walk, args, "DefaultMessage");
-}
+void DefaultName(Walk& walk, const Args& args) { SessionDefault(walk, args, "DefaultSessionName"); }
+void DefaultPassword(Walk& walk, const Args& args) { SessionDefault(walk, args, "DefaultPassword"); }
+void DefaultMessage(Walk& walk, const Args& args) { SessionDefault(walk, args, "DefaultMessage"); }
 
 void RaceName(Walk& walk, const Args& args) {
   const char letter = args[1].empty() ? ' ' : win::UpperCase(args[1])[0];

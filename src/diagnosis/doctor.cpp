@@ -119,9 +119,7 @@ bool KeepCopies(const std::vector<std::string>& files) {
 
 }  // namespace
 
-void SetAside(const std::string& path) {
-  win::RenameFile(path, FreeKeptName(path));
-}
+void SetAside(const std::string& path) { win::RenameFile(path, FreeKeptName(path)); }
 
 std::vector<Leaving> FindLeavings() {
   LoadModList();

@@ -97,9 +97,7 @@ constexpr std::size_t kLongestQuote = 60;
 
 const std::span<const FindingKind> kFindingKinds = kKinds;
 
-const FindingKind& KindOf(Problem problem) {
-  return kKinds[static_cast<std::size_t>(problem)];
-}
+const FindingKind& KindOf(Problem problem) { return kKinds[static_cast<std::size_t>(problem)]; }
 
 void Findings::Add(std::size_t line, Problem problem, std::string message) {
   if (!IsFull()) findings_.push_back({line, problem, std::move(message)});
@@ -114,9 +112,7 @@ std::vector<Finding> Findings::Take() {
   return std::move(findings_);
 }
 
-void Place::Say(Problem problem, const std::string& message) const {
-  findings->Add(line, problem, within + message);
-}
+void Place::Say(Problem problem, const std::string& message) const { findings->Add(line, problem, within + message); }
 
 void LineBudget::Take(std::string_view line) {
   ++lines_;
@@ -128,9 +124,7 @@ void LineBudget::Tell(const Place& place) const {
                                     std::to_string(kMostLines) + " lines and " + std::to_string(kMostBytes) + " bytes");
 }
 
-std::string NameOfLine(std::size_t line) {
-  return "line " + std::to_string(line);
-}
+std::string NameOfLine(std::size_t line) { return "line " + std::to_string(line); }
 
 std::string Quoted(std::string_view text) {
   std::size_t end = std::min(text.size(), kLongestQuote);

@@ -48,9 +48,7 @@ bool EndsInOpenLine(const std::string& list) {
 
 }  // namespace
 
-bool InstallCheck::Has(const std::string& name) const {
-  return FileExists(InstallRoot() + name);
-}
+bool InstallCheck::Has(const std::string& name) const { return FileExists(InstallRoot() + name); }
 
 void InstallCheck::Requirement(const Place& place, const std::string& name) {
   if (!Has(name)) place.Say(Problem::kDoesNotFit, "the install has no " + Quoted(name) + ", so the mod is not listed");

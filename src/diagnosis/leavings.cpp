@@ -21,17 +21,13 @@ struct LeftFile {
   void (*mend)(const std::string& root, const std::string& item);  // null: a person has to decide
 };
 
-bool Always(const std::string&) {
-  return true;
-}
+bool Always(const std::string&) { return true; }
 
 bool BothConfigurationsAreKept(const std::string& root) {
   return FileExists(root + "bzonevarnik.bak") && FileExists(root + "bzone.tmp.old");
 }
 
-bool ListIsMissing(const std::string& root) {
-  return !FileExists(root + "RecyList.txt");
-}
+bool ListIsMissing(const std::string& root) { return !FileExists(root + "RecyList.txt"); }
 
 std::multiset<std::string> LinesOf(const std::string& path) {
   std::multiset<std::string> lines;
@@ -53,21 +49,13 @@ bool TempFolderIsEmpty(const std::string& root) {
   return folder.IsOpen();
 }
 
-bool PilotsAreMissing(const std::string& root) {
-  return !FileExists(root + "pilots");
-}
+bool PilotsAreMissing(const std::string& root) { return !FileExists(root + "pilots"); }
 
-bool SavedGamesAreMissing(const std::string& root) {
-  return !FileExists(root + "saved");
-}
+bool SavedGamesAreMissing(const std::string& root) { return !FileExists(root + "saved"); }
 
-void PutAside(const std::string& root, const std::string& item) {
-  SetAside(root + item);
-}
+void PutAside(const std::string& root, const std::string& item) { SetAside(root + item); }
 
-void PutConfigurationBack(const std::string& root, const std::string&) {
-  RestoreConfiguration(root);
-}
+void PutConfigurationBack(const std::string& root, const std::string&) { RestoreConfiguration(root); }
 
 void PutLegacyConfigurationBack(const std::string& root, const std::string& item) {
   if (FileExists(root + "bzone.cfg")) win::DeleteFiles(root + "bzone.cfg");
@@ -78,9 +66,7 @@ void TakeForTheList(const std::string& root, const std::string& item) {
   win::RenameFile(root + item, root + "RecyList.txt");
 }
 
-void RemoveTempFolder(const std::string& root, const std::string& item) {
-  win::RemoveFolder(root + item);
-}
+void RemoveTempFolder(const std::string& root, const std::string& item) { win::RemoveFolder(root + item); }
 
 void TakeOffSuffix(const std::string& root, const std::string& item) {
   win::RenameFile(root + item, root + item.substr(0, item.rfind('.')));

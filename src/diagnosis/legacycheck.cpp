@@ -36,13 +36,9 @@ void SetFirst(std::size_t& first, std::size_t line) {
 }
 
 // Below the root; a path that starts elsewhere stands as it is.
-std::string BelowRoot(const std::string& path) {
-  return HasRootDir(path) ? path.substr(kRootDirLength) : path;
-}
+std::string BelowRoot(const std::string& path) { return HasRootDir(path) ? path.substr(kRootDirLength) : path; }
 
-bool IsComplete(const std::string& path) {
-  return win::IsSeparator(path[0]) || (path.size() > 1 && path[1] == ':');
-}
+bool IsComplete(const std::string& path) { return win::IsSeparator(path[0]) || (path.size() > 1 && path[1] == ':'); }
 
 // False, having said why, for a path that leads to no file of the install.
 bool CheckPath(Walk& walk, const std::string& path) {
@@ -113,9 +109,7 @@ bool DecideAlone(Walk& walk, const LegacyLine& line, LegacyConfig config) {
 void Dynamic(Walk& walk, const LegacyLine& line) {
   if (DecideAlone(walk, line, LegacyConfig::kGenerated)) KeepUnder(walk, kSavedConfig);
 }
-void NoBzoneCfg(Walk& walk, const LegacyLine& line) {
-  DecideAlone(walk, line, LegacyConfig::kUntouched);
-}
+void NoBzoneCfg(Walk& walk, const LegacyLine& line) { DecideAlone(walk, line, LegacyConfig::kUntouched); }
 
 void Predefined(Walk& walk, const LegacyLine& line) {
   if (!Decide(walk, LegacyConfig::kPredefined)) return;
@@ -148,9 +142,7 @@ void Pak(Walk& walk, const LegacyLine& line) {
   AddToConfig(walk, win::LowerCase(name).ends_with(".pak") ? name : name + ".pak");
 }
 
-void Fold(Walk& walk, const LegacyLine& line) {
-  AddToConfig(walk, win::Trim(line.Value()));
-}
+void Fold(Walk& walk, const LegacyLine& line) { AddToConfig(walk, win::Trim(line.Value())); }
 
 void MovePaths(Walk& walk, std::vector<MovedName> names) {
   SetFirst(walk.loaderActionLine, walk.place.line);
@@ -177,9 +169,7 @@ void MoveTwo(Walk& walk, const LegacyLine& line, NameUse first, NameUse second) 
 }
 
 // The one change that leaves a later `exec` in force.
-void Replace(Walk& walk, const LegacyLine& line) {
-  MoveTwo(walk, line, NameUse::kReplaces, NameUse::kMoves);
-}
+void Replace(Walk& walk, const LegacyLine& line) { MoveTwo(walk, line, NameUse::kReplaces, NameUse::kMoves); }
 
 void Move(Walk& walk, const LegacyLine& line) {
   MoveTwo(walk, line, NameUse::kMoves, NameUse::kGives);

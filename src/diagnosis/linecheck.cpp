@@ -34,9 +34,7 @@ bool IsLegacyKeyword(std::string_view name) {
                      [&](std::string_view keyword) { return win::Trim(keyword) == name; });
 }
 
-bool HasOuterTab(std::string_view text) {
-  return text.starts_with('\t') || text.ends_with('\t');
-}
+bool HasOuterTab(std::string_view text) { return text.starts_with('\t') || text.ends_with('\t'); }
 
 std::string WithoutOuterTabs(std::string_view text) {
   const std::size_t first = std::min(text.find_first_not_of(" \t"), text.size());

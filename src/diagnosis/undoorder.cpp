@@ -21,9 +21,7 @@ std::string KeyOf(std::string_view path) {
   return key;
 }
 
-std::uint64_t HashOf(std::string_view key) {
-  return std::hash<std::string_view>()(key);
-}
+std::uint64_t HashOf(std::string_view key) { return std::hash<std::string_view>()(key); }
 
 std::size_t LineOf(const std::unordered_map<std::uint64_t, std::size_t>& lines, std::uint64_t hash) {
   const auto found = lines.find(hash);
@@ -47,9 +45,7 @@ std::size_t UndoOrder::FindShared(std::string_view key) const {
   return line != 0 ? line : LineOf(folders_, HashOf(key));
 }
 
-bool UndoOrder::Touches(const std::string& name) const {
-  return FindShared(KeyOf(name)) != 0;
-}
+bool UndoOrder::Touches(const std::string& name) const { return FindShared(KeyOf(name)) != 0; }
 
 void UndoOrder::Add(const Place& place, const std::vector<MovedName>& names) {
   const auto isShared = [&](const MovedName& moved) { return Touches(moved.name); };

@@ -63,13 +63,9 @@ void DefinitionDraft::RemoveRow() {
   SelectRow(std::min(selectedRow_, static_cast<int>(rows_.size()) - 1));
 }
 
-bool DefinitionDraft::MoveUp() {
-  return MoveTo(selectedRow_ - 1);
-}
+bool DefinitionDraft::MoveUp() { return MoveTo(selectedRow_ - 1); }
 
-bool DefinitionDraft::MoveDown() {
-  return MoveTo(selectedRow_ + 1);
-}
+bool DefinitionDraft::MoveDown() { return MoveTo(selectedRow_ + 1); }
 
 bool DefinitionDraft::MoveTo(int row) {
   if (selectedRow_ < 0 || row < 0 || row >= static_cast<int>(rows_.size())) return false;
@@ -87,16 +83,10 @@ bool DefinitionDraft::Save(const std::string& fileName, bool locked) const {
   return win::WriteWholeFile(InstallRoot() + fileName, text);
 }
 
-void DefinitionDraft::Rebuild() {
-  rows_[selectedRow_] = selected_->BuildRowText();
-}
+void DefinitionDraft::Rebuild() { rows_[selectedRow_] = selected_->BuildRowText(); }
 
-bool IsDefinitionName(std::string_view fileName) {
-  return fileName.ends_with(".bzm");
-}
+bool IsDefinitionName(std::string_view fileName) { return fileName.ends_with(".bzm"); }
 
-bool IsUsableFileName(std::string_view fileName) {
-  return !fileName.empty() && fileName != kProposedFileName;
-}
+bool IsUsableFileName(std::string_view fileName) { return !fileName.empty() && fileName != kProposedFileName; }
 
 }  // namespace varnik

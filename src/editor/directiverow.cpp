@@ -9,9 +9,7 @@ namespace varnik {
 
 namespace {
 
-bool IsBlank(const std::string& text) {
-  return win::Trim(text).empty();
-}
+bool IsBlank(const std::string& text) { return win::Trim(text).empty(); }
 
 }  // namespace
 

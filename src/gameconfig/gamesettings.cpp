@@ -51,18 +51,14 @@ constexpr TextKey kTexts[] = {
 constexpr char kGamePrefs[] = "gameprefs.ini";
 constexpr char kSection[] = "UserPrefs";
 
-std::string RenderFile() {
-  return InstallRoot() + "render.cfg";
-}
+std::string RenderFile() { return InstallRoot() + "render.cfg"; }
 
 void RemoveReadOnly(const std::string& file) {
   const unsigned attributes = win::GetAttributes(file).value_or(0);
   if (attributes & win::kAttributeReadOnly) win::SetAttributes(file, attributes & ~win::kAttributeReadOnly);
 }
 
-bool IsCraftView(int row) {
-  return row >= 0 && row < static_cast<int>(kCraftViews.size());
-}
+bool IsCraftView(int row) { return row >= 0 && row < static_cast<int>(kCraftViews.size()); }
 
 int CraftViewRow(const std::string& value) {
   const int row = win::RoundToInt16(win::LeadingNumber(value) + 1).value_or(kNoCraftView);

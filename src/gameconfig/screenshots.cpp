@@ -20,9 +20,7 @@ std::vector<std::string> ListScreenshots() {
   return names;
 }
 
-std::string ScreenshotFile(const std::string& name) {
-  return InstallRoot() + "screenshots\\" + name;
-}
+std::string ScreenshotFile(const std::string& name) { return InstallRoot() + "screenshots\\" + name; }
 
 void ClearBindata() {
   if (!InstallRoot().empty()) win::DeleteFiles(InstallRoot() + "data\\bindata\\*");

@@ -76,9 +76,7 @@ std::int16_t StoredActiveInstall() {
   return win::RoundToInt16(win::LeadingNumber(ReadStored(kInstallsSection, "Active", "-1"))).value_or(-1);
 }
 
-void StoreActiveInstall(std::int16_t row) {
-  Store(kInstallsSection, "Active", std::to_string(row));
-}
+void StoreActiveInstall(std::int16_t row) { Store(kInstallsSection, "Active", std::to_string(row)); }
 
 bool SelectInstall(std::int16_t row) {
   const bool isRow = row >= 0 && static_cast<std::size_t>(row) < installs.size();
@@ -91,14 +89,8 @@ void UseInstallFolder(const std::string& path) {
   CurrentInstall = 0;
 }
 
-std::string InstallRoot() {
-  return Selected() ? Selected()->Path : "";
-}
-std::string InstallVersion() {
-  return Selected() ? Selected()->Version : "";
-}
-bool IsVersion13() {
-  return InstallVersion() == "1.3";
-}
+std::string InstallRoot() { return Selected() ? Selected()->Path : ""; }
+std::string InstallVersion() { return Selected() ? Selected()->Version : ""; }
+bool IsVersion13() { return InstallVersion() == "1.3"; }
 
 }  // namespace varnik

@@ -49,9 +49,7 @@ void Predefined(ActivationPass& pass, const LegacyLine& line) {
   win::RenameFile(path, pass.InRoot("bzone.cfg"));
 }
 
-void NoBzoneCfg(ActivationPass& pass, const LegacyLine&) {
-  Decide(pass, LegacyConfig::kUntouched);
-}
+void NoBzoneCfg(ActivationPass& pass, const LegacyLine&) { Decide(pass, LegacyConfig::kUntouched); }
 
 void SwapFolder(ActivationPass& pass, const LegacyLine& line, const std::string& folder, bool& done) {
   if (done) return;
@@ -62,13 +60,9 @@ void SwapFolder(ActivationPass& pass, const LegacyLine& line, const std::string&
   done = true;
 }
 
-void Pilots(ActivationPass& pass, const LegacyLine& line) {
-  SwapFolder(pass, line, "pilots", pass.pilotsDone);
-}
+void Pilots(ActivationPass& pass, const LegacyLine& line) { SwapFolder(pass, line, "pilots", pass.pilotsDone); }
 
-void Saved(ActivationPass& pass, const LegacyLine& line) {
-  SwapFolder(pass, line, "saved", pass.savedDone);
-}
+void Saved(ActivationPass& pass, const LegacyLine& line) { SwapFolder(pass, line, "saved", pass.savedDone); }
 
 void Pak(ActivationPass& pass, const LegacyLine& line) {
   if (pass.config != LegacyConfig::kGenerated) return;

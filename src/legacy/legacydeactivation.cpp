@@ -29,9 +29,7 @@ bool TakeSavedConfig(UndoPass& pass, LegacyConfig config) {
   return true;
 }
 
-void RestoreConfig(const UndoPass& pass) {
-  win::RenameFile(pass.InRoot(kSavedConfig), pass.InRoot("bzone.cfg"));
-}
+void RestoreConfig(const UndoPass& pass) { win::RenameFile(pass.InRoot(kSavedConfig), pass.InRoot("bzone.cfg")); }
 
 void Dynamic(UndoPass& pass, const LegacyLine&) {
   if (!TakeSavedConfig(pass, LegacyConfig::kGenerated)) return;
@@ -58,13 +56,9 @@ void SwapBack(UndoPass& pass, const LegacyLine& line, const std::string& folder,
   done = true;
 }
 
-void Pilots(UndoPass& pass, const LegacyLine& line) {
-  SwapBack(pass, line, "pilots", pass.pilotsDone);
-}
+void Pilots(UndoPass& pass, const LegacyLine& line) { SwapBack(pass, line, "pilots", pass.pilotsDone); }
 
-void Saved(UndoPass& pass, const LegacyLine& line) {
-  SwapBack(pass, line, "saved", pass.savedDone);
-}
+void Saved(UndoPass& pass, const LegacyLine& line) { SwapBack(pass, line, "saved", pass.savedDone); }
 
 void Replace(UndoPass& pass, const LegacyLine& line) {
   pass.places.SplitExpanded(line, pass.arguments);

@@ -41,13 +41,9 @@ void Exec(LoaderWalk& walk, const LegacyLine&) {
   walk.stop = true;
 }
 
-void Dynamic(LoaderWalk& walk, const LegacyLine&) {
-  Decide(walk, LegacyConfig::kGenerated);
-}
+void Dynamic(LoaderWalk& walk, const LegacyLine&) { Decide(walk, LegacyConfig::kGenerated); }
 
-void NoBzoneCfg(LoaderWalk& walk, const LegacyLine&) {
-  Decide(walk, LegacyConfig::kUntouched);
-}
+void NoBzoneCfg(LoaderWalk& walk, const LegacyLine&) { Decide(walk, LegacyConfig::kUntouched); }
 
 // The mod brings its own game configuration: the folders named there replace the usual ones.
 void Predefined(LoaderWalk& walk, const LegacyLine& line) {

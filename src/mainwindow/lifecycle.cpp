@@ -17,9 +17,7 @@ namespace {
 // At a start together with the desktop session the tray may come later than the program.
 constexpr int kPatienceAtBoot = 5000;
 
-double NumberOption(const char* key) {
-  return win::LeadingNumber(ReadOption(key));
-}
+double NumberOption(const char* key) { return win::LeadingNumber(ReadOption(key)); }
 
 // The shortest text that reads back as the same single-precision number.
 std::string SingleText(double twips) {

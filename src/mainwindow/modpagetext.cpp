@@ -63,8 +63,6 @@ std::string ModText(const ModEntry& mod) {
   return text;
 }
 
-std::string ModPicture(const ModEntry& mod) {
-  return mod.Image.empty() ? "" : FindModFile(mod.Image);
-}
+std::string ModPicture(const ModEntry& mod) { return mod.Image.empty() ? "" : FindModFile(mod.Image); }
 
 }  // namespace varnik

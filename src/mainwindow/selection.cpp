@@ -85,8 +85,6 @@ void FrmMain::ShowNoModSelected() {
   cmdLaunchBZ2.SetCaption("Launch");
 }
 
-void FrmMain::ClearMaps() {
-  mapPage.ClearMaps();
-}
+void FrmMain::ClearMaps() { mapPage.ClearMaps(); }
 
 }  // namespace varnik

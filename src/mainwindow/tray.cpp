@@ -15,25 +15,15 @@ bool Tray::ShellTrayAdd(const std::string& tip, const win::Picture& image, int p
   return icon_.Add(tip, image, hidden_, patience);
 }
 
-void Tray::ShellTrayModifyImage(const win::Picture& image) {
-  icon_.SetImage(image);
-}
+void Tray::ShellTrayModifyImage(const win::Picture& image) { icon_.SetImage(image); }
 
-void Tray::ShellTrayModifyImageTip(const std::string& tip) {
-  icon_.SetTip(tip);
-}
+void Tray::ShellTrayModifyImageTip(const std::string& tip) { icon_.SetTip(tip); }
 
-void Tray::ShellTrayDelete() {
-  icon_.Remove();
-}
+void Tray::ShellTrayDelete() { icon_.Remove(); }
 
-void Tray::HookMainWindow() {
-  hooked_ = true;
-}
+void Tray::HookMainWindow() { hooked_ = true; }
 
-void Tray::UnhookMainWindow() {
-  hooked_ = false;
-}
+void Tray::UnhookMainWindow() { hooked_ = false; }
 
 // While the game runs the icon stays alive and does not act; nothing is queued for afterwards.
 void Tray::TrayWindowProc(const std::function<void()>& action) const {

@@ -17,12 +17,8 @@ bool IsTypeInMultiplayer(const MapEntry& map, MapPlace place, int ivar5) {
   return place == MapPlace::kMultiplayer && map.Ivar5 == ivar5;
 }
 
-bool IsDeathmatch(const MapEntry& map, MapPlace place) {
-  return IsTypeInMultiplayer(map, place, 1);
-}
-bool IsStrategy(const MapEntry& map, MapPlace place) {
-  return IsTypeInMultiplayer(map, place, 2);
-}
+bool IsDeathmatch(const MapEntry& map, MapPlace place) { return IsTypeInMultiplayer(map, place, 1); }
+bool IsStrategy(const MapEntry& map, MapPlace place) { return IsTypeInMultiplayer(map, place, 2); }
 
 template <int... kIvar7>
 bool IsDeathmatchOf(const MapEntry& map, MapPlace place) {
@@ -34,12 +30,8 @@ bool IsStrategyOf(const MapEntry& map, MapPlace place) {
   return IsStrategy(map, place) && map.Ivar12Set == kIvar12;
 }
 
-bool IsAny(const MapEntry&, MapPlace) {
-  return true;
-}
-bool IsInstant(const MapEntry&, MapPlace place) {
-  return place == MapPlace::kInstant;
-}
+bool IsAny(const MapEntry&, MapPlace) { return true; }
+bool IsInstant(const MapEntry&, MapPlace place) { return place == MapPlace::kInstant; }
 
 bool IsOther(const MapEntry& map, MapPlace place) {
   return !IsInstant(map, place) && !IsDeathmatch(map, place) && !IsStrategy(map, place);

@@ -37,9 +37,7 @@ void ClearReadOnly(const std::string& file) {
 
 }  // namespace
 
-void ResetConversion() {
-  ConvertAsked = ConvertWanted = false;
-}
+void ResetConversion() { ConvertAsked = ConvertWanted = false; }
 
 void OfferConversion(const MapEntry& entry, const win::ProfileFile& inf, const std::string& infPath) {
   if (!IsVersion13() || !IsMultiplayerPath(entry.Folder) || !IsInModFolders(entry.Folder)) return;

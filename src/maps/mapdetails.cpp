@@ -41,16 +41,10 @@ std::vector<std::string> PictureNames(const std::string& pictureFile) {
 
 }  // namespace
 
-std::string MapDetails(const MapEntry& map) {
-  return "Map Name: " + map.Title + "\r\n" + TypeLines(map);
-}
+std::string MapDetails(const MapEntry& map) { return "Map Name: " + map.Title + "\r\n" + TypeLines(map); }
 
-std::string FindMapDescription(const MapEntry& map) {
-  return FindFirstOf(map, {map.DescFile});
-}
+std::string FindMapDescription(const MapEntry& map) { return FindFirstOf(map, {map.DescFile}); }
 
-std::string FindMapPicture(const MapEntry& map) {
-  return FindFirstOf(map, PictureNames(map.PictureFile));
-}
+std::string FindMapPicture(const MapEntry& map) { return FindFirstOf(map, PictureNames(map.PictureFile)); }
 
 }  // namespace varnik

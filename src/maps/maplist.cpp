@@ -59,9 +59,7 @@ void WriteCache(const std::string& cache, const std::vector<std::string>& lines)
     file.WriteLine(line);
 }
 
-std::string CountText(std::size_t row) {
-  return "Processing Map: " + std::to_string(row);
-}
+std::string CountText(std::size_t row) { return "Processing Map: " + std::to_string(row); }
 
 // The row takes its values when all of them are there.
 bool Load::ReadRow(std::size_t row, std::string& path, std::string& folder) {

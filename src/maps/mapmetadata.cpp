@@ -19,9 +19,7 @@ std::string WithoutLast(const std::string& text, std::size_t count) {
   return text.substr(0, text.size() - std::min(count, text.size()));
 }
 
-std::string WithExtension(const std::string& name, const char* extension) {
-  return WithoutLast(name, 3) + extension;
-}
+std::string WithExtension(const std::string& name, const char* extension) { return WithoutLast(name, 3) + extension; }
 
 void SplitPath(const std::string& path, MapEntry& entry, std::string& folder) {
   const std::size_t separator = path.rfind('\\');

@@ -84,15 +84,9 @@ void SetFirst(std::string& field, const std::string& value) {
   if (field.empty()) field = value;
 }
 
-void DefaultName(Walk& walk, const Args& args) {
-  SetFirst(walk.state.sessionName, args[1]);
-}
-void DefaultPassword(Walk& walk, const Args& args) {
-  SetFirst(walk.state.password, args[1]);
-}
-void DefaultMessage(Walk& walk, const Args& args) {
-  SetFirst(walk.state.message, args[1]);
-}
+void DefaultName(Walk& walk, const Args& args) { SetFirst(walk.state.sessionName, args[1]); }
+void DefaultPassword(Walk& walk, const Args& args) { SetFirst(walk.state.password, args[1]); }
+void DefaultMessage(Walk& walk, const Args& args) { SetFirst(walk.state.message, args[1]); }
 
 void RaceName(Walk&, const Args& args) {
   const std::string letter = win::UpperCase(args[1].substr(0, 1));
@@ -154,9 +148,7 @@ void FinishRunOnlyMod(const ActivationWalk& walk, const CrashMarker& marker) {
 
 }  // namespace
 
-std::vector<DirectiveForm> ActivationDirectives() {
-  return FormsOf(kDirectives);
-}
+std::vector<DirectiveForm> ActivationDirectives() { return FormsOf(kDirectives); }
 
 const std::array<std::string, 26>& RaceNames = raceNames;
 

@@ -29,13 +29,9 @@ unsigned generation = 0;
 // Names of the definition files in the list, in lower case.
 std::unordered_set<std::string> knownFiles;
 
-std::string KeyOf(const std::string& path) {
-  return win::LowerCase(win::FileNameOf(path));
-}
+std::string KeyOf(const std::string& path) { return win::LowerCase(win::FileNameOf(path)); }
 
-bool IsRow(int modIndex) {
-  return modIndex > 0 && static_cast<std::size_t>(modIndex) < list.size();
-}
+bool IsRow(int modIndex) { return modIndex > 0 && static_cast<std::size_t>(modIndex) < list.size(); }
 
 // The mod's own folders come first; the two that every install has follow unless it named them itself.
 void AddStandardFolders(std::vector<std::string>& folders) {

@@ -142,9 +142,7 @@ void ForgetSelectedMap() {
 
 }  // namespace
 
-std::vector<DirectiveForm> DeactivationDirectives() {
-  return FormsOf(kDirectives);
-}
+std::vector<DirectiveForm> DeactivationDirectives() { return FormsOf(kDirectives); }
 
 bool DeactivateMod(const std::string& definitionFile, const std::string& root) {
   LogLine("Deactivate Varnik Mod Begin");
@@ -178,8 +176,6 @@ UndoOutcome DeactivateByMarker(const std::string& definitionFile, const std::str
   return DeactivateMod(definitionFile, root) ? UndoOutcome::kDone : UndoOutcome::kExeTookOver;
 }
 
-void SetMapPageRefresh(std::function<void()> refresh) {
-  refreshMapPage = std::move(refresh);
-}
+void SetMapPageRefresh(std::function<void()> refresh) { refreshMapPage = std::move(refresh); }
 
 }  // namespace varnik

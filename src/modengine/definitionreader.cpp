@@ -53,18 +53,10 @@ void SetFirst(std::string& field, const std::string& value) {
   if (win::Trim(field).empty()) field = value;
 }
 
-void Name(Level& level, const Args& args) {
-  SetFirst(level.pass.entry.Name, args[1]);
-}
-void Description(Level& level, const Args& args) {
-  SetFirst(level.pass.entry.Description, args[1]);
-}
-void Image(Level& level, const Args& args) {
-  SetFirst(level.pass.entry.Image, args[1]);
-}
-void Splash(Level& level, const Args& args) {
-  SetFirst(level.pass.entry.Splash, args[1]);
-}
+void Name(Level& level, const Args& args) { SetFirst(level.pass.entry.Name, args[1]); }
+void Description(Level& level, const Args& args) { SetFirst(level.pass.entry.Description, args[1]); }
+void Image(Level& level, const Args& args) { SetFirst(level.pass.entry.Image, args[1]); }
+void Splash(Level& level, const Args& args) { SetFirst(level.pass.entry.Splash, args[1]); }
 
 void DescriptionFile(Level& level, const Args& args) {
   std::string& description = level.pass.entry.Description;
@@ -130,9 +122,7 @@ void Replace(Level& level, const Args& args) {
   if (args[1] == "bzone.cfg" && FileExists(level.Below(args[2]))) ReadFoldersOf(level, level.Below(args[2]));
 }
 
-void Pak(Level& level, const Args&) {
-  BeginAction(level);
-}
+void Pak(Level& level, const Args&) { BeginAction(level); }
 
 void Fold(Level& level, const Args& args) {
   if (BeginAction(level)) level.pass.entry.Folders.push_back(args[1]);
@@ -208,9 +198,7 @@ Verdict ReadLevel(win::LineReader& file, Pass& pass) {
 
 }  // namespace
 
-std::vector<DirectiveForm> CatalogueDirectives() {
-  return FormsOf(kDirectives);
-}
+std::vector<DirectiveForm> CatalogueDirectives() { return FormsOf(kDirectives); }
 
 bool NamesVersion(const Args& args, const std::string& version) {
   const std::string wanted = win::Trim(version);

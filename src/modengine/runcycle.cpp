@@ -45,9 +45,7 @@ ModEntry RowOf(int modIndex) {
   return isRow ? ModList[modIndex] : ModEntry();
 }
 
-std::string GameOf(const std::string& root, bool useEditor) {
-  return root + (useEditor ? "bz2edit.exe" : "bzone.exe");
-}
+std::string GameOf(const std::string& root, bool useEditor) { return root + (useEditor ? "bz2edit.exe" : "bzone.exe"); }
 
 struct Run {
   const std::string& commandLine;

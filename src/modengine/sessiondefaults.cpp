@@ -30,12 +30,8 @@ std::string FindPlayerFile(const std::string& name) {
   return CurrentInstall < 0 ? std::string() : FindInSearchDirs(name, 0);
 }
 
-std::string RaceFile(char letter) {
-  return FindPlayerFile(std::string("RaceName_") + letter + ".txt");
-}
-std::string RaceKey(char letter) {
-  return std::string("Racename") + letter;
-}
+std::string RaceFile(char letter) { return FindPlayerFile(std::string("RaceName_") + letter + ".txt"); }
+std::string RaceKey(char letter) { return std::string("Racename") + letter; }
 
 void ApplyRaceName(char letter, const std::string& name) {
   const std::string file = RaceFile(letter);
@@ -91,8 +87,6 @@ std::optional<std::string> PresentSessionDefault(const std::string& key) {
   return ReadIniValue(kPreferencesSection, key, file, "");
 }
 
-bool HasRaceFile(char letter) {
-  return !RaceFile(letter).empty();
-}
+bool HasRaceFile(char letter) { return !RaceFile(letter).empty(); }
 
 }  // namespace varnik

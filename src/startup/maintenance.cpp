@@ -16,9 +16,7 @@ namespace varnik {
 namespace {
 
 // The settings of a program that works on an install are not to vanish under it, so it counts like a running instance.
-bool AnotherWorksOnAnInstall() {
-  return !RunGuard().IsHeld();
-}
+bool AnotherWorksOnAnInstall() { return !RunGuard().IsHeld(); }
 
 }  // namespace
 

@@ -44,9 +44,7 @@ void FindFiles(const std::string& folder, FileSearchParams& params, FileSearchRe
   });
 }
 
-std::string TrimAtNul(const std::string& text) {
-  return text.substr(0, text.find('\0'));
-}
+std::string TrimAtNul(const std::string& text) { return text.substr(0, text.find('\0')); }
 
 bool MatchesPattern(const std::string& name, const std::string& pattern, const FileSearchParams& params) {
   return static_cast<std::int32_t>(win::PathMatchSpec(name, pattern)) == params.MatchSense;

@@ -42,9 +42,7 @@ constexpr QuipLines kQuips[kQuipCount] = {
 
 }  // namespace
 
-std::string Quip(int index) {
-  return std::string(kQuips[index].first) + "\r\n" + kQuips[index].second;
-}
+std::string Quip(int index) { return std::string(kQuips[index].first) + "\r\n" + kQuips[index].second; }
 
 int QuipIndex(double random) {
   constexpr int kLastShown = kQuipCount - 2;

@@ -91,11 +91,7 @@ long RegStoreTyped(std::uintptr_t keyHandle, const std::string& valueName, std::
   return win::kErrorSuccess;
 }
 
-std::string RunOnceCommand() {
-  return StartCommand("/crash");
-}
-std::string AutoloadCommand() {
-  return StartCommand("/boot");
-}
+std::string RunOnceCommand() { return StartCommand("/crash"); }
+std::string AutoloadCommand() { return StartCommand("/boot"); }
 
 }  // namespace varnik

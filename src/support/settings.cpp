@@ -14,13 +14,9 @@ std::string ReadOption(const std::string& key) {
   return ReadStored(kSettingsSection, key, fallback);
 }
 
-bool OptionIsOn(const std::string& key) {
-  return ReadOption(key) == "On";
-}
+bool OptionIsOn(const std::string& key) { return ReadOption(key) == "On"; }
 
-void StoreOption(const std::string& key, const std::string& value) {
-  Store(kSettingsSection, key, value);
-}
+void StoreOption(const std::string& key, const std::string& value) { Store(kSettingsSection, key, value); }
 
 std::string ReadStored(const char* section, const std::string& key, const std::string& fallback) {
   return win::GetSetting(kApplication, section, key, fallback);
@@ -34,8 +30,6 @@ bool StoreAll(const char* section, const std::vector<win::SettingRow>& rows, win
   return win::SaveSection(kApplication, section, rows, others);
 }
 
-void Forget(const char* section, const std::string& key) {
-  win::DeleteSetting(kApplication, section, key);
-}
+void Forget(const char* section, const std::string& key) { win::DeleteSetting(kApplication, section, key); }
 
 }  // namespace varnik

@@ -4,8 +4,6 @@ namespace varnik {
 
 const char kVersion[] = VARNIK_VERSION;
 
-std::string VersionLine() {
-  return std::string("Version ") + kVersion;
-}
+std::string VersionLine() { return std::string("Version ") + kVersion; }
 
 }  // namespace varnik

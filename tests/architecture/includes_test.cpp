@@ -37,9 +37,7 @@ bool IsOwnHeader(const std::string& from, const std::string& to) {
   return from.starts_with(to.substr(0, to.rfind('.')));
 }
 
-std::string FolderOf(const std::string& path) {
-  return path.substr(0, path.rfind('/'));
-}
+std::string FolderOf(const std::string& path) { return path.substr(0, path.rfind('/')); }
 
 using ArrowMap = std::map<std::string, std::set<std::string>>;
 

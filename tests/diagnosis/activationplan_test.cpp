@@ -125,9 +125,7 @@ std::vector<PlanStep> StepsOfActivation(const ModEntry& mod, bool& inForce) {
   return steps.All();
 }
 
-std::size_t CountStored() {
-  return win::AllSettings(kApplication).size();
-}
+std::size_t CountStored() { return win::AllSettings(kApplication).size(); }
 
 TEST_F(Plan, TellsWhatAnActivationThenDoes) {
   for (unsigned seed = 1; seed <= 60 && !HasFailure(); ++seed) {

@@ -194,9 +194,7 @@ const Case kInstalls[] = {
     {"include(addon);", "include-unreadable@2"},
 };
 
-TEST_F(Check, HoldsLinesAgainstTheInstall) {
-  ExpectAll(kInstalls, "BZ2HALD5\n", "\ndname(M);");
-}
+TEST_F(Check, HoldsLinesAgainstTheInstall) { ExpectAll(kInstalls, "BZ2HALD5\n", "\ndname(M);"); }
 
 const Case kLegacy[] = {
     {"desc M\n\n\n\ndynamic\npak @rootdir\\a\nreplace @rootdir/a, @rootdir/b // note\n; note", ""},

@@ -241,9 +241,7 @@ Outcome Supervisor::Run(const Command& command) {
 
 }  // namespace
 
-Outcome RunCounted(const Command& command) {
-  return Supervisor(Trouble::kNone, 0).Run(command);
-}
+Outcome RunCounted(const Command& command) { return Supervisor(Trouble::kNone, 0).Run(command); }
 
 int CountOperations(const Command& command) {
   const Outcome outcome = RunCounted(command);
@@ -251,12 +249,8 @@ int CountOperations(const Command& command) {
   return outcome.operations;
 }
 
-Outcome RunKilledAt(int n, const Command& command) {
-  return Supervisor(Trouble::kKill, n).Run(command);
-}
+Outcome RunKilledAt(int n, const Command& command) { return Supervisor(Trouble::kKill, n).Run(command); }
 
-Outcome RunWithFullDisk(int n, const Command& command) {
-  return Supervisor(Trouble::kFullDisk, n).Run(command);
-}
+Outcome RunWithFullDisk(int n, const Command& command) { return Supervisor(Trouble::kFullDisk, n).Run(command); }
 
 }  // namespace test

@@ -36,12 +36,8 @@ Sandbox::~Sandbox() {
   fs::remove_all(root_, ignored);
 }
 
-std::string Sandbox::InstallText() const {
-  return install_.string() + "\\";
-}
-std::string Sandbox::AppText() const {
-  return app_.string() + "\\";
-}
+std::string Sandbox::InstallText() const { return install_.string() + "\\"; }
+std::string Sandbox::AppText() const { return app_.string() + "\\"; }
 
 void Sandbox::MakeInstall(std::string_view version) {
   WriteFile(install_ / "bzone.exe", "#!/bin/sh\nexit 0\n");

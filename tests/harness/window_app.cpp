@@ -61,19 +61,13 @@ void ActOnModal(std::function<void(win::Form&)> act) {
   act(*form);
 }
 
-QPoint Center(const QWidget& widget) {
-  return widget.rect().center();
-}
+QPoint Center(const QWidget& widget) { return widget.rect().center(); }
 
-QRect RowRect(const QListView& view, int row) {
-  return view.visualRect(view.model()->index(row, 0));
-}
+QRect RowRect(const QListView& view, int row) { return view.visualRect(view.model()->index(row, 0)); }
 
 }  // namespace
 
-win::Application& App() {
-  return *application;
-}
+win::Application& App() { return *application; }
 
 BoxScript::BoxScript() {
   win::AnswerBoxesWith([this](const win::Box& box) { return Reply(box); });
@@ -118,9 +112,7 @@ void WindowTest::TearDown() {
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
-void RunEvents() {
-  QTest::qWait(1);
-}
+void RunEvents() { QTest::qWait(1); }
 
 bool Await(const std::function<bool()>& condition, int milliseconds) {
   return QTest::qWaitFor(condition, milliseconds);
@@ -172,9 +164,7 @@ void PressKey(const win::Control& control, int qtKey) {
   QTest::keyClick(control.Widget(), static_cast<Qt::Key>(qtKey));
 }
 
-void PressKey(const win::Form& form, int qtKey) {
-  QTest::keyClick(form.Window(), static_cast<Qt::Key>(qtKey));
-}
+void PressKey(const win::Form& form, int qtKey) { QTest::keyClick(form.Window(), static_cast<Qt::Key>(qtKey)); }
 
 void ChooseRow(const win::ComboBox& box, int row) {
   auto* widget = qobject_cast<QComboBox*>(box.Widget());

@@ -44,12 +44,8 @@ const std::string kTail12 = Tail("", "AddDirRecurse(\"@rootdir\\data\");");
 const std::string kTail13 =
     Tail("        AddPack(\"@rootdir\\patch13.pak\");\r\n", "//AddDirRecurse(\"@rootdir\\data\");");
 
-std::string Pack(const std::string& name) {
-  return "          AddPack(\"@rootdir\\" + name + "\");\r\n\r\n";
-}
-std::string Folder(const std::string& name) {
-  return "          AddDirRecurse(\"@rootdir\\" + name + "\");\r\n\r\n";
-}
+std::string Pack(const std::string& name) { return "          AddPack(\"@rootdir\\" + name + "\");\r\n\r\n"; }
+std::string Folder(const std::string& name) { return "          AddDirRecurse(\"@rootdir\\" + name + "\");\r\n\r\n"; }
 
 struct ConfigurationCase {
   const char* version;

@@ -14,9 +14,7 @@ char program[kLimit];
 char tail[kLimit];
 wchar_t line[kLimit];
 
-int DigitValue(char digit) {
-  return digit <= '9' ? digit - '0' : digit - 'a' + 10;
-}
+int DigitValue(char digit) { return digit <= '9' ? digit - '0' : digit - 'a' + 10; }
 
 // Gives the place behind the decoded part; nothing when that does not fit.
 const char* Decode(const char* digits, char (&bytes)[kLimit]) {
@@ -98,6 +96,4 @@ DWORD Run() {
 
 }  // namespace
 
-extern "C" void Enter() {
-  ExitProcess(Run());
-}
+extern "C" void Enter() { ExitProcess(Run()); }

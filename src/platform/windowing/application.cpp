@@ -30,8 +30,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds kEventPause(10);  // between two runs of the events in a long loop
-constexpr int kMaxRuns = 20;                         // in a row, after a longer pause
-constexpr int kMaxRun = 50;                       // milliseconds
+constexpr int kMaxRuns = 20;                          // in a row, after a longer pause
+constexpr int kMaxRun = 50;                           // milliseconds
 constexpr int kRetryDelay = 200;  // milliseconds until a request to close is put to a busy form again
 
 // A loop that asks a hundred thousand times a second gets its events run a hundred times a second; a call by itself is
@@ -164,9 +164,7 @@ void Application::SetIcon(const Picture& picture) {
   QApplication::setWindowIcon(QIcon(QPixmap::fromImage(picture.Image())));
 }
 
-void Application::SetMainForm(Form* form) {
-  impl_->mainForm = form;
-}
+void Application::SetMainForm(Form* form) { impl_->mainForm = form; }
 
 void Application::Serve(Instance& instance) {
   if (instance.Descriptor() < 0) return;

@@ -121,13 +121,9 @@ void ButtonWidget::paintEvent(QPaintEvent*) {
   painter.drawItemText(room, WrapFlags(this, Qt::AlignCenter), palette(), isEnabled(), text(), QPalette::ButtonText);
 }
 
-CheckBoxWidget::CheckBoxWidget(QWidget* parent) : QCheckBox(parent) {
-  setFocusPolicy(Qt::StrongFocus);
-}
+CheckBoxWidget::CheckBoxWidget(QWidget* parent) : QCheckBox(parent) { setFocusPolicy(Qt::StrongFocus); }
 
-bool CheckBoxWidget::hitButton(const QPoint& place) const {
-  return rect().contains(place);
-}
+bool CheckBoxWidget::hitButton(const QPoint& place) const { return rect().contains(place); }
 
 QRect CheckBoxWidget::TextRect(const QRect& whole) const {
   QStyleOptionButton option;

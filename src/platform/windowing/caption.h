@@ -4,7 +4,6 @@
 #include <QLabel>
 #include <QPushButton>
 
-
 namespace win {
 
 // A widget whose caption wraps.

@@ -12,9 +12,7 @@ CheckBox::CheckBox(Container& parent, const char* name, const std::string& capti
   SetCaption(caption);
 }
 
-int CheckBox::Value() const {
-  return value_;
-}
+int CheckBox::Value() const { return value_; }
 
 bool CheckBox::SetValue(int value) {
   if (value < 0 || value > 2) return false;

@@ -43,9 +43,7 @@ void ComboBox::AddItem(const std::string& text) {
   if (box_->currentIndex() != listIndex_) box_->setCurrentIndex(listIndex_);
 }
 
-int ComboBox::NewIndex() const {
-  return ListCount() - 1;
-}
+int ComboBox::NewIndex() const { return ListCount() - 1; }
 
 void ComboBox::Clear() {
   rows_.clear();
@@ -53,21 +51,13 @@ void ComboBox::Clear() {
   if (Widget()) box_->clear();
 }
 
-int ComboBox::ListCount() const {
-  return static_cast<int>(rows_.size());
-}
+int ComboBox::ListCount() const { return static_cast<int>(rows_.size()); }
 
-std::string ComboBox::List(int index) const {
-  return Holds(index) ? rows_[index].text : std::string();
-}
+std::string ComboBox::List(int index) const { return Holds(index) ? rows_[index].text : std::string(); }
 
-std::string ComboBox::Text() const {
-  return List(listIndex_);
-}
+std::string ComboBox::Text() const { return List(listIndex_); }
 
-int ComboBox::ListIndex() const {
-  return listIndex_;
-}
+int ComboBox::ListIndex() const { return listIndex_; }
 
 bool ComboBox::SetListIndex(int index) {
   if (!Widget() || (index != -1 && !Holds(index))) return false;
@@ -78,9 +68,7 @@ bool ComboBox::SetListIndex(int index) {
   return true;
 }
 
-std::int32_t ComboBox::ItemData(int index) const {
-  return Holds(index) ? rows_[index].data : 0;
-}
+std::int32_t ComboBox::ItemData(int index) const { return Holds(index) ? rows_[index].data : 0; }
 
 void ComboBox::SetItemData(int index, std::int32_t data) {
   if (Holds(index)) rows_[index].data = data;

@@ -133,45 +133,27 @@ Control::~Control() {
   impl_->widget->deleteLater();
 }
 
-std::string Control::Name() const {
-  return impl_->name;
-}
-QWidget* Control::Widget() const {
-  return impl_->widget;
-}
+std::string Control::Name() const { return impl_->name; }
+QWidget* Control::Widget() const { return impl_->widget; }
 
-bool Control::Visible() const {
-  return impl_->widget && !impl_->widget->isHidden();
-}
+bool Control::Visible() const { return impl_->widget && !impl_->widget->isHidden(); }
 
 void Control::SetVisible(bool visible) {
   if (impl_->widget) impl_->widget->setVisible(visible);
 }
 
-bool Control::Enabled() const {
-  return impl_->widget && impl_->widget->testAttribute(Qt::WA_ForceDisabled) == false;
-}
+bool Control::Enabled() const { return impl_->widget && impl_->widget->testAttribute(Qt::WA_ForceDisabled) == false; }
 
 void Control::SetEnabled(bool enabled) {
   if (impl_->widget) impl_->widget->setEnabled(enabled);
 }
 
-double Control::Left() const {
-  return impl_->widget ? impl_->Length(&Place::left, impl_->widget->x()) : 0;
-}
-double Control::Top() const {
-  return impl_->widget ? impl_->Length(&Place::top, impl_->widget->y()) : 0;
-}
-double Control::Width() const {
-  return impl_->widget ? impl_->Length(&Place::width, impl_->widget->width()) : 0;
-}
-double Control::Height() const {
-  return impl_->widget ? impl_->Length(&Place::height, impl_->widget->height()) : 0;
-}
+double Control::Left() const { return impl_->widget ? impl_->Length(&Place::left, impl_->widget->x()) : 0; }
+double Control::Top() const { return impl_->widget ? impl_->Length(&Place::top, impl_->widget->y()) : 0; }
+double Control::Width() const { return impl_->widget ? impl_->Length(&Place::width, impl_->widget->width()) : 0; }
+double Control::Height() const { return impl_->widget ? impl_->Length(&Place::height, impl_->widget->height()) : 0; }
 
-void Control::Move(double left, double top) {
-  Move(left, top, impl_->asked.width, impl_->asked.height);
-}
+void Control::Move(double left, double top) { Move(left, top, impl_->asked.width, impl_->asked.height); }
 
 void Control::Move(double left, double top, double width, double height) {
   if (!impl_->widget) return;
@@ -185,19 +167,11 @@ void Control::SetHeight(double height) {
   Move(asked.left, asked.top, asked.width, height);
 }
 
-QSize Control::AskedSize() const {
-  return impl_->asked.Pixels().size();
-}
+QSize Control::AskedSize() const { return impl_->asked.Pixels().size(); }
 
-std::string Control::Tag() const {
-  return impl_->tag;
-}
-void Control::SetTag(const std::string& tag) {
-  impl_->tag = tag;
-}
-std::string Control::ToolTipText() const {
-  return impl_->toolTip;
-}
+std::string Control::Tag() const { return impl_->tag; }
+void Control::SetTag(const std::string& tag) { impl_->tag = tag; }
+std::string Control::ToolTipText() const { return impl_->toolTip; }
 
 void Control::SetToolTipText(const std::string& text) {
   impl_->toolTip = text;
@@ -212,9 +186,7 @@ void Control::SetFocus() {
   if (impl_->widget) impl_->widget->setFocus(Qt::OtherFocusReason);
 }
 
-bool Control::HasFocus() const {
-  return impl_->widget && impl_->widget->hasFocus();
-}
+bool Control::HasFocus() const { return impl_->widget && impl_->widget->hasFocus(); }
 
 void Control::SetTabStop(bool stop) {
   if (impl_->widget) impl_->widget->setFocusPolicy(stop ? Qt::StrongFocus : Qt::ClickFocus);

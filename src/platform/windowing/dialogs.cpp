@@ -28,9 +28,7 @@ QWidget* BoxOwner() {
   return last;
 }
 
-QString TitleOf(const std::string& title) {
-  return Readable(title.empty() ? Program().title : title);
-}
+QString TitleOf(const std::string& title) { return Readable(title.empty() ? Program().title : title); }
 
 QMessageBox::StandardButtons ButtonsOf(int style) {
   switch (ButtonsOfStyle(style)) {
@@ -80,9 +78,7 @@ std::string AskText(const std::string& prompt, const std::string& title, const s
 
 }  // namespace
 
-WindowServices BoxServices() {
-  return {{}, ShowMessage, AskText};
-}
+WindowServices BoxServices() { return {{}, ShowMessage, AskText}; }
 
 std::string BrowseForFolder(Form* owner, const std::string& title) {
   if (boxAnswerer) return boxAnswerer({BoxKind::kFolder, "", title, kOkOnly, ""}).text;
@@ -91,8 +87,6 @@ std::string BrowseForFolder(Form* owner, const std::string& title) {
   return folder.isEmpty() ? std::string() : WindowsPathFromNative(QFile::encodeName(folder).toStdString());
 }
 
-void AnswerBoxesWith(std::function<BoxAnswer(const Box&)> answerer) {
-  boxAnswerer = std::move(answerer);
-}
+void AnswerBoxesWith(std::function<BoxAnswer(const Box&)> answerer) { boxAnswerer = std::move(answerer); }
 
 }  // namespace win

@@ -121,17 +121,11 @@ DrawingHandle AddSurface(DrawingSurface* surface) {
   return Add(std::move(object));
 }
 
-void RemoveSurface(DrawingHandle dc) {
-  objects.erase(dc);
-}
+void RemoveSurface(DrawingHandle dc) { objects.erase(dc); }
 
-unsigned GetLastError() {
-  return lastError;
-}
+unsigned GetLastError() { return lastError; }
 
-DrawingHandle GetDesktopWindow() {
-  return kDesktop;
-}
+DrawingHandle GetDesktopWindow() { return kDesktop; }
 
 DrawingHandle GetDC(DrawingHandle window) {
   if (window != kDesktop) return Fail(kErrorBadHandle);
@@ -201,9 +195,7 @@ int GetDIBits(DrawingHandle dc, DrawingHandle bitmap, int start, int lines, void
 namespace {
 
 // The part of `place` that lies on `target`.
-QRect Visible(const QImage& target, const QRect& place) {
-  return place.intersected(target.rect());
-}
+QRect Visible(const QImage& target, const QRect& place) { return place.intersected(target.rect()); }
 
 // A part of a device-independent bitmap, in rows from the top. Colours without a table are taken from where they lie:
 // a bitmap may be huge, and what can be seen of it is small.

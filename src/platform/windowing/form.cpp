@@ -53,13 +53,9 @@ Form::~Form() {
   impl_->window->deleteLater();
 }
 
-std::string Form::Name() const {
-  return impl_->name;
-}
+std::string Form::Name() const { return impl_->name; }
 
-std::string Form::Caption() const {
-  return impl_->caption;
-}
+std::string Form::Caption() const { return impl_->caption; }
 
 void Form::SetCaption(const std::string& caption) {
   impl_->caption = caption;
@@ -75,9 +71,7 @@ void Form::EnsureLoaded() {
   impl->loading = false;
 }
 
-bool Form::Loaded() const {
-  return impl_->loaded;
-}
+bool Form::Loaded() const { return impl_->loaded; }
 
 void Form::Show(Form* owner) {
   const auto impl = impl_;
@@ -92,7 +86,7 @@ void Form::Show(Form* owner) {
     impl->placed = true;
     window.setWindowState(Native(impl->state));
     window.BlockInput(!impl->enabled);  // in the native window that the flags may have made anew
-    window.winId();  // makes the window, so that it can be given its owner before it shows
+    window.winId();                     // makes the window, so that it can be given its owner before it shows
     // Window managers may hide a window along with an owner that is hidden itself.
     const bool ownerShows = owner && owner->Visible() && owner->State() != WindowState::kMinimized;
     window.windowHandle()->setTransientParent(ownerShows ? owner->Window()->windowHandle() : nullptr);
@@ -119,9 +113,7 @@ void Form::Hide() {
   impl_->EndModal();
 }
 
-bool Form::Visible() const {
-  return impl_->window && impl_->window->isVisible();
-}
+bool Form::Visible() const { return impl_->window && impl_->window->isVisible(); }
 
 void Form::SetVisible(bool visible) {
   if (!visible)
@@ -147,36 +139,24 @@ bool Form::Close(UnloadMode mode) {
   return true;
 }
 
-bool Form::Enabled() const {
-  return impl_->enabled;
-}
+bool Form::Enabled() const { return impl_->enabled; }
 
 void Form::SetEnabled(bool enabled) {
   impl_->enabled = enabled;
   impl_->window->BlockInput(!enabled);
 }
 
-WindowState Form::State() const {
-  return impl_->state;
-}
+WindowState Form::State() const { return impl_->state; }
 
 void Form::SetState(WindowState state) {
   impl_->state = state;
   if (Visible()) impl_->window->setWindowState(Native(state));
 }
 
-double Form::Left() const {
-  return ToTwips(impl_->window->x());
-}
-double Form::Top() const {
-  return ToTwips(impl_->window->y());
-}
-double Form::Width() const {
-  return ToTwips(impl_->window->FullSize().width());
-}
-double Form::Height() const {
-  return ToTwips(impl_->window->FullSize().height());
-}
+double Form::Left() const { return ToTwips(impl_->window->x()); }
+double Form::Top() const { return ToTwips(impl_->window->y()); }
+double Form::Width() const { return ToTwips(impl_->window->FullSize().width()); }
+double Form::Height() const { return ToTwips(impl_->window->FullSize().height()); }
 
 void Form::Move(double left, double top) {
   impl_->place = QPoint(ToPixels(left), ToPixels(top));
@@ -193,44 +173,28 @@ void Form::SetClientSize(double width, double height) {
   impl_->window->SetClientSize({ToPixels(width), ToPixels(height)});
 }
 
-void Form::SetFocus() {
-  impl_->window->activateWindow();
-}
+void Form::SetFocus() { impl_->window->activateWindow(); }
 
 void Form::BringToFront() {
   impl_->window->raise();
   impl_->window->activateWindow();
 }
 
-void Form::Refresh() {
-  impl_->window->repaint();
-}
+void Form::Refresh() { impl_->window->repaint(); }
 
-void Form::SetDefaultButton(Button& button) {
-  impl_->defaultButton = qobject_cast<QAbstractButton*>(button.Widget());
-}
+void Form::SetDefaultButton(Button& button) { impl_->defaultButton = qobject_cast<QAbstractButton*>(button.Widget()); }
 
-void Form::SetCancelButton(Button& button) {
-  impl_->cancelButton = qobject_cast<QAbstractButton*>(button.Widget());
-}
+void Form::SetCancelButton(Button& button) { impl_->cancelButton = qobject_cast<QAbstractButton*>(button.Widget()); }
 
 void Form::SetTitleBar(bool shown) {
   impl_->titleBar = shown;
   impl_->window->SetEdge(!shown);
 }
 
-QWidget* Form::Area() const {
-  return impl_->window->Client();
-}
-QWidget* Form::Window() const {
-  return impl_->window;
-}
-QMenuBar* Form::MenuBar() const {
-  return impl_->window->Bar();
-}
+QWidget* Form::Area() const { return impl_->window->Client(); }
+QWidget* Form::Window() const { return impl_->window; }
+QMenuBar* Form::MenuBar() const { return impl_->window->Bar(); }
 
-std::vector<Form*> OpenForms() {
-  return LoadedForms();
-}
+std::vector<Form*> OpenForms() { return LoadedForms(); }
 
 }  // namespace win

@@ -35,25 +35,17 @@ bool OnScreen(const FormImpl& form) {
 
 }  // namespace
 
-void RememberForm(Form* form) {
-  openForms.push_back(form);
-}
+void RememberForm(Form* form) { openForms.push_back(form); }
 
 void ForgetForm(Form* form) {
   if (std::erase(openForms, form) && openForms.empty() && noFormLeft) noFormLeft();
 }
 
-const std::vector<Form*>& LoadedForms() {
-  return openForms;
-}
+const std::vector<Form*>& LoadedForms() { return openForms; }
 
-FormImpl& FormImpl::Of(const Form& form) {
-  return *form.impl_;
-}
+FormImpl& FormImpl::Of(const Form& form) { return *form.impl_; }
 
-std::shared_ptr<FormImpl> FormImpl::Share(const Form& form) {
-  return form.impl_;
-}
+std::shared_ptr<FormImpl> FormImpl::Share(const Form& form) { return form.impl_; }
 
 void FormImpl::Place() {
   QRect frame(window->pos(), window->size());
@@ -83,13 +75,9 @@ void FormImpl::EndModal() {
   if (modalLoop) modalLoop->quit();
 }
 
-void SetNoFormLeft(std::function<void()> handler) {
-  noFormLeft = std::move(handler);
-}
+void SetNoFormLeft(std::function<void()> handler) { noFormLeft = std::move(handler); }
 
-bool IsLoading(const Form& form) {
-  return FormImpl::Of(form).loading;
-}
+bool IsLoading(const Form& form) { return FormImpl::Of(form).loading; }
 
 void AwaitShownForms() {
   std::vector<std::shared_ptr<FormImpl>> shown;

@@ -43,22 +43,16 @@ QMenuBar* FormWindow::Bar() {
   return bar_;
 }
 
-int FormWindow::BarHeight() const {
-  return bar_ ? bar_->heightForWidth(client_->width()) : 0;
-}
+int FormWindow::BarHeight() const { return bar_ ? bar_->heightForWidth(client_->width()) : 0; }
 
-QSize FormWindow::FullSize() const {
-  return {client_->width(), client_->height() + BarHeight()};
-}
+QSize FormWindow::FullSize() const { return {client_->width(), client_->height() + BarHeight()}; }
 
 void FormWindow::SetClientSize(QSize size) {
   client_->resize(size);
   FitToScreen();
 }
 
-void FormWindow::SetEdge(bool drawn) {
-  client_->setFrameStyle(drawn ? QFrame::Box | QFrame::Plain : QFrame::NoFrame);
-}
+void FormWindow::SetEdge(bool drawn) { client_->setFrameStyle(drawn ? QFrame::Box | QFrame::Plain : QFrame::NoFrame); }
 
 void FormWindow::FitToScreen() {
   const QSize full = FullSize();
@@ -95,9 +89,7 @@ bool FormWindow::eventFilter(QObject*, QEvent* event) {
   return true;
 }
 
-void FormWindow::resizeEvent(QResizeEvent*) {
-  Arrange();
-}
+void FormWindow::resizeEvent(QResizeEvent*) { Arrange(); }
 
 void FormWindow::closeEvent(QCloseEvent* event) {
   // Whether the window goes is the form's decision, and Close hides it.

@@ -107,9 +107,7 @@ void ListBox::AddItem(const std::string& text, int index) {
   if (state.listIndex >= state.newIndex) ++state.listIndex;
 }
 
-int ListBox::NewIndex() const {
-  return state_->newIndex;
-}
+int ListBox::NewIndex() const { return state_->newIndex; }
 
 void ListBox::RemoveItem(int index) {
   State& state = *state_;
@@ -125,9 +123,7 @@ void ListBox::Clear() {
   state_->listIndex = state_->newIndex = -1;
 }
 
-int ListBox::ListCount() const {
-  return state_->model.Count();
-}
+int ListBox::ListCount() const { return state_->model.Count(); }
 
 std::string ListBox::List(int index) const {
   return state_->model.Holds(index) ? state_->model.Row(index).text : std::string();
@@ -137,9 +133,7 @@ void ListBox::SetList(int index, const std::string& text) {
   if (state_->model.Holds(index)) state_->model.SetText(index, text);
 }
 
-int ListBox::ListIndex() const {
-  return state_->listIndex;
-}
+int ListBox::ListIndex() const { return state_->listIndex; }
 
 void ListBox::SetListIndex(int index) {
   State& state = *state_;
@@ -172,9 +166,7 @@ void ListBox::SetSelected(int index, bool selected) {
   }
 }
 
-void ListBox::BeginUpdate() {
-  state_->model.BeginUpdate();
-}
+void ListBox::BeginUpdate() { state_->model.BeginUpdate(); }
 
 void ListBox::EndUpdate() {
   State& state = *state_;

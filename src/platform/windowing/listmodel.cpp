@@ -80,9 +80,7 @@ bool ListModel::EndUpdate() {
   return true;
 }
 
-int ListModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() || Updating() ? 0 : Count();
-}
+int ListModel::rowCount(const QModelIndex& parent) const { return parent.isValid() || Updating() ? 0 : Count(); }
 
 QVariant ListModel::data(const QModelIndex& index, int role) const {
   if (!Holds(index.row()) || Updating()) return {};

@@ -36,37 +36,27 @@ MenuEntry::~MenuEntry() {
     impl_->action->deleteLater();
 }
 
-std::string MenuEntry::Name() const {
-  return impl_->name;
-}
-std::string MenuEntry::Caption() const {
-  return impl_->caption;
-}
+std::string MenuEntry::Name() const { return impl_->name; }
+std::string MenuEntry::Caption() const { return impl_->caption; }
 
 void MenuEntry::SetCaption(const std::string& caption) {
   impl_->caption = caption;
   if (impl_->action) impl_->action->setText(Readable(caption));
 }
 
-bool MenuEntry::Enabled() const {
-  return impl_->action && impl_->action->isEnabled();
-}
+bool MenuEntry::Enabled() const { return impl_->action && impl_->action->isEnabled(); }
 
 void MenuEntry::SetEnabled(bool enabled) {
   if (impl_->action) impl_->action->setEnabled(enabled);
 }
 
-bool MenuEntry::Visible() const {
-  return impl_->action && impl_->action->isVisible();
-}
+bool MenuEntry::Visible() const { return impl_->action && impl_->action->isVisible(); }
 
 void MenuEntry::SetVisible(bool visible) {
   if (impl_->action) impl_->action->setVisible(visible);
 }
 
-bool MenuEntry::Checked() const {
-  return impl_->action && impl_->action->isChecked();
-}
+bool MenuEntry::Checked() const { return impl_->action && impl_->action->isChecked(); }
 
 void MenuEntry::SetChecked(bool checked) {
   if (!impl_->action) return;
@@ -74,15 +64,9 @@ void MenuEntry::SetChecked(bool checked) {
   impl_->action->setChecked(checked);
 }
 
-std::string MenuEntry::Tag() const {
-  return impl_->tag;
-}
-void MenuEntry::SetTag(const std::string& tag) {
-  impl_->tag = tag;
-}
-QAction* MenuEntry::Action() const {
-  return impl_->action;
-}
+std::string MenuEntry::Tag() const { return impl_->tag; }
+void MenuEntry::SetTag(const std::string& tag) { impl_->tag = tag; }
+QAction* MenuEntry::Action() const { return impl_->action; }
 
 Menu::Menu(const char* name, const std::string& caption, QMenu* menu)
     : MenuEntry(name, caption, menu->menuAction()), menu_(menu) {
@@ -97,13 +81,9 @@ Menu::Menu(Menu& parent, const char* name, const std::string& caption)
 
 Menu::Menu(const char* name, const std::string& caption) : Menu(name, caption, new QMenu) {}
 
-void Menu::PopupAtCursor() {
-  menu_->exec(QCursor::pos());
-}
+void Menu::PopupAtCursor() { menu_->exec(QCursor::pos()); }
 
-QMenu* Menu::Native() const {
-  return menu_;
-}
+QMenu* Menu::Native() const { return menu_; }
 
 MenuItem::MenuItem(Menu& parent, const char* name, const std::string& caption)
     : MenuItem(parent, name, caption, nullptr) {}
@@ -151,21 +131,13 @@ bool MenuArray::Unload(int index) {
   return true;
 }
 
-void MenuArray::UnloadAll() {
-  rows_.resize(1);
-}
+void MenuArray::UnloadAll() { rows_.resize(1); }
 
-int MenuArray::UBound() const {
-  return static_cast<int>(rows_.size()) - 1;
-}
+int MenuArray::UBound() const { return static_cast<int>(rows_.size()) - 1; }
 
-bool MenuArray::IsLoaded(int index) const {
-  return index >= 0 && index <= UBound() && rows_[index];
-}
+bool MenuArray::IsLoaded(int index) const { return index >= 0 && index <= UBound() && rows_[index]; }
 
-MenuItem& MenuArray::operator[](int index) {
-  return *rows_[index];
-}
+MenuItem& MenuArray::operator[](int index) { return *rows_[index]; }
 
 QAction* MenuArray::RowBehind(int index) const {
   for (std::size_t next = index + 1; next < rows_.size(); ++next)

@@ -81,22 +81,12 @@ Picture Picture::FromPixels(int width, int height, std::span<const std::uint32_t
   return Picture(image);
 }
 
-bool Picture::Empty() const {
-  return !image_;
-}
-int Picture::WidthInPixels() const {
-  return Image().width();
-}
-int Picture::HeightInPixels() const {
-  return Image().height();
-}
+bool Picture::Empty() const { return !image_; }
+int Picture::WidthInPixels() const { return Image().width(); }
+int Picture::HeightInPixels() const { return Image().height(); }
 
-std::uint32_t Picture::Pixel(int x, int y) const {
-  return Image().valid(x, y) ? Image().pixel(x, y) : 0;
-}
+std::uint32_t Picture::Pixel(int x, int y) const { return Image().valid(x, y) ? Image().pixel(x, y) : 0; }
 
-const QImage& Picture::Image() const {
-  return image_ ? *image_ : NoImage();
-}
+const QImage& Picture::Image() const { return image_ ? *image_ : NoImage(); }
 
 }  // namespace win

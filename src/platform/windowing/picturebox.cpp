@@ -59,13 +59,9 @@ PictureBox::PictureBox(Container& parent, const char* name, PictureSize size)
   box_->setFocusPolicy(Qt::NoFocus);
 }
 
-PictureBox::~PictureBox() {
-  RemoveSurface(context_);
-}
+PictureBox::~PictureBox() { RemoveSurface(context_); }
 
-const Picture& PictureBox::Image() const {
-  return picture_;
-}
+const Picture& PictureBox::Image() const { return picture_; }
 
 void PictureBox::SetPicture(const Picture& picture) {
   picture_ = picture;
@@ -81,12 +77,8 @@ void PictureBox::SetBorder(bool shown) {
   if (Widget()) box_->setFrameStyle(shown ? QFrame::Panel | QFrame::Sunken : QFrame::NoFrame);
 }
 
-DrawingHandle PictureBox::DeviceContext() const {
-  return context_;
-}
+DrawingHandle PictureBox::DeviceContext() const { return context_; }
 
-Picture PictureBox::Shown() const {
-  return Widget() ? Picture(box_->grab().toImage()) : Picture();
-}
+Picture PictureBox::Shown() const { return Widget() ? Picture(box_->grab().toImage()) : Picture(); }
 
 }  // namespace win

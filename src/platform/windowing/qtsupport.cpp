@@ -24,9 +24,7 @@ double DotsPerInch() {
 
 }  // namespace
 
-QString FromBytes(std::string_view bytes) {
-  return QString::fromStdString(Utf8FromBytes(bytes));
-}
+QString FromBytes(std::string_view bytes) { return QString::fromStdString(Utf8FromBytes(bytes)); }
 
 QString Readable(std::string_view bytes) {
   if (bytes.size() <= kMaxReadable) return FromBytes(bytes);
@@ -55,12 +53,8 @@ void RunEventsFor(int milliseconds) {
   loop.exec();
 }
 
-int ToPixels(double twips) {
-  return static_cast<int>(std::lround(twips * DotsPerInch() / kTwipsToTheInch));
-}
+int ToPixels(double twips) { return static_cast<int>(std::lround(twips * DotsPerInch() / kTwipsToTheInch)); }
 
-double ToTwips(int pixels) {
-  return pixels * kTwipsToTheInch / DotsPerInch();
-}
+double ToTwips(int pixels) { return pixels * kTwipsToTheInch / DotsPerInch(); }
 
 }  // namespace win

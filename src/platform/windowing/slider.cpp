@@ -15,9 +15,7 @@ Slider::Slider(Container& parent, const char* name)
   QObject::connect(slider_, &QSlider::valueChanged, slider_, [this] { Raise(Change); });
 }
 
-int Slider::Value() const {
-  return Widget() ? slider_->value() : 0;
-}
+int Slider::Value() const { return Widget() ? slider_->value() : 0; }
 
 void Slider::SetRange(int min, int max) {
   if (Widget()) slider_->setRange(min, std::max(min, max));

@@ -11,7 +11,7 @@ namespace win {
 namespace {
 
 constexpr int kEnter = 13;
-constexpr qsizetype kMaxShown = 1 << 18;      // characters of a page
+constexpr qsizetype kMaxShown = 1 << 18;   // characters of a page
 constexpr qsizetype kMaxParagraph = 2048;  // Qt needs minutes to wrap one of a hundred thousand characters
 
 // A Qt edit that asks before it takes a key.

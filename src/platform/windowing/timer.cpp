@@ -31,9 +31,7 @@ Timer::Timer(int intervalMilliseconds, bool enabled) : impl_(std::make_unique<Im
 
 Timer::~Timer() = default;
 
-bool Timer::Enabled() const {
-  return impl_->enabled;
-}
+bool Timer::Enabled() const { return impl_->enabled; }
 
 void Timer::SetEnabled(bool enabled) {
   if (enabled == impl_->enabled) return;

@@ -60,9 +60,7 @@ bool TrayIcon::Add(const std::string& tip, const Picture& image, Menu& menu, int
   return true;
 }
 
-bool TrayIcon::Active() const {
-  return impl_->icon != nullptr;
-}
+bool TrayIcon::Active() const { return impl_->icon != nullptr; }
 
 void TrayIcon::SetImage(const Picture& image) {
   if (impl_->icon) impl_->icon->setIcon(QIcon(QPixmap::fromImage(image.Image())));

@@ -47,8 +47,6 @@ bool BusHasTray() {
   return answer.arguments().first().value<QDBusVariant>().variant().toBool();
 }
 
-bool DesktopHasTray() {
-  return BusHasTray() || ScreenHasTray();
-}
+bool DesktopHasTray() { return BusHasTray() || ScreenHasTray(); }
 
 }  // namespace win

@@ -15,12 +15,8 @@ namespace {
 constexpr int kIndentation = 165;  // twips
 constexpr int kKeyRole = Qt::UserRole;
 
-QString KeyData(const std::string& key) {
-  return QString::fromLatin1(key.data(), static_cast<qsizetype>(key.size()));
-}
-std::string KeyOf(const QTreeWidgetItem* item) {
-  return item->data(0, kKeyRole).toString().toLatin1().toStdString();
-}
+QString KeyData(const std::string& key) { return QString::fromLatin1(key.data(), static_cast<qsizetype>(key.size())); }
+std::string KeyOf(const QTreeWidgetItem* item) { return item->data(0, kKeyRole).toString().toLatin1().toStdString(); }
 
 // Tells which node a person clicked or moved to, behind the view's own handling: a handler may remove the node.
 class Tree : public QTreeWidget {
@@ -129,9 +125,7 @@ bool TreeView::Remove(const std::string& key) {
   return true;
 }
 
-bool TreeView::Exists(const std::string& key) const {
-  return Find(key) != nullptr;
-}
+bool TreeView::Exists(const std::string& key) const { return Find(key) != nullptr; }
 
 std::string TreeView::Text(const std::string& key) const {
   const QTreeWidgetItem* item = Find(key);
@@ -176,9 +170,7 @@ std::string TreeView::FullPath(const std::string& key) const {
   return path;
 }
 
-void TreeView::SetPathSeparator(const std::string& separator) {
-  separator_ = separator;
-}
+void TreeView::SetPathSeparator(const std::string& separator) { separator_ = separator; }
 
 std::string TreeView::SelectedItem() const {
   const QTreeWidgetItem* item = Widget() ? tree_->currentItem() : nullptr;

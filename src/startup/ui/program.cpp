@@ -20,13 +20,9 @@ namespace {
 
 constexpr char kOptionFile[] = "varnik.cmd";  // marks a portable copy
 
-void FixAppPath() {
-  AppPath = win::ProgramFolder(kOptionFile);
-}
+void FixAppPath() { AppPath = win::ProgramFolder(kOptionFile); }
 
-bool TrayIsOff() {
-  return win::LeadingNumber(ReadOption("TrayIcon")) == 0;
-}
+bool TrayIsOff() { return win::LeadingNumber(ReadOption("TrayIcon")) == 0; }
 
 // The mode of this start, once the command line and an interrupted run have been dealt with.
 std::int16_t DecideRunMode() {

@@ -24,9 +24,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool IsReadOnly(const struct stat& status) {
-  return (status.st_mode & S_IWUSR) == 0;
-}
+bool IsReadOnly(const struct stat& status) { return (status.st_mode & S_IWUSR) == 0; }
 
 std::optional<struct stat> StatusOf(const std::string& native) {
   struct stat status;

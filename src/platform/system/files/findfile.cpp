@@ -105,9 +105,7 @@ FolderReader FolderReader::Descend(const std::string& name) const {
   return FolderReader(State::Open(std::move(folder), state_->way));
 }
 
-bool FolderReader::IsOpen() const {
-  return state_ != nullptr;
-}
+bool FolderReader::IsOpen() const { return state_ != nullptr; }
 
 bool FolderReader::Next(FoundEntry& entry) {
   if (IsOpen() && !state_->stream) return state_->NextPictured(entry);

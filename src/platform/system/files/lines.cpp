@@ -92,13 +92,9 @@ LineReader::~LineReader() = default;
 LineReader::LineReader(LineReader&&) noexcept = default;
 LineReader& LineReader::operator=(LineReader&&) noexcept = default;
 
-bool LineReader::IsOpen() const {
-  return state_ != nullptr;
-}
+bool LineReader::IsOpen() const { return state_ != nullptr; }
 
-bool LineReader::AtEnd() {
-  return state_ == nullptr || state_->AtEnd();
-}
+bool LineReader::AtEnd() { return state_ == nullptr || state_->AtEnd(); }
 
 std::string LineReader::ReadLine() {
   std::string line;
@@ -117,13 +113,9 @@ LineWriter::LineWriter(const std::string& path, WriteMode mode) : path_(path) {
   });
 }
 
-LineWriter::~LineWriter() {
-  Close();
-}
+LineWriter::~LineWriter() { Close(); }
 
-bool LineWriter::IsOpen() const {
-  return descriptor_ >= 0;
-}
+bool LineWriter::IsOpen() const { return descriptor_ >= 0; }
 
 bool LineWriter::WriteLine(std::string_view text) {
   if (!IsOpen()) return false;

@@ -102,13 +102,9 @@ std::string Encode(std::string_view characters, std::size_t width) {
 }
 
 // Where the text ends: ahead of a closing end-of-text mark.
-std::size_t TextEnd(std::string_view characters) {
-  return characters.size() - characters.ends_with(kEndOfText);
-}
+std::size_t TextEnd(std::string_view characters) { return characters.size() - characters.ends_with(kEndOfText); }
 
-bool IsLineEnd(char c) {
-  return c == '\r' || c == '\n';
-}
+bool IsLineEnd(char c) { return c == '\r' || c == '\n'; }
 
 bool ReadSectionName(std::string_view text, Line& line) {
   if (!text.starts_with('[')) return false;
@@ -187,13 +183,9 @@ std::optional<SectionLines> FindSection(std::string_view characters, std::string
 }
 
 // What a new line that follows `line` has to begin with.
-std::string_view MissingLineEnd(const Line& line) {
-  return line.next == line.end ? kNewLine : "";
-}
+std::string_view MissingLineEnd(const Line& line) { return line.next == line.end ? kNewLine : ""; }
 
-std::string KeyLine(std::string_view key, std::string_view value) {
-  return std::string(key).append("=").append(value);
-}
+std::string KeyLine(std::string_view key, std::string_view value) { return std::string(key).append("=").append(value); }
 
 std::vector<Edit> DeleteSection(const std::optional<SectionLines>& section) {
   std::vector<Edit> edits;

@@ -24,9 +24,7 @@ bool IsOwn(const std::string& native) {
 Rehearsal::Rehearsal() : picture_(std::make_unique<DiskPicture>()) {}
 Rehearsal::~Rehearsal() = default;
 
-bool Rehearsal::IsOn() {
-  return DiskPicture::InUse() != nullptr;
-}
+bool Rehearsal::IsOn() { return DiskPicture::InUse() != nullptr; }
 
 std::vector<PathDifference> Rehearsal::Differences(const std::string& folder) const {
   const std::string base = WithSeparator(folder);

@@ -39,13 +39,9 @@ std::string Explained(int error) {
 
 DeedWatch::DeedWatch(Listener listener) : outer_(std::exchange(listening, std::move(listener))) {}
 
-DeedWatch::~DeedWatch() {
-  listening = std::move(outer_);
-}
+DeedWatch::~DeedWatch() { listening = std::move(outer_); }
 
-bool DeedsAreWatched() {
-  return listening != nullptr && !isInside;
-}
+bool DeedsAreWatched() { return listening != nullptr && !isInside; }
 
 bool Tell(Act act, const std::string& target, const std::string& source, const std::function<bool()>& work) {
   if (!DeedsAreWatched()) return work();

@@ -35,9 +35,7 @@ std::string InFolder(const std::string& folder, const std::string& name) {
 }
 
 // What lies below a folder has names in one stretch of an ordered map.
-std::string Below(const std::string& folder) {
-  return InFolder(folder, "");
-}
+std::string Below(const std::string& folder) { return InFolder(folder, ""); }
 std::string BehindAllBelow(const std::string& folder) {
   std::string behind = Below(folder);
   ++behind.back();
@@ -66,13 +64,9 @@ std::string ContentOf(const std::string& native) {
 DiskPicture::DiskPicture()
     : finder_([this](const std::string& folder) { return NamesIn(folder); }), outer_(std::exchange(inUse, this)) {}
 
-DiskPicture::~DiskPicture() {
-  inUse = outer_;
-}
+DiskPicture::~DiskPicture() { inUse = outer_; }
 
-DiskPicture* DiskPicture::InUse() {
-  return inUse;
-}
+DiskPicture* DiskPicture::InUse() { return inUse; }
 
 // Links are followed here, so that what is reached by two ways has one path.
 std::string DiskPicture::Resolved(const std::string& native, bool followLast) {

@@ -27,9 +27,7 @@ bool IsLocal(int folder) {
          std::find(std::begin(kLocal), std::end(kLocal), system.f_type) != std::end(kLocal);
 }
 
-bool SameTime(const timespec& a, const timespec& b) {
-  return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
-}
+bool SameTime(const timespec& a, const timespec& b) { return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec; }
 
 double Seconds(const timespec& time) {
   return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);

@@ -8,9 +8,7 @@ namespace win {
 
 namespace {
 
-std::string Folded(std::string_view name) {
-  return IsAscii(name) ? LowerCase(name) : LowerCase(Utf8FromBytes(name));
-}
+std::string Folded(std::string_view name) { return IsAscii(name) ? LowerCase(name) : LowerCase(Utf8FromBytes(name)); }
 
 }  // namespace
 

@@ -70,9 +70,7 @@ bool WriteAll(int descriptor, std::string_view content) {
   return true;
 }
 
-std::string FolderOf(const std::string& native) {
-  return native.substr(0, native.rfind('/') + 1);
-}
+std::string FolderOf(const std::string& native) { return native.substr(0, native.rfind('/') + 1); }
 
 std::string TemporaryNameFor(const std::string& native) {
   constexpr std::size_t kLongestName = 240;

@@ -15,9 +15,7 @@ std::string Variable(const std::string& name) {
   return value != nullptr ? value : "";
 }
 
-std::string OwnVariableName(const char* suffix) {
-  return UpperCase(Program().name) + suffix;
-}
+std::string OwnVariableName(const char* suffix) { return UpperCase(Program().name) + suffix; }
 
 std::string HomeFolder() {
   std::string home = Variable("HOME");

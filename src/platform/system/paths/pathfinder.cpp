@@ -20,9 +20,7 @@ std::string FolderAbove(const std::string& native) {
   return native.substr(0, separator == 0 ? 1 : separator);
 }
 
-std::string_view LastName(std::string_view native) {
-  return native.substr(native.rfind('/') + 1);
-}
+std::string_view LastName(std::string_view native) { return native.substr(native.rfind('/') + 1); }
 
 std::string Join(const std::string& folder, std::string_view name) {
   if (folder == ".") return std::string(name);
@@ -48,9 +46,7 @@ FoundPath FindAmong(const FolderNames& names, const std::string& folder, std::st
 
 }  // namespace
 
-std::string NewName(std::string_view name) {
-  return Utf8FromBytes(WithoutTrailingBlanksAndDots(name));
-}
+std::string NewName(std::string_view name) { return Utf8FromBytes(WithoutTrailingBlanksAndDots(name)); }
 
 FoundPath PathFinder::Find(const std::string& spelled) {
   if (spelled.size() >= PATH_MAX) return {spelled, false};

@@ -93,13 +93,9 @@ FoundPath Find(std::string_view path) {
 
 }  // namespace
 
-bool IsSeparator(char c) {
-  return c == '\\' || c == '/';
-}
+bool IsSeparator(char c) { return c == '\\' || c == '/'; }
 
-bool EndsInSeparator(std::string_view path) {
-  return !path.empty() && IsSeparator(path.back());
-}
+bool EndsInSeparator(std::string_view path) { return !path.empty() && IsSeparator(path.back()); }
 
 std::string WithSeparator(std::string_view path) {
   std::string folder(path);
@@ -112,9 +108,7 @@ std::string FileNameOf(std::string_view path) {
   return std::string(separator == std::string_view::npos ? path : path.substr(separator + 1));
 }
 
-std::string NativePath(std::string_view path) {
-  return Find(path).native;
-}
+std::string NativePath(std::string_view path) { return Find(path).native; }
 
 std::optional<std::string> FindNativePath(std::string_view path) {
   FoundPath found = Find(path);
@@ -122,8 +116,6 @@ std::optional<std::string> FindNativePath(std::string_view path) {
   return std::move(found.native);
 }
 
-std::string WindowsPathFromNative(std::string_view native) {
-  return std::string(native);
-}
+std::string WindowsPathFromNative(std::string_view native) { return std::string(native); }
 
 }  // namespace win

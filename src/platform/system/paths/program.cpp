@@ -73,9 +73,7 @@ void FillFolder(const fs::path& folder, const fs::path& shipped, const std::stri
   if (IsFile(shipped / marker)) CopyShippedFile(shipped / marker, folder / marker);
 }
 
-bool IsAbsoluteText(const std::string& path) {
-  return IsSeparator(path[0]) || (path.size() > 1 && path[1] == ':');
-}
+bool IsAbsoluteText(const std::string& path) { return IsSeparator(path[0]) || (path.size() > 1 && path[1] == ':'); }
 
 }  // namespace
 
@@ -84,9 +82,7 @@ void SetProgram(const ProgramIdentity& identity) {
   ExecutablePath();
 }
 
-const ProgramIdentity& Program() {
-  return identity_;
-}
+const ProgramIdentity& Program() { return identity_; }
 
 // Asked for once, at the start: the link says otherwise when the file is replaced while the program runs.
 std::string ExecutablePath() {
@@ -97,9 +93,7 @@ std::string ExecutablePath() {
   return path;
 }
 
-std::string ExecutableName() {
-  return fs::path(ExecutablePath()).stem().string();
-}
+std::string ExecutableName() { return fs::path(ExecutablePath()).stem().string(); }
 
 void SetCommandLine(int argc, const char* const* argv) {
   commandLine_.clear();
@@ -112,21 +106,13 @@ void SetCommandLine(int argc, const char* const* argv) {
   }
 }
 
-const std::string& CommandLine() {
-  return commandLine_;
-}
+const std::string& CommandLine() { return commandLine_; }
 
-std::string ConfigFolder() {
-  return Made(XdgFolder("XDG_CONFIG_HOME", ".config") + "/" + identity_.name);
-}
+std::string ConfigFolder() { return Made(XdgFolder("XDG_CONFIG_HOME", ".config") + "/" + identity_.name); }
 
-std::string DataFolder() {
-  return Made(XdgFolder("XDG_DATA_HOME", ".local/share") + "/" + identity_.name);
-}
+std::string DataFolder() { return Made(XdgFolder("XDG_DATA_HOME", ".local/share") + "/" + identity_.name); }
 
-std::string AutostartFolder() {
-  return Made(XdgFolder("XDG_CONFIG_HOME", ".config") + "/autostart");
-}
+std::string AutostartFolder() { return Made(XdgFolder("XDG_CONFIG_HOME", ".config") + "/autostart"); }
 
 std::string RuntimeFolder() {
   const std::string given = Variable("XDG_RUNTIME_DIR");

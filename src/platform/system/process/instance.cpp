@@ -88,13 +88,9 @@ void Instance::CloseOther() {
   state_->requestSent = write(state_->pipe.Get(), "c", 1) == 1;
 }
 
-void Instance::OnCloseRequest(std::function<void()> handler) {
-  state_->closeRequested = std::move(handler);
-}
+void Instance::OnCloseRequest(std::function<void()> handler) { state_->closeRequested = std::move(handler); }
 
-int Instance::Descriptor() const {
-  return state_->claimed ? state_->pipe.Get() : -1;
-}
+int Instance::Descriptor() const { return state_->claimed ? state_->pipe.Get() : -1; }
 
 void Instance::HandleRequests() {
   if (!state_->claimed || !EmptyPipe(state_->pipe.Get())) return;
@@ -104,9 +100,7 @@ void Instance::HandleRequests() {
 
 ExclusiveLock::ExclusiveLock(const char* name) : path_(ConfigFolder() + "/" + name + ".lock") {}
 
-ExclusiveLock::~ExclusiveLock() {
-  Release();
-}
+ExclusiveLock::~ExclusiveLock() { Release(); }
 
 bool ExclusiveLock::TryAcquire() {
   if (IsHeld()) return true;
@@ -125,8 +119,6 @@ void ExclusiveLock::Release() {
   if (IsHeld()) close(std::exchange(descriptor_, -1));
 }
 
-bool ExclusiveLock::IsHeld() const {
-  return descriptor_ >= 0;
-}
+bool ExclusiveLock::IsHeld() const { return descriptor_ >= 0; }
 
 }  // namespace win

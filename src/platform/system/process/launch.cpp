@@ -88,9 +88,7 @@ std::optional<std::string> PrefixAround(const fs::path& program) {
 }
 
 // Wine fills the Windows folder when it sets a prefix up; the registry files come only later.
-bool IsSetUp(const fs::path& prefix) {
-  return Exists(prefix / "drive_c" / "windows" / "system32" / "kernel32.dll");
-}
+bool IsSetUp(const fs::path& prefix) { return Exists(prefix / "drive_c" / "windows" / "system32" / "kernel32.dll"); }
 
 // Empty when there is none.
 std::string FindExecutable(const std::string& name) {
@@ -166,15 +164,11 @@ void GoThroughRunner(Launch& launch, const std::string& program, const std::stri
   launch.arguments.insert(launch.arguments.end(), arguments.begin(), arguments.end());
 }
 
-bool IsWindowsHeader(std::string_view header) {
-  return header.starts_with("MZ");
-}
+bool IsWindowsHeader(std::string_view header) { return header.starts_with("MZ"); }
 
 }  // namespace
 
-bool IsWindowsProgram(const std::string& program) {
-  return IsWindowsHeader(HeaderOf(program));
-}
+bool IsWindowsProgram(const std::string& program) { return IsWindowsHeader(HeaderOf(program)); }
 
 std::string RunnerProblemOf(const std::string& program) {
   const std::string header = HeaderOf(program);

@@ -159,13 +159,9 @@ bool AwaitAny(const Processes& processes, int milliseconds) {
   return poll(wanted.data(), wanted.size(), milliseconds) != 0;
 }
 
-Descriptor OpenProcess(pid_t process) {
-  return Descriptor(static_cast<int>(syscall(SYS_pidfd_open, process, 0)));
-}
+Descriptor OpenProcess(pid_t process) { return Descriptor(static_cast<int>(syscall(SYS_pidfd_open, process, 0))); }
 
-bool IsInSession(pid_t process, pid_t session) {
-  return getsid(process) == session || getpgid(process) == session;
-}
+bool IsInSession(pid_t process, pid_t session) { return getsid(process) == session || getpgid(process) == session; }
 
 Processes FindSession(pid_t session) {
   Processes found;
@@ -229,9 +225,7 @@ Process& Process::operator=(Process&&) noexcept = default;
 
 Process::~Process() = default;
 
-bool Process::Started() const {
-  return state_ != nullptr;
-}
+bool Process::Started() const { return state_ != nullptr; }
 
 WaitResult Process::Wait(int milliseconds) {
   if (!Started()) return WaitResult::kFailed;

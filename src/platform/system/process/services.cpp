@@ -33,8 +33,6 @@ std::string InputBox(const std::string& prompt, const std::string& title, const 
   return services->inputBox ? services->inputBox(prompt, title, initial) : std::string();
 }
 
-void SetWindowServices(WindowServices services) {
-  installed = std::make_shared<WindowServices>(std::move(services));
-}
+void SetWindowServices(WindowServices services) { installed = std::make_shared<WindowServices>(std::move(services)); }
 
 }  // namespace win

@@ -17,9 +17,7 @@ constexpr int kYesNo = 4;
 constexpr int kCritical = 16;
 
 // The part of a style that names the buttons: kOkOnly, kYesNoCancel or kYesNo.
-constexpr int ButtonsOfStyle(int style) {
-  return style & 0x0F;
-}
+constexpr int ButtonsOfStyle(int style) { return style & 0x0F; }
 
 enum class Answer { kOk = 1, kCancel = 2, kYes = 6, kNo = 7 };
 

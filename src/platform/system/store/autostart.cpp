@@ -108,9 +108,7 @@ bool WriteAutostartEntry(const std::string& name, const std::string& command, bo
   return WriteWholeFile(WindowsPathFromNative(EntryPath(name)), entry);
 }
 
-void RemoveAutostartEntry(const std::string& name) {
-  TheDisk().Unlink(EntryPath(name));
-}
+void RemoveAutostartEntry(const std::string& name) { TheDisk().Unlink(EntryPath(name)); }
 
 StartingEntry TakeStartingEntry() {
   StartingEntry entry;

@@ -142,9 +142,7 @@ Object* Member(Object* object, std::string_view name) {
 
 }  // namespace
 
-std::string JsonStore::Path() const {
-  return ConfigFolder() + "/" + fileName_;
-}
+std::string JsonStore::Path() const { return ConfigFolder() + "/" + fileName_; }
 
 // The file is read at every call, which costs microseconds and trusts no time stamp; it is parsed only when its bytes
 // changed.
@@ -205,13 +203,9 @@ bool JsonStore::Write(Json tree) {
   return true;
 }
 
-const Json* FindMember(const Json* object, std::string_view name) {
-  return Member(object, name);
-}
+const Json* FindMember(const Json* object, std::string_view name) { return Member(object, name); }
 
-Json* FindMember(Json* object, std::string_view name) {
-  return Member(object, name);
-}
+Json* FindMember(Json* object, std::string_view name) { return Member(object, name); }
 
 Json& MakeMember(Json& object, std::string_view name) {
   if (Json* found = FindMember(&object, name)) return *found;

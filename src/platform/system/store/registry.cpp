@@ -48,9 +48,7 @@ constexpr const char* kSystemInformationTools[] = {
 
 JsonStore store("registry.json");
 
-const Key* KeyOf(RegistryHandle handle) {
-  return handle >= 1 && handle <= kKeys.size() ? &kKeys[handle - 1] : nullptr;
-}
+const Key* KeyOf(RegistryHandle handle) { return handle >= 1 && handle <= kKeys.size() ? &kKeys[handle - 1] : nullptr; }
 
 // The first of the tools in the order of the list that stands in PATH; empty when there is none.
 std::string SystemInformationTool() {
@@ -71,17 +69,11 @@ const Json* FindValue(const Key& key, const std::string& valueName) {
   return FindMember(FindMember(FindMember(&store.Tree(), kRoot), key.path), valueName);
 }
 
-Json* FindKey(Json& tree, const Key& key) {
-  return FindMember(FindMember(&tree, kRoot), key.path);
-}
+Json* FindKey(Json& tree, const Key& key) { return FindMember(FindMember(&tree, kRoot), key.path); }
 
-bool StartsAtLogIn(const Key& key) {
-  return key.kind == KeyKind::kRun || key.kind == KeyKind::kRunOnce;
-}
+bool StartsAtLogIn(const Key& key) { return key.kind == KeyKind::kRun || key.kind == KeyKind::kRunOnce; }
 
-std::string TextOf(std::string_view data) {
-  return std::string(data.substr(0, data.find('\0')));
-}
+std::string TextOf(std::string_view data) { return std::string(data.substr(0, data.find('\0'))); }
 
 // The entry of a value that is no text, or an empty one, goes.
 bool MirrorEntry(const Key& key, const std::string& valueName, std::uint32_t type, std::string_view data) {
@@ -187,9 +179,7 @@ long RegDeleteValue(RegistryHandle handle, const std::string& valueName) {
   return Told(Act::kForget, valueName, "", [&] { return DeleteValue(handle, valueName); });
 }
 
-long RegCloseKey(RegistryHandle handle) {
-  return KeyOf(handle) ? kErrorSuccess : kErrorInvalidHandle;
-}
+long RegCloseKey(RegistryHandle handle) { return KeyOf(handle) ? kErrorSuccess : kErrorInvalidHandle; }
 
 std::unique_ptr<ExclusiveLock> TakePartInLogIn() {
   auto once = std::make_unique<ExclusiveLock>(kRunOnceLock);

@@ -7,9 +7,7 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t";
 
-bool IsBlank(char c) {
-  return c == ' ' || c == '\t';
-}
+bool IsBlank(char c) { return c == ' ' || c == '\t'; }
 
 // Takes the run of backslashes that `rest` begins with, and a double quote that an odd run makes part of the argument.
 void TakeBackslashes(std::string_view& rest, std::string& argument) {

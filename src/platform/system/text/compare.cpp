@@ -58,9 +58,7 @@ SplitText Split(std::string_view text) {
 
 }  // namespace
 
-int CompareForList(std::string_view a, std::string_view b) {
-  return ListSortKey(a).compare(ListSortKey(b));
-}
+int CompareForList(std::string_view a, std::string_view b) { return ListSortKey(a).compare(ListSortKey(b)); }
 
 std::string ListSortKey(std::string_view text) {
   static const std::unique_ptr<icu::RuleBasedCollator> collator = MakeCollator();

@@ -15,9 +15,7 @@ bool SameCharacter(char name, char pattern) {
   return (name ^ pattern) == 0x20 && upper >= 'A' && upper <= 'Z';
 }
 
-bool SameCharacter(char32_t name, char32_t pattern) {
-  return name == pattern;
-}  // both are folded
+bool SameCharacter(char32_t name, char32_t pattern) { return name == pattern; }  // both are folded
 
 template <typename Character>
 bool Fits(Character name, Character pattern) {

@@ -13,15 +13,9 @@ namespace win {
 
 namespace {
 
-constexpr char Lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-}
-constexpr char Upper(char c) {
-  return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c;
-}
-constexpr bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
+constexpr char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
+constexpr char Upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c; }
+constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 // Characters of the bytes 0x80 to 0x9F; the five that the code page leaves open stand for themselves.
 constexpr char16_t kWindows1252[] = {0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,

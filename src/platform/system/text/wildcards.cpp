@@ -22,9 +22,7 @@ char32_t Fold(char32_t character) {
   return towlower_l(upper, unicode) == character ? upper : character;
 }
 
-bool IsWildcard(char32_t c) {
-  return c == U'*' || c == U'?';
-}
+bool IsWildcard(char32_t c) { return c == U'*' || c == U'?'; }
 
 // Positions of the pattern that a name may have reached, all followed at once, so that no pattern takes more than its
 // length for each character.
@@ -64,9 +62,7 @@ class Positions {
 
 }  // namespace
 
-bool HasWildcards(std::string_view name) {
-  return name.find_first_of("*?") != std::string_view::npos;
-}
+bool HasWildcards(std::string_view name) { return name.find_first_of("*?") != std::string_view::npos; }
 
 bool MatchesWildcards(std::string_view name, std::string_view pattern) {
   const std::size_t end = pattern.find_last_not_of(" .") + 1;
