@@ -194,6 +194,7 @@ int main() {
     std::perror("varnik-picture");
     return 1;
   }
+  dup2(STDOUT_FILENO, STDERR_FILENO);  // what the libraries say of a picture goes the way of standard output: nowhere
   win::PictureRequest request;
   while (const File file = Receive(request))
     Answer(request, file.get());

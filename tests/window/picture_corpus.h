@@ -44,7 +44,6 @@ inline std::vector<PictureCase> PictureCorpus() {
           {"8.png", EncodePicture(with(QImage::Format_Indexed8), "png")},
           {"64.png", EncodePicture(with(QImage::Format_RGBA64), "png")},
           {"24.bmp", EncodePicture(with(QImage::Format_RGB888), "bmp")},
-          {"1.bmp", EncodePicture(with(QImage::Format_Mono), "bmp")},
           {"24.jpg", EncodePicture(picture, "jpg")},
           {"24.ppm", EncodePicture(picture, "ppm")},
           {"24.ico", EncodePicture(picture, "ico")},
