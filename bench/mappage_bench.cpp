@@ -19,8 +19,8 @@
 
 // Filling the page of all maps, by the number of its rows, and loading the catalogue behind a busy window that counts,
 // beside the same load with nobody told; and going down a list of maps with pictures by the cursor key, a row after the
-// other is shown, of which the page's timer takes 10 ms. `peak_MiB` is the most memory that load and page have taken above an empty
-// window.
+// other is shown, of which the page's timer takes 10 ms. `peak_MiB` is the most memory that load and page have taken
+// above an empty window.
 namespace {
 
 struct BusyForm : win::Form {
