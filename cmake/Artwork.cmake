@@ -11,7 +11,7 @@ function(varnik_artwork target)
     string(REGEX REPLACE "(..)" "\\\\x\\1" bytes "${bytes}")
     file(SIZE ${file} size)
     string(APPEND code "\nwin::Picture ${routine}() {\n"
-           "  return win::Picture::FromFileContent(std::string_view(\"${bytes}\", ${size}));\n}\n")
+           "  return win::Picture::FromOwnPng(std::string_view(\"${bytes}\", ${size}));\n}\n")
   endforeach()
   string(APPEND code "\n}  // namespace varnik\n")
   file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/artwork.cpp CONTENT "${code}" @ONLY)

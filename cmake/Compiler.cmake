@@ -1,8 +1,10 @@
-# Flags that every target of ours is compiled with.
+# Flags that every target of ours is compiled with, varnik_compiler's with the sanitizers of the preset.
+add_library(varnik_flags INTERFACE)
 add_library(varnik_compiler INTERFACE)
-target_compile_options(varnik_compiler INTERFACE -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
+target_link_libraries(varnik_compiler INTERFACE varnik_flags)
+target_compile_options(varnik_flags INTERFACE -Wall -Wextra -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual)
 if(VARNIK_WERROR)
-  target_compile_options(varnik_compiler INTERFACE -Werror)
+  target_compile_options(varnik_flags INTERFACE -Werror)
 endif()
 if(VARNIK_SANITIZE)
   # Frames stay readable in reports; an undefined operation ends the program instead of only being printed.
@@ -17,7 +19,7 @@ if(VARNIK_FUZZ)
 endif()
 if(CMAKE_BUILD_TYPE STREQUAL "Release")
   # What Debian builds its packages with: files of strangers are read all day.
-  target_compile_options(varnik_compiler INTERFACE -D_FORTIFY_SOURCE=2 -fstack-protector-strong -fstack-clash-protection
-                                                   -fcf-protection)
-  target_link_options(varnik_compiler INTERFACE -Wl,-z,relro,-z,now)
+  target_compile_options(varnik_flags INTERFACE -D_FORTIFY_SOURCE=2 -fstack-protector-strong -fstack-clash-protection
+                                                -fcf-protection)
+  target_link_options(varnik_flags INTERFACE -Wl,-z,relro,-z,now)
 endif()

@@ -1,8 +1,10 @@
 # What `cmake --install` puts where. The programs look for the shipped files in ../share/varnik and for the Windows
-# programs in ../libexec/varnik as seen from themselves, so that an installed tree may be moved as a whole.
+# programs and the decoder of pictures in ../libexec/varnik as seen from themselves, so that an installed tree may be
+# moved as a whole.
 set(doc_dir ${CMAKE_INSTALL_DATADIR}/doc/varnik)
 
 install(TARGETS varnik varnik-cli DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS varnik-picture DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/varnik)
 install(DIRECTORY data/ DESTINATION ${CMAKE_INSTALL_DATADIR}/varnik)
 install(FILES packaging/varnik.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 install(FILES packaging/example.varnik.varnik.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)

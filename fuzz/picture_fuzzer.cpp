@@ -1,32 +1,24 @@
-#include "fuzz/world.h"
-#include "support/ui/modfreeimage.h"
-#include "windowing/application.h"
-#include "windowing/form.h"
-#include "windowing/picturebox.h"
+#include "platform/system/process/picturedecoder.h"
+#include "platform/system/process/picturemessage.h"
 
-#include <stdlib.h>
+#include <unistd.h>
 
-// From a picture's file to the picture on a page, and into a mod's page.
-namespace {
+#include <cstdint>
+#include <cstdlib>
 
-struct PictureForm : win::Form {
-  PictureForm() : Form("frmPicture", 3000, 3000) { box.Move(0, 0, 1200, 1200); }
-  win::PictureBox box{*this, "imgmap"};
-};
-
-}  // namespace
-
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  setenv("QT_QPA_PLATFORM", "offscreen", 1);
-  fuzz::TheWorld();
-  static win::Application application;
-  return 0;
-}
-
+// What a decoder of pictures answers, taken from a pipe: one that a picture has got hold of may answer anything.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static PictureForm form;
-  const std::string path = fuzz::TheWorld().Put("map.png", fuzz::Text(data, size));
-  varnik::ShowPictureFile(path, form.box);
-  win::Picture::FromFile(path);
+  int ends[2];
+  if (pipe(ends) != 0) std::abort();
+  const win::Descriptor out(ends[0]);
+  if (write(ends[1], data, size) != static_cast<ssize_t>(size)) std::abort();
+  close(ends[1]);
+  bool whole = false;
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(1);
+  const win::PicturePixels picture = win::ReadPictureAnswer(out.Get(), deadline, whole);
+  if (!picture) return 0;
+  // All of a picture has come.
+  const std::size_t pixels = static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
+  if (!whole || sizeof(win::PictureHead) + 4 * pixels > size) std::abort();
   return 0;
 }

@@ -30,7 +30,7 @@ first_start() {
   rm -rf "$home"
   env -i HOME="$home" PATH=/usr/bin:/bin "$1/bin/varnik-cli" settings >/dev/null
   diff -r data "$home/.local/share/varnik"
-  ls "$1"/libexec/varnik/varnik-start{32,64}.exe >/dev/null
+  ls "$1"/libexec/varnik/{varnik-start{32,64}.exe,varnik-picture} >/dev/null
   for page in man/*; do
     page=${page#man/}
     man -M "$1/share/man" -w "${page##*.}" "${page%.*}" >/dev/null

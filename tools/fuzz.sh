@@ -19,9 +19,8 @@ mkdir -p "$work/found"
 
 if [ ! -d "$work/seeds/picture" ]; then
   mkdir -p "$work/seeds/picture"
-  for name in a.png b.jpg c.bmp d.gif; do
-    convert -size 12x9 gradient:red-blue "$work/seeds/picture/$name"
-  done
+  printf '\1\0\0\0\2\0\0\0abcdefgh' >"$work/seeds/picture/two-pixels"
+  printf '\0\0\0\0\0\0\0\0' >"$work/seeds/picture/none"
 fi
 
 failed=()

@@ -19,14 +19,18 @@ std::string TypeLines(const MapEntry& map) {
   return map.Ivar12Set ? "Map Type: MPI" : "Map Type: Team Strategy";
 }
 
+using Accept = std::function<bool(const std::string& path)>;
+
 // Beside the map under any of the names, else the first name that the selected mod's folders hold.
-std::string FindFirstOf(const MapEntry& map, const std::vector<std::string>& names) {
+std::string FindFirstOf(const MapEntry& map, const std::vector<std::string>& names, const Accept& accept = {}) {
   for (const std::string& name : names) {
     const std::string beside = InstallRoot() + map.Folder + name;
-    if (FileExists(beside)) return beside;
+    if (FileExists(beside) && (!accept || accept(beside))) return beside;
   }
-  for (const std::string& name : names)
-    if (const std::string found = FindInSearchDirs(name, 1); !found.empty()) return found;
+  for (const std::string& name : names) {
+    const std::string found = FindInSearchDirs(name, 1);
+    if (!found.empty() && (!accept || accept(found))) return found;
+  }
   return "";
 }
 
@@ -45,6 +49,8 @@ std::string MapDetails(const MapEntry& map) { return "Map Name: " + map.Title + 
 
 std::string FindMapDescription(const MapEntry& map) { return FindFirstOf(map, {map.DescFile}); }
 
-std::string FindMapPicture(const MapEntry& map) { return FindFirstOf(map, PictureNames(map.PictureFile)); }
+std::string FindMapPicture(const MapEntry& map, const Accept& accept) {
+  return FindFirstOf(map, PictureNames(map.PictureFile), accept);
+}
 
 }  // namespace varnik

@@ -2,6 +2,7 @@
 
 #include "maps/mapentry.h"
 
+#include <functional>
 #include <string>
 
 // What the map page tells of a map besides its name.
@@ -14,7 +15,8 @@ std::string MapDetails(const MapEntry& map);
 // is none. For a map that names no file it is the map's folder.
 std::string FindMapDescription(const MapEntry& map);
 
-// The same for the picture, whose name may also end in png, jpg or bmp instead.
-std::string FindMapPicture(const MapEntry& map);
+// The same for the picture, whose name may also end in png, jpg or bmp instead. A file that `accept` refuses is
+// skipped.
+std::string FindMapPicture(const MapEntry& map, const std::function<bool(const std::string& path)>& accept = {});
 
 }  // namespace varnik

@@ -25,8 +25,9 @@ struct MapForm : win::Form {
   MapForm() : Form("frmMain", 9000, 6000), page(*this, Host()) {
     txtMapFileName.Move(120, 5500, 2000, 315);
     txtMapFileName.LostFocus = [this] { page.txtMapFileName_LostFocus(); };
-    const std::vector<std::uint32_t> green(100, kGreen);
-    page.SetNoMapPicture(win::Picture::FromPixels(10, 10, green));
+    QImage green(10, 10, QImage::Format_RGB32);
+    green.fill(Qt::green);
+    page.SetNoMapPicture(win::Picture(green));
   }
 
   varnik::MapPageHost Host() {
@@ -138,9 +139,15 @@ TEST_F(MapPage, WhatAMapLacksIsSaidOrStays) {
   EXPECT_FALSE(form->bold);
 }
 
-TEST_F(MapPage, ADamagedPictureShowsTheStandBy) {
+TEST_F(MapPage, ADamagedPictureFallsToTheNextNameAndAtLastToTheStandBy) {
   Put("addon/maps/picture.tga", "not a picture");
+  Put("addon/maps/picture.bmp", test::PictureCorpus()[3].content);
   ShowAll();
+  Choose("Alpha");
+  EXPECT_EQ(Corner(), kRed);
+  Put("addon/maps/picture.bmp", "not a picture");
+  Put("addon/pictures/picture.png", "not a picture");
+  Choose("Beta");
   Choose("Alpha");
   EXPECT_EQ(Corner(), kGreen);
   Put("addon/maps/picture.tga", test::PictureCorpus()[3].content);

@@ -7,7 +7,6 @@
 #include "platform/system/process/services.h"
 #include "platform/system/text/text.h"
 #include "support/runstate.h"
-#include "support/ui/modfreeimage.h"
 
 #include <optional>
 #include <utility>
@@ -140,10 +139,14 @@ void FrmMap::ShowPendingMap() {
   const int row = SelectedMapIndex = PendingMap;
   const MapEntry map = MapList[row];
   const std::string description = FindMapDescription(map);
-  const std::string picture = FindMapPicture(map);
+  win::Picture picture;
+  FindMapPicture(map, [&picture](const std::string& file) {
+    picture = win::Picture::FromFile(file, win::Alpha::kIgnored);
+    return !picture.Empty();
+  });
   if (SelectedMapIndex != row || tmrMap.Enabled()) return;  // another row was chosen since
   ShowDescription(description);
-  if (picture.empty() || !ShowPictureFile(picture, imgmap)) imgmap.SetPicture(imgnomap.Image());
+  imgmap.SetPicture(picture.Empty() ? imgnomap.Image() : picture);
   lblMapDetails.SetCaption(MapDetails(map));
   host_.markMaps(true);
   host_.setMapName(map.FileName);

@@ -1,272 +1,150 @@
 #include "windowing/picture.h"
 
+#include "platform/system/process/picturedecoder.h"
 #include "tests/harness/sandbox.h"
 #include "tests/harness/window_app.h"
-#include "windowing/drawing.h"
+#include "tests/window/picture_corpus.h"
 #include "windowing/form.h"
-#include "windowing/imagelist.h"
 #include "windowing/picturebox.h"
 
-#include <QBuffer>
-#include <QImage>
+#include <signal.h>
+#include <sys/wait.h>
 
-#include <cstring>
-#include <vector>
+#include <random>
 
 namespace {
 
-using win::BitmapInfoHeader;
-using win::DrawingHandle;
+using std::chrono::steady_clock;
 using win::Picture;
 
-constexpr std::uint32_t kRed = 0xFFFF0000, kGreen = 0xFF00FF00, kBlue = 0xFF0000FF, kWhite = 0xFFFFFFFF;
+constexpr std::uint32_t kRed = 0xFFFF0000, kBlue = 0xFF0000FF;
+constexpr std::uint32_t kNearly = 0xFFF8F8F8;  // a JPEG is not exact
 
-// Red and green above blue and white.
-QImage FourPixels() {
-  QImage image(2, 2, QImage::Format_RGB32);
-  image.setPixel(0, 0, kRed);
-  image.setPixel(1, 0, kGreen);
-  image.setPixel(0, 1, kBlue);
-  image.setPixel(1, 1, kWhite);
-  return image;
-}
+class PictureTest : public test::WindowTest {
+ protected:
+  std::string Put(const std::string& name, const std::string& content) {
+    test::WriteFile(sandbox.Root() / name, content);
+    return (sandbox.Root() / name).string();
+  }
 
-std::string FileOf(const QImage& image, const char* format) {
-  QByteArray bytes;
-  QBuffer buffer(&bytes);
-  buffer.open(QIODevice::WriteOnly);
-  image.save(&buffer, format, 100);
-  return bytes.toStdString();
-}
-
-std::string Bmp(std::int32_t width, std::int32_t height) {
-  std::string file = FileOf(FourPixels(), "BMP");
-  std::memcpy(file.data() + 18, &width, 4);
-  std::memcpy(file.data() + 22, &height, 4);
-  return file;
-}
-
-class PictureTest : public test::WindowTest {};
-
-TEST_F(PictureTest, FilesOfEachKindAreReadByTheirContent) {
   test::Sandbox sandbox;
-  for (const char* format : {"BMP", "PNG", "ICO", "JPG"}) {
-    test::WriteFile(sandbox.Root() / "Shot.bmp", FileOf(FourPixels().scaled(16, 16), format));
-    const Picture picture = Picture::FromFile(sandbox.Root().string() + "\\SHOT.BMP");
-    ASSERT_EQ(picture.WidthInPixels(), 16) << format;
-    EXPECT_GT(picture.Pixel(1, 1) >> 16 & 0xFF, 200u) << format;
+};
+
+TEST_F(PictureTest, EveryFormatIsShown) {
+  const std::vector<test::PictureCase> sound = test::PictureCorpus();
+  for (const test::PictureCase& c : sound) {
+    const Picture picture = Picture::FromFile(Put(c.name, c.content));
+    EXPECT_EQ(picture.Pixel(0, 0) & kNearly, kRed & kNearly) << c.name;
+    EXPECT_EQ(picture.Pixel(59, 39) & kNearly, kBlue & kNearly) << c.name;
+  }
+  // The rows are a hole in the file.
+  const std::string large = Put("large.bmp", sound[3].content.substr(0, 54).replace(18, 8, "\x28\x23\0\0\xD0\7\0", 8));
+  std::filesystem::resize_file(large, 54 + std::uintmax_t{3} * 9000 * 2000);
+  EXPECT_EQ(Picture::FromFile(large).WidthInPixels(), 9000);
+}
+
+TEST_F(PictureTest, TransparencyIsKeptOrIgnored) {
+  QImage half(8, 8, QImage::Format_ARGB32);
+  half.fill(0x80FF0000);
+  const std::string png = Put("half.png", test::EncodePicture(half, "png"));
+  EXPECT_EQ(Picture::FromFile(png).Pixel(1, 1), 0x80FF0000);
+  EXPECT_EQ(Picture::FromFile(png, win::Alpha::kIgnored).Pixel(1, 1), kRed);
+  half.fill(0x00FF0000);
+  const std::string unset = Put("unset.png", test::EncodePicture(half, "png"));
+  EXPECT_EQ(Picture::FromFile(unset).Pixel(1, 1), kRed) << "a picture that nobody would see";
+}
+
+TEST_F(PictureTest, WhatIsNoPictureCostsLittleAndHarmsNothing) {
+  const std::vector<test::PictureCase> sound = test::PictureCorpus();
+  const std::string& png = sound[0].content;
+  std::string tall = sound[3].content;
+  tall.replace(18, 8, "\xFF\xFF\xFF\x7F\xFF\xFF\xFF\x7F");
+  std::vector<test::PictureCase> cases = {
+      {"nothing.png", ""},
+      {"text.jpg", "hello"},
+      {"cut.png", png.substr(0, 20)},
+      {"folder/", ""},
+      {"tall.bmp", tall},
+      {"bomb.png", std::string(png).insert(33, "\x4C\xE7\x80\x00tEXtComment", 15)},
+  };
+  std::minstd_rand random(7);
+  for (int seed = 0; seed < 60; ++seed) {
+    std::string tga = test::Tga(9, 9);
+    for (int i = 0; i < 4; ++i)
+      tga[random() % 18] = static_cast<char>(random());
+    cases.push_back({"damaged " + std::to_string(seed) + ".tga", tga});
+  }
+  const std::string good = Put("good.png", png);
+  for (std::size_t i = 0; i < cases.size(); ++i) {
+    SCOPED_TRACE(cases[i].name);
+    const auto start = steady_clock::now();
+    const bool empty = Picture::FromFile(Put(cases[i].name, cases[i].content)).Empty();
+    EXPECT_LT(steady_clock::now() - start, 2 * win::PictureDecoder::kTimeLimit);
+    EXPECT_TRUE(empty || i >= 6);
+    EXPECT_FALSE(Picture::FromFile(good).Empty());
   }
 }
 
-TEST_F(PictureTest, WhatIsNoPictureIsEmpty) {
-  const std::string png = FileOf(FourPixels(), "PNG");
-  const std::pair<const char*, std::string> contents[] = {
-      {"nothing", ""},
-      {"text", "hello"},
-      {"cut in its head", png.substr(0, 20)},
-      {"cut in its body", png.substr(0, png.size() / 2)},
-      {"a drawing that could name other files", "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>"},
-      {"a size that no memory has", Bmp(30000, 30000)},
-      {"a size that overflows", Bmp(0x7FFFFFFF, 0x7FFFFFFF)},
-      {"a negative width", Bmp(-2, 2)},
+// A stand-in decoder: what it says, what is expected of it, and whether it is kept for the next picture.
+TEST_F(PictureTest, NoDecoderIsTrusted) {
+  const struct {
+    const char* script;
+    bool shown, kept;
+  } cases[] = {
+      {"printf '\\1\\0\\0\\0\\1\\0\\0\\0abcd'; sleep 9", true, true},
+      {"printf '\\0\\0\\0\\0\\0\\0\\0\\0'; sleep 9", false, true},
+      {"printf '\\1\\0\\0\\0\\0\\0\\0\\0'; sleep 9", false, false},
+      {"printf '\\0\\0\\0\\177\\0\\0\\0\\177'; sleep 9", false, false},
+      {"printf '\\2\\0\\0\\0\\1\\0\\0\\0abcd'", false, false},
+      {"printf 'cut'", false, false},
+      {"sleep 9", false, false},
   };
-  for (const auto& [what, content] : contents)
-    EXPECT_TRUE(Picture::FromFileContent(content).Empty()) << what;
-  test::Sandbox sandbox;
-  EXPECT_TRUE(Picture::FromFile("").Empty());
-  EXPECT_TRUE(Picture::FromFile(sandbox.Root().string() + "\\missing.bmp").Empty());
-  EXPECT_TRUE(Picture::FromFile(sandbox.Root().string()).Empty());
-  const std::uint32_t pixels[] = {kRed, kGreen};
-  EXPECT_TRUE(Picture::FromPixels(2, 2, pixels).Empty());
-  EXPECT_EQ(Picture::FromPixels(1, 2, pixels).Pixel(0, 1), kGreen);
+  const std::string picture = Put("a.png", test::PictureCorpus()[0].content);
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.script);
+    const std::string program = Put("decoder", std::string("#!/bin/sh\nexec >&0\n") + c.script);
+    std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+    win::PictureDecoder decoder(program);
+    EXPECT_EQ(static_cast<bool>(decoder.Decode(picture, false)), c.shown);
+    EXPECT_EQ(decoder.Process() > 0, c.kept);
+  }
 }
 
-TEST_F(PictureTest, AnImageListCountsFromOne) {
-  win::ImageList list;
-  list.Add(Picture(FourPixels()), "Anna");
-  EXPECT_EQ(list.At(1).WidthInPixels(), 2);
-  EXPECT_EQ(list.Tag(1), "Anna");
-  for (const int index : {0, 2, -1})
-    EXPECT_TRUE(list.At(index).Empty() && list.Tag(index).empty()) << index;
+TEST_F(PictureTest, ADeadDecoderIsReplacedAndLeavesNothing) {
+  const std::string picture = Put("a.png", test::PictureCorpus()[0].content);
+  win::PictureDecoder decoder(BINARY_DIR "/varnik-picture");
+  pid_t before = -1;
+  for (int round = 0; round < 3; ++round) {
+    ASSERT_TRUE(decoder.Decode(picture, false));
+    ASSERT_TRUE(decoder.Decode(picture, false));
+    EXPECT_NE(decoder.Process(), before);
+    EXPECT_TRUE(test::Await([before] { return before < 0 || kill(before, 0) != 0; })) << "a zombie";
+    before = decoder.Process();
+    kill(before, SIGKILL);
+    siginfo_t ended;
+    waitid(P_PID, static_cast<id_t>(before), &ended, WEXITED | WNOWAIT);
+  }
 }
 
 TEST_F(PictureTest, ABoxShowsItsPictureAsItsSizeSays) {
-  struct Case {
+  const struct {
     win::PictureSize size;
     double width;            // of the box afterwards, in twips
-    std::uint32_t farPixel;  // at 40, 10
+    std::uint32_t farPixel;  // at 25, 10
+  } cases[] = {
+      {win::PictureSize::kOwn, 600, kRed},  // 40 pixels of the 60
+      {win::PictureSize::kStretch, 600, kBlue},
+      {win::PictureSize::kAutoSize, 900, kRed},
   };
-  QImage halves(100, 100, QImage::Format_RGB32);
-  halves.fill(kRed);
-  for (int y = 0; y < 100; ++y)
-    for (int x = 50; x < 100; ++x)
-      halves.setPixel(x, y, kBlue);
-  const Case cases[] = {
-      {win::PictureSize::kOwn, 900, kRed},  // 60 pixels of the 100
-      {win::PictureSize::kStretch, 900, kBlue},
-      {win::PictureSize::kAutoSize, 1500, kRed},
-  };
-  for (const Case& c : cases) {
+  const Picture halves = Picture::FromFile(Put("a.tga", test::Tga(60, 40)));
+  for (const auto& c : cases) {
     win::Form form("frmPicture", 3000, 3000);
     win::PictureBox box(form, "imgmap", c.size);
-    box.Move(0, 0, 900, 900);
-    box.SetPicture(Picture(halves));
+    box.Move(0, 0, 600, 600);
+    box.SetPicture(halves);
     EXPECT_DOUBLE_EQ(box.Width(), c.width);
-    EXPECT_EQ(box.Shown().Pixel(40, 10), c.farPixel);
+    EXPECT_EQ(box.Shown().Pixel(25, 10), c.farPixel);
   }
-}
-
-// A device-independent bitmap of FourPixels with its colours behind the header.
-struct Dib {
-  explicit Dib(int bitCount, bool topDown = false) {
-    const std::string file = FileOf(bitCount == 8    ? FourPixels().convertToFormat(QImage::Format_Indexed8)
-                                    : bitCount == 24 ? FourPixels().convertToFormat(QImage::Format_RGB888)
-                                                     : FourPixels(),
-                                    "BMP");
-    std::uint32_t start = 0;
-    std::memcpy(&start, file.data() + 10, 4);
-    info.assign(file.begin() + 14, file.begin() + start);
-    bits.assign(file.begin() + start, file.end());
-    if (!topDown) return;
-    Header().height = -Header().height;
-    std::swap_ranges(bits.begin(), bits.begin() + bits.size() / 2, bits.begin() + bits.size() / 2);
-  }
-
-  BitmapInfoHeader& Header() { return *reinterpret_cast<BitmapInfoHeader*>(info.data()); }
-
-  std::vector<char> info, bits;
-};
-
-class DrawingTest : public PictureTest {
- protected:
-  DrawingTest() : form("frmPicture", 3000, 3000), box(form, "imgmap") { box.Move(0, 0, 1500, 1500); }
-
-  DrawingHandle MakeBitmap(Dib dib) {
-    const DrawingHandle dc = win::GetDC(win::GetDesktopWindow());
-    const DrawingHandle bitmap =
-        win::CreateDIBitmap(dc, &dib.Header(), win::kCbmInit, dib.bits.data(), &dib.Header(), 0);
-    EXPECT_TRUE(win::ReleaseDC(win::GetDesktopWindow(), dc));
-    return bitmap;
-  }
-
-  void ExpectFourPixels(int x, int y) {
-    const Picture shown = box.Shown();
-    EXPECT_EQ(shown.Pixel(x, y), kRed);
-    EXPECT_EQ(shown.Pixel(x + 1, y), kGreen);
-    EXPECT_EQ(shown.Pixel(x, y + 1), kBlue);
-    EXPECT_EQ(shown.Pixel(x + 1, y + 1), kWhite);
-  }
-
-  win::Form form;
-  win::PictureBox box;
-};
-
-TEST_F(DrawingTest, ABitmapGoesThroughAMemoryContextIntoTheBox) {
-  for (const int bitCount : {8, 24, 32}) {
-    SCOPED_TRACE(bitCount);
-    const DrawingHandle bitmap = MakeBitmap(Dib(bitCount));
-    win::BitmapDescription description;
-    ASSERT_TRUE(win::GetObject(bitmap, description));
-    EXPECT_EQ(description.width, 2);
-    const DrawingHandle work = win::CreateCompatibleDC(0);
-    const DrawingHandle before = win::SelectObject(work, bitmap);
-    EXPECT_FALSE(win::DeleteObject(bitmap)) << "it is in use";
-    EXPECT_TRUE(win::BitBlt(box.DeviceContext(), 3, 4, 2, 2, work, 0, 0, win::kSrcCopy));
-    ExpectFourPixels(3, 4);
-    EXPECT_TRUE(win::BitBlt(box.DeviceContext(), 0, 0, 2, 2, work, 0, 0, win::kNotSrcCopy));
-    EXPECT_EQ(box.Shown().Pixel(0, 0), 0xFF00FFFFu);
-    EXPECT_EQ(win::SelectObject(work, before), bitmap);
-    EXPECT_TRUE(win::DeleteDC(work));
-    EXPECT_TRUE(win::DeleteObject(bitmap));
-    EXPECT_FALSE(win::DeleteObject(bitmap));
-    box.SetPicture(Picture());
-  }
-}
-
-TEST_F(DrawingTest, BitsGoOutAndInAgain) {
-  const DrawingHandle bitmap = MakeBitmap(Dib(24));
-  const DrawingHandle dc = win::GetDC(win::GetDesktopWindow());
-  for (const int bitCount : {24, 32}) {
-    Dib out(bitCount);
-    std::fill(out.bits.begin(), out.bits.end(), '\0');
-    EXPECT_EQ(win::GetDIBits(dc, bitmap, 0, 2, out.bits.data(), &out.Header(), 0), 2);
-    EXPECT_EQ(win::SetDIBitsToDevice(box.DeviceContext(), 5, 6, 2, 2, 0, 0, 0, 2, out.bits.data(), &out.Header(), 0),
-              2);
-    ExpectFourPixels(5, 6);
-  }
-  EXPECT_TRUE(win::DeleteObject(bitmap));
-  EXPECT_TRUE(win::ReleaseDC(win::GetDesktopWindow(), dc));
-}
-
-TEST_F(DrawingTest, ADibMayStandOnItsHeadAndBeDrawnInPart) {
-  Dib dib(32, true);
-  EXPECT_EQ(win::SetDIBitsToDevice(box.DeviceContext(), 5, 6, 2, 2, 0, 0, 0, 2, dib.bits.data(), &dib.Header(), 0), 2);
-  ExpectFourPixels(5, 6);
-  EXPECT_EQ(win::SetDIBitsToDevice(box.DeviceContext(), 20, 20, 1, 1, 1, 0, 0, 2, dib.bits.data(), &dib.Header(), 0),
-            2);
-  EXPECT_EQ(box.Shown().Pixel(20, 20), kWhite) << "the source counts from the lower left corner";
-}
-
-// Whatever way its bits take, a bitmap may lie across the edge of what it is drawn on, and its fourth byte says
-// nothing.
-TEST_F(DrawingTest, WhatLiesOutsideIsCutOff) {
-  for (const int bitCount : {8, 24, 32}) {
-    SCOPED_TRACE(bitCount);
-    Dib dib(bitCount == 32 ? 24 : bitCount);
-    if (bitCount == 32) {
-      dib.Header().bitCount = 32;
-      dib.bits = {'\xFF', 0, 0, 0, '\xFF', '\xFF', '\xFF', 0, 0, 0, '\xFF', 0, 0, '\xFF', 0, 0};
-    }
-    const auto draw = [&](int x, int y) {
-      return win::SetDIBitsToDevice(box.DeviceContext(), x, y, 2, 2, 0, 0, 0, 2, dib.bits.data(), &dib.Header(), 0);
-    };
-    box.SetPicture(Picture());
-    EXPECT_EQ(draw(-1, -1), 2);
-    EXPECT_EQ(draw(99, 50), 2);
-    EXPECT_EQ(draw(500, 500), 2);
-    EXPECT_EQ(box.Shown().Pixel(0, 0), kWhite);
-    EXPECT_EQ(box.Shown().Pixel(99, 51), kBlue);
-  }
-}
-
-TEST_F(DrawingTest, HandlesOfTheWrongKindAreRefused) {
-  Dib dib(32);
-  const DrawingHandle desktop = win::GetDC(win::GetDesktopWindow());
-  const DrawingHandle bitmap = MakeBitmap(dib);
-  EXPECT_EQ(win::GetObjectType(win::GetDesktopWindow()), 0);
-  EXPECT_EQ(win::GetObjectType(0), 0);
-  EXPECT_EQ(win::GetObjectType(box.DeviceContext()), win::kObjDc);
-  EXPECT_EQ(win::GetObjectType(bitmap), win::kObjBitmap);
-  EXPECT_EQ(win::GetDC(desktop), 0u);
-  EXPECT_FALSE(win::DeleteDC(box.DeviceContext()));
-  EXPECT_FALSE(win::ReleaseDC(win::GetDesktopWindow(), box.DeviceContext()));
-  EXPECT_EQ(win::SelectObject(desktop, bitmap), 0u);
-  EXPECT_FALSE(win::BitBlt(box.DeviceContext(), 0, 0, 2, 2, bitmap, 0, 0, win::kSrcCopy));
-  EXPECT_EQ(win::GetLastError(), 6u);
-  struct Case {
-    const char* what;
-    std::function<void(BitmapInfoHeader&)> spoil;
-  };
-  const Case cases[] = {
-      {"no width", [](BitmapInfoHeader& info) { info.width = 0; }},
-      {"a height that cannot be negated", [](BitmapInfoHeader& info) { info.height = INT32_MIN; }},
-      {"too large", [](BitmapInfoHeader& info) { info.width = info.height = 100000; }},
-      {"odd depth", [](BitmapInfoHeader& info) { info.bitCount = 5; }},
-      {"compressed", [](BitmapInfoHeader& info) { info.compression = 1; }},
-      {"more colours than there can be", [](BitmapInfoHeader& info) { info.clrUsed = 1u << 30; }},
-  };
-  for (const Case& c : cases) {
-    Dib spoilt(32);
-    c.spoil(spoilt.Header());
-    EXPECT_EQ(win::CreateDIBitmap(desktop, &spoilt.Header(), win::kCbmInit, spoilt.bits.data(), &spoilt.Header(), 0),
-              0u)
-        << c.what;
-    EXPECT_EQ(
-        win::SetDIBitsToDevice(box.DeviceContext(), 0, 0, 2, 2, 0, 0, 0, 2, spoilt.bits.data(), &spoilt.Header(), 0), 0)
-        << c.what;
-  }
-  EXPECT_TRUE(win::DeleteObject(bitmap));
-  EXPECT_TRUE(win::ReleaseDC(win::GetDesktopWindow(), desktop));
 }
 
 }  // namespace

@@ -93,6 +93,13 @@ std::string ExecutablePath() {
   return path;
 }
 
+std::string CompanionProgram(const std::string& file) {
+  const fs::path programs = fs::path(ExecutablePath()).parent_path();
+  for (const fs::path& folder : {programs, programs.parent_path() / "libexec" / identity_.name})
+    if (IsFile(folder / file)) return (folder / file).string();
+  return "";
+}
+
 std::string ExecutableName() { return fs::path(ExecutablePath()).stem().string(); }
 
 void SetCommandLine(int argc, const char* const* argv) {

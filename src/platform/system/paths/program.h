@@ -17,6 +17,10 @@ const ProgramIdentity& Program();
 // Native path of the running executable, links resolved.
 std::string ExecutablePath();
 
+// Native path of another program of ours, which stands beside this one or in ../libexec/<name>; empty when there is
+// none.
+std::string CompanionProgram(const std::string& file);
+
 // The file name of the program without folder and extension.
 std::string ExecutableName();
 

@@ -128,11 +128,7 @@ bool LacksPart(const std::string& runner, std::string_view bits) {
 
 // Empty when there is none for this kind of program.
 std::string StarterFor(std::string_view header) {
-  const std::string name = Program().name + "-start" + BitsOf(header) + ".exe";
-  const fs::path programs = fs::path(ExecutablePath()).parent_path();
-  for (const fs::path& folder : {programs, programs.parent_path() / "libexec" / Program().name})
-    if (Exists(folder / name)) return (folder / name).string();
-  return "";
+  return CompanionProgram(Program().name + "-start" + BitsOf(header) + ".exe");
 }
 
 // In hexadecimal digits: what is in the environment has to pass through the character set of the locale.
