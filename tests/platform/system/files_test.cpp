@@ -1,34 +1,33 @@
 #include "platform/system/files.h"
 
-#include "tests/harness/sandbox.h"
-
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
+#include "platform/system/findfile.h"
+#include "platform/system/wildcards.h"
+#include "tests/harness/sandbox.h"
+
 namespace {
 
 namespace fs = std::filesystem;
+using test::ReadFile;
+using Lines = std::vector<std::string>;
 
 class Files : public testing::Test {
  protected:
-  test::Sandbox sandbox_;
+  const test::Sandbox sandbox_;
   const fs::path game_ = sandbox_.Install();
   const std::string root_ = sandbox_.InstallText();
 
-  void Put(const char* file, std::string_view content = "") { test::WriteFile(game_ / file, content); }
-  void PutReadOnly(const char* file, std::string_view content = "") {
+  void Put(const char* file, std::string_view content = "") const { test::WriteFile(game_ / file, content); }
+  void PutReadOnly(const char* file, std::string_view content = "") const {
     Put(file, content);
     fs::permissions(game_ / file, fs::perms::owner_write, fs::perm_options::remove);
   }
-  bool Has(const char* file) { return fs::symlink_status(game_ / file).type() != fs::file_type::not_found; }
-  std::vector<std::string> Lines(const std::string& file) {
-    std::vector<std::string> lines;
-    for (win::LineReader reader(root_ + file); !reader.AtEnd();)
-      lines.push_back(reader.ReadLine());
-    return lines;
-  }
+  bool Has(const char* file) const { return fs::exists(fs::symlink_status(game_ / file)); }
+  std::size_t Count() const { return test::Snapshot(game_).size(); }
 };
 
 TEST_F(Files, RenameNeverReplaces) {
@@ -37,14 +36,12 @@ TEST_F(Files, RenameNeverReplaces) {
     bool done;
     const char* then;  // what stands there afterwards
   } cases[] = {
-      {"one.txt", "new.txt", true, "new.txt"},
       {"ONE.TXT", "folder\\new.txt", true, "Folder/new.txt"},
       {"one.txt", "OTHER.txt", false, "one.txt"},
       {"one.txt", "folder", false, "one.txt"},
       {"folder", "EMPTY", false, "Folder/inside"},
       {"folder\\", "Renamed\\", true, "Renamed/inside"},
       {"folder\\", "FOLDER", true, "FOLDER/inside"},
-      {"one.txt", "One.txt", true, "One.txt"},
       {"one.txt", "ONE.txt. ", true, "ONE.txt"},
       {"one.txt", "one.txt", true, "one.txt"},
       {"fixed.txt", "moved.txt", true, "moved.txt"},
@@ -52,22 +49,21 @@ TEST_F(Files, RenameNeverReplaces) {
       {"none.txt", "new.txt", false, "one.txt"},
       {"one.txt", "none\\new.txt", false, "one.txt"},
       {"folder", "folder\\below", false, "Folder/inside"},
-      {"one.txt", "", false, "one.txt"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(testing::Message() << c.from << " to " << c.to);
-    for (const auto& entry : fs::directory_iterator(game_))
-      fs::remove_all(entry.path());
+    fs::remove_all(game_);
     for (const char* file : {"one.txt", "Other.txt", "Folder/inside"})
       Put(file);
     PutReadOnly("fixed.txt");
     fs::create_directory(game_ / "empty");
     fs::create_symlink("nowhere", game_ / "dangling");
-    const auto before = test::Snapshot(game_).size();
-    EXPECT_EQ(win::RenameFile(root_ + c.from, *c.to == '\0' ? "" : root_ + c.to), c.done);
+    const std::size_t before = Count();
+    EXPECT_EQ(win::RenameFile(root_ + c.from, root_ + c.to), c.done);
     EXPECT_TRUE(Has(c.then));
-    EXPECT_EQ(test::Snapshot(game_).size(), before);
+    EXPECT_EQ(Count(), before);
   }
+  EXPECT_FALSE(win::RenameFile(root_ + "Folder", ""));
 }
 
 TEST_F(Files, AMoveToAnotherFileSystemTakesTheModeAlong) {
@@ -86,9 +82,13 @@ TEST_F(Files, AMoveToAnotherFileSystemTakesTheModeAlong) {
 }
 
 TEST_F(Files, DeletesByPatternFilesOnlyAndGoesOn) {
-  for (const char* file : {"bin/a.dat", "bin/B.DAT", "bin/c.txt", "bin/noext", "bin/sub.dat/x"})
+  EXPECT_TRUE(win::MakeFolder(root_ + "Bin\\"));
+  for (const char* folder : {"BIN", "none\\below"})
+    EXPECT_FALSE(win::MakeFolder(root_ + folder));
+  for (const char* file : {"Bin/a.dat", "Bin/B.DAT", "Bin/c.txt", "Bin/noext"})
     Put(file);
-  PutReadOnly("bin/b2.dat");
+  PutReadOnly("Bin/b2.dat");
+  fs::create_directory(game_ / "Bin/sub.dat");
   const struct {
     const char* pattern;
     bool done;
@@ -99,11 +99,13 @@ TEST_F(Files, DeletesByPatternFilesOnlyAndGoesOn) {
   };
   for (const auto& c : cases) {
     EXPECT_EQ(win::DeleteFiles(root_ + c.pattern), c.done) << c.pattern;
-    EXPECT_EQ(test::Snapshot(game_ / "bin").size(), c.left) << c.pattern;
+    EXPECT_EQ(Count(), c.left) << c.pattern;
   }
+  EXPECT_FALSE(win::RemoveFolder(root_ + "bin"));
   EXPECT_TRUE(win::SetAttributes(root_ + "bin\\b2.dat", 0));
   EXPECT_TRUE(win::DeleteFiles(root_ + "bin\\*.*"));
-  EXPECT_EQ(test::Snapshot(game_ / "bin").size(), 2u);
+  for (const char* folder : {"BIN\\SUB.DAT", "bin\\"})
+    EXPECT_TRUE(win::RemoveFolder(root_ + folder));
 }
 
 TEST_F(Files, ReadOnlyBindsAndOnlyItsBitChanges) {
@@ -113,8 +115,7 @@ TEST_F(Files, ReadOnlyBindsAndOnlyItsBitChanges) {
   EXPECT_EQ(win::GetAttributes(root_ + "A.TXT"), win::kAttributeReadOnly | win::kAttributeArchive);
   EXPECT_FALSE(win::LineWriter(root_ + "a.txt", win::WriteMode::kOutput).IsOpen());
   EXPECT_FALSE(win::WriteWholeFile(root_ + "a.txt", "new"));
-  EXPECT_FALSE(win::DeleteFiles(root_ + "a.txt"));
-  EXPECT_EQ(test::ReadFile(game_ / "a.txt"), "old");
+  EXPECT_EQ(ReadFile(game_ / "a.txt"), "old");
   EXPECT_TRUE(win::SetAttributes(root_ + "a.txt", win::kAttributeArchive));
   EXPECT_EQ(fs::status(game_ / "a.txt").permissions(), mode | fs::perms::owner_write);
   EXPECT_TRUE(win::SetAttributes(root_ + "a.txt", win::kAttributeReadOnly));
@@ -122,16 +123,6 @@ TEST_F(Files, ReadOnlyBindsAndOnlyItsBitChanges) {
   EXPECT_TRUE(win::SetAttributes(root_, win::kAttributeReadOnly));
   EXPECT_EQ(win::GetAttributes(root_), win::kAttributeDirectory);
   EXPECT_FALSE(win::SetAttributes(root_ + "none", 0));
-}
-
-TEST_F(Files, FoldersAreMadeAndRemovedWhateverTheCase) {
-  EXPECT_TRUE(win::MakeFolder(root_ + "Logs\\"));
-  EXPECT_FALSE(win::MakeFolder(root_ + "LOGS"));
-  Put("Logs/a");
-  EXPECT_FALSE(win::RemoveFolder(root_ + "logs"));
-  EXPECT_TRUE(win::DeleteFiles(root_ + "logs\\?"));
-  EXPECT_TRUE(win::RemoveFolder(root_ + "logs\\"));
-  EXPECT_FALSE(win::MakeFolder(root_ + "none\\below"));
 }
 
 TEST_F(Files, AWholeFileIsReplacedInPlace) {
@@ -144,27 +135,25 @@ TEST_F(Files, AWholeFileIsReplacedInPlace) {
   EXPECT_TRUE(win::WriteWholeFile(root_ + "dangling", "made"));
   EXPECT_FALSE(win::WriteWholeFile(root_ + "none\\a", ""));
   EXPECT_FALSE(win::WriteWholeFile(root_, ""));
-  EXPECT_EQ(test::ReadFile(game_ / "new.txt"), "made");
-  EXPECT_EQ(test::ReadFile(game_ / "Real.txt"), "new");
+  EXPECT_EQ(ReadFile(game_ / "new.txt"), "made");
+  EXPECT_EQ(ReadFile(game_ / "Real.txt"), "new");
   EXPECT_EQ(fs::status(game_ / "Real.txt").permissions(), fs::perms(0640));
   EXPECT_TRUE(fs::is_symlink(game_ / "link"));
-  EXPECT_EQ(test::Snapshot(game_).size(), 4u);
+  EXPECT_EQ(Count(), 4u);
 }
 
 TEST_F(Files, AWriteThatFailsLeavesTheOldContent) {
   Put("a.txt", "old");
-  rlimit limit;
-  getrlimit(RLIMIT_FSIZE, &limit);
-  const rlimit small{1'000, limit.rlim_max};
-  const auto handler = signal(SIGXFSZ, SIG_IGN);
-  setrlimit(RLIMIT_FSIZE, &small);
-  EXPECT_FALSE(win::WriteWholeFile(root_ + "a.txt", std::string(10'000, 'x')));
-  win::LineWriter lines(root_ + "b.txt", win::WriteMode::kOutput);
-  EXPECT_TRUE(lines.WriteLine(std::string(10'000, 'x')));
-  EXPECT_FALSE(lines.Close());
-  setrlimit(RLIMIT_FSIZE, &limit);
-  signal(SIGXFSZ, handler);
-  EXPECT_EQ(test::ReadFile(game_ / "a.txt"), "old");
+  const std::string text(10'000, 'x');
+  const int status = test::StatusOf(test::Fork([&] {
+    const rlimit small{1'000, 1'000};
+    signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &small);
+    win::LineWriter lines(root_ + "b.txt", win::WriteMode::kOutput);
+    return win::WriteWholeFile(root_ + "a.txt", text) || !lines.WriteLine(text) || lines.Close() ? 1 : 0;
+  }));
+  EXPECT_EQ(status, 0);
+  EXPECT_EQ(ReadFile(game_ / "a.txt"), "old");
   EXPECT_FALSE(Has(".a.txt.new~"));
 }
 
@@ -182,37 +171,77 @@ TEST_F(Files, OnlyRegularFilesAreRead) {
   EXPECT_EQ(win::ReadWholeFile(root_ + "A"), std::string("\0\r\n\x1A", 4));
 }
 
-TEST_F(Files, LinesEndAtEveryKindOfEnd) {
+TEST_F(Files, LinesAreReadWithEveryKindOfEndAndWrittenWithOne) {
   const std::string big(64 * 1024 - 1, 'x');  // its line end straddles two pieces
-  const std::string huge(1'000'000, 'y');
   const struct {
     std::string content;
-    std::vector<std::string> lines;
+    Lines lines;
   } cases[] = {
-      {"", {}},
-      {"a", {"a"}},
-      {"a\r\nb\nc\rd", {"a", "b", "c", "d"}},
-      {"\r\n\n\r\r\n", {"", "", "", ""}},
-      {"a\r", {"a"}},
-      {big + "\r\nb\r\n", {big, "b"}},
-      {huge + "\n" + huge, {huge, huge}},
+      {"", {}},       {"a\r\nb\nc\rd", {"a", "b", "c", "d"}}, {"\r\n\n\r\r\n", {"", "", "", ""}},
+      {"a\r", {"a"}}, {big + "\r\nb\r\n", {big, "b"}},        {big + big + "\n" + big + big, {big + big, big + big}},
   };
   for (const auto& c : cases) {
     Put("a.txt", c.content);
-    EXPECT_EQ(Lines("A.TXT"), c.lines) << c.content.substr(0, 20);
+    Lines lines;
+    for (win::LineReader reader(root_ + "A.TXT"); !reader.AtEnd();)
+      lines.push_back(reader.ReadLine());
+    EXPECT_EQ(lines, c.lines) << c.content.substr(0, 20);
   }
-}
-
-TEST_F(Files, LinesAreWrittenAndAppended) {
-  for (const auto mode : {win::WriteMode::kOutput, win::WriteMode::kAppend, win::WriteMode::kAppend}) {
-    win::LineWriter writer(root_ + "New.txt", mode);
+  for (const auto mode : {win::WriteMode::kOutput, win::WriteMode::kAppend}) {
+    win::LineWriter writer(root_ + "A.txt", mode);
     EXPECT_TRUE(writer.WriteLine("a\nb"));
     EXPECT_TRUE(writer.Close());
     EXPECT_FALSE(writer.WriteLine("late"));
   }
-  EXPECT_EQ(test::ReadFile(game_ / "New.txt"), "a\nb\r\na\nb\r\na\nb\r\n");
-  win::LineWriter(root_ + "new.TXT", win::WriteMode::kOutput);
-  EXPECT_EQ(test::ReadFile(game_ / "New.txt"), "");
+  EXPECT_EQ(ReadFile(game_ / "a.txt"), "a\nb\r\na\nb\r\n");
+}
+
+TEST_F(Files, AreFoundByPathAndByWildcards) {
+  for (const char* file : {"Data/File.txt", " lead", ".hid"})
+    Put(file);
+  const struct {
+    const char* path;
+    bool found;
+  } paths[] = {
+      {"data", true},          {"data\\", false},    {"DATA\\FILE.TXT. .", true}, {"data\\file.txt\\", false},
+      {"lead", false},         {" LEAD", true},      {"data\\*.TXT", true},       {"data\\*.bzm", false},
+      {"data\\fil?.t*", true}, {"none\\*.*", false}, {"data\\*.*", true},         {"data\\file.txt\\x", false},
+      {"d*\\file.txt", false}, {"*.hid", true},      {"data\\file.???", true},    {"data\\file.txt?", true},
+  };
+  for (const auto& c : paths)
+    EXPECT_EQ(win::FindFirstFileSucceeds(root_ + c.path), c.found) << c.path;
+  for (const char* path : {"", "\\"})
+    EXPECT_FALSE(win::FindFirstFileSucceeds(path));
+  const struct {
+    const char *name, *pattern;
+    bool match;
+  } names[] = {
+      {"noext", "*.*", true}, {"noext", "*.", true},   {"a.b", "*.", false},       {"a", "a?", true},
+      {"abc", "a?", false},   {"a.txt", "a?.*", true}, {"a.txt", "?.txt", true},   {"ab", "a?b", false},
+      {"a.b", "a?b", false},  {"É.TXT", "é.*", true},  {"a.b.txt", "*.txt", true}, {"a.txt", "*.txt ", true},
+  };
+  for (const auto& c : names)
+    EXPECT_EQ(win::MatchesWildcards(c.name, c.pattern), c.match) << c.name << " " << c.pattern;
+}
+
+std::map<std::string, bool> Entries(win::FolderReader reader) {
+  std::map<std::string, bool> entries;
+  for (win::FoundEntry entry; reader.Next(entry);)
+    entries[entry.name] = entry.isFolder;
+  return entries;
+}
+
+TEST_F(Files, AFolderReaderShowsEveryEntryAndFollowsLinks) {
+  Put("Sub/.hid");
+  fs::create_directory_symlink("Sub", game_ / "link");
+  fs::create_symlink("nowhere", game_ / "broken");
+  win::FolderReader reader(root_);
+  EXPECT_EQ(Entries(reader.Descend("link")), (std::map<std::string, bool>{{".", true}, {"..", true}, {".hid", false}}));
+  for (const char* name : {"none", "broken"})
+    EXPECT_FALSE(reader.Descend(name).IsOpen());
+  EXPECT_EQ(Entries(std::move(reader)),
+            (std::map<std::string, bool>{{".", true}, {"..", true}, {"Sub", true}, {"link", true}, {"broken", false}}));
+  EXPECT_FALSE(win::FolderReader(root_ + "sub\\.hid").IsOpen());
 }
 
 }  // namespace

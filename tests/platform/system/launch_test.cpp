@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <sstream>
 
+#include "platform/system/paths.h"
 #include "platform/system/process.h"
 #include "tests/harness/sandbox.h"
 
@@ -12,6 +12,8 @@ namespace {
 
 namespace fs = std::filesystem;
 using List = std::vector<std::string>;
+
+constexpr std::uint32_t k32 = 0x14c, k64 = 0x8664, kArm = 0xaa64;
 
 std::string Number(std::uint32_t number, int size) {
   std::string bytes;
@@ -28,14 +30,6 @@ std::string Program(std::uint32_t offset, std::uint32_t processor) {
 }
 
 struct LaunchTest : testing::Test {
-  LaunchTest() {
-    setenv("VARNIK_RUNNER", "runner --fast", 1);
-    test::WriteFile(sandbox.Home() / "wine" / "drive_c" / "windows" / "system32" / "kernel32.dll", "");
-  }
-  win::Launch Prepare(const std::string& content, const std::string& tail = " a  b ") {
-    test::WriteFile(program, content);
-    return win::PrepareLaunch(program, tail);
-  }
   test::Sandbox sandbox;
   const std::string program = (sandbox.Install() / "bzone.exe").string();
 };
@@ -43,24 +37,28 @@ struct LaunchTest : testing::Test {
 TEST_F(LaunchTest, TheStarterIsOneThatTheProgramsPrefixCanRun) {
   const std::string starter32 = BINARY_DIR "/varnik-start32.exe", starter64 = BINARY_DIR "/varnik-start64.exe";
   if (!fs::exists(starter32) || !fs::exists(starter64)) GTEST_SKIP() << "the Windows programs were not built";
+  setenv("VARNIK_RUNNER", "runner --fast", 1);
   const struct {
     const char* what;
     std::string content, starter;
+    bool prefixIsSetUp = true;
   } kCases[] = {
-      {"32 bits", Program(0x80, 0x14c), starter32},
-      {"64 bits", Program(0xf8, 0x8664), starter64},
-      {"another processor", Program(0x80, 0xaa64), ""},
-      {"a header cut short", Program(0x80, 0x14c).substr(0, 0x85), ""},
-      {"a header beyond the file", Program(0x7fff'ffff, 0x14c), ""},
-      {"a header at the end of the numbers", Program(0xffff'ffff, 0x14c), ""},
+      {"a prefix that is not set up yet", Program(0x80, k32), "", false},
+      {"32 bits", Program(0x80, k32), starter32},
+      {"64 bits", Program(0xf8, k64), starter64},
+      {"another processor", Program(0x80, kArm), ""},
+      {"a header cut short", Program(0x80, k32).substr(0, 0x85), ""},
+      {"a header at the end of the numbers", Program(0xffff'ffff, k32), ""},
       {"a DOS program", "MZ" + std::string(600, '\0'), ""},
   };
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.what);
+    if (c.prefixIsSetUp) test::WriteFile(sandbox.Home() / "wine/drive_c/windows/system32/kernel32.dll", "");
+    test::WriteFile(program, c.content);
     List expected{"runner", "--fast"};
     if (!c.starter.empty()) expected.push_back(c.starter);
     expected.insert(expected.end(), {program, "a", "b"});
-    EXPECT_EQ(Prepare(c.content).arguments, expected);
+    EXPECT_EQ(win::PrepareLaunch(program, " a  b ").arguments, expected);
   }
 }
 
@@ -73,15 +71,14 @@ struct RunnerCase {
 };
 
 const RunnerCase kRunners[] = {
-    {"no part for 32 bits", "lib/wine/x86_64-windows/ntdll.dll", "wine", 0x14c, "lacks"},
-    {"no part for 64 bits", "lib/wine/i386-windows/ntdll.dll", "wine-stable", 0x8664, "lacks"},
-    {"both parts", "lib/wine/i386-windows/ntdll.dll lib64/wine/x86_64-windows/ntdll.dll", "wine", 0x14c, ""},
-    {"its own part", "lib/wine/x86_64-windows/ntdll.dll", "wine", 0x8664, ""},
-    {"two loaders", "lib/wine/wine lib/wine/wine64", "wine", 0x14c, ""},
-    {"one loader", "lib/wine/wine64 lib/x86_64-linux-gnu/wine/i386-windows/zlib1.dll", "wine", 0x14c, "wine32"},
-    {"an unknown layout", "share/wine/ntdll.dll", "wine", 0x14c, ""},
-    {"another runner", "lib/wine/x86_64-windows/ntdll.dll", "proton", 0x14c, ""},
-    {"an unknown processor", "lib/wine/x86_64-windows/ntdll.dll", "wine", 0xaa64, ""},
+    {"no part for 32 bits", "lib/wine/x86_64-windows/ntdll.dll", "wine", k32, "lacks"},
+    {"no part for 64 bits", "lib/wine/i386-windows/ntdll.dll", "wine-stable", k64, "lacks"},
+    {"both parts", "lib/wine/i386-windows/ntdll.dll lib64/wine/x86_64-windows/ntdll.dll", "wine", k32, ""},
+    {"two loaders", "lib/wine/wine lib/wine/wine64", "wine", k32, ""},
+    {"one loader", "lib/wine/wine64 lib/x86_64-linux-gnu/wine/i386-windows/zlib1.dll", "wine", k32, "wine32"},
+    {"an unknown layout", "share/wine/ntdll.dll", "wine", k32, ""},
+    {"another runner", "lib/wine/x86_64-windows/ntdll.dll", "proton", k32, ""},
+    {"an unknown processor", "lib/wine/x86_64-windows/ntdll.dll", "wine", kArm, ""},
 };
 
 TEST_F(LaunchTest, ARunnerThatCannotRunAProgramIsKnownBeforehand) {
@@ -109,9 +106,37 @@ TEST_F(LaunchTest, ARunnerThatCannotRunAProgramIsKnownBeforehand) {
   EXPECT_EQ(problem(), "");
 }
 
-TEST_F(LaunchTest, APrefixThatIsNotSetUpYetGetsTheProgramItself) {
-  fs::remove_all(sandbox.Home() / "wine" / "drive_c" / "windows");
-  EXPECT_EQ(Prepare(Program(0x80, 0x14c)).arguments, (List{"runner", "--fast", program, "a", "b"}));
+// Makes a Wine prefix. A reason to skip the test where Wine or the Windows program is missing, else empty.
+std::string PrepareWine() {
+  if (std::system("command -v wine > /dev/null") != 0) return "Wine is not installed";
+  if (!fs::exists(BINARY_DIR "/showline.exe")) return "the Windows programs were not built";
+  for (const char* name : {"VARNIK_RUNNER", "DISPLAY", "WAYLAND_DISPLAY"})
+    unsetenv(name);
+  setenv("WINEDEBUG", "-all", 1);
+  setenv("WINEDLLOVERRIDES", "mscoree,mshtml=", 1);
+  return std::system("wine wineboot -i > /dev/null 2>&1") == 0 ? "" : "Wine makes no prefix here";
+}
+
+TEST(Wine, AProgramSeesItsLineToTheByteAndIsWaitedForWithAllThatItStarts) {
+  const test::Sandbox sandbox;
+  if (const std::string reason = PrepareWine(); !reason.empty()) GTEST_SKIP() << reason;
+  const fs::path game = sandbox.Home() / "wine" / "drive_c" / "games" / "Battlezone II";
+  fs::create_directories(game);
+  fs::copy_file(BINARY_DIR "/showline.exe", game / "bzone.exe");
+  const auto run = [&](const std::string& tail) {
+    win::Process process = win::CreateProcess("\"" + game.string() + "\\bzone.exe\"" + tail, 32, game.string());
+    EXPECT_EQ(process.Wait(60'000), win::WaitResult::kEnded);
+    EXPECT_EQ(process.ExitStatus(), 7);
+  };
+  for (const std::string tail :
+       {"", " ", "  \"my map.bzn\"  -x \"\" ", R"( a\ "b\\" \" d"e'*?%PATH%^& )", " \x81\xe9\xff", " caf\xc3\xa9"}) {
+    SCOPED_TRACE(tail);
+    run(tail);
+    EXPECT_EQ(test::ReadFile(game / "line.txt"), R"("C:\games\Battlezone II\bzone.exe")" + tail);
+  }
+  run(" --again");
+  EXPECT_EQ(test::ReadFile(game / "late.txt"), "bzone.exe --late");
+  EXPECT_TRUE(win::FindNativePath("c:\\GAMES\\battlezone ii\\LATE.TXT"));
 }
 
 }  // namespace
