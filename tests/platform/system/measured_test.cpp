@@ -84,16 +84,15 @@ TEST_F(Profile, ReadsAsMeasured) {
   }
 }
 
-// What lies behind the lines that a file keeps taken apart is found all the same, and the first of a name still counts.
 TEST_F(Profile, AFileReadOnceAnswersForEveryLine) {
   std::string content = "[a]\r\nfirst=1\r\n";
-  for (int i = 0; i < 1000; ++i)
+  for (int i = 0; i < 1000; ++i)  // more lines than it keeps taken apart
     content += "key" + std::to_string(i) + "=" + std::to_string(i) + "\r\n";
   Put(content + "first=2\r\n[b]\r\nlast=3");
   const win::ProfileFile file(file_);
   Put("[a]\r\nfirst=4\r\n");
   EXPECT_EQ(file.Find("A", "First"), "1");
-  for (const int i : {0, 253, 254, 255, 256, 999})
+  for (int i = 0; i < 1000; ++i)
     EXPECT_EQ(file.Find("a", "key" + std::to_string(i)), std::to_string(i));
   EXPECT_EQ(file.Find("b", "last"), "3");
   EXPECT_EQ(file.Find("b", "first"), std::nullopt);

@@ -1,8 +1,13 @@
 #include "platform/system/program.h"
 
 #include <gtest/gtest.h>
+#include <poll.h>
+#include <signal.h>
 #include <unistd.h>
 
+#include <memory>
+
+#include "platform/system/instance.h"
 #include "platform/system/services.h"
 #include "tests/harness/sandbox.h"
 
@@ -41,42 +46,98 @@ TEST_F(ProgramTest, ItsFoldersFollowTheXdgVariablesAndAreForTheUserAlone) {
   fs::remove(own);
 }
 
-TEST_F(ProgramTest, ItsDataFolderIsTheGivenOneOrThatOfAPortableCopy) {
+TEST_F(ProgramTest, ItsDataFolderIsTheGivenOneOrFilledOnceAndNeverReplacesAFile) {
   setenv("VARNIK_HOME", "here", 1);
   EXPECT_EQ(win::ProgramFolder("varnik.cmd"), (fs::current_path() / "here").string() + "\\");
   unsetenv("VARNIK_HOME");
   const fs::path program = win::ExecutablePath();
   EXPECT_EQ(win::ProgramFolder(program.filename().string()), program.parent_path().string() + "\\");
-}
-
-TEST_F(ProgramTest, ItsDataFolderIsFilledOnceAndNeverReplacesAFile) {
   win::SetProgram({name, "", ""});
-  const fs::path shipped = fs::path(win::ExecutablePath()).parent_path().parent_path() / "share" / name;
+  const fs::path shipped = program.parent_path().parent_path() / "share" / name;
   for (const char* file : {"start.cmd", "mods/a.bzm", "mods/b.bzm"})
     test::WriteFile(shipped / file, "shipped");
   fs::permissions(shipped / "mods/b.bzm", fs::perms::owner_read);
   const fs::path data = sandbox.Home() / "data" / name;
   test::WriteFile(data / "mods/a.bzm", "the user's");
   EXPECT_EQ(win::ProgramFolder("start.cmd"), data.string() + "\\");
-  const std::map<std::string, std::string> full = {
+  std::map<std::string, std::string> full = {
       {"mods/", ""}, {"mods/a.bzm", "the user's"}, {"mods/b.bzm", "shipped"}, {"start.cmd", "shipped"}};
   EXPECT_EQ(test::Snapshot(data), full);
   EXPECT_NE(fs::status(data / "mods/b.bzm").permissions() & fs::perms::owner_write, fs::perms::none);
   fs::remove(data / "mods/b.bzm");
+  full.erase("mods/b.bzm");
   win::ProgramFolder("start.cmd");
-  EXPECT_FALSE(fs::exists(data / "mods/b.bzm"));
+  EXPECT_EQ(test::Snapshot(data), full);
   fs::remove_all(shipped);
 }
 
 TEST_F(ProgramTest, WithoutAWindowAMessageIsSaidAndAQuestionGetsTheSafeAnswer) {
-  const std::pair<int, win::Answer> kCases[] = {{win::kCritical, win::Answer::kOk},
-                                                {win::kYesNoCancel + win::kCritical, win::Answer::kNo}};
-  for (const auto& [style, answer] : kCases) {
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(win::MsgBox("100 % gone", style, "Title"), answer);
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("100 % gone"), std::string::npos);
-  }
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(win::MsgBox("100 % gone", win::kCritical, "Title"), win::Answer::kOk);
+  EXPECT_EQ(win::MsgBox("sure?", win::kYesNoCancel + win::kCritical, "Title"), win::Answer::kNo);
+  const std::string said = testing::internal::GetCapturedStderr();
+  EXPECT_TRUE(said.find("100 % gone") < said.find("sure?")) << said;
   EXPECT_EQ(win::InputBox("Name?", "Title", "initial"), "");
+}
+
+int InAnotherProcess(const std::function<int()>& body) {
+  return test::StatusOf(test::Fork(body));
+}
+
+bool IsReadable(int descriptor) {
+  pollfd wanted{descriptor, POLLIN, 0};
+  return poll(&wanted, 1, 0) == 1;
+}
+
+TEST(Instance, OnlyOneProcessPerDisplayHoldsThePlace) {
+  const test::Sandbox sandbox;
+  setenv("DISPLAY", ":7", 1);
+  unsetenv("WAYLAND_DISPLAY");
+  win::Instance mine;
+  EXPECT_FALSE(mine.OtherIsRunning());
+  const auto isRefused = [](const char* display, const char* wayland) {
+    setenv("DISPLAY", display, 1);
+    setenv("WAYLAND_DISPLAY", wayland, 1);
+    return InAnotherProcess([] { return win::Instance().OtherIsRunning() ? 1 : 0; }) == 1;
+  };
+  EXPECT_TRUE(isRefused(":7", "") && isRefused(":7.0", ""));
+  EXPECT_FALSE(isRefused(":8", "") || isRefused(":7", "/run/wayland-1"));
+}
+
+TEST(Instance, ARequestReachesTheHolderOnceAndNeverItsSender) {
+  const test::Sandbox sandbox;
+  auto holder = std::make_unique<win::Instance>();
+  int requests = 0;
+  holder->OnCloseRequest([&requests] { ++requests; });
+  EXPECT_FALSE(IsReadable(holder->Descriptor()));
+  win::Instance other;
+  EXPECT_EQ(other.Descriptor(), -1);
+  for (int i = 0; i < 2; ++i)
+    other.CloseOther();
+  EXPECT_TRUE(IsReadable(holder->Descriptor()));
+  for (int i = 0; i < 2; ++i)
+    holder->HandleRequests();
+  EXPECT_EQ(requests, 1);
+  other.CloseOther();
+  holder.reset();
+  EXPECT_FALSE(other.OtherIsRunning());
+  other.OnCloseRequest([] { ADD_FAILURE() << "closed by its own request"; });
+  other.HandleRequests();
+}
+
+TEST(ExclusiveLock, IsFreeAgainWhenItsHolderDies) {
+  const test::Sandbox sandbox;
+  const auto acquires = [](const char* name) {
+    return InAnotherProcess([name] { return win::ExclusiveLock(name).TryAcquire() ? 1 : 0; }) == 1;
+  };
+  win::ExclusiveLock lock("run");
+  EXPECT_EQ(InAnotherProcess([&] { return lock.TryAcquire() && lock.TryAcquire() ? kill(getpid(), SIGKILL) : 0; }),
+            128 + SIGKILL);
+  EXPECT_TRUE(lock.TryAcquire());
+  EXPECT_TRUE(lock.IsHeld());
+  EXPECT_FALSE(acquires("run") || !acquires("other"));
+  lock.Release();
+  EXPECT_TRUE(acquires("run"));
 }
 
 }  // namespace
