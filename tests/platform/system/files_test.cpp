@@ -1,17 +1,16 @@
 #include "platform/system/files.h"
 
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
-#include "platform/system/findfile.h"
-#include "platform/system/wildcards.h"
+#include "platform/system/folderindex.h"
+#include "platform/system/paths.h"
 #include "tests/harness/sandbox.h"
 
 namespace {
 
 namespace fs = std::filesystem;
+using namespace std::string_literals;
 using test::ReadFile;
 
 class Files : public testing::Test {
@@ -24,43 +23,7 @@ class Files : public testing::Test {
     test::WriteFile(game_ / file, content);
     fs::permissions(game_ / file, fs::perms(mode));
   }
-  bool Has(const char* file) const { return fs::exists(fs::symlink_status(game_ / file)); }
-  std::size_t Count() const { return test::Snapshot(game_).size(); }
 };
-
-TEST_F(Files, RenameNeverReplaces) {
-  const struct {
-    const char *from, *to, *then;  // the last stands there afterwards
-  } cases[] = {
-      {"ONE.TXT", "folder\\new.txt", "Folder/new.txt"},
-      {"folder\\", "Renamed\\", "Renamed/inside"},
-      {"folder\\", "FOLDER", "FOLDER/inside"},
-      {"one.txt", "ONE.txt. ", "ONE.txt"},
-      {"one.txt", "one.txt", "one.txt"},
-      {"fixed.txt", "moved.txt", "moved.txt"},
-      {"one.txt", "OTHER.txt", nullptr},
-      {"one.txt", "folder", nullptr},
-      {"folder", "EMPTY", nullptr},
-      {"one.txt", "dangling", nullptr},
-      {"none.txt", "new.txt", nullptr},
-      {"one.txt", "none\\new.txt", nullptr},
-      {"folder", "folder\\below", nullptr},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(testing::Message() << c.from << " to " << c.to);
-    fs::remove_all(game_);
-    for (const char* file : {"one.txt", "Other.txt", "Folder/inside"})
-      Put(file);
-    Put("fixed.txt", "", 0444);
-    fs::create_directory(game_ / "empty");
-    fs::create_symlink("nowhere", game_ / "dangling");
-    const auto before = test::Snapshot(game_);
-    EXPECT_EQ(win::RenameFile(root_ + c.from, root_ + c.to), c.then != nullptr);
-    EXPECT_TRUE(c.then != nullptr ? Has(c.then) : test::Snapshot(game_) == before);
-    EXPECT_EQ(Count(), before.size());
-  }
-  EXPECT_FALSE(win::RenameFile(root_ + "Folder", ""));
-}
 
 TEST_F(Files, AMoveToAnotherFileSystemTakesTheModeAlong) {
   struct stat here, there;
@@ -73,75 +36,18 @@ TEST_F(Files, AMoveToAnotherFileSystemTakesTheModeAlong) {
   EXPECT_TRUE(win::RenameFile(root_ + "a", other.string() + "\\a"));
   EXPECT_EQ(ReadFile(other / "a") + ReadFile(other / "taken"), "contentx");
   EXPECT_EQ(win::GetAttributes(other.string() + "\\a"), win::kAttributeArchive | win::kAttributeReadOnly);
-  EXPECT_FALSE(Has("a"));
+  EXPECT_FALSE(fs::exists(game_ / "a"));
   fs::remove_all(other);
 }
 
-TEST_F(Files, DeletesByPatternFilesOnlyAndGoesOn) {
-  EXPECT_TRUE(win::MakeFolder(root_ + "Bin\\") && win::MakeFolder(root_ + "BIN\\sub.dat"));
-  EXPECT_FALSE(win::MakeFolder(root_ + "BIN") || win::MakeFolder(root_ + "none\\below"));
-  for (const char* file : {"Bin/a.dat", "Bin/B.DAT", "Bin/c.txt", "Bin/noext"})
-    Put(file);
-  Put("Bin/b2.dat", "", 0444);
-  const struct {
-    const char* pattern;
-    bool done;
-    std::size_t left;
-  } cases[] = {
-      {"bin\\none*", false, 7},   {"none\\*.*", false, 7},  {"bin\\*.", true, 6},      {"BIN\\C.TXT", true, 5},
-      {"bin\\sub.dat", false, 5}, {"bin\\*.DAT", false, 3}, {"bin\\b2.dat", false, 3},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(win::DeleteFiles(root_ + c.pattern), c.done) << c.pattern;
-    EXPECT_EQ(Count(), c.left) << c.pattern;
-  }
-  EXPECT_FALSE(win::RemoveFolder(root_ + "bin"));
-  EXPECT_TRUE(win::SetAttributes(root_ + "bin\\b2.dat", 0) && win::DeleteFiles(root_ + "bin\\*.*"));
-  EXPECT_TRUE(win::RemoveFolder(root_ + "BIN\\SUB.DAT") && win::RemoveFolder(root_ + "bin\\"));
-}
-
-TEST_F(Files, ReadOnlyBindsAndOnlyItsBitChanges) {
+TEST_F(Files, KeepTheirMode) {
   Put("a.txt", "old", 0564);
   const auto mode = [&] { return static_cast<int>(fs::status(game_ / "a.txt").permissions()); };
-  EXPECT_EQ(win::GetAttributes(root_ + "A.TXT"), win::kAttributeReadOnly | win::kAttributeArchive);
-  EXPECT_FALSE(win::LineWriter(root_ + "a.txt", win::WriteMode::kOutput).IsOpen());
-  EXPECT_FALSE(win::WriteWholeFile(root_ + "a.txt", "new"));
-  EXPECT_EQ(ReadFile(game_ / "a.txt"), "old");
   EXPECT_TRUE(win::SetAttributes(root_ + "a.txt", win::kAttributeArchive));
   EXPECT_EQ(mode(), 0764);
-  EXPECT_TRUE(win::SetAttributes(root_ + "a.txt", win::kAttributeReadOnly));
+  EXPECT_TRUE(win::WriteWholeFile(root_ + "a.txt", "new") &&
+              win::SetAttributes(root_ + "a.txt", win::kAttributeReadOnly));
   EXPECT_EQ(mode(), 0564);
-  EXPECT_TRUE(win::SetAttributes(root_, win::kAttributeReadOnly));
-  EXPECT_EQ(win::GetAttributes(root_), win::kAttributeDirectory);
-  EXPECT_FALSE(win::SetAttributes(root_ + "none", 0));
-}
-
-TEST_F(Files, AWholeFileIsReplacedInPlace) {
-  Put("Real.txt", "old", 0640);
-  fs::create_symlink("Real.txt", game_ / "link");
-  fs::create_symlink("new.txt", game_ / "dangling");
-  Put(".Real.txt.new~", "left by a crash, and longer than what is written now");
-  EXPECT_TRUE(win::WriteWholeFile(root_ + "LINK", "new") && win::WriteWholeFile(root_ + "dangling", "made"));
-  EXPECT_FALSE(win::WriteWholeFile(root_ + "none\\a", "") || win::WriteWholeFile(root_, ""));
-  EXPECT_EQ(ReadFile(game_ / "new.txt") + ReadFile(game_ / "Real.txt"), "madenew");
-  EXPECT_EQ(fs::status(game_ / "Real.txt").permissions(), fs::perms(0640));
-  EXPECT_TRUE(fs::is_symlink(game_ / "link"));
-  EXPECT_EQ(Count(), 4u);
-}
-
-TEST_F(Files, AWriteThatFailsLeavesTheOldContent) {
-  Put("a.txt", "old");
-  const std::string text(10'000, 'x');
-  const int status = test::StatusOf(test::Fork([&] {
-    const rlimit small{1'000, 1'000};
-    signal(SIGXFSZ, SIG_IGN);
-    setrlimit(RLIMIT_FSIZE, &small);
-    win::LineWriter lines(root_ + "b.txt", win::WriteMode::kOutput);
-    return win::WriteWholeFile(root_ + "a.txt", text) || !lines.WriteLine(text) || lines.Close() ? 1 : 0;
-  }));
-  EXPECT_EQ(status, 0);
-  EXPECT_EQ(ReadFile(game_ / "a.txt"), "old");
-  EXPECT_FALSE(Has(".a.txt.new~"));
 }
 
 TEST_F(Files, OnlyRegularFilesAreRead) {
@@ -158,11 +64,11 @@ TEST_F(Files, OnlyRegularFilesAreRead) {
 
 TEST_F(Files, LinesAreReadWithEveryKindOfEndAndWrittenWithOne) {
   const std::string big(64 * 1024 - 1, 'x');  // its line end straddles two pieces
-  const std::pair<std::string, std::vector<std::string>> cases[] = {{"", {}},
-                                                                    {"a\r\nb\nc\rd", {"a", "b", "c", "d"}},
-                                                                    {"\r\n\n\r\r\n", {"", "", "", ""}},
-                                                                    {"a\r", {"a"}},
-                                                                    {big + "\r\n" + big + big, {big, big + big}}};
+  const std::pair<std::string, std::vector<std::string>> cases[] = {
+      {"", {}},
+      {"a\r\nb\nc\rd\r\n\n\r\r\ne\r", {"a", "b", "c", "d", "", "", "", "e"}},
+      {big + "\r\n" + big + big, {big, big + big}},
+  };
   for (const auto& [content, lines] : cases) {
     Put("a.txt", content);
     std::vector<std::string> read;
@@ -178,44 +84,105 @@ TEST_F(Files, LinesAreReadWithEveryKindOfEndAndWrittenWithOne) {
   EXPECT_EQ(win::ReadWholeFile(root_ + "a.txt"), "a\nb\r\na\nb\r\n");
 }
 
-TEST_F(Files, AreFoundByPathAndByWildcards) {
-  for (const char* file : {"Data/File.txt", " lead", ".hid"})
+class Paths : public Files {
+ protected:
+  // The native path below the install.
+  std::string Native(const std::string& text) const {
+    return fs::path(win::NativePath(root_ + text)).lexically_relative(game_).string();
+  }
+};
+
+TEST_F(Paths, AnExactNameWinsThenTheFirstInAnotherCase) {
+  for (const char* file : {"Addon/Maps/First.bzn", "SAME.txt", "Same.txt", "café.bzm", "raw\xE9", "end ", "bare", "b"})
     Put(file);
-  for (const char* path : {"data", "DATA\\FILE.TXT. .", " LEAD", "data\\*.TXT", "data\\fil?.t*", "data\\*.*", "*.hid",
-                           "data\\file.???", "data\\file.txt?"})
-    EXPECT_TRUE(win::FindFirstFileSucceeds(root_ + path)) << path;
-  for (const char* path :
-       {"data\\", "data\\file.txt\\", "lead", "data\\*.bzm", "none\\*.*", "data\\file.txt\\x", "d*\\file.txt"})
-    EXPECT_FALSE(win::FindFirstFileSucceeds(root_ + path)) << path;
-  EXPECT_FALSE(win::FindFirstFileSucceeds("") || win::FindFirstFileSucceeds("\\"));
-  const struct {
-    const char *name, *matches, *others;
-  } names[] = {{"noext", "*.*", "*.x"}, {"noext", "*.", "no"},      {"a.b", "*.b", "*."},       {"a", "a?", "a?b"},
-               {"abc", "a??", "a?"},    {"a.txt", "a?.*", "a*b"},   {"a.txt", "?.txt", "?txt"}, {"ab", "a?", "a?b"},
-               {"É.TXT", "é.*", "e.*"}, {"a.b.txt", "*.txt", "*b"}, {"a.b", "*.b ", "a?b"}};
-  for (const auto& c : names) {
-    EXPECT_TRUE(win::MatchesWildcards(c.name, c.matches)) << c.name << " " << c.matches;
-    EXPECT_FALSE(win::MatchesWildcards(c.name, c.others)) << c.name << " " << c.others;
+  const std::pair<std::string, std::string> cases[] = {
+      {"ADDON/maps\\\\FIRST.BZN", "Addon/Maps/First.bzn"},
+      {"Same.txt", "Same.txt"},
+      {"sAME.TXT", "SAME.txt"},
+      {"CAF\xE9.bzm", "café.bzm"},
+      {"RAWé", "raw\xE9"},
+      {"addon\\None\\First.bzn", "Addon/None/First.bzn"},
+      {"addon\\N\xE9w. .", "Addon/Néw"},
+      {"end ", "end "},
+      {"BARE. .", "bare"},
+      {"bare.\\..\\B", "b"},
+      {"gone\\..\\addon\\.\\maps\\", "Addon/Maps/"},
+      {"b\\below", "b/below"},
+  };
+  for (int round = 0; round < 2; ++round)
+    for (const auto& [text, native] : cases)
+      EXPECT_EQ(Native(text), native) << text;
+}
+
+TEST_F(Paths, OddTextNamesNoFileAndDoesNoHarm) {
+  const std::pair<std::string, const char*> cases[] = {
+      {"", ""}, {"a\0x"s, ""}, {"\\..\\..", "/"}, {"a\\..\\..\\..\\none", "../../none"}, {"a\\..", "."}};
+  for (const auto& [text, native] : cases)
+    EXPECT_EQ(win::NativePath(text), native) << text;
+  std::string deep = "none";
+  for (int i = 0; i < 100'000; ++i)
+    deep += "\\a";
+  for (const std::string& text : {"::"s, "\xFF\\\xFE"s, deep})
+    EXPECT_FALSE(win::FindNativePath(root_ + text)) << text.substr(0, 10);
+}
+
+TEST_F(Paths, DrivesAreThoseOfTheWinePrefix) {
+  fs::create_directories(sandbox_.Home() / "wine/dosdevices");
+  fs::create_directory_symlink(game_, sandbox_.Home() / "wine/dosdevices/c:");
+  Put("Games/a.txt");
+  const std::string drive = (sandbox_.Home() / "wine/dosdevices/c:").string();
+  EXPECT_EQ(win::NativePath("C:\\GAMES\\A.TXT"), drive + "/Games/a.txt");
+  EXPECT_EQ(win::NativePath("c:/..\\games"), drive + "/Games");
+  EXPECT_FALSE(win::FindNativePath("D:\\games"));
+}
+
+TEST_F(Paths, WhatOthersChangeIsSeenAtOnce) {
+  Put("Addon/Maps/a");
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(Native("ADDON\\MAPS\\A"), "Addon/Maps/a");
+    fs::rename(game_ / "Addon/Maps/a", game_ / "Addon/Maps/b");
+    EXPECT_EQ(Native("ADDON\\MAPS\\A"), "Addon/Maps/A");
+    fs::rename(game_ / "Addon/Maps/b", game_ / "Addon/Maps/a");
+    fs::rename(game_ / "Addon", game_ / "Other");
+    EXPECT_EQ(Native("ADDON\\MAPS\\A"), "ADDON/MAPS/A");
+    Put("addon/Maps/a");
+    EXPECT_EQ(Native("ADDON\\MAPS\\A"), "addon/Maps/a");
+    fs::remove_all(game_ / "addon");
+    fs::rename(game_ / "Other", game_ / "Addon");
   }
 }
 
-TEST_F(Files, AFolderReaderShowsEveryEntryAndFollowsLinks) {
-  using Entries = std::map<std::string, bool>;  // true for a folder
-  Put("Sub/.hid");
-  fs::create_directory_symlink("Sub", game_ / "link");
-  fs::create_symlink("nowhere", game_ / "broken");
-  const auto entries = [](win::FolderReader reader) {
-    Entries found;
-    for (win::FoundEntry entry; reader.Next(entry);)
-      found[entry.name] = entry.isFolder;
-    return found;
-  };
-  win::FolderReader reader(root_);
-  EXPECT_EQ(entries(reader.Descend("link")), (Entries{{".", true}, {"..", true}, {".hid", false}}));
-  EXPECT_FALSE(reader.Descend("none").IsOpen() || reader.Descend("broken").IsOpen());
-  EXPECT_EQ(entries(std::move(reader)),
-            (Entries{{".", true}, {"..", true}, {"Sub", true}, {"link", true}, {"broken", false}}));
-  EXPECT_FALSE(win::FolderReader(root_ + "sub\\.hid").IsOpen());
+TEST_F(Paths, AChildProcessTakesNoNewsFromItsParent) {
+  Put("a");
+  EXPECT_EQ(Native("A"), "a");
+  fs::rename(game_ / "a", game_ / "b");
+  EXPECT_EQ(test::StatusOf(test::Fork([&] { return Native("B") == "b" ? 0 : 1; })), 0);
+  EXPECT_EQ(Native("A"), "A");
+  EXPECT_EQ(Native("B"), "b");
+}
+
+TEST(FolderIndex, IsNeverOlderThanTheFolders) {
+  for (const auto watching : {win::FolderIndex::Watching::kYes, win::FolderIndex::Watching::kNo}) {
+    const test::Sandbox sandbox;
+    win::FolderIndex index(watching, 2);  // keeps fewer folders than are asked for
+    for (int i = 0; i < 30; ++i) {
+      const fs::path folder = sandbox.Install() / std::to_string(i % 3);
+      const auto find = [&](const char* name) -> std::string {
+        const win::FolderNames* const names = index.NamesIn(folder);
+        return names != nullptr && names->Find(name) != nullptr ? *names->Find(name) : "";
+      };
+      fs::create_directory(folder);
+      EXPECT_EQ(find("file"), "");
+      test::WriteFile(folder / "File", "");
+      EXPECT_EQ(find("file"), "File");
+      test::WriteFile(folder / "FILE", "");
+      EXPECT_EQ(find("file"), "FILE");
+      fs::rename(folder / "FILE", folder / "File");
+      EXPECT_EQ(find("file"), "File");
+      fs::remove_all(i % 2 == 0 ? folder : folder / "File");
+      EXPECT_EQ(index.NamesIn(folder) == nullptr, i % 2 == 0);
+    }
+  }
 }
 
 }  // namespace

@@ -3,13 +3,14 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 
 #include <chrono>
 #include <ctime>
 #include <thread>
 
+#include "platform/system/launch.h"
+#include "platform/system/paths.h"
 #include "tests/harness/sandbox.h"
 
 namespace {
@@ -17,41 +18,42 @@ namespace {
 namespace fs = std::filesystem;
 using std::chrono::milliseconds;
 using win::WaitResult;
+using List = std::vector<std::string>;
 
 constexpr int kLong = 20'000;
 
 struct ProcessTest : testing::Test {
   ProcessTest() {
     setenv("OUT", out.c_str(), 1);
-    setenv("WINEPREFIX", "/default", 1);
     unsetenv("VARNIK_RUNNER");
   }
 
   // A program of the install that records what `body` prints.
   std::string Program(const std::string& body) {
-    test::WriteScript(sandbox.Install() / "bzone.exe", "{\n" + body + "\n} > \"$OUT\"");
+    test::WriteScript(program, "{\n" + body + "\n} > \"$OUT\"");
     return quoted;
   }
-  win::Process Start(const std::string& line, unsigned flags = win::kNormalPriorityClass) {
-    return win::CreateProcess(line, flags, sandbox.InstallText());
+  win::Process Start(const std::string& line) {
+    return win::CreateProcess(line, win::kNormalPriorityClass, sandbox.InstallText());
   }
-  std::string Run(const std::string& line, unsigned flags = win::kNormalPriorityClass) {
-    EXPECT_EQ(Start(line, flags).Wait(kLong), WaitResult::kEnded);
+  std::string Run(const std::string& line) {
+    EXPECT_EQ(Start(line).Wait(kLong), WaitResult::kEnded);
     return test::ReadFile(out);
   }
 
   test::Sandbox sandbox;
   const fs::path out = sandbox.Root() / "out";
+  const std::string program = (sandbox.Install() / "bzone.exe").string();
   const std::string quoted = "\"" + sandbox.InstallText() + "BZONE.exe\"";
 };
 
 TEST_F(ProcessTest, ANativeProgramGetsItsArgumentsFolderAndEnvironment) {
   setenv("GIVEN", "from us", 1);
-  const std::string program = Program(R"(printf '<%s>' "$@" "$GIVEN" "$PWD")");
-  EXPECT_EQ(Run(program + R"(  "my map.bzn"  -x "" C:\a\ )"),
+  Program(R"(printf '<%s>' "$@" "$GIVEN" "$PWD")");
+  EXPECT_EQ(Run(quoted + R"(  "my map.bzn"  -x "" C:\a\ )"),
             R"(<my map.bzn><-x><><C:\a\><from us><)" + sandbox.Install().string() + ">");
   for (const std::string& folder : {sandbox.InstallText() + "gone\\", std::string()})
-    EXPECT_FALSE(win::CreateProcess(program, win::kNormalPriorityClass, folder).Started());
+    EXPECT_FALSE(win::CreateProcess(quoted, win::kNormalPriorityClass, folder).Started());
 }
 
 TEST_F(ProcessTest, AChildStartsFromACleanSlate) {
@@ -59,14 +61,14 @@ TEST_F(ProcessTest, AChildStartsFromACleanSlate) {
   for (const int ignored : {SIGINT, SIGCHLD})
     signal(ignored, SIG_IGN);
   win::Process process =
-      Start(Program("grep SigIgn /proc/$$/status; read -r line && echo has input\n"
+      Start(Program("grep SigIgn /proc/$$/status | tail -c 6; read -r line && echo has input\n"
                     "[ -e /proc/$$/fd/" +
                     std::to_string(open) +
                     " ] && echo inherited\n"
                     "echo $$ $(cut -d' ' -f5,6 /proc/$$/stat) | tr ' ' '\\n' | uniq | wc -l; exit 5"));
   EXPECT_EQ(process.Wait(kLong), WaitResult::kEnded);
   EXPECT_EQ(process.ExitStatus(), 5);
-  EXPECT_EQ(test::ReadFile(out), "SigIgn:\t0000000000000000\n1\n");  // leads its group and its session
+  EXPECT_EQ(test::ReadFile(out), "00000\n1\n");  // leads its group and its session
   signal(SIGINT, SIG_DFL);
   ::close(open);
 }
@@ -82,14 +84,14 @@ TEST_F(ProcessTest, AFailedStartEndsTheWaitAndSaysWhy) {
                 {"#!/no/such\n", "No such file"}};
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.content);
-    test::WriteFile(sandbox.Install() / "bzone.exe", c.content);
-    fs::permissions(sandbox.Install() / "bzone.exe", fs::perms(c.mode));
+    test::WriteFile(program, c.content);
+    fs::permissions(program, fs::perms(c.mode));
     testing::internal::CaptureStderr();
     win::Process process = Start(quoted + " -win");
     const std::string said = testing::internal::GetCapturedStderr();
     EXPECT_FALSE(process.Started());
     EXPECT_EQ(process.Wait(kLong), WaitResult::kFailed);
-    EXPECT_NE(said.find((sandbox.Install() / "bzone.exe").string()), std::string::npos) << said;
+    EXPECT_NE(said.find(program), std::string::npos) << said;
     EXPECT_NE(said.find(c.reason), std::string::npos) << said;
     EXPECT_EQ(said.find('\n'), said.size() - 1);
   }
@@ -110,23 +112,14 @@ TEST_F(ProcessTest, TheWaitSleepsUntilAllOfTheSessionHasEnded) {
   EXPECT_EQ(process.ExitStatus(), 128 + SIGSEGV);
 }
 
-TEST_F(ProcessTest, HighPriorityIsAskedForAndARefusalIsNoMatter) {
-  const int own = getpriority(PRIO_PROCESS, 0);
-  const bool allowed = setpriority(PRIO_PROCESS, 0, -5) == 0;
-  setpriority(PRIO_PROCESS, 0, own);
-  const std::string program = Program("nice");
-  EXPECT_EQ(Run(program, win::kHighPriorityClass), std::to_string(allowed ? -5 : own) + "\n");
-  EXPECT_EQ(Run(program), std::to_string(own) + "\n");
-}
-
 TEST_F(ProcessTest, TheRunnerIsNamedByTheEnvironmentThenTheFileThenWine) {
   const fs::path folder = sandbox.Root() / "path", runner = folder / "my runner";
   const fs::path ini = sandbox.Home() / "config" / "varnik" / "platform.ini";
   for (const fs::path& script : {folder / "wine", runner})
     test::WriteScript(script, R"(printf '<%s>' "${0##*/}" "$@" > "$OUT")");
-  test::WriteFile(sandbox.Install() / "bzone.exe", "MZ");
+  test::WriteFile(program, "MZ");
   const std::string line = quoted + " -a \"b c\"";
-  const std::string passed = "<" + (sandbox.Install() / "bzone.exe").string() + "><-a><b c>";
+  const std::string passed = "<" + program + "><-a><b c>";
   const std::string path = getenv("PATH");
   setenv("PATH", (folder.string() + ":" + path).c_str(), 1);
   EXPECT_EQ(Run(line), "<wine>" + passed);
@@ -142,6 +135,7 @@ TEST_F(ProcessTest, TheRunnerIsNamedByTheEnvironmentThenTheFileThenWine) {
 TEST_F(ProcessTest, TheRunnerIsToldThePrefixThatTheProgramLiesIn) {
   test::WriteScript(sandbox.Root() / "runner", R"(printf %s "$WINEPREFIX" > "$OUT")");
   setenv("VARNIK_RUNNER", (sandbox.Root() / "runner").c_str(), 1);
+  setenv("WINEPREFIX", "/default", 1);
   const fs::path prefix = sandbox.Root() / "pre fix", outside = sandbox.Root() / "drive_c";
   fs::create_directories(prefix / "dosdevices");
   fs::create_directory_symlink("../drive_c", prefix / "dosdevices/c:");
@@ -169,6 +163,97 @@ TEST_F(ProcessTest, ShellExecuteTakesAnUnquotedExistingPathWholeAndLeavesNoZombi
   EXPECT_FALSE(win::ShellExecute(sandbox.InstallText() + "gone.exe"));
   siginfo_t info;
   EXPECT_TRUE(await([&] { return waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT) != 0; }));
+}
+
+constexpr std::uint32_t k32 = 0x14c, k64 = 0x8664, kArm = 0xaa64;
+
+// The head of a Windows program whose PE header, for a processor, stands at an offset.
+std::string Head(std::uint32_t offset, std::uint32_t processor) {
+  std::string head = "MZ" + std::string(0x3a, '\0') + std::string(reinterpret_cast<const char*>(&offset), 4);
+  if (offset < 0x1000) head.resize(offset, '\0');
+  return head + "PE" + std::string(2, '\0') + std::string(reinterpret_cast<const char*>(&processor), 2);
+}
+
+TEST_F(ProcessTest, TheStarterIsOneThatTheProgramsPrefixCanRun) {
+  const std::string starter32 = BINARY_DIR "/varnik-start32.exe", starter64 = BINARY_DIR "/varnik-start64.exe";
+  if (!fs::exists(starter32) || !fs::exists(starter64)) GTEST_SKIP() << "the Windows programs were not built";
+  setenv("VARNIK_RUNNER", "runner --fast", 1);
+  const auto prepared = [&](const std::string& content) {
+    test::WriteFile(program, content);
+    return win::PrepareLaunch(program, " a  b ").arguments;
+  };
+  const List direct{"runner", "--fast", program, "a", "b"};
+  EXPECT_EQ(prepared(Head(0x80, k32)), direct);  // the prefix is not set up yet
+  test::WriteFile(sandbox.Home() / "wine/drive_c/windows/system32/kernel32.dll", "");
+  EXPECT_EQ(prepared(Head(0x80, k32)), (List{"runner", "--fast", starter32, program, "a", "b"}));
+  EXPECT_EQ(prepared(Head(0xf8, k64)), (List{"runner", "--fast", starter64, program, "a", "b"}));
+  for (const std::string& other :
+       {Head(0x80, kArm), Head(0x80, k32).substr(0, 0x85), Head(0xffff'ffff, k32), "MZ" + std::string(600, 0)})
+    EXPECT_EQ(prepared(other), direct);
+}
+
+TEST_F(ProcessTest, ARunnerThatCannotRunAProgramIsKnownBeforehand) {
+  const struct {
+    std::uint32_t processor;
+    const char *runner, *said;  // the runner's file name and a part of the problem
+    List files;                 // of the installation around the runner
+  } cases[] = {
+      {k32, "wine", "lacks", {"lib/wine/x86_64-windows/ntdll.dll"}},
+      {k64, "wine-stable", "lacks", {"lib/wine/i386-windows/ntdll.dll"}},
+      {k32, "wine", "", {"lib/wine/i386-windows/ntdll.dll", "lib64/wine/x86_64-windows/ntdll.dll"}},
+      {k32, "wine", "", {"lib/wine/wine", "lib/wine/wine64"}},
+      {k32, "wine", "wine32", {"lib/wine/wine64", "lib/x86_64-linux-gnu/wine/i386-windows/zlib1.dll"}},
+      {k32, "wine", "", {"share/wine/ntdll.dll"}},
+      {k32, "proton", "", {"lib/wine/x86_64-windows/ntdll.dll"}},
+      {kArm, "wine", "", {"lib/wine/x86_64-windows/ntdll.dll"}},
+  };
+  const auto problem = [&] { return win::RunnerProblem(quoted + " /win"); };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(testing::Message() << c.runner << " " << testing::PrintToString(c.files));
+    fs::remove_all(sandbox.Root() / "opt");
+    for (const std::string& file : c.files)
+      test::WriteFile(sandbox.Root() / "opt" / file, "");
+    const fs::path runner = sandbox.Root() / "opt/bin" / c.runner;
+    test::WriteFile(runner, "");
+    setenv("VARNIK_RUNNER", (runner.string() + " --fast").c_str(), 1);
+    test::WriteFile(program, Head(0x80, c.processor));
+    EXPECT_NE(problem().find("cannot be started"), std::string::npos);  // it may not be executed
+    fs::permissions(runner, fs::perms::owner_all);
+    EXPECT_TRUE(*c.said == '\0' ? problem().empty() : problem().find(c.said) != std::string::npos) << problem();
+  }
+  setenv("VARNIK_RUNNER", "no-such-runner", 1);
+  EXPECT_NE(problem().find("no-such-runner"), std::string::npos);
+  test::WriteFile(program, "#!/bin/sh\n");
+  EXPECT_EQ(problem(), "");
+  fs::remove(program);
+  EXPECT_EQ(problem(), "");
+}
+
+TEST(Wine, AProgramSeesItsLineToTheByteAndIsWaitedForWithAllThatItStarts) {
+  const test::Sandbox sandbox;
+  for (const char* name : {"VARNIK_RUNNER", "DISPLAY", "WAYLAND_DISPLAY"})
+    unsetenv(name);
+  setenv("WINEDEBUG", "-all", 1);
+  setenv("WINEDLLOVERRIDES", "mscoree,mshtml=", 1);
+  if (!fs::exists(BINARY_DIR "/showline.exe")) GTEST_SKIP() << "the Windows programs were not built";
+  if (std::system("wine wineboot -i > /dev/null 2>&1") != 0) GTEST_SKIP() << "there is no Wine that makes a prefix";
+  const fs::path game = sandbox.Home() / "wine" / "drive_c" / "games" / "Battlezone II";
+  fs::create_directories(game);
+  fs::copy_file(BINARY_DIR "/showline.exe", game / "bzone.exe");
+  const auto run = [&](const std::string& tail) {
+    win::Process process = win::CreateProcess("\"" + game.string() + "\\bzone.exe\"" + tail, 32, game.string());
+    EXPECT_EQ(process.Wait(60'000), win::WaitResult::kEnded);
+    EXPECT_EQ(process.ExitStatus(), 7);
+  };
+  for (const std::string tail :
+       {"", " ", "  \"my map.bzn\"  -x \"\" ", R"( a\ "b\\" \" d"e'*?%PATH%^& )", " \x81\xe9\xff", " caf\xc3\xa9"}) {
+    SCOPED_TRACE(tail);
+    run(tail);
+    EXPECT_EQ(test::ReadFile(game / "line.txt"), R"("C:\games\Battlezone II\bzone.exe")" + tail);
+  }
+  run(" --again");
+  EXPECT_EQ(test::ReadFile(game / "late.txt"), "bzone.exe --late");
+  EXPECT_TRUE(win::FindNativePath("c:\\GAMES\\battlezone ii\\LATE.TXT"));
 }
 
 }  // namespace

@@ -68,7 +68,7 @@ TEST_F(Settings, NamesMatchWithoutCaseAndKeepTheirFirstSpelling) {
 TEST_F(Settings, SeeWhatAnotherProgramWroteInTheSameInstant) {
   Save("key", "old");
   const auto time = fs::last_write_time(file_);
-  test::WriteFile(file_, std::regex_replace(test::ReadFile(file_), std::regex("old"), "new"));
+  test::WriteFile(file_, R"({"App": {"Section": {"key": "new"}}})");
   fs::last_write_time(file_, time);
   EXPECT_EQ(Get("key"), "new");
 }
@@ -156,7 +156,6 @@ TEST_F(Registry, HasItsKeysAndNoOtherAndKeepsRawData) {
   EXPECT_EQ(std::to_string(type) + data, "3\xFF\0\x80"s);
   EXPECT_EQ(win::RegDeleteValue(key, "RAW"), win::kErrorSuccess);
   EXPECT_EQ(win::RegDeleteValue(key, "Raw"), win::kErrorFileNotFound);
-  EXPECT_EQ(win::RegQueryValueEx(key, "Raw", type, data), win::kErrorFileNotFound);
   EXPECT_EQ(Set(0, "n", "v"), win::kErrorInvalidHandle);
 }
 
