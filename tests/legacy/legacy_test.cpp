@@ -1,4 +1,3 @@
-#include "modengine/bzonecfg.h"
 #include "modengine/crashmarker.h"
 #include "modengine/deactivation.h"
 #include "platform/system/registry.h"
@@ -9,22 +8,33 @@ using namespace varnik;
 
 namespace {
 
-using LegacyActivation = test::LegacyTest;
+class Legacy : public test::LegacyTest {
+ protected:
+  static bool HasMarker() {
+    return !ReadCrashMarker().definitionFile.empty() ||
+           !RegReadValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue).empty();
+  }
 
-bool HasMarker() {
-  return !ReadCrashMarker().definitionFile.empty() ||
-         !RegReadValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue).empty();
-}
+  // Everything below the root, as for Put.
+  std::string Files() const {
+    std::string files;
+    for (const auto& [name, content] : test::Snapshot(sandbox_.Install()))
+      if (!name.ends_with('/')) files += (files.empty() ? "" : " ") + name + "=" + content;
+    return files;
+  }
+};
 
-// What is tried, the files, the lines; the files while the mod is in force and afterwards.
+using LegacyActivation = Legacy;
+using LegacyLoader = Legacy;
+
+// What is tried, the files, the lines; the files while the mod is active and afterwards.
 const char* const kWalks[][5] = {
     {"the first configuration counts", "bzone.cfg=own c=1 d=2",
      "predefined @rootdir\\c\npredefined @rootdir\\d\ndynamic", "bzone.cfg=1 bzone.tmp.old=own d=2",
      "bzone.cfg=own c=1 d=2"},
     {"a missing configuration", "bzone.cfg=own", "predefined @rootdir\\c", "bzone.tmp.old=own", "bzone.cfg=own"},
-    {"an untouched one", "bzone.cfg=own", "nobzonecfg\ndynamic\npak p", "bzone.cfg=own", "bzone.cfg=own"},
-    {"an old one beside it", "bzone.cfg=own bzone.tmp.old=x", "nobzonecfg\ndynamic", "bzone.cfg=own bzone.tmp.old=x",
-     "bzone.cfg=own bzone.tmp.old=x"},
+    {"an old one beside it", "bzone.cfg=own bzone.tmp.old=x", "nobzonecfg\ndynamic\npak p",
+     "bzone.cfg=own bzone.tmp.old=x", "bzone.cfg=own bzone.tmp.old=x"},
     {"the first folders count", "m/p/a=1 m/s/c=3 saved/d=4 x/e=5",
      "pilots @rootdir\\m\\p\nsaved @rootdir/m/s/\npilots @rootdir\\x\nsaved @rootdir\\none",
      "pilots/a=1 saved.orig/d=4 saved/c=3 x/e=5", "m/p/a=1 m/s/c=3 saved/d=4 x/e=5"},
@@ -32,7 +42,6 @@ const char* const kWalks[][5] = {
      "remove @rootdir\\a\nmove @rootdir\\b,@rootdir\\m\nreplace @rootdir\\c, @rootdir\\d\nremove  @rootdir\\e",
      "c=4 m=2 tempstuff/1=1 tempstuff/2=3 tempstuff/3=5", "a=1 b=2 c=3 d=4 e=5"},
     {"a missing file takes its name", "b=2", "remove @rootdir\\a\nremove @rootdir\\b", "tempstuff/2=2", "b=2"},
-    {"a name that is taken", "a=1 b=2", "move @rootdir\\a,@rootdir\\b", "a=1 b=2", "a=1 b=2"},
     {"undone from the first line on", "a=1", "move @rootdir\\a,@rootdir\\b\nmove @rootdir\\b,@rootdir\\c", "c=1",
      "b=1"},
     {"a place that is taken", "a=1 b=2", "remove @rootdir\\a\nmove @rootdir\\b,@rootdir\\a", "a=2 tempstuff/1=1",
@@ -56,21 +65,13 @@ TEST_F(LegacyActivation, ChangesFilesAndPutsThemBack) {
 TEST_F(LegacyActivation, GeneratesAConfiguration) {
   StartWith("bzone.cfg=own");
   EXPECT_TRUE(ActivateLegacyMod(DefineLegacy("pak early\ndynamic\npak foo\npak b.PAK\nfold @rootdir\\m \ndynamic")));
-  EXPECT_EQ(Content("bzone.cfg"), ConfigurationHead(true) +
-                                      "\r\n\r\n"
-                                      "                AddPack(\"foo.pak\");\r\n\r\n"
-                                      "                AddPack(\"b.PAK\");\r\n\r\n"
-                                      "                AddDirRecurse(\"@rootdir\\m\");\r\n\r\n" +
-                                      std::string(kAddonEntries) + "\r\n\r\n" + std::string(kGamePacks) +
-                                      "\r\n                AddDirRecurse(\"@rootdir\\data\");\r\n" +
-                                      std::string(kConfigurationEnd) + "\r\n");
-  EXPECT_EQ(Content("bzone.tmp.old"), "own");
+  EXPECT_EQ(Content("bzone.cfg"), test::ReadFile(SOURCE_DIR "/tests/legacy/generated.cfg"));
+  Expect("bzone.tmp.old=own");
 }
 
 const std::pair<const char*, bool> kExecs[] = {
     {"pak p\nfold f\nreplace @rootdir\\a,@rootdir\\b\nexec none.exe", false},
     {"pilots @rootdir\\p\nexec none.exe", true},
-    {"saved @rootdir\\p\nexec none.exe", true},
     {"remove @rootdir\\a\nexec none.exe", true},
     {"nobzonecfg\nexec none.exe", true},
 };
@@ -97,9 +98,8 @@ TEST_F(LegacyActivation, EveryDirectiveComesBackAlsoAtAStart) {
     if (!selected) CurrentInstall = -1;
     // The second time finds nothing to undo.
     for (const char* time : {"first", "second"}) {
-      SCOPED_TRACE(time);
       EXPECT_EQ(DeactivateByMarker(marker.definitionFile, marker.root), UndoOutcome::kDone);
-      EXPECT_EQ(test::Snapshot(sandbox_.Install()), before);
+      EXPECT_EQ(test::Snapshot(sandbox_.Install()), before) << time;
     }
   }
 }
@@ -113,6 +113,55 @@ TEST_F(LegacyActivation, AnotherSelectedInstallTakesTheLinesButNotTheConfigurati
   DeactivateLegacyMod(definition, Root());
   EXPECT_EQ(Files(), "b=1 bzone.cfg=own");
   EXPECT_EQ(test::ReadFile(sandbox_.Home() / "a"), "2");
+}
+
+// What follows line 1, and the row.
+const std::pair<const char*, const char*> kHeaders[] = {
+    {"desc ", "mod|addon|data"},
+    {"  DESC My  Mod  // first", "My  Mod|addon|data"},
+    {"// takes its number\ndesc X", "mod|addon|data"},
+    {"desc X\ndfile  @RootDir/Text.txt", "X d:Told.|addon|data"},
+    {"desc X\ndfile @rootdir\\none.txt\nsplashimg a\nb", "X|addon|data"},
+    {"desc X\n\n\nsplashimg @rootdir\\a.bmp //", "X s:splashimg @rootdir\\a.bmp|addon|data"},
+};
+
+// What follows the header, and the row.
+const std::pair<const char*, const char*> kLines[] = {
+    {"dynamic\nFOLD  @rootdir\\Mods/x // why\nfold @rootdir/y", "M|addon|data|Mods/x|y"},
+    {"fold x\nnobzonecfg\nfold y\ndynamic\nfold z", "M|addon|data"},
+    {"predefined @rootdir/c.cfg\nfold x", "M|mods\\a|@rootdir/b|c"},
+    {"dynamic\npredefined @rootdir\\c.cfg\nmove @rootdir.a,b", "M @rootdir.a>b|addon|data"},
+    {"predefined @rootdir\\empty.cfg\nmove a,b", "M a>b|addon|data"},
+    {"move a,b\npredefined none.cfg\nmove c,d", "M a>b|addon|data"},
+    {"Replace @ROOTDIR\\a , @rootdir/b", "M b>a a>XXXXXXXXXXXXX|addon|data"},
+    {";move a,b\n//move a,b\nmoves a,b\nmove", "M|addon|data"},
+    {"move @rootdir\\a,b\nremove  @rootdir\\a,b\nmove c", "M a>b a,b>XXXXXXXXXXXXX a>move c|addon|data"},
+    {"pilots p\nsaved s\nfold f\npak p\nexec x.exe", "M exe|addon|data"},
+    {"move a,b\nexec x.exe\nmove c,d", "M a>b c>d|addon|data"},
+};
+
+TEST_F(LegacyLoader, ReadsTheHeaderByPositionAndLines) {
+  StartWith("text.txt=Told. empty.cfg=AddPack");
+  test::WriteFile(InRoot("c.cfg"),
+                  "AddDirRecurse(\"@RootDir\\mods\\a\"); // AddDirRecurse(\"no\");\n"
+                  "  adddirrecurse(\" @rootdir/b\");\nAddDirRecurse(\"c");
+  for (const auto& [lines, row] : kHeaders) {
+    EXPECT_EQ(RowOf(DefineText("bz2hald2\n" + std::string(lines))), row);
+    EXPECT_TRUE(ModList[1].DefinitionFile.ends_with("/mod.bzm") && ModList[1].Legacy && ModList[1].MarkedX);
+  }
+  for (const auto& [lines, row] : kLines)
+    EXPECT_EQ(RowOf(DefineLegacy(lines)), row) << lines;
+}
+
+// Without a name the file is opened again by its bare name, from wherever the program was started.
+TEST_F(LegacyLoader, WithoutANameLooksForTheLinesInTheWorkingFolder) {
+  const auto before = std::filesystem::current_path();
+  std::filesystem::current_path(sandbox_.Home());
+  const std::string definition = DefineText("bz2hald1\n\n\n\n\nmove a,b");
+  EXPECT_EQ(RowOf(definition), "mod|addon|data");
+  test::WriteFile(sandbox_.Home() / "mod.bzm", "move c,d");
+  EXPECT_EQ(RowOf(definition), "mod c>d|addon|data");
+  std::filesystem::current_path(before);
 }
 
 }  // namespace
