@@ -56,8 +56,8 @@ using Catalogue = test::ModTest;
 
 const std::pair<const char*, const char*> kRows[] = {
     {"dname();\ndname(A);\nDNAME(B);\nsplash(s);\nimage(i);\ndescription(t);\ndescriptionf(text);",
-     "A d:t i:i s:s|addon|data"},
-    {"descriptionf(shared);", " d:from-mods|addon|data"},
+     "A t i s|addon|data"},
+    {"descriptionf(shared);", " from-mods|addon|data"},
     {"version(1.0, 1.1 );\nversion(1.0, 1.2 );\nrequirefile(text);\nrequirefolder(FOLDER);", "|addon|data"},
     {"version(1.0);", "none"},
     {"version();", "none"},
@@ -67,7 +67,7 @@ const std::pair<const char*, const char*> kRows[] = {
     {"replace(bzone.cfg,own.cfg,keep);", " bzone.cfg>keep own.cfg>bzone.cfg|one|two\\x|@rootdir/three\");x|addon|data"},
     {"replace(BZONE.CFG,own.cfg,keep);", " BZONE.CFG>keep own.cfg>BZONE.CFG|addon|data"},
     {"pak(p);\nactivated();\nfold(data);\nfold(ADDON);", "|data|ADDON|addon"},
-    {"descriptionf(text);\nrequireexe(text);\nrename(a,b);\nfold(c);\nactivated();", " d:words exe|addon|data"},
+    {"descriptionf(text);\nrequireexe(text);\nrename(a,b);\nfold(c);\nactivated();", " words exe|addon|data"},
     {"requireexe(text,/undo);", " exe2|addon|data"},
     {"requireexe(missing);", "none"},
     {"rename(a,b);\nrequireexe(missing);", " a>b|addon|data"},
@@ -124,22 +124,18 @@ TEST_F(Catalogue, ListsTheFirstFileOfANameAndNoOtherVersion) {
   EXPECT_EQ(ModList.size(), 3u);
   ShowOldMods = true;
   bool nested = false;
-  win::SetWindowServices({[&] {
-                            if (!std::exchange(nested, true)) LoadModList();
-                          },
-                          {},
-                          {}});
+  OnEvents([&] {
+    if (!std::exchange(nested, true)) LoadModList();
+  });
   LoadModList();  // leaves the list alone that an event rebuilt
   EXPECT_EQ(ModList.size(), 4u);
 }
 
 TEST_F(Catalogue, SelectingAModSetsTheFoldersAndRenamesInUse) {
   LoadModFile(Define("rename(a,b);\nfold(x);"));
-  SelectedMapIndex = 3;
   SelectModFolders(1);
   EXPECT_EQ(SearchDirs, (std::vector<std::string>{"", "x", "addon", "data"}));
   EXPECT_TRUE(ModRenamesActive);
-  EXPECT_EQ(SelectedMapIndex, -1);
   SelectModFolders(-1);
   EXPECT_EQ(SearchDirs, (std::vector<std::string>{"", "addon", "data"}));
   EXPECT_FALSE(ModRenamesActive);

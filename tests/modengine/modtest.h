@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <functional>
 #include <map>
 #include <optional>
 #include <sstream>
@@ -70,6 +71,8 @@ class ModTest : public testing::Test {
     std::filesystem::permissions(InRoot(name), std::filesystem::perms::owner_all);
   }
 
+  static void OnEvents(const std::function<void()>& handler) { win::SetWindowServices({handler, {}, {}}); }
+
   // Waits for a file that a started program makes.
   bool Appears(const std::string& name) {
     for (int i = 0; i < 3000 && !Content(name); ++i)
@@ -96,8 +99,8 @@ class ModTest : public testing::Test {
     if (!varnik::ModListFilled) return "none";
     const varnik::ModEntry& mod = varnik::ModList[1];
     std::string row = varnik::ModRowText(mod);
-    for (const auto& [field, value] : {std::pair(" d:", mod.Description), {" i:", mod.Image}, {" s:", mod.Splash}})
-      if (!value.empty()) row += field + value;
+    for (const std::string& text : {mod.Description, mod.Image, mod.Splash})
+      if (!text.empty()) row += " " + text;
     if (!mod.Standard) row += mod.ExeDeactivates ? " exe2" : " exe";
     for (std::size_t i = 1; i < mod.Renames.size(); ++i)
       row += " " + mod.Renames[i].From + ">" + mod.Renames[i].To;

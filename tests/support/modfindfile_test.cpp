@@ -34,17 +34,15 @@ class FindFilesTest : public test::ModTest {
 
 TEST_F(FindFilesTest, EntersAllButDotFoldersAndPumpsEventsInEach) {
   int pumped = 0;
-  win::SetWindowServices({[&] { ++pumped; }, {}, {}});
+  OnEvents([&] { ++pumped; });
   EXPECT_EQ(Find(), ".f.bzm Sub\\C.BZM Sub\\Deep\\d.bzm a.bzm ");
   EXPECT_EQ(pumped, 4);
   EXPECT_EQ(params_.FoundCount, 4);
   EXPECT_EQ(params_.SearchedCount, 8 + 4 + 3 + 3);  // `.` and `..` of each folder included
-}
-
-TEST_F(FindFilesTest, StaysInTheFolderWithoutRecurseAndKeepsWhatDoesNotMatchWhenAsked) {
-  params_.Recurse = false;
+  params_ = {};
+  params_.Pattern = "*.bzm";
   params_.MatchSense = 0;
-  EXPECT_EQ(Find(), "b.txt ");
+  EXPECT_EQ(Find(), "b.txt ");  // in this folder, and what does not match
 }
 
 TEST_F(FindFilesTest, SearchesAddUpAndTheFirstHitEndsOneAfterItsFolder) {
@@ -66,14 +64,12 @@ TEST_F(FindFilesTest, ALinkLoopIsNotEnteredTwice) {
   EXPECT_EQ(Find(), ".f.bzm Sub\\C.BZM Sub\\Deep\\d.bzm a.bzm again\\C.BZM again\\Deep\\d.bzm ");
 }
 
-TEST_F(FindFilesTest, SearchDirsAreSearchedInOrder) {
-  Put("data/x/prefs.ini= addon/prefs.ini=");
-  SearchDirs = {"", "none", "data", "addon"};
-  EXPECT_EQ(FindInSearchDirs("PREFS.INI", 1), Root() + "data\\x\\prefs.ini");
-  EXPECT_NE(FindInSearchDirs("prefs.ini", 0), "");
-  EXPECT_EQ(FindInSearchDirs("none.ini", 0) + FindInSearchDirs("prefs.ini", 9), "");
+TEST_F(FindFilesTest, SearchDirsAreSearchedFromTheOneGiven) {
+  SearchDirs = {"", "none", "sub"};
+  EXPECT_EQ(FindInSearchDirs("c.bzm", 1), Root() + "sub\\C.BZM");
+  EXPECT_EQ(FindInSearchDirs("a.bzm", 1) + FindInSearchDirs("c.bzm", 9), "");
   CurrentInstall = -1;
-  EXPECT_EQ(FindInSearchDirs("prefs.ini", 0), "");
+  EXPECT_EQ(FindInSearchDirs("c.bzm", 1), "");
 }
 
 TEST_F(FindFilesTest, FileExistsLooksPastBlanksAndASeparator) {

@@ -1,3 +1,5 @@
+#include <tuple>
+
 #include "platform/system/process.h"
 #include "platform/system/registry.h"
 #include "support/ini_sm.h"
@@ -18,7 +20,6 @@ using Support = test::ModTest;
 // A line, and its value; "none" is the default.
 const std::pair<std::string, std::string> kReads[] = {
     {"plain  Value", "plain  Value"},
-    {"\"text \" // comment", "text "},
     {"\" text\"x\" // comment", "text\"x"},
     {"\"http://host/path\"", "http:"},
     {"'\"text\"'", "text"},
@@ -31,7 +32,7 @@ const std::pair<std::string, std::string> kReads[] = {
 
 TEST_F(Support, ReadIniValueCleansAndPumpsEventsOnce) {
   std::size_t pumped = 0;
-  win::SetWindowServices({[&] { ++pumped; }, {}, {}});
+  OnEvents([&] { ++pumped; });
   for (const auto& [line, value] : kReads) {
     test::WriteFile(InRoot("game.ini"), "[s]\r\nk=" + line + "\r\n");
     EXPECT_EQ(ReadIniValue("s", "k", Root() + "game.ini", "none"), value) << line;
@@ -39,17 +40,10 @@ TEST_F(Support, ReadIniValueCleansAndPumpsEventsOnce) {
   EXPECT_EQ(pumped, std::size(kReads));
 }
 
-struct FetchCase {
-  std::uint32_t type;
-  std::string data;
-  long status;
-  const char *value, *sharedToolsValue;
-};
-
-const FetchCase kFetches[] = {
+// Type and data, then the status and the value of one reader and the value of the other.
+const std::tuple<std::uint32_t, std::string, long, const char*, const char*> kFetches[] = {
     {win::kRegSz, "abc\0"s, 0, "abc", "abc"},
     {win::kRegSz, "abc", 0, "ab", "abc"},
-    {win::kRegSz, "", 0, "", ""},
     {win::kRegDword, "\xFE\xFF\xFF\xFF"s, 0, "-2", "4294967294"},
     {win::kRegDword, "\1\2\3\4"s, 0, "67305985", "17185"},  // small bytes are single digits
     {win::kRegDword, "\x10\0\0\1"s, 0, "16777232", "16"},   // up to the first NUL
@@ -64,13 +58,13 @@ TEST_F(Support, FetchesOfTheRegistryFollowTheTypeOfTheValue) {
   const auto read = [&](const char* name) {
     return ReadSharedToolsValue(win::kHkeyLocalMachine, kAboutUrlsKey, name, value);
   };
-  for (const FetchCase& c : kFetches) {
-    SCOPED_TRACE(c.data);
-    win::RegSetValueEx(key, "Name", c.type, c.data);
-    EXPECT_EQ(RegFetchTyped(key, "name", value), c.status);
-    EXPECT_EQ(value, c.value);
+  for (const auto& [type, data, status, typedValue, sharedToolsValue] : kFetches) {
+    SCOPED_TRACE(data);
+    win::RegSetValueEx(key, "Name", type, data);
+    EXPECT_EQ(RegFetchTyped(key, "name", value), status);
+    EXPECT_EQ(value, typedValue);
     EXPECT_TRUE(read("name"));
-    EXPECT_EQ(value, c.sharedToolsValue);
+    EXPECT_EQ(value, sharedToolsValue);
   }
   for (const std::size_t size : {1024, 1025}) {
     win::RegSetValueEx(key, "Name", win::kRegSz, std::string(size, '\0'));
@@ -83,16 +77,16 @@ TEST_F(Support, FetchesOfTheRegistryFollowTheTypeOfTheValue) {
 }
 
 TEST_F(Support, RegReadValueGivesWhatWasStoredInUpperCase) {
-  const auto stored = [](const char* value, std::uint32_t type) {
+  std::string read;
+  for (const auto& [value, type] : {std::pair("abC 1", win::kRegSz),
+                                    {"-2.5", win::kRegDword},
+                                    {"4294967296", win::kRegDword},
+                                    {"abc", win::kRegBinary}}) {
     RegWriteValue(win::kHkeyLocalMachine, kAboutUrlsKey, "Name", value, type);
-    return RegReadValue(win::kHkeyLocalMachine, kAboutUrlsKey, "Name");
-  };
-  EXPECT_EQ(stored("abC 1", win::kRegSz), "ABC 1");
-  EXPECT_EQ(stored("-2.5", win::kRegDword), "-2");
-  EXPECT_EQ(stored("4294967296", win::kRegDword), "-2");
-  EXPECT_EQ(stored("abc", win::kRegBinary), "-2");
+    read += RegReadValue(win::kHkeyLocalMachine, kAboutUrlsKey, "Name") + "|";
+  }
   RegRemoveValue(win::kHkeyLocalMachine, kAboutUrlsKey, "Name");
-  EXPECT_EQ(RegReadValue(win::kHkeyLocalMachine, kAboutUrlsKey, "Name"), "");
+  EXPECT_EQ(read + RegReadValue(win::kHkeyLocalMachine, kAboutUrlsKey, "Name"), "ABC 1|-2|-2|-2|");
 }
 
 TEST_F(Support, OptionsHaveDefaultsAndAreOnForTheExactTextOnly) {
@@ -117,12 +111,10 @@ TEST_F(Support, SystemInfoStartsTheToolOrSaysThatThereIsNone) {
 
 TEST_F(Support, ShellAndWaitPumpsEventsWhileTheGameRunsInItsFolder) {
   int pumped = 0;
-  win::SetWindowServices({[&] {
-                            EXPECT_TRUE(GameRunning);
-                            if (++pumped == 3) Put("enough=");
-                          },
-                          {},
-                          {}});
+  OnEvents([&] {
+    EXPECT_TRUE(GameRunning);
+    if (++pumped == 3) Put("enough=");
+  });
   PutProgram("bzone.exe", "pwd > here; until [ -f enough ]; do sleep 0.1; done; exit 4");
   EXPECT_EQ(ShellAndWait("\"" + Root() + "bzone.exe\" ", win::kNormalPriorityClass), 4);
   EXPECT_FALSE(GameRunning);
