@@ -122,11 +122,15 @@ TEST_F(MapClass, FoldersCountByVersionAndMod) {
   }
 }
 
-TEST_F(MapClass, TheFirstRenameThatFitsApplies) {
+TEST_F(MapClass, TheFirstRenameOfTheModThatFitsApplies) {
+  SelectedMapIndex = 3;
   SelectMod({}, {{"Mod\\Maps\\", "addon\\", ""}, {"mod\\", "data\\", ""}, {"addon\\", "far\\", ""}});
+  EXPECT_EQ(SelectedMapIndex, -1);
   EXPECT_EQ(TranslateMapPath("MOD\\maps\\x\\"), "addon\\x\\");
   EXPECT_EQ(TranslateMapPath("mod\\maps"), "data\\maps");
   EXPECT_EQ(TranslateMapPath("other\\mod\\"), "other\\mod\\");
+  SelectModFolders(-1);
+  EXPECT_EQ(TranslateMapPath("mod\\x"), "mod\\x");
 }
 
 // The picture named, the files, and the one found.

@@ -80,7 +80,7 @@ constexpr char kEveryDirective[] =
     "dname(All);\ndescription(d);\ninclude(more.inc);\nrename(a,hidden/a);\nreplace(b,new/b,b.orig);\n"
     "RenameEx(dir,new/dir,dir.orig);\npak(p);\nfold(new);\ndefaultname( First );\ndefaultname(Second);\n"
     "defaultpass();\ndefaultsmsg(Mod);\nracename(a,Mod);\nracename(A,Other);\nracename(b,Lost);\nracename(,n);"
-    "\nracename(1,n);\nrename(none,b);\nwriteid(id);\n"
+    "\nracename(1,n);\nwriteid(id);\n"
     "addrecy(mod,line);\naddrecy(mod,line,list.txt);\n";
 
 TEST_F(Deactivation, BringsBackEveryByteOfTheInstall) {

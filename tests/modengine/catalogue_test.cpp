@@ -131,17 +131,5 @@ TEST_F(Catalogue, ListsTheFirstFileOfANameAndNoOtherVersion) {
   EXPECT_EQ(ModList.size(), 4u);
 }
 
-TEST_F(Catalogue, SelectingAModSetsTheFoldersAndRenamesInUse) {
-  LoadModFile(Define("rename(a,b);\nfold(x);"));
-  SelectModFolders(1);
-  EXPECT_EQ(SearchDirs, (std::vector<std::string>{"", "x", "addon", "data"}));
-  EXPECT_TRUE(ModRenamesActive);
-  SelectModFolders(-1);
-  EXPECT_EQ(SearchDirs, (std::vector<std::string>{"", "addon", "data"}));
-  EXPECT_FALSE(ModRenamesActive);
-  MakeInstall("1.3");
-  EXPECT_EQ(SearchDirs, (std::vector<std::string>{"", "addon"}));
-}
-
 }  // namespace
 }  // namespace varnik

@@ -52,7 +52,6 @@ TEST_F(RunCycle, RunsTheGameWithTheModAndPutsAllBack) {
   auto before = test::Snapshot(sandbox_.Install());
   const ClickOutcome click = Click(mod);
   EXPECT_EQ(click.act, ClickOutcome::Act::kRun);
-  EXPECT_TRUE(click.run.ran);
   EXPECT_EQ(click.run.commandLine, "\"" + Root() + "bzone.exe\" /win -edit");
   EXPECT_EQ(click.run.exitStatus, 3);
   ASSERT_EQ(Content("ran"), "bzone.exe /win -edit\n");
