@@ -74,19 +74,13 @@ TEST(Locations, OfAListCutOffAtItsTopAreKeptBehindTheNewRows) {
 }
 
 TEST(Locations, SurviveAKillDuringTheSaveAsTheOldListOrTheNewOne) {
-  const test::Command remove{{BINARY_DIR "/varnik-cli", "installs", "remove", "1"}, {}};
-  int operations = 1;
-  for (int n = 0; n <= operations; ++n) {
-    const test::Sandbox sandbox;
-    StoreAll({"/a", "/b", "/c"});
-    if (n == 0) {
-      operations = test::CountOperations(remove);
-      continue;
-    }
-    SCOPED_TRACE(test::RunKilledAt(n, remove).lastOperation);
+  const test::Sandbox sandbox;
+  const test::Command remove{{BINARY_DIR "/varnik-cli", "installs", "remove", "1"}};
+  const auto prepare = [] { StoreAll({"/a", "/b", "/c"}); };
+  test::SweepKills(remove, prepare, [] {
     const std::string left = Told(LoadLocations());
     EXPECT_TRUE(left == "*/a\\=d0;/b\\=d1;*/c\\=d2;" || left == "*/a\\=d0;*/c\\=d2;") << left;
-  }
+  });
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 #include "modengine/crashmarker.h"
+#include "tests/harness/crash.h"
 #include "tests/legacy/legacytest.h"
-#include "tests/modengine/crashsweep.h"
 
 namespace {
 
@@ -8,7 +8,7 @@ class LegacyCrash : public test::LegacyTest {
  protected:
   test::Command Cli(std::vector<std::string> arguments) const {
     arguments.insert(arguments.begin(), {BINARY_DIR "/varnik-cli", "--root", Root(), "--app-path", sandbox_.AppText()});
-    return {arguments, {}};
+    return {arguments};
   }
 
   static bool IsMarked() { return !varnik::ReadCrashMarker().definitionFile.empty(); }
@@ -39,8 +39,8 @@ TEST_F(LegacyCrash, ARunThatIsKilledAnywhereIsUndone) {
   const auto prepare = [this] { Prepare(); };
   test::SweepKills(Cli({"run", definition_}), prepare, [this] {
     const bool marked = IsMarked();
-    EXPECT_EQ(test::RunCounted(Cli({"recover"})).exitStatus, 0);
-    if (!marked) test::RunCounted(Cli({"deactivate", definition_}));
+    EXPECT_EQ(test::Run(Cli({"recover"})).exitStatus, 0);
+    if (!marked) test::Run(Cli({"deactivate", definition_}));
     EXPECT_EQ(Now(), before_);
   });
 }
@@ -51,7 +51,7 @@ TEST_F(LegacyCrash, ARecoveryThatIsKilledAnywhereIsFinishedByTheNextOne) {
     ASSERT_TRUE(varnik::ActivateLegacyMod(definition_));
   };
   test::SweepKills(Cli({"recover"}), prepare, [this] {
-    EXPECT_EQ(test::RunCounted(Cli({"recover"})).exitStatus, 0);
+    EXPECT_EQ(test::Run(Cli({"recover"})).exitStatus, 0);
     EXPECT_EQ(Now(), before_);
     EXPECT_FALSE(IsMarked());
   });

@@ -6,7 +6,7 @@
 #include "modengine/crashmarker.h"
 #include "modengine/deactivation.h"
 #include "support/settings.h"
-#include "tests/modengine/crashsweep.h"
+#include "tests/harness/crash.h"
 #include "tests/modengine/modtest.h"
 
 // Runs that end in the middle: whatever a kill, a full disk or a locked folder leaves, nothing of the player's is lost.
@@ -39,7 +39,7 @@ class Interruption : public test::ModTest {
 
   test::Command Cli(std::vector<std::string> words) const {
     words.insert(words.begin(), {BINARY_DIR "/varnik-cli", "--root", sandbox_.Install().string()});
-    return {words, {}};
+    return {words};
   }
   test::Command Run() const { return Cli({"run", "mod.bzm", "--options", ""}); }
 
@@ -83,12 +83,12 @@ TEST_F(Interruption, AKillAtAnyOperationIsRepairedFromTheMarkerOn) {
     ExpectNothingLost(Content("RecyList.txt") ? "RecyList.txt" : "tmp.recylist");
     markerSeen = markerSeen || HasMarker();
     const Files atKill = Install();
-    EXPECT_EQ(test::RunCounted(Cli({"recover"})).exitStatus, 0);
+    EXPECT_EQ(test::Run(Cli({"recover"})).exitStatus, 0);
     EXPECT_EQ(WithoutPlayerFiles(Install()), WithoutPlayerFiles(markerSeen ? before_ : atKill));
     EXPECT_TRUE(Content("RecyList.txt").value_or("gone").starts_with("first 1\r\n"));
     EXPECT_FALSE(HasMarker());
     EXPECT_EQ(ReadStored(kBackupSection, "RacenameA"), "");
-    if (!markerSeen) test::RunCounted(Cli({"deactivate", "mod.bzm"}));
+    if (!markerSeen) test::Run(Cli({"deactivate", "mod.bzm"}));
     Put("bzonevarnik.cfg");  // half written, it waits for the next activation
     EXPECT_EQ(WithoutPlayerFiles(Install()), WithoutPlayerFiles(before_));
   };
@@ -103,23 +103,18 @@ TEST_F(Interruption, ARecoveryThatIsKilledIsFinishedByTheNextOne) {
     ASSERT_TRUE(ActivateMod(Root() + "mod.bzm"));
   };
   test::SweepKills(Cli({"recover"}), prepare, [this] {
-    test::RunCounted(Cli({"recover"}));
+    test::Run(Cli({"recover"}));
     EXPECT_EQ(WithoutPlayerFiles(Install()), WithoutPlayerFiles(before_));
     EXPECT_FALSE(HasMarker());
   });
 }
 
 TEST_F(Interruption, AFullDiskLosesNothing) {
-  const int operations = test::CountOperations(Run());
-  RecordProperty("operations", operations);
-  for (int n = 1; n <= operations; ++n) {
-    Prepare();
-    const test::Outcome outcome = test::RunWithFullDisk(n, Run());
-    SCOPED_TRACE(std::to_string(n) + ": " + outcome.lastOperation + "\n" + outcome.output);
+  const auto prepare = [this] { Prepare(); };
+  test::SweepFullDisk(Run(), prepare, [this] {
     ExpectNothingLost("RecyList.txt");
     EXPECT_EQ(WithoutPlayerFiles(Install()), WithoutPlayerFiles(before_));
-    if (HasFailure()) return;
-  }
+  });
 }
 
 TEST_F(Interruption, AFolderThatCannotBeChangedLosesNothing) {
