@@ -77,6 +77,21 @@ for document in "$source_dir"/README.md "$source_dir"/docs/*.md; do
   done
 done
 
+# The demo's mods use every directive of both formats.
+"$source_dir/tools/make-demo.sh" "$work/demo" >/dev/null
+for mod in "$work"/demo/games/*/*.bzm; do
+  folder=$(dirname "$mod")
+  on() { "$cli" --root "$folder" --app-path "$work/demo/app" "$1" "$mod" >"$work/said" 2>&1; }
+  on check || fail "a finding in $mod"
+  on deactivate || true
+  rm -rf "$work/copy"
+  cp -a "$folder" "$work/copy"
+  on activate || grep -q 'does not fit' "$work/said" || fail "$mod cannot be activated"
+  on deactivate || fail "$mod cannot be deactivated"
+  # A race's name comes back with a further line end.
+  diff -r "$work/copy" "$folder" >"$work/said" || [[ $mod == */league.bzm ]] || fail "$(cat "$work/said")"
+done
+
 before 1.2 </dev/null
 printf 'BZ2HALD5\r\ndname(Ice);\r\n' | tee ice.bzm >"snow \$(touch $$).bzm"
 cd "$work"
