@@ -43,47 +43,6 @@ std::string BrokenRule(const std::string& from, const std::string& to) {
   return "";
 }
 
-struct ArrowCase {
-  const char* from;
-  const char* to;
-  bool isAllowed;
-};
-
-const ArrowCase kArrows[] = {
-    {"modengine/activation.cpp", "\"platform/system/files.h", true},
-    {"modengine/activation.cpp", "\"platform/windowing/form.h", false},
-    {"modengine/activation.cpp", "<QString", false},
-    {"modengine/activation.cpp", "\"maps/frmmap.h", false},
-    {"support/modfindfile.h", "\"support/modfreeimage.h", false},
-    {"support/modfreeimage.h", "\"platform/windowing/picture.h", true},
-    {"maps/frmmap.cpp", "\"maps/frmmap.h", true},
-    {"maps/frmmapdetails.cpp", "\"maps/frmmap.h", true},
-    {"maps/frmmap.cpp", "\"platform/windowing/form.h", true},
-    {"maps/frmmap.cpp", "\"cmdline/frmcmdline.h", false},
-    {"maps/frmmap.h", "<QtWidgets/QListView", false},
-    {"maps/frmmap.cpp", "\"mainwindow/frmmain.h", false},
-    {"mainwindow/frmmain.h", "\"maps/frmmap.h", true},
-    {"mainwindow/wiring.cpp", "\"maps/frmmap.h", true},
-    {"mainwindow/frmmod.cpp", "\"maps/frmmap.h", false},
-    {"mainwindow/frmmod.cpp", "\"mainwindow/frmmain.h", false},
-    {"mainwindow/frmmod.cpp", "\"mainwindow/modpagetext.h", true},
-    {"startup/main.cpp", "\"mainwindow/frmmain.h", true},
-    {"startup/commandline.cpp", "\"mainwindow/frmmain.h", false},
-    {"cli/session.cpp", "\"maps/frmmap.h", false},
-    {"platform/system/paths.cpp", "\"support/runstate.h", false},
-    {"platform/system/paths.cpp", "\"platform/windowing/form.h", false},
-    {"platform/system/paths.cpp", "<sys/stat.h", true},
-    {"platform/windowing/form.h", "<QWidget", false},
-    {"platform/windowing/form.h", "\"platform/windowing/qt/formimpl.h", false},
-    {"platform/windowing/form.cpp", "<QWidget", true},
-    {"installs/installlist.cpp", "\"cli/output.h", false},
-};
-
-TEST(Includes, AreJudgedByDirection) {
-  for (const ArrowCase& c : kArrows)
-    EXPECT_EQ(BrokenRule(c.from, c.to).empty(), c.isAllowed) << c.from << " > " << c.to;
-}
-
 TEST(Includes, PointDown) {
   const fs::path src = fs::path(SOURCE_DIR) / "src";
   const std::regex include("\\s*#\\s*include\\s*([\"<][^\">]+).*");
