@@ -11,7 +11,7 @@ packages=(
   # run
   fonts-dejavu-core
   # test
-  libgtest-dev libgmock-dev libbenchmark-dev xvfb xdotool openbox imagemagick x11-utils procps desktop-file-utils
+  libgtest-dev libgmock-dev libbenchmark-dev strace xvfb xdotool openbox imagemagick x11-utils procps desktop-file-utils
   dbus-daemon libglib2.0-bin trayer
   # check
   clang-format clang-tidy libclang-rt-14-dev llvm

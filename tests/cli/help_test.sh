@@ -1,11 +1,14 @@
 #!/usr/bin/env bash
-# What the completion offers, and that the manual page describes every command and option: help_test.sh VARNIK-CLI
+# That completion, manual page, guide and links say what is so: help_test.sh VARNIK-CLI
 set -euo pipefail
 cli=$(realpath "$1")
 source_dir=$(cd "$(dirname "$0")/../.." && pwd)
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-export HOME=$work XDG_CONFIG_HOME=$work/config VARNIK_HOME=$work/app
+export HOME=$work XDG_CONFIG_HOME=$work/config VARNIK_HOME=$work/app LC_ALL=C
+install=$HOME/games/bz2 # the guide's name for it
+mkdir -p "$install" "$VARNIK_HOME" "$work/blocks"
+cd "$install"
 failures=0
 
 fail() {
@@ -13,14 +16,85 @@ fail() {
   failures=$((failures + 1))
 }
 
-install=$work/install
-mkdir -p "$install" "$VARNIK_HOME"
-touch "$install/bzone.exe" "$install/data.pak" "$install/binkw32.dll"
-printf 'BZ2HALD5\r\ndname(Ice);\r\n' | tee "$install/ice.bzm" >"$install/snow \$(touch $$).bzm"
-cd "$work"
-"$cli" installs add "$install" >/dev/null
-"$cli" installs select 0 >/dev/null
+# A new install of this version, with the files of a listing on standard input besides.
+before() {
+  rm -rf ./* "$XDG_CONFIG_HOME"
+  mkdir addon
+  touch bzone.exe data.pak binkw32.dll
+  echo "// the game's own" >bzone.cfg
+  printf '[Network]\r\nVersionStr=%s\r\n' "$1" >addon/localize.odf
+  game=$(listing)
+  while IFS= read -r line; do
+    mkdir -p "$(dirname "${line%%: *}")"
+    printf '%s\r\n' "${line#*: }" >"${line%%: *}"
+  done
+  "$cli" installs add "$install" >/dev/null
+  "$cli" installs select 0 >/dev/null
+}
 
+# All files but definitions, each as its name and its first line.
+listing() {
+  find . -type f ! -name '*.bzm' -printf '%P\n' | sort | while read -r name; do
+    echo "$name: $(head -n 1 "$name" | tr -d '\r')"
+  done
+}
+
+# The listing of what is not as the game came; where $1 has `...`, any line will do.
+after() {
+  comm -13 <(echo "$game") <(listing) | sed -f <(sed -n 's|^\(.*: \)\.\.\.$|s\|^\1.*\|\1...\||p' "$1")
+}
+
+varnik-cli() { "$cli" "$@" 2>"$work/err" || cat "$work/err"; }
+
+session() {
+  grep '^\$ ' "$1" | while read -r line; do
+    echo "$line"
+    eval "${line#* }"
+  done | sed "s|$HOME|~|g"
+}
+
+# The guide: each block between ``` marks is what its first line calls it.
+awk -v folder="$work/blocks" '/^```/ { inside = !inside; file = sprintf("%s/%04d", folder, NR); sub("^```", "") }
+  inside { print >file }' "$source_dir/docs/modders-guide.md"
+for block in "$work"/blocks/*; do
+  kind=$(head -n 1 "$block")
+  sed -i 1d "$block"
+  said=$(cat "$block")
+  case $kind in
+    'text before') before 1.2 <"$block" ;;
+    'text before '*) before "${kind##* }" <"$block" ;;
+    'text after') said=$(after "$block") ;;
+    'text in '*) [[ $(tr -d '\r' <"${kind##* }") == *"$said"* ]] || said="not in ${kind##* }" ;;
+    console) said=$(session "$block") ;;
+    'bzm '* | 'ini '*) sed 's/$/\r/' "$block" >"${kind#* }" ;;
+    *) said="no such block: $kind" ;;
+  esac
+  diff -u "$block" - <<<"$said" >&2 || fail "so it goes on line ${block##*/} of the guide"
+done
+for document in "$source_dir"/README.md "$source_dir"/docs/*.md; do
+  for link in $(grep -oP '\]\(\K[^):#]+(?=[^):]*\))' "$document"); do
+    [ -e "$(dirname "$document")/$link" ] || fail "$document links to $link"
+  done
+done
+
+# The demo's mods use every directive of both formats.
+"$source_dir/tools/make-demo.sh" "$work/demo" >/dev/null
+for mod in "$work"/demo/games/*/*.bzm; do
+  folder=$(dirname "$mod")
+  on() { "$cli" --root "$folder" --app-path "$work/demo/app" "$1" "$mod" >"$work/said" 2>&1; }
+  on check || fail "a finding in $mod"
+  on deactivate || true
+  rm -rf "$work/copy"
+  cp -a "$folder" "$work/copy"
+  on activate || grep -q 'does not fit' "$work/said" || fail "$mod cannot be activated"
+  on deactivate || fail "$mod cannot be deactivated"
+  # A race's name comes back with a further line end.
+  diff -r "$work/copy" "$folder" >"$work/said" || [[ $mod == */league.bzm ]] || fail "$(cat "$work/said")"
+done
+
+before 1.2 </dev/null
+printf 'BZ2HALD5\r\ndname(Ice);\r\n' | tee ice.bzm >"snow \$(touch $$).bzm"
+cd "$work"
 # shellcheck source=/dev/null
 source "$source_dir/completion/varnik-cli.bash"
 while IFS='|' read -r words expected; do
@@ -30,13 +104,10 @@ while IFS='|' read -r words expected; do
   _varnik_cli "$cli" || true
   [ "${COMPREPLY[*]}" = "$expected" ] || fail "\`$words\` is completed by \`${COMPREPLY[*]}\`, not \`$expected\`"
 done <<TABLE
-se|settings
-installs re|remove
 installs select |0
 settings set Rename|RenameLog
 settings set RenameLog |On Off
 maps --page SMap1.3|SMap1.3
-maps --pag|--page
 run ice.bzm --map |
 run ice.bzm --e|--edit
 --root $install run IC|ice.bzm

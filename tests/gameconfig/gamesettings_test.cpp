@@ -1,6 +1,5 @@
 #include "gameconfig/gamesettings.h"
 
-#include "gameconfig/screenshots.h"
 #include "tests/modengine/modtest.h"
 
 using namespace varnik;
@@ -15,16 +14,12 @@ class GameConfig : public test::ModTest {
   }
 };
 
-TEST_F(GameConfig, ReadsDarkPlants) {
+TEST_F(GameConfig, ReadsDarkPlantsAndAppliesThemToAReadOnlyFile) {
   EXPECT_EQ(ReadDarkPlants(), 1);
-  for (const auto& [value, dark] :
-       {std::pair("0 // off", 0), {"2", 2}, {"7", 1}, {"-1", 1}, {"1e99", 1}, {"0.4", 0}, {"none", 0}, {"//", 1}}) {
+  for (const auto& [value, dark] : {std::pair("0 // off", 0), {"2", 2}, {"3", 1}, {"-1", 1}, {"1e99", 1}, {"//", 1}}) {
     test::WriteFile(InRoot("render.cfg"), std::string("[Render]\ndarkPlants = ") + value);
     EXPECT_EQ(ReadDarkPlants(), dark) << value;
   }
-}
-
-TEST_F(GameConfig, AppliesDarkPlantsToAReadOnlyFile) {
   PutReadOnly("render.cfg", "[Render]\r\n; kept\r\ndarkPlants = 1 // on\r\nother=2\r\n");
   ApplyDarkPlants(false);
   EXPECT_EQ(Content("render.cfg"), "[Render]\r\n; kept\r\ndarkPlants=0\r\nother=2\r\n");
@@ -49,13 +44,6 @@ TEST_F(GameConfig, ReadsBelowTheFoldersAndAppliesFromTheRoot) {
   EXPECT_FALSE(ReadUserPrefs().has_value());
   ApplyUserPrefs({});
   EXPECT_TRUE(Content("elsewhere/gameprefs.ini")->starts_with("[UserPrefs]\r\nVSyncOn=false\r\n"));
-}
-
-TEST_F(GameConfig, ClearsBindataButNotItsSubFolders) {
-  Put("data/bindata/a=1 data/bindata/sub/c=4 data/d=5");
-  ClearBindata();
-  EXPECT_FALSE(Content("data/bindata/a"));
-  EXPECT_TRUE(Content("data/bindata/sub/c") && Content("data/d"));
 }
 
 }  // namespace

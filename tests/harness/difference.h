@@ -26,9 +26,9 @@ inline bool AreTold(const std::set<std::string>& names, const std::set<std::stri
   std::set<std::string> borneOut;
   for (std::string name : names) {
     std::replace(name.begin(), name.end(), '/', '\\');
-    if (!name.ends_with('\\')) name += '\\';
     bool isTold = false;
-    for (std::size_t end = name.find('\\'); end != std::string::npos; end = name.find('\\', end + 1)) {
+    for (std::size_t end = 0; end < name.size(); ++end) {
+      end = std::min(name.find('\\', end), name.size());
       if (!told.contains(name.substr(0, end))) continue;
       borneOut.insert(name.substr(0, end));
       isTold = true;

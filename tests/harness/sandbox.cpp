@@ -3,6 +3,8 @@
 #include "platform/system/paths/program.h"
 
 #include <stdlib.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <fstream>
 #include <sstream>
@@ -36,14 +38,10 @@ Sandbox::~Sandbox() {
   fs::remove_all(root_, ignored);
 }
 
-std::string Sandbox::InstallText() const { return install_.string() + "\\"; }
-std::string Sandbox::AppText() const { return app_.string() + "\\"; }
-
 void Sandbox::MakeInstall(std::string_view version) {
-  WriteFile(install_ / "bzone.exe", "#!/bin/sh\nexit 0\n");
-  fs::permissions(install_ / "bzone.exe", fs::perms::owner_exec, fs::perm_options::add);
-  WriteFile(install_ / "data.pak", "");
-  WriteFile(install_ / "binkw32.dll", "");
+  WriteScript(install_ / "bzone.exe", "exit 0");
+  for (const char* file : {"data.pak", "binkw32.dll"})
+    WriteFile(install_ / file, "");
   WriteFile(install_ / "bzone.cfg", "// the game's own\r\n");
   if (version != "1.0")
     WriteFile(install_ / "addon" / "localize.odf", "[Network]\r\nVersionStr = \"" + std::string(version) + "\"\r\n");
@@ -52,6 +50,11 @@ void Sandbox::MakeInstall(std::string_view version) {
 void WriteFile(const fs::path& path, std::string_view content) {
   fs::create_directories(path.parent_path());
   std::ofstream(path, std::ios::binary).write(content.data(), static_cast<std::streamsize>(content.size()));
+}
+
+void WriteScript(const fs::path& path, std::string_view body) {
+  WriteFile(path, "#!/bin/sh\n" + std::string(body) + "\n");
+  fs::permissions(path, fs::perms::owner_exec, fs::perm_options::add);
 }
 
 std::string ReadFile(const fs::path& path) {
@@ -70,6 +73,18 @@ std::map<std::string, std::string> Snapshot(const fs::path& folder) {
       found[name] = ReadFile(entry.path());
   }
   return found;
+}
+
+pid_t Fork(const std::function<int()>& body) {
+  const pid_t child = fork();
+  if (child == 0) _exit(body());
+  return child;
+}
+
+int StatusOf(pid_t child) {
+  int status = -1;
+  waitpid(child, &status, 0);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
 
 }  // namespace test

@@ -1,39 +1,35 @@
 #include "modengine/runcycle.h"
 
-#include "definition/crashmarker.h"
 #include "modengine/runguard.h"
 #include "platform/system/process/instance.h"
 #include "support/settings.h"
 #include "tests/modengine/modtest.h"
 
+#include <sys/resource.h>
+
 namespace varnik {
 namespace {
-
-using test::WriteFile;
 
 class RunCycle : public test::ModTest {
  protected:
   RunCycle() {
     InstallGame("bzone.exe");
     HighPriority = ClearBindataOnLaunch = false;
-    hooks_.setTrayTip = [this](const std::string& tip) { Step("tip:" + tip); };
-    hooks_.restoreTrayTip = [this] { Step("tip"); };
-    hooks_.hideWindow = [this] { Step("hide"); };
-    hooks_.restoreWindow = [this] { Step("restore"); };
+    hooks_.setTrayTip = [this](const std::string& tip) { steps_ += "tip:" + tip + " "; };
+    hooks_.restoreTrayTip = [this] { steps_ += "tip "; };
+    hooks_.hideWindow = [this] { steps_ += "hide "; };
+    hooks_.restoreWindow = [this] { steps_ += "restore "; };
     hooks_.showSplash = [this](const std::string& picture) {
-      Step("splash:" + picture.substr(picture.rfind('\\') + 1));
+      steps_ += "splash:" + picture.substr(Root().size()) + " ";
     };
-    hooks_.finishSplash = [this] { Step("finish"); };
-    hooks_.reloadInstall = [this] { Step("reload"); };
+    hooks_.finishSplash = [this] { steps_ += "finish "; };
+    hooks_.reloadInstall = [this] { steps_ += "reload "; };
   }
 
-  // A stand-in for the game that notes its arguments and what the install looked like.
+  // A stand-in for the game that notes its arguments, its priority and what the install looked like.
   void InstallGame(const std::string& name) {
-    WriteFile(InRoot(name), "#!/bin/sh\necho $(basename $0) \"$@\" > ran\nls > seen\nexit 3\n");
-    std::filesystem::permissions(InRoot(name), std::filesystem::perms::all);
+    PutProgram(name, "echo $(basename $0) \"$@\" > ran\n(nice; ls) > seen\nexit 3");
   }
-
-  void Step(const std::string& step) { steps_ += step + " "; }
 
   int AddMod(const std::string& lines, const std::string& name = "mod.bzm") {
     LoadModFile(Define(lines, name));
@@ -41,94 +37,88 @@ class RunCycle : public test::ModTest {
   }
 
   ClickOutcome Click(int mod, const std::string& line = "/win -edit") {
-    return LaunchClick(
-        mod, [&] { return line; }, hooks_);
+    const auto buildLine = [&] { return line; };
+    return LaunchClick(mod, buildLine, hooks_);
   }
+  RunOutcome Launch(int mod) { return LaunchBZ2(mod, "", false, hooks_); }
 
   RunHooks hooks_;
   std::string steps_;
 };
 
 TEST_F(RunCycle, RunsTheGameWithTheModAndPutsAllBack) {
-  Put("a=a pic.bmp=p");
+  Put("a=a pic.bmp=p tool=x");
   const int mod = AddMod("rename(a,b);\nfold(x);\nsplash(pic.bmp);");
   auto before = test::Snapshot(sandbox_.Install());
   const ClickOutcome click = Click(mod);
   EXPECT_EQ(click.act, ClickOutcome::Act::kRun);
-  EXPECT_TRUE(click.run.ran);
   EXPECT_EQ(click.run.commandLine, "\"" + Root() + "bzone.exe\" /win -edit");
   EXPECT_EQ(click.run.exitStatus, 3);
   ASSERT_EQ(Content("ran"), "bzone.exe /win -edit\n");
-  EXPECT_NE(Content("seen")->find("\nb\n"), std::string::npos);
-  EXPECT_NE(Content("seen")->find("bzonevarnik.bak"), std::string::npos);
+  EXPECT_NE(Content("seen")->find("\nb\nbinkw32.dll\nbzone.cfg\nbzone.exe\nbzonevarnik.bak\n"), std::string::npos);
   EXPECT_EQ(steps_, "tip:Varnik: Running Battlezone II hide splash:pic.bmp finish restore tip ");
-  before["ran"] = *Content("ran");
-  before["seen"] = *Content("seen");
+  for (const char* made : {"ran", "seen"})
+    before[made] = *Content(made);
   EXPECT_EQ(test::Snapshot(sandbox_.Install()), before);
   Put("bzone.exe");
   before.erase("bzone.exe");
   EXPECT_EQ(Click(mod).run.exitStatus, -1);
   EXPECT_EQ(test::Snapshot(sandbox_.Install()), before);
+  steps_.clear();
+  EXPECT_FALSE(Launch(AddMod("requireexe(tool);\nsplash(pic.bmp);", "exe.bzm")).ran);
+  EXPECT_EQ(steps_, "tip:Varnik: Running Battlezone II hide splash:pic.bmp restore tip ");
 }
 
 TEST_F(RunCycle, ChangesNothingForAGameThatNothingHereRuns) {
   setenv("VARNIK_RUNNER", "no-such-runner", 1);
-  Put("a=a bzone.exe=MZ battlezone.log=1");
+  Put("a=a bzone.exe=MZ battlezone.log=1 tool=x");
   StoreOption("RenameLog", "On");
   const int mod = AddMod("rename(a,b);");
+  const int ownProgram = AddMod("requireexe(tool);", "exe.bzm");
   const auto before = test::Snapshot(sandbox_.Install());
-  const ClickOutcome click = Click(mod);
-  EXPECT_EQ(click.act, ClickOutcome::Act::kNone);
-  EXPECT_NE(click.run.problem.find("no-such-runner"), std::string::npos);
-  EXPECT_FALSE(LaunchBZ2(mod, "", false, hooks_).ran);
-  EXPECT_EQ(told_, click.run.problem + click.run.problem);
-  EXPECT_EQ(steps_, "");
+  const std::string problem = Click(mod).run.problem;
+  EXPECT_NE(problem.find("no-such-runner"), std::string::npos);
+  EXPECT_EQ(Launch(mod).problem, problem);
+  EXPECT_EQ(told_ + steps_, problem + problem);
   EXPECT_EQ(test::Snapshot(sandbox_.Install()), before);
-  Put("bzone.exe tool=x");  // one that is missing is no matter of runners, nor is a mod's own program
-  EXPECT_TRUE(LaunchBZ2(mod, "", false, hooks_).ran);
-  Put("bzone.exe=MZ");
-  EXPECT_EQ(LaunchBZ2(AddMod("requireexe(tool);", "exe.bzm"), "", false, hooks_).problem, "");
+  EXPECT_EQ(Launch(ownProgram).problem, "");  // a mod's own program needs no runner for the game,
+  Put("bzone.exe");
+  EXPECT_TRUE(Launch(mod).ran);  // and a game that is missing is found out by starting it
   unsetenv("VARNIK_RUNNER");
 }
 
+TEST_F(RunCycle, AsksForHighPriorityWhenThatIsChosen) {
+  const int own = getpriority(PRIO_PROCESS, 0);
+  const int high = setpriority(PRIO_PROCESS, 0, -5) == 0 ? -5 : own;  // where the system allows it
+  setpriority(PRIO_PROCESS, 0, own);
+  for (const int expected : {own, high}) {
+    Launch(-1);
+    EXPECT_TRUE(Content("seen")->starts_with(std::to_string(expected) + "\n")) << *Content("seen");
+    HighPriority = true;
+  }
+}
+
 TEST_F(RunCycle, RefusesADefinitionThatChangedBehindTheCatalogue) {
-  const std::string reload = "Reloading BZ2 location for you now.";
   const std::string edited =
-      "Don't edit files once Varnik has loaded your mod list, or reload your BZ2 location once you have edited "
-      "them.\r\n" +
-      reload;
-  const std::string badVersion = "Mod has an invalid version #.\r\n" + edited;
+      "\r\nDon't edit files once Varnik has loaded your mod list, or reload your BZ2 location once you have edited "
+      "them.\r\nReloading BZ2 location for you now.";
   const std::pair<const char*, std::string> cases[] = {
       {"mod.bzm",
        "Mod File is Missing.\r\nDon't delete files once Varnik has loaded, or reload your BZ2 location once you "
-       "have.\r\n" +
-           reload},
-      {"mod.bzm=bz2hald4", badVersion},
-      {"mod.bzm=bz2haldx", badVersion},
-      {"mod.bzm=bz2hald1e9", badVersion},
-      {"mod.bzm=text", "Mod File is improperly formatted.\r\n" + edited},
+       "have.\r\nReloading BZ2 location for you now."},
+      {"mod.bzm=bz2hald4", "Mod has an invalid version #." + edited},
+      {"mod.bzm=bz2hald1e9", "Mod has an invalid version #." + edited},
+      {"mod.bzm=text", "Mod File is improperly formatted." + edited},
       {"mod.bzm=bz2hald4.6", ""},  // rounded to 5
   };
   const int mod = AddMod("");
   for (const auto& [definition, told] : cases) {
-    SCOPED_TRACE(definition);
     steps_ = told_ = "";
     Put(definition);
-    const RunOutcome run = LaunchBZ2(mod, "", false, hooks_);
-    EXPECT_EQ(run.ran, told.empty());
-    EXPECT_EQ(run.problem, told);
+    EXPECT_EQ(Launch(mod).problem, told);
     EXPECT_EQ(told_, told);
-    EXPECT_TRUE(steps_.ends_with(told.empty() ? "hide finish restore tip " : "hide reload restore tip "));
+    EXPECT_TRUE(steps_.ends_with(told.empty() ? "hide finish restore tip " : "hide reload restore tip ")) << definition;
   }
-}
-
-TEST_F(RunCycle, LeavesTheSplashUpWhenAnExeTakesOver) {
-  Put("tool=x");
-  WriteFile(InMods("p.bmp"), "");
-  const RunOutcome run = LaunchBZ2(AddMod("requireexe(tool);\nsplash(p.bmp);"), "", false, hooks_);
-  EXPECT_FALSE(run.ran);
-  EXPECT_EQ(run.problem, "");
-  EXPECT_EQ(steps_, "tip:Varnik: Running Battlezone II hide splash:p.bmp restore tip ");
 }
 
 TEST_F(RunCycle, AClickSwitchesAPersistentModAndRunsNoGame) {
@@ -148,7 +138,6 @@ TEST_F(RunCycle, StartsTheEditorOfVersion13Only) {
   EXPECT_EQ(Click(-1).act, ClickOutcome::Act::kNone);
   EXPECT_EQ(told_,
             "Sorry, but the current 1.3 install is missing bz2edit.exe and therefore /edit cannot be used. Aborting.");
-  Expect("ran");
   InstallGame("bz2edit.exe");
   Put("data/bindata/old=x data/bindata/sub/old=x");
   ClearBindataOnLaunch = true;
@@ -163,17 +152,15 @@ TEST_F(RunCycle, MovesTheLastLogToTheFirstFreeNumber) {
   const auto runWithLog = [&](const std::string& option, const std::string& files) {
     StoreOption("RenameLog", option);
     Put(files);
-    LaunchBZ2(-1, "", false, {});
+    Launch(-1);
   };
   runWithLog("on", "battlezone.log=1");
   Expect("battlezone.log=1");
-  runWithLog("On", "battlezone.log=1");
+  runWithLog("On", "");
   runWithLog("On", "battlezone.log=2 logs/battlezone.002=x");
   Expect("battlezone.log logs/battlezone.000=1 logs/battlezone.001=2");
-  for (int i = 3; i <= 999; ++i)
-    Put("logs/battlezone." + std::to_string(1000 + i).substr(1) + "=x");
   runWithLog("On", "battlezone.log=3");
-  Expect("battlezone.log=3 logs/battlezone.1000");
+  Expect("battlezone.log logs/battlezone.002=x logs/battlezone.003=3");
 }
 
 TEST_F(RunCycle, RefusesASecondProcess) {
@@ -181,11 +168,10 @@ TEST_F(RunCycle, RefusesASecondProcess) {
   ASSERT_TRUE(other.TryAcquire());
   const int mod = AddMod("");
   EXPECT_EQ(Click(mod).run.problem, kRunRefused);
-  EXPECT_EQ(LaunchBZ2(mod, "", false, hooks_).problem, kRunRefused);
-  EXPECT_EQ(told_, std::string(kRunRefused) + kRunRefused);
-  EXPECT_EQ(steps_, "");
+  EXPECT_EQ(Launch(mod).problem, kRunRefused);
+  EXPECT_EQ(told_ + steps_, std::string(kRunRefused) + kRunRefused);
   other.Release();
-  EXPECT_TRUE(LaunchBZ2(mod, "", false, hooks_).ran);
+  EXPECT_TRUE(Launch(mod).ran);
 }
 
 }  // namespace

@@ -1,36 +1,48 @@
 #include "definition/crashmarker.h"
-#include "modengine/activation.h"
-#include "modengine/deactivation.h"
+#include "modengine/force.h"
 #include "support/settings.h"
-#include "tests/modengine/crashsweep.h"
+#include "tests/harness/crash.h"
 #include "tests/modengine/modtest.h"
 
-#include <unistd.h>
-
+#include <algorithm>
 #include <set>
 
-// Runs that end in the middle: whatever a kill, a full disk or a locked folder leaves, nothing of the player's is lost.
+// Runs that end in the middle: whatever a kill or a full disk leaves, nothing of the player's is lost.
 namespace varnik {
 namespace {
 
 namespace fs = std::filesystem;
 using Files = std::map<std::string, std::string>;
 
-constexpr char kLines[] =
-    "rename(a,hidden/a);\nreplace(b,new/b,b.orig);\npak(p);\nfold(new);\ndefaultname(Mod);\nracename(a,Mod);\n"
-    "writeid(id);\naddrecy(mod,line);\n";
+struct ModCase {
+  const char* name;
+  const char* definition;
+  const char* files;
+};
+
+const ModCase kMods[] = {
+    {"Current",
+     "BZ2HALD5\nrename(a,hidden/a);\nreplace(b,new/"
+     "b,b.orig);\npak(p);\nfold(new);\ndefaultname(Mod);\nracename(a,Mod);\n"
+     "writeid(id);\naddrecy(mod,line);\n",
+     "a=a b=b new/b=modded hidden/x=x"},
+    {"Older",
+     "BZ2HALD3\ndesc M\n\n\n\ndynamic\npak p\npilots @rootdir\\m\\p\nsaved @rootdir\\m\\s\nremove @rootdir\\r\n"
+     "replace @rootdir\\a,@rootdir\\m\\a\nmove @rootdir\\m\\n,@rootdir\\n",
+     "bzone.cfg=own pilots/b=2 saved/d=4 m/p/a=1 m/s/c=3 m/a=mods a=own m/n=new r=gone"},
+};
 
 // What activation changes in place: a start has no install selected yet, and leaves them as they are.
 const std::set<std::string> kPlayerFiles = {"gameprefs.ini", "RaceName_A.txt", "RecyList.txt", "tmp.recylist"};
 
-class Interruption : public test::ModTest {
+class Interruption : public test::ModTest, public testing::WithParamInterface<ModCase> {
  protected:
   Interruption() { Prepare(); }
 
   void Prepare() {
     MakeInstall("1.3");
-    Define(kLines);
-    Put("a=a b=b new/b=modded hidden/x=x RaceName_A.txt=player");
+    test::WriteFile(mod_, GetParam().definition);
+    Put("RaceName_A.txt=player " + std::string(GetParam().files));
     test::WriteFile(InRoot("RecyList.txt"), "first 1\r\n");
     test::WriteFile(InRoot("gameprefs.ini"), "[UserPrefs]\r\nDefaultSessionName=Mine\r\n");
     fs::remove_all(sandbox_.Home() / "config");
@@ -39,19 +51,13 @@ class Interruption : public test::ModTest {
 
   test::Command Cli(std::vector<std::string> words) const {
     words.insert(words.begin(), {BINARY_DIR "/varnik-cli", "--root", sandbox_.Install().string()});
-    return {words, {}};
+    return {words};
   }
-  test::Command Run() const { return Cli({"run", "mod.bzm", "--options", ""}); }
-
-  // Without what a broken write leaves beside its file.
+  // Without the player's files and what a broken write leaves beside its file.
   Files Install() const {
     Files files = test::Snapshot(sandbox_.Install());
-    std::erase_if(files, [](const auto& file) { return file.first.ends_with('~'); });
-    return files;
-  }
-
-  static Files WithoutPlayerFiles(Files files) {
-    std::erase_if(files, [](const auto& file) { return kPlayerFiles.contains(file.first); });
+    std::erase_if(files,
+                  [](const auto& file) { return file.first.ends_with('~') || kPlayerFiles.contains(file.first); });
     return files;
   }
 
@@ -59,83 +65,66 @@ class Interruption : public test::ModTest {
 
   // Every content is there under some name, and what a mod overwrites is there or in the backup.
   void ExpectNothingLost(const char* list) const {
-    Files now = Install();
-    std::multiset<std::string> contents;
-    for (const auto& [name, content] : now)
-      contents.insert(content);
-    for (const auto& [name, content] : WithoutPlayerFiles(before_)) {
-      const auto found = contents.find(content);
-      EXPECT_NE(found, contents.end()) << name;
-      if (found != contents.end()) contents.erase(found);
-    }
-    EXPECT_TRUE(now[list].starts_with("first 1\r\n"));
-    EXPECT_TRUE(now["RaceName_A.txt"].starts_with("player") || ReadStored(kBackupSection, "RacenameA") == "player");
-    EXPECT_TRUE(now["gameprefs.ini"].find("=Mine") != std::string::npos ||
+    std::multiset<std::string> before, now;
+    for (const auto& [name, content] : before_)
+      before.insert(content);
+    for (const auto& [name, content] : Install())
+      now.insert(content);
+    EXPECT_TRUE(std::includes(now.begin(), now.end(), before.begin(), before.end())) << testing::PrintToString(now);
+    EXPECT_TRUE(Content(list).value_or("gone").starts_with("first 1\r\n"));
+    EXPECT_TRUE(Content("RaceName_A.txt").value_or("").starts_with("player") ||
+                ReadStored(kBackupSection, "RacenameA") == "player");
+    EXPECT_TRUE(Content("gameprefs.ini").value_or("").find("=Mine") != std::string::npos ||
                 ReadStored(kBackupSection, "DefaultSessionName") == "Mine");
   }
 
+  const std::string mod_ = InRoot("mod.bzm").string();
   Files before_;
 };
 
-TEST_F(Interruption, AKillAtAnyOperationIsRepairedFromTheMarkerOn) {
+INSTANTIATE_TEST_SUITE_P(OfAMod, Interruption, testing::ValuesIn(kMods), [](const auto& of) { return of.param.name; });
+
+TEST_P(Interruption, AKillAtAnyOperationIsRepairedFromTheMarkerOn) {
   bool markerSeen = false;
   const auto judge = [&] {
     ExpectNothingLost(Content("RecyList.txt") ? "RecyList.txt" : "tmp.recylist");
     markerSeen = markerSeen || HasMarker();
     const Files atKill = Install();
-    EXPECT_EQ(test::RunCounted(Cli({"recover"})).exitStatus, 0);
-    EXPECT_EQ(WithoutPlayerFiles(Install()), WithoutPlayerFiles(markerSeen ? before_ : atKill));
+    EXPECT_EQ(test::Run(Cli({"recover"})).exitStatus, 0);
+    EXPECT_EQ(Install(), markerSeen ? before_ : atKill);
     EXPECT_TRUE(Content("RecyList.txt").value_or("gone").starts_with("first 1\r\n"));
     EXPECT_FALSE(HasMarker());
     EXPECT_EQ(ReadStored(kBackupSection, "RacenameA"), "");
-    if (!markerSeen) test::RunCounted(Cli({"deactivate", "mod.bzm"}));
-    Put("bzonevarnik.cfg");  // half written, it waits for the next activation
-    EXPECT_EQ(WithoutPlayerFiles(Install()), WithoutPlayerFiles(before_));
+    if (!markerSeen) test::Run(Cli({"deactivate", mod_}));
+    Put("bzonevarnik.cfg newbzone.tmp");  // half written, it waits for the next activation
+    EXPECT_EQ(Install(), before_);
   };
-  test::SweepKills(
-      Run(), [this] { Prepare(); }, judge);
+  const auto prepare = [this] { Prepare(); };
+  test::SweepKills(Cli({"run", mod_, "--options", ""}), prepare, judge);
   EXPECT_TRUE(markerSeen);
 }
 
-TEST_F(Interruption, ARecoveryThatIsKilledIsFinishedByTheNextOne) {
+TEST_P(Interruption, ARecoveryThatIsKilledIsFinishedByTheNextOne) {
   const auto prepare = [this] {
     Prepare();
-    ASSERT_TRUE(ActivateMod(Root() + "mod.bzm"));
+    ModEntry mod;
+    mod.DefinitionFile = mod_;
+    mod.Legacy = GetParam().name == std::string("Older");
+    ASSERT_TRUE(PutIntoForce(mod));
   };
   test::SweepKills(Cli({"recover"}), prepare, [this] {
-    test::RunCounted(Cli({"recover"}));
-    EXPECT_EQ(WithoutPlayerFiles(Install()), WithoutPlayerFiles(before_));
+    test::Run(Cli({"recover"}));
+    EXPECT_EQ(Install(), before_);
     EXPECT_FALSE(HasMarker());
   });
 }
 
-TEST_F(Interruption, AFullDiskLosesNothing) {
-  const int operations = test::CountOperations(Run());
-  RecordProperty("operations", operations);
-  for (int n = 1; n <= operations; ++n) {
-    Prepare();
-    const test::Outcome outcome = test::RunWithFullDisk(n, Run());
-    SCOPED_TRACE(std::to_string(n) + ": " + outcome.lastOperation + "\n" + outcome.output);
+TEST_P(Interruption, AFullDiskLosesNothing) {
+  const auto prepare = [this] { Prepare(); };
+  test::SweepFullDisk(Cli({"run", mod_, "--options", ""}), prepare, [this] {
     ExpectNothingLost("RecyList.txt");
-    EXPECT_EQ(WithoutPlayerFiles(Install()), WithoutPlayerFiles(before_));
-    if (HasFailure()) return;
-  }
-}
-
-TEST_F(Interruption, AFolderThatCannotBeChangedLosesNothing) {
-  for (const auto& entry : fs::recursive_directory_iterator(sandbox_.Root()))
-    fs::permissions(entry.path(), entry.is_directory() ? fs::perms::all : fs::perms(0666));
-  fs::permissions(sandbox_.Root(), fs::perms::all);
-  for (const char* folder : {"", "new", "hidden"})
-    fs::permissions(InRoot(folder), fs::perms(0555));
-  EXPECT_EXIT(
-      {
-        if (geteuid() == 0 && setuid(65534) != 0) _exit(2);  // root may change any folder
-        _exit(ActivateMod(Root() + "mod.bzm") && DeactivateMod(Root() + "mod.bzm", Root()) ? 0 : 1);
-      },
-      testing::ExitedWithCode(0), "");
-  ExpectNothingLost("RecyList.txt");
-  EXPECT_EQ(WithoutPlayerFiles(Install()), WithoutPlayerFiles(before_));
+    EXPECT_EQ(Install(), before_);
+  });
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "platform/system/paths/program.h"
 #include "platform/system/process/instance.h"
 #include "platform/system/store/registry.h"
+#include "startup/maintenance.h"
 #include "support/registry.h"
 #include "support/settings.h"
 #include "tests/modengine/modtest.h"
@@ -14,25 +15,11 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-struct SplitCase {
-  const char* line;
-  Words words;
-};
-
-const SplitCase kSplits[] = {
-    {"", {}},
-    {"  a\tb  ", {"a", "b"}},
-    {"\"a b\" c", {"a b", "c"}},
-    {"a\"b c\"d\"e\"", {"ab cde"}},
-    {"a \"\" b", {"a", "", "b"}},
-    {"a \"b c", {"a", "b c"}},
-};
-
 TEST(SplitCommandLine, DropsQuotesAndKeepsWhatTheyHold) {
-  for (const SplitCase& c : kSplits) {
-    SCOPED_TRACE(c.line);
-    EXPECT_EQ(SplitCommandLine(c.line, 20), c.words);
-  }
+  const std::pair<const char*, Words> cases[] = {
+      {"  a\tb  ", {"a", "b"}}, {"a\"b c\"d\"e\" f", {"ab cde", "f"}}, {"a \"\" \"b c", {"a", "", "b c"}}, {"", {}}};
+  for (const auto& [line, words] : cases)
+    EXPECT_EQ(SplitCommandLine(line, 3), words) << line;
   EXPECT_EQ(SplitCommandLine("a b \"c d\" e", 3), (Words{"a", "b", "c d"}));
 }
 
@@ -40,11 +27,14 @@ class Startup : public test::ModTest {
  protected:
   Startup() { CurrentInstall = -1; }
 
-  std::int16_t Start(const Words& words) {
+  static void SetArguments(const Words& words) {
     std::vector<const char*> argv = {"varnik"};
     for (const std::string& word : words)
       argv.push_back(word.c_str());
     win::SetCommandLine(static_cast<int>(argv.size()), argv.data());
+  }
+  static std::int16_t Start(const Words& words) {
+    SetArguments(words);
     return ProcessCmdLine();
   }
 };
@@ -53,12 +43,10 @@ TEST_F(Startup, TakesTheRunModeFromTheLastSwitch) {
   Words full(20, "x"), cut(21, "x");
   full.back() = cut.back() = "/crash";
   const std::pair<Words, int> cases[] = {
-      {{}, 0},
       {{"/BOOT"}, 2},
       {{"/boot", "/Crash"}, 1},
       {{"/crash", "x", "/boot"}, 2},
       {{"/bz2dir", "/crash"}, 0},
-      {{"/deactivate"}, 0},
       {{"/crash/boot"}, 0},
       {full, 1},
       {cut, 0},
@@ -85,36 +73,44 @@ TEST_F(Startup, DeactivatesTheModThatTheCommandLineNames) {
   }
 }
 
-struct RecoveryCase {
-  const char* what;
-  std::string root, file;  // of the marker
-  bool recovered, undone, markerStays, backupStays;
-};
-
 TEST_F(Startup, RecoversByTheMarker) {
   Define("rename(a,b);\nfold(x);");
   Define("activated();\nrename(a,b);", "persistent.bzm");
   Put("bad.bzm=text four.bzm=bz2hald4");
-  const RecoveryCase cases[] = {
-      {"an interrupted run", Root(), Root() + "mod.bzm", true, true, false, false},
-      {"no marker", "", "", false, false, false, false},
-      {"no root", "", Root() + "mod.bzm", false, false, false, false},
-      {"a definition that has gone", Root(), Root() + "gone.bzm", false, false, false, false},
-      {"a first line gone bad", Root(), Root() + "bad.bzm", true, false, true, true},
-      {"a version that is no format", Root(), Root() + "four.bzm", true, false, true, true},
-      {"a persistent mod by now", Root(), Root() + "persistent.bzm", true, true, true, true},
+  const struct {
+    std::string root, file;  // of the marker
+    bool recovered, undone, staysMarked;
+  } cases[] = {
+      {Root(), Root() + "mod.bzm", true, true, false},       {"", "", false, false, false},
+      {"", Root() + "mod.bzm", false, false, false},         {Root(), Root() + "gone.bzm", false, false, false},
+      {Root(), Root() + "bad.bzm", true, false, true},       {Root(), Root() + "four.bzm", true, false, true},
+      {Root(), Root() + "persistent.bzm", true, true, true},
   };
-  for (const RecoveryCase& c : cases) {
-    SCOPED_TRACE(c.what);
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.root + " " + c.file);
     Put("a b=1 bzone.cfg=generated bzonevarnik.bak=own RaceName_A.txt=mod");
     WriteCrashMarker({c.root, c.file});
     Store(kBackupSection, "RacenameA", "old");
     EXPECT_EQ(RecoverFromCrash(), c.recovered);
     EXPECT_EQ(Content("a").has_value(), c.undone);
-    EXPECT_EQ(ReadCrashMarker().root + ReadCrashMarker().definitionFile, c.markerStays ? c.root + c.file : "");
-    EXPECT_EQ(RegReadValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue).empty(), !c.markerStays);
-    EXPECT_EQ(ReadStored(kBackupSection, "RacenameA"), c.backupStays ? "old" : "");
+    EXPECT_EQ(ReadCrashMarker().root + ReadCrashMarker().definitionFile, c.staysMarked ? c.root + c.file : "");
+    EXPECT_EQ(RegReadValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue).empty(), !c.staysMarked);
+    EXPECT_EQ(ReadStored(kBackupSection, "RacenameA"), c.staysMarked ? "old" : "");
     Expect("RaceName_A.txt=mod");  // no install is selected yet, so nothing is found
+  }
+}
+
+TEST_F(Startup, ForgetsEverythingAtTheWordAloneOnly) {
+  win::Instance instance;
+  const std::tuple<Words, bool, bool> cases[] = {
+      {{"x", "clearreg"}, false, true}, {{"close"}, true, true}, {{"ClearReg"}, true, false}};
+  for (const auto& [words, answered, kept] : cases) {
+    Store(kSettingsSection, "RenameLog", "On");
+    PublishHomePage();
+    SetArguments(words);
+    EXPECT_EQ(AnswerMaintenanceWord(instance), answered);
+    EXPECT_EQ(ReadOption("RenameLog") == "On", kept);
+    EXPECT_EQ(RegReadValue(win::kHkeyLocalMachine, kAboutUrlsKey, kAboutUrlsValue).empty(), !kept);
   }
 }
 

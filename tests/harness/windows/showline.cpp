@@ -1,6 +1,5 @@
 // A stand-in for the game as a Windows program: writes the line that it was started with to line.txt in its folder.
-// With `--again` it starts itself once more, with `--late`, and does not wait. With `--look` it copies ADDON\modded.ODF
-// to seen.txt.
+// With `--again` it starts itself once more, with `--late`, and does not wait.
 #include <windows.h>
 
 namespace {
@@ -39,7 +38,6 @@ extern "C" void Enter() {
     Write("late.txt", line);
   } else {
     Write("line.txt", line);
-    if (Contains(line, "--look")) CopyFileA("ADDON\\modded.ODF", "seen.txt", FALSE);
     if (Contains(line, "--again")) StartAgain();
   }
   ExitProcess(7);

@@ -10,138 +10,156 @@
 #include "tests/harness/sandbox.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
-#include <algorithm>
-#include <functional>
+#include <fstream>
 #include <random>
+#include <set>
 
 namespace {
 
 namespace fs = std::filesystem;
 using test::WriteFile;
 
+const std::string kVerbs[] = {"rename", "delete", "make", "remove", "append",     "print", "write",
+                              "set",    "read",   "line", "find",   "attributes", "list",  "readonly"};
+
+std::string Do(const std::string& verb, const std::string& path, const std::string& second) {
+  const auto said = [](bool done) -> std::string { return done ? "yes" : "no"; };
+  if (verb == "rename") return said(win::RenameFile(path, second));
+  if (verb == "delete") return said(win::DeleteFiles(path));
+  if (verb == "make") return said(win::MakeFolder(path));
+  if (verb == "remove") return said(win::RemoveFolder(path));
+  if (verb == "append") return said(win::LineWriter(path, win::WriteMode::kAppend).WriteLine("more"));
+  if (verb == "print") return said(win::LineWriter(path, win::WriteMode::kOutput).WriteLine("new"));
+  if (verb == "write") return said(win::WriteWholeFile(path, "whole"));
+  if (verb == "set") return said(win::WritePrivateProfileString("s", "k", "v", path));
+  if (verb == "read") return win::ReadWholeFile(path).value_or("none");
+  if (verb == "line") return win::LineReader(path).ReadLine();
+  if (verb == "find") return said(win::FindFirstFileSucceeds(path));
+  if (verb == "attributes") return std::to_string(win::GetAttributes(path).value_or(0));
+  if (verb == "readonly" || verb == "writable") return said(win::SetAttributes(path, verb == "readonly" ? 1 : 0));
+  std::set<std::string> names;
+  win::FolderReader reader(path);
+  for (win::FoundEntry entry; reader.Next(entry);)
+    names.insert(entry.name + (entry.isFolder ? "/" : ""));
+  return testing::PrintToString(names);
+}
+
 const char* const kNames[] = {
-    "a",        "A",     "b.txt", "B.TXT",   "dir",   "dir\\in", "DIR\\in\\deep", "dir\\new", "readonly",        "link",
-    "link\\in", "other", "OTHER", "none\\x", "dir\\", "folder2", "b.txt. ",       "list.ini", "dir\\in\\deep\\x"};
+    "",         "a",        "A",       "b.txt",    "B.TXT",           "dir",   "dir\\in", "DIR\\in\\deep",
+    "dir\\new", "readonly", "dir\\*",  "link",     "link\\in",        "other", "OTHER",   "none\\x",
+    "dir\\",    "folder2",  "b.txt. ", "list.ini", "dir\\in\\deep\\x"};
 
 struct RehearsalTest : testing::Test {
-  void MakeFiles() {
-    fs::remove_all(sandbox.Install());
-    for (const char* name : {"a", "b.txt", "dir/in/deep", "dir/file", "readonly", "target/in", "list.ini"})
-      WriteFile(sandbox.Install() / name, std::string("[s]\r\nk=") + name + "\r\n");
-    fs::create_directory_symlink("target", sandbox.Install() / "link");
-    fs::permissions(sandbox.Install() / "readonly", fs::perms::owner_read);
+  // Makes files whose content is their name. One that ends in a slash is a folder, one that begins with `!` read-only.
+  void MakeFiles(std::initializer_list<const char*> names,
+                 std::initializer_list<std::pair<const char*, const char*>> links) {
+    fs::remove_all(game);
+    for (std::string name : names) {
+      const bool readOnly = name.starts_with('!');
+      name = name.substr(readOnly ? 1 : 0);
+      fs::create_directories((game / name).parent_path());
+      if (!name.ends_with('/')) WriteFile(game / name, name);
+      if (readOnly) fs::permissions(game / name, fs::perms::owner_read);
+    }
+    for (const auto& [name, target] : links)
+      fs::create_symlink(target, game / name);
   }
 
-  std::string Pick() { return Root() + kNames[random() % std::size(kNames)]; }
-  std::string Root() const { return sandbox.InstallText(); }
-
-  static std::string Listed(const std::string& folder) {
-    std::vector<std::string> names;
-    win::FolderReader reader(folder);
-    for (win::FoundEntry entry; reader.Next(entry);)
-      names.push_back(entry.name + (entry.isFolder ? "/" : ""));
-    std::sort(names.begin(), names.end());
-    std::string all;
-    for (const std::string& name : names)
-      all += name + " ";
-    return all;
-  }
-
-  static std::string Said(bool done) { return done ? "yes" : "no"; }
-
-  // One verb on names of chance, and what it answered.
-  std::string Act() {
-    const std::string one = Pick();
-    const std::string two = Pick();
-    const std::function<std::string()> acts[] = {
-        [&] { return Said(win::RenameFile(one, two)); },
-        [&] { return Said(win::RenameFile(two, one)); },
-        [&] { return Said(win::DeleteFiles(one)); },
-        [&] { return Said(win::DeleteFiles(Root() + "dir\\*")); },
-        [&] { return Said(win::MakeFolder(one)); },
-        [&] { return Said(win::RemoveFolder(one)); },
-        [&] { return Said(win::LineWriter(one, win::WriteMode::kAppend).WriteLine("more")); },
-        [&] { return Said(win::LineWriter(one, win::WriteMode::kOutput).WriteLine("new")); },
-        [&] { return Said(win::WriteWholeFile(one, "whole")); },
-        [&] { return Said(win::WritePrivateProfileString("s", "k", "v", one)); },
-        [&] { return win::ReadWholeFile(one).value_or("none"); },
-        [&] { return win::LineReader(one).ReadLine(); },
-        [&] { return Said(win::FindFirstFileSucceeds(one)); },
-        [&] { return std::to_string(win::GetAttributes(one).value_or(0)); },
-        [&] { return Listed(one); },
-        [&] { return Listed(Root()); },
-    };
-    const std::size_t which = random() % std::size(acts);
-    return std::to_string(which) + " " + one + " " + two + ": " + acts[which]() + "\n";
-  }
-
-  // So many verbs from this seed on, and all that was answered and told.
+  // So many verbs on names of chance, and all that was answered and told.
   std::string ActMany(unsigned seed) {
-    random.seed(seed);
+    std::mt19937 random(seed);
     std::string answers;
     const win::DeedWatch watch(
         [&](const win::Deed& deed) { answers += deed.target + " " + deed.source + " " + deed.why + "\n"; });
-    for (int i = 0; i < 25; ++i)
-      answers += Act();
+    for (int i = 0; i < 25; ++i) {
+      const std::string verb = kVerbs[random() % std::size(kVerbs)];
+      const std::string one = root + kNames[random() % std::size(kNames)];
+      const std::string two = root + kNames[random() % std::size(kNames)];
+      answers += verb + " " + one + " " + two + ": " + Do(verb, one, two) + "\n";
+    }
     return answers;
   }
 
-  test::Sandbox sandbox;
-  std::mt19937 random;
+  const test::Sandbox sandbox;
+  const fs::path game = sandbox.Install();
+  const std::string root = sandbox.InstallText();
 };
+
+// Each row: steps of verb, path, second path and answer, and what they leave different, null for what is gone.
+TEST_F(RehearsalTest, AndTheDiskAnswerAsTheTableSays) {
+  std::ifstream file(SOURCE_DIR "/tests/platform/system/vectors/files.jsonl");
+  int rows = 0;
+  for (std::string line; std::getline(file, line); ++rows) {
+    SCOPED_TRACE(line);
+    const auto row = nlohmann::json::parse(line);
+    MakeFiles({"one.txt", "Other.txt", "Folder/inside", "!fixed.txt", "empty/", ".one.txt.new~", "Bin/a.dat",
+               "Bin/B.DAT", "!Bin/b2.dat", "Bin/c.txt", "Bin/noext", "Bin/sub.dat/", "Data/File.txt", " lead", ".hid"},
+              {{"dangling", "nowhere"}, {"link", "one.txt"}, {"way", "Folder"}});
+    auto expected = test::Snapshot(game);
+    const auto act = [&] {
+      for (const std::vector<std::string> step : row["steps"])
+        EXPECT_EQ(Do(step[0], root + step[1], root + step[2]), step[3]) << testing::PrintToString(step);
+    };
+    {
+      const win::Rehearsal rehearsal;
+      act();
+    }
+    EXPECT_EQ(test::Snapshot(game), expected);
+    act();
+    for (const auto& [name, content] : row["left"].items()) {
+      expected.erase(name);
+      if (!content.is_null()) expected[name] = content;
+    }
+    EXPECT_EQ(test::Snapshot(game), expected);
+  }
+  EXPECT_EQ(rows, 16);
+}
 
 TEST_F(RehearsalTest, AnswersAsTheDiskWouldAndChangesNothing) {
   for (unsigned seed = 1; seed <= 60 && !HasFailure(); ++seed) {
     SCOPED_TRACE(seed);
-    MakeFiles();
-    const auto before = test::Snapshot(sandbox.Install());
+    MakeFiles({"a", "b.txt", "dir/in/deep", "dir/file", "!readonly", "target/in", "list.ini"}, {{"link", "target"}});
+    const auto before = test::Snapshot(game);
     std::string rehearsed;
     std::set<std::string> told;
     {
       const win::Rehearsal rehearsal;
       rehearsed = ActMany(seed);
-      for (const win::PathDifference& difference : rehearsal.Differences(Root()))
-        told.insert(difference.path.substr(Root().size()));
+      for (const win::PathDifference& difference : rehearsal.Differences(root))
+        told.insert(difference.path.substr(root.size()));
     }
-    EXPECT_EQ(test::Snapshot(sandbox.Install()), before);
+    EXPECT_EQ(test::Snapshot(game), before);
     EXPECT_EQ(rehearsed, ActMany(seed));
-    const auto names = test::NamesThatDiffer(before, test::Snapshot(sandbox.Install()));
+    const auto names = test::NamesThatDiffer(before, test::Snapshot(game));
     if (!names.contains("link/")) told.erase("link");  // a snapshot takes a link to a folder for one
     EXPECT_TRUE(test::AreTold(names, told)) << testing::PrintToString(names) << testing::PrintToString(told);
   }
 }
 
 TEST_F(RehearsalTest, StoresNothingAndStartsNothing) {
-  const fs::path tool = sandbox.Install() / "tool";
-  WriteFile(tool, "#!/bin/sh\ntouch '" + (sandbox.Install() / "ran").string() + "'\n");
+  const fs::path tool = game / "tool", ran = game / "ran";
+  WriteFile(tool, "#!/bin/sh\n");
   win::SaveSetting("App", "s", "kept", "old");
   {
     const win::Rehearsal rehearsal;
-    EXPECT_TRUE(win::SaveSetting("App", "s", "kept", "new"));
-    EXPECT_TRUE(win::SaveSetting("App", "s", "further", "x"));
+    EXPECT_TRUE(win::SaveSetting("App", "s", "kept", "new") && win::SaveSetting("App", "s", "further", "x"));
     EXPECT_EQ(win::GetSetting("App", "s", "kept"), "new");
     EXPECT_FALSE(win::ShellExecute(tool.string()));  // it may not be executed
-    fs::permissions(tool, fs::perms::owner_all);
+    test::WriteScript(tool, "touch '" + ran.string() + "'");
     EXPECT_TRUE(win::ShellExecute(tool.string()));
     EXPECT_FALSE(win::ShellExecute(tool.string() + "2"));
-    EXPECT_TRUE(rehearsal.Differences(Root()).empty());
+    EXPECT_TRUE(rehearsal.Differences(root).empty());
   }
-  EXPECT_EQ(win::GetSetting("App", "s", "kept"), "old");
-  EXPECT_EQ(win::GetSetting("App", "s", "further"), "");
-  EXPECT_FALSE(fs::exists(sandbox.Install() / "ran"));
-}
-
-// A definition may hold any byte; the system ends a name at its first NUL.
-TEST_F(RehearsalTest, NoNameIsTheNameOfNothing) {
+  EXPECT_EQ(win::GetSetting("App", "s", "kept") + win::GetSetting("App", "s", "further"), "old");
+  EXPECT_FALSE(fs::exists(ran));
   using namespace std::string_literals;
-  for (const std::string& name : {""s, "\0"s, "\0a\\"s}) {
-    const std::string listed = Listed(name);
-    const bool found = win::FindFirstFileSucceeds(name);
+  for (const std::string& name : {""s, "\0"s, "\0a\\"s}) {  // a name ends at its first NUL
+    const std::string listed = Do("list", name, "");
     const win::Rehearsal rehearsal;
-    EXPECT_EQ(Listed(name), listed);
-    EXPECT_EQ(win::FindFirstFileSucceeds(name), found);
-    EXPECT_FALSE(win::MakeFolder(name));
+    EXPECT_EQ(Do("list", name, ""), listed);
+    EXPECT_FALSE(win::FindFirstFileSucceeds(name) || win::MakeFolder(name));
   }
 }
 

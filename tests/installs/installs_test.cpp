@@ -1,0 +1,145 @@
+#include "installs/installlist.h"
+#include "installs/locations.h"
+#include "support/runstate.h"
+#include "support/settings.h"
+#include "tests/harness/crash.h"
+#include "tests/harness/sandbox.h"
+
+#include <gtest/gtest.h>
+
+namespace varnik {
+namespace {
+
+// The list in one text: a star for a ticked row, its path, its description.
+std::string Told(const LocationList& list) {
+  std::string text;
+  for (std::size_t i = 0; i < list.rows.size(); ++i)
+    text += (list.rows[i].Offered ? "*" : "") + list.rows[i].Path + "=" + list.Descriptions[i] + ";";
+  return text;
+}
+
+class Installs : public testing::Test {
+ protected:
+  Installs() { sandbox_.MakeInstall("1.2"); }
+
+  static void StoreRow(int row, const std::string& path, const std::string& description, const std::string& offered) {
+    Store(kInstallsSection, "BZ2Loc" + std::to_string(row), path);
+    Store(kInstallsSection, "BZ2Des" + std::to_string(row), description);
+    Store(kInstallsSection, "BZ2Sel" + std::to_string(row), offered);
+  }
+
+  static void StoreAll(const std::vector<std::string>& paths) {
+    Forget(kInstallsSection);
+    for (std::size_t i = 0; i < paths.size(); ++i)
+      StoreRow(static_cast<int>(i), paths[i], " d" + std::to_string(i), i % 2 == 0 ? "Yes" : "");
+  }
+
+  test::Sandbox sandbox_;
+  const std::string folder_ = sandbox_.Install().string();
+};
+
+class Locations : public Installs {};
+
+TEST_F(Installs, ReadRowsUpToTheFirstGap) {
+  StoreRow(0, " " + folder_ + "  ", " Mine ", " Yes ");  // trimmed, as row 0 only
+  StoreRow(1, folder_ + "/", "", "yes");
+  StoreRow(2, folder_ + "  ", "", "Yes");
+  StoreRow(3, "/nowhere", "Gone", "Yes");
+  StoreRow(5, folder_, "Never read", "Yes");
+  ReadInstallList();
+  std::string rows;
+  for (std::size_t row = 0; row < InstallList.size(); ++row)
+    rows += (IsOffered(row) ? "*" : "") + InstallList[row].Path + "=" + InstallList[row].Description + ";";
+  EXPECT_EQ(rows, "*" + folder_ + "\\=Mine;" + folder_ + "/=(1.2)" + folder_ + "/;*" + folder_ + "  \\=(1.2)" +
+                      folder_ + "  \\;/nowhere\\=;");
+  Forget(kInstallsSection, "BZ2Loc1");
+  ReadInstallList();
+  EXPECT_EQ(InstallList.size(), 1u);
+}
+
+TEST_F(Installs, DetectTheVersion) {
+  const char* const cases[][3] = {
+      {"data/localize.odf", "[Network]\r\nVersionStr=9\r\n", "1.0"},  // counts below addon only
+      {"addon/deep/er/Localize.ODF", "[Network]\r\nVersionStr = \"1.3\" // now\r\n", "1.3"},
+      {"addon/deep/er/Localize.ODF", "[Other]\r\nVersionStr=1.3\r\n", "N/A"},
+  };
+  std::filesystem::remove_all(sandbox_.Install() / "addon");
+  for (const auto& [file, content, version] : cases) {
+    test::WriteFile(sandbox_.Install() / file, content);
+    UseInstallFolder(folder_);
+    EXPECT_EQ(InstallVersion(), version) << content;
+    EXPECT_EQ(IsVersion13(), InstallVersion() == "1.3");
+    EXPECT_EQ(InstallRoot(), folder_ + "\\");
+  }
+}
+
+TEST_F(Installs, NeedAllThreeFiles) {
+  for (const char* name : {"bzone.exe", "data.pak", "binkw32.dll"}) {
+    EXPECT_TRUE(IsBZ2Install("  " + folder_ + " ")) << name;
+    std::filesystem::remove(sandbox_.Install() / name);
+    EXPECT_FALSE(IsBZ2Install(folder_)) << name;
+    sandbox_.MakeInstall("1.2");
+  }
+  EXPECT_FALSE(IsBZ2Install("  "));
+}
+
+TEST_F(Installs, AreSelectedByRowsOfTheListOnly) {
+  StoreRow(0, folder_, "", "No");
+  ReadInstallList();
+  EXPECT_EQ(StoredActiveInstall(), -1);
+  EXPECT_TRUE(SelectInstall(0));
+  EXPECT_EQ(InstallRoot(), folder_ + "\\");
+  for (const std::int16_t row : {std::int16_t{1}, std::int16_t{-1}, std::int16_t{-30000}}) {
+    EXPECT_FALSE(SelectInstall(row));
+    EXPECT_EQ(CurrentInstall, -1);
+    EXPECT_EQ(InstallRoot() + InstallVersion(), "");
+  }
+  Store(kInstallsSection, "Active", "99999999");
+  EXPECT_EQ(StoredActiveInstall(), -1);
+}
+
+TEST_F(Locations, LoadAsTheStoreHoldsThem) {
+  const std::pair<std::vector<std::string>, const char*> cases[] = {
+      {{" /a ", "/b/", " "}, "*/a\\=d0;/b/=d1;* \\=d2;"},
+      {{"/a", "/A", "", "/c"}, "*/a\\=d0;/A\\=d1;"},
+      {{"/a", "/a", "/a", "/b"}, "*/a\\=d0;/b\\=d1;"},  // rows go, the descriptions stay where they are
+  };
+  for (const auto& [stored, told] : cases) {
+    StoreAll(stored);
+    EXPECT_EQ(Told(LoadLocations()), told);
+  }
+}
+
+TEST_F(Locations, ReplaceTheWholeSection) {
+  StoreAll({"/a", "/b", "/c"});
+  Store(kInstallsSection, "Active", "1");
+  LocationList list = LoadLocations();
+  RemoveLocation(list, 0);
+  SaveLocations(list);
+  EXPECT_EQ(Told(LoadLocations()), "/b\\=d1;*/c\\=d2;");
+  EXPECT_EQ(ReadStored(kInstallsSection, "Active", "none"), "none");
+  EXPECT_EQ(ReadStored(kInstallsSection, "BZ2Sel0"), "No");
+  EXPECT_EQ(ReadStored(kInstallsSection, "BZ2Loc2", "none"), "none");
+  SaveLocations({});
+  EXPECT_EQ(ReadStored(kInstallsSection, "BZ2Loc0", "none"), "none");
+}
+
+TEST_F(Locations, OfAListCutOffAtItsTopAreKeptBehindTheNewRows) {
+  StoreAll({"", "/b", "/c"});
+  LocationList list;
+  AddLocation(list, "/a\\");
+  SaveLocations(list);
+  EXPECT_EQ(Told(LoadLocations()), "/a\\=;/b\\=d1;*/c\\=d2;");
+}
+
+TEST_F(Locations, SurviveAKillDuringTheSaveAsTheOldListOrTheNewOne) {
+  const test::Command remove{{BINARY_DIR "/varnik-cli", "installs", "remove", "1"}};
+  const auto prepare = [] { StoreAll({"/a", "/b", "/c"}); };
+  test::SweepKills(remove, prepare, [] {
+    const std::string left = Told(LoadLocations());
+    EXPECT_TRUE(left == "*/a\\=d0;/b\\=d1;*/c\\=d2;" || left == "*/a\\=d0;*/c\\=d2;") << left;
+  });
+}
+
+}  // namespace
+}  // namespace varnik
