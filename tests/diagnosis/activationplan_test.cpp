@@ -119,7 +119,7 @@ class Plan : public test::ModTest {
 std::vector<PlanStep> StepsOfActivation(const ModEntry& mod, bool& inForce) {
   PlanSteps steps;
   {
-    const win::DeedWatch watch([&](const win::Deed& deed) { steps.Take(deed); });
+    const win::OperationObserver observer([&](const win::FileOperation& operation) { steps.Take(operation); });
     inForce = PutIntoForce(mod);
   }
   return steps.All();

@@ -1,7 +1,7 @@
 #include "definition/directive.h"
 #include "editor/definitiondraft.h"
 #include "installs/installlist.h"
-#include "platform/system/files/files.h"
+#include "platform/system/files/lines.h"
 #include "platform/system/text/text.h"
 #include "tests/harness/sandbox.h"
 

@@ -1,5 +1,7 @@
 #include "platform/system/files/files.h"
 
+#include "platform/system/files/lines.h"
+#include "platform/system/files/wholefile.h"
 #include "tests/harness/sandbox.h"
 
 #include <gtest/gtest.h>

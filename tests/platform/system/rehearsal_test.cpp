@@ -2,8 +2,10 @@
 
 #include "platform/system/files/files.h"
 #include "platform/system/files/findfile.h"
+#include "platform/system/files/lines.h"
 #include "platform/system/files/profile.h"
-#include "platform/system/filesystem/deeds.h"
+#include "platform/system/files/wholefile.h"
+#include "platform/system/filesystem/operations.h"
 #include "platform/system/process/process.h"
 #include "platform/system/store/settings.h"
 #include "tests/harness/difference.h"
@@ -80,8 +82,9 @@ struct RehearsalTest : testing::Test {
   std::string ActMany(unsigned seed) {
     random.seed(seed);
     std::string answers;
-    const win::DeedWatch watch(
-        [&](const win::Deed& deed) { answers += deed.target + " " + deed.source + " " + deed.why + "\n"; });
+    const win::OperationObserver observer([&](const win::FileOperation& operation) {
+      answers += operation.target + " " + operation.source + " " + operation.why + "\n";
+    });
     for (int i = 0; i < 25; ++i)
       answers += Act();
     return answers;
@@ -99,7 +102,7 @@ TEST_F(RehearsalTest, AnswersAsTheDiskWouldAndChangesNothing) {
     std::string rehearsed;
     std::set<std::string> told;
     {
-      const win::Rehearsal rehearsal;
+      win::Rehearsal rehearsal;
       rehearsed = ActMany(seed);
       for (const win::PathDifference& difference : rehearsal.Differences(Root()))
         told.insert(difference.path.substr(Root().size()));
@@ -117,7 +120,7 @@ TEST_F(RehearsalTest, StoresNothingAndStartsNothing) {
   WriteFile(tool, "#!/bin/sh\ntouch '" + (sandbox.Install() / "ran").string() + "'\n");
   win::SaveSetting("App", "s", "kept", "old");
   {
-    const win::Rehearsal rehearsal;
+    win::Rehearsal rehearsal;
     EXPECT_TRUE(win::SaveSetting("App", "s", "kept", "new"));
     EXPECT_TRUE(win::SaveSetting("App", "s", "further", "x"));
     EXPECT_EQ(win::GetSetting("App", "s", "kept"), "new");
@@ -138,7 +141,7 @@ TEST_F(RehearsalTest, NoNameIsTheNameOfNothing) {
   for (const std::string& name : {""s, "\0"s, "\0a\\"s}) {
     const std::string listed = Listed(name);
     const bool found = win::FindFirstFileSucceeds(name);
-    const win::Rehearsal rehearsal;
+    win::Rehearsal rehearsal;
     EXPECT_EQ(Listed(name), listed);
     EXPECT_EQ(win::FindFirstFileSucceeds(name), found);
     EXPECT_FALSE(win::MakeFolder(name));

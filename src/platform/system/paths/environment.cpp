@@ -1,8 +1,5 @@
 #include "platform/system/paths/environment.h"
 
-#include "platform/system/paths/program.h"
-#include "platform/system/text/text.h"
-
 #include <pwd.h>
 #include <unistd.h>
 
@@ -13,10 +10,6 @@ namespace win {
 std::string Variable(const std::string& name) {
   const char* const value = std::getenv(name.c_str());
   return value != nullptr ? value : "";
-}
-
-std::string OwnVariableName(const char* suffix) {
-  return UpperCase(Program().name) + suffix;
 }
 
 std::string HomeFolder() {

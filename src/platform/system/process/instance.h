@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/system/filesystem/currentfilesystem.h"
+
 #include <functional>
 #include <memory>
 #include <string>
@@ -53,7 +55,7 @@ class ExclusiveLock {
 
  private:
   std::string path_;
-  int descriptor_ = -1;
+  std::unique_ptr<FileLock> lock_;
 };
 
 }  // namespace win
