@@ -8,19 +8,18 @@ namespace win {
 
 namespace {
 
-FileSystem* replaced = nullptr;
+FileSystem* replacement_ = nullptr;
 
 }  // namespace
 
 FileSystem& CurrentFileSystem() {
-  static PosixFileSystem posix;
-  return replaced != nullptr ? *replaced : posix;
+  return replacement_ != nullptr ? *replacement_ : PosixFileSystem();
 }
 
-ScopedFileSystem::ScopedFileSystem(FileSystem& replacement) : outer_(std::exchange(replaced, &replacement)) {}
+ScopedFileSystem::ScopedFileSystem(FileSystem& replacement) : outer_(std::exchange(replacement_, &replacement)) {}
 
 ScopedFileSystem::~ScopedFileSystem() {
-  replaced = outer_;
+  replacement_ = outer_;
 }
 
 }  // namespace win

@@ -264,26 +264,17 @@ bool OverlayFileSystem::MayMove(const std::string& from, const std::string& to) 
   return source.identity.device == folder.identity.device || FailWith(EXDEV);
 }
 
-bool OverlayFileSystem::Rename(const std::string& from, const std::string& to) {
+bool OverlayFileSystem::RenameTo(const std::string& from, const std::string& to, bool replace) {
   const std::string source = Resolved(from, false);
   const std::string target = Resolved(to, false);
   if (!MayMove(source, target)) return false;
-  Move(source, target);
-  return true;
-}
-
-bool OverlayFileSystem::RenameWithoutReplacing(const std::string& from, const std::string& to) {
-  const std::string source = Resolved(from, false);
-  const std::string target = Resolved(to, false);
-  if (!MayMove(source, target)) return false;
-  if (ExistsAt(target)) return FailWith(EEXIST);
-  Move(source, target);
+  if (!replace && ExistsAt(target)) return FailWith(EEXIST);
+  if (source != target) Move(source, target);
   return true;
 }
 
 // What had changed below a folder goes with it.
 void OverlayFileSystem::Move(const std::string& from, const std::string& to) {
-  if (from == to) return;
   const Entry moved = *Find(from);
   std::map<std::string, Entry> inside;
   const auto first = entries_.lower_bound(FirstBelow(from));

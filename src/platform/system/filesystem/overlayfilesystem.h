@@ -31,8 +31,10 @@ class OverlayFileSystem : public FileSystem {
   bool LinkStatus(const std::string& path, FileStatus& status) override;
   std::string LinkTarget(const std::string& path) override;
   bool IsAllowed(const std::string& path, int how) override;
-  bool Rename(const std::string& from, const std::string& to) override;
-  bool RenameWithoutReplacing(const std::string& from, const std::string& to) override;
+  bool Rename(const std::string& from, const std::string& to) override { return RenameTo(from, to, true); }
+  bool RenameWithoutReplacing(const std::string& from, const std::string& to) override {
+    return RenameTo(from, to, false);
+  }
   bool Remove(const std::string& path) override;
   bool MakeFolder(const std::string& path, mode_t permissions) override;
   bool RemoveFolder(const std::string& path) override;
@@ -74,6 +76,7 @@ class OverlayFileSystem : public FileSystem {
   bool MayMove(const std::string& from, const std::string& to);
   Entry InMemory(const std::string& resolved, bool withContent, mode_t permissions);
   void Set(const std::string& resolved, Entry entry);
+  bool RenameTo(const std::string& from, const std::string& to, bool replace);
   void Move(const std::string& from, const std::string& to);
   void UpdateNames(const std::string& resolved);
   bool RemoveEntry(const std::string& resolved);

@@ -34,9 +34,9 @@ bool StatusOf(int descriptor, FileStatus& status) {
   return true;
 }
 
-class PosixReadableFile : public ReadableFile {
+class PosixReader : public ReadableFile {
  public:
-  explicit PosixReadableFile(Descriptor file) : file_(std::move(file)) {}
+  explicit PosixReader(Descriptor file) : file_(std::move(file)) {}
   ssize_t Read(char* buffer, std::size_t size) override { return ReadSome(file_.Get(), buffer, size); }
   bool Status(FileStatus& status) override { return StatusOf(file_.Get(), status); }
 
@@ -44,9 +44,9 @@ class PosixReadableFile : public ReadableFile {
   Descriptor file_;
 };
 
-class PosixWritableFile : public WritableFile {
+class PosixWriter : public WritableFile {
  public:
-  explicit PosixWritableFile(Descriptor file) : file_(std::move(file)) {}
+  explicit PosixWriter(Descriptor file) : file_(std::move(file)) {}
   bool Append(std::string_view content) override { return WriteAll(file_.Get(), content); }
   bool Sync() override { return fsync(file_.Get()) == 0; }
   bool Close() override { return file_.Close(); }
@@ -55,14 +55,14 @@ class PosixWritableFile : public WritableFile {
   Descriptor file_;
 };
 
-class PosixFolderListing : public FolderListing {
+class PosixListing : public FolderListing {
  public:
   // Null when `folder` is not open.
   static std::unique_ptr<FolderListing> From(Descriptor folder) {
     DIR* const stream = folder.IsOpen() ? fdopendir(folder.Get()) : nullptr;
     if (stream == nullptr) return nullptr;
     folder.Release();
-    return std::unique_ptr<FolderListing>(new PosixFolderListing(stream));
+    return std::unique_ptr<FolderListing>(new PosixListing(stream));
   }
 
   bool Next(FoundEntry& entry) override {
@@ -91,7 +91,7 @@ class PosixFolderListing : public FolderListing {
     void operator()(DIR* stream) const { closedir(stream); }
   };
 
-  explicit PosixFolderListing(DIR* stream) : stream_(stream) {}
+  explicit PosixListing(DIR* stream) : stream_(stream) {}
 
   mode_t Mode(const char* name, int flags) const {
     struct stat status;
@@ -101,27 +101,10 @@ class PosixFolderListing : public FolderListing {
   std::unique_ptr<DIR, CloseFolder> stream_;
 };
 
-class PosixFileLock : public FileLock {
- public:
-  explicit PosixFileLock(Descriptor file) : file_(std::move(file)) {}
-
- private:
-  Descriptor file_;
+struct PosixLock : FileLock {
+  explicit PosixLock(Descriptor locked) : file(std::move(locked)) {}
+  Descriptor file;
 };
-
-// Another writer that waited for the lock may find that the name has moved on with the content of the first.
-Descriptor OpenLocked(PosixFileSystem& files, const std::string& path, mode_t permissions) {
-  while (true) {
-    Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, permissions));
-    if (!file.IsOpen()) return file;
-    flock(file.Get(), LOCK_EX);
-    FileStatus opened;
-    FileStatus named;
-    const bool isNamed = StatusOf(file.Get(), opened) && files.LinkStatus(path, named);
-    if (isNamed && opened.identity == named.identity)
-      return ftruncate(file.Get(), 0) == 0 ? std::move(file) : Descriptor();
-  }
-}
 
 // A child process starts afresh: the events that its parent waits for are not its own to take.
 FolderIndex& Index() {
@@ -132,107 +115,109 @@ FolderIndex& Index() {
   return *index;
 }
 
+class Posix : public FileSystem {
+ public:
+  std::unique_ptr<ReadableFile> OpenForReading(const std::string& path) override {
+    Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    return file.IsOpen() ? std::make_unique<PosixReader>(std::move(file)) : nullptr;
+  }
+
+  std::unique_ptr<WritableFile> OpenForWriting(const std::string& path, OpenMode mode, mode_t permissions) override {
+    const int how = mode == OpenMode::kAppend ? O_APPEND : mode == OpenMode::kExclusive ? O_EXCL : O_TRUNC;
+    const int flags = O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK;
+    Descriptor file = mode == OpenMode::kLocked ? OpenLocked(path, flags | O_NOFOLLOW, permissions)
+                                                : Descriptor(open(path.c_str(), flags | how, permissions));
+    return file.IsOpen() ? std::make_unique<PosixWriter>(std::move(file)) : nullptr;
+  }
+
+  std::unique_ptr<FolderListing> OpenFolder(const std::string& path) override {
+    return PosixListing::From(Descriptor(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)));
+  }
+
+  bool Status(const std::string& path, FileStatus& status) override { return StatusAt(path, 0, status); }
+  bool LinkStatus(const std::string& path, FileStatus& status) override {
+    return StatusAt(path, AT_SYMLINK_NOFOLLOW, status);
+  }
+
+  std::string LinkTarget(const std::string& path) override {
+    char target[4096];
+    const ssize_t length = readlink(path.c_str(), target, sizeof target);
+    return length > 0 ? std::string(target, static_cast<std::size_t>(length)) : std::string();
+  }
+
+  bool IsAllowed(const std::string& path, int how) override { return access(path.c_str(), how) == 0; }
+
+  bool Rename(const std::string& from, const std::string& to) override { return rename(from.c_str(), to.c_str()) == 0; }
+
+  bool RenameWithoutReplacing(const std::string& from, const std::string& to) override {
+    if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
+    // A file system that does not know the flag. Linking the new name first would not replace either, but a crash
+    // behind it would leave both names.
+    if (errno != EINVAL && errno != ENOSYS) return false;
+    return HasEntry(to) ? FailWith(EEXIST) : Rename(from, to);
+  }
+
+  bool Remove(const std::string& path) override { return unlink(path.c_str()) == 0; }
+  bool MakeFolder(const std::string& path, mode_t permissions) override {
+    return mkdir(path.c_str(), permissions) == 0;
+  }
+  bool RemoveFolder(const std::string& path) override { return rmdir(path.c_str()) == 0; }
+  bool SetPermissions(const std::string& path, mode_t permissions) override {
+    return chmod(path.c_str(), permissions) == 0;
+  }
+  bool SetModified(const std::string& path, const timespec& time) override {
+    const timespec times[] = {{0, UTIME_OMIT}, time};
+    return utimensat(AT_FDCWD, path.c_str(), times, 0) == 0;
+  }
+
+  bool Sync(const std::string& path) override {
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    // EINVAL: some file systems cannot sync a folder, and have nothing to sync.
+    return file.IsOpen() && (fsync(file.Get()) == 0 || errno == EINVAL);
+  }
+
+  std::unique_ptr<FileLock> TryLock(const std::string& path) override {
+    Descriptor file(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
+    if (!file.IsOpen()) return nullptr;
+    int result = 0;
+    do
+      result = flock(file.Get(), LOCK_EX | LOCK_NB);
+    while (result != 0 && errno == EINTR);
+    if (result != 0 && errno == EWOULDBLOCK) return nullptr;
+    return std::make_unique<PosixLock>(std::move(file));
+  }
+
+  const FolderNames* NamesIn(const std::string& folder) override { return Index().NamesIn(folder); }
+  std::uint64_t NameChanges() override { return Index().Changes(); }
+  bool IsSeenByPrograms() const override { return true; }
+
+ private:
+  static bool StatusAt(const std::string& path, int flags, FileStatus& status) {
+    struct stat found;
+    if (fstatat(AT_FDCWD, path.c_str(), &found, flags) != 0) return false;
+    status = StatusFrom(found);
+    return true;
+  }
+
+  // Another writer that waited for the lock may find that the name has moved on with the content of the first.
+  static Descriptor OpenLocked(const std::string& path, int flags, mode_t permissions) {
+    while (true) {
+      Descriptor file(open(path.c_str(), flags, permissions));
+      if (!file.IsOpen()) return file;
+      flock(file.Get(), LOCK_EX);
+      FileStatus opened;
+      FileStatus named;
+      if (!StatusOf(file.Get(), opened) || !StatusAt(path, AT_SYMLINK_NOFOLLOW, named)) continue;
+      if (opened.identity == named.identity) return ftruncate(file.Get(), 0) == 0 ? std::move(file) : Descriptor();
+    }
+  }
+};
+
 }  // namespace
 
-std::unique_ptr<ReadableFile> PosixFileSystem::OpenForReading(const std::string& path) {
-  Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  return file.IsOpen() ? std::make_unique<PosixReadableFile>(std::move(file)) : nullptr;
-}
-
-std::unique_ptr<WritableFile> PosixFileSystem::OpenForWriting(const std::string& path, OpenMode mode,
-                                                              mode_t permissions) {
-  const int how = mode == OpenMode::kAppend ? O_APPEND : mode == OpenMode::kExclusive ? O_EXCL : O_TRUNC;
-  Descriptor file =
-      mode == OpenMode::kLocked
-          ? OpenLocked(*this, path, permissions)
-          : Descriptor(open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK | how, permissions));
-  return file.IsOpen() ? std::make_unique<PosixWritableFile>(std::move(file)) : nullptr;
-}
-
-std::unique_ptr<FolderListing> PosixFileSystem::OpenFolder(const std::string& path) {
-  return PosixFolderListing::From(Descriptor(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)));
-}
-
-bool PosixFileSystem::Status(const std::string& path, FileStatus& status) {
-  struct stat found;
-  if (stat(path.c_str(), &found) != 0) return false;
-  status = StatusFrom(found);
-  return true;
-}
-
-bool PosixFileSystem::LinkStatus(const std::string& path, FileStatus& status) {
-  struct stat found;
-  if (lstat(path.c_str(), &found) != 0) return false;
-  status = StatusFrom(found);
-  return true;
-}
-
-std::string PosixFileSystem::LinkTarget(const std::string& path) {
-  char target[4096];
-  const ssize_t length = readlink(path.c_str(), target, sizeof target);
-  return length > 0 ? std::string(target, static_cast<std::size_t>(length)) : std::string();
-}
-
-bool PosixFileSystem::IsAllowed(const std::string& path, int how) {
-  return access(path.c_str(), how) == 0;
-}
-
-bool PosixFileSystem::Rename(const std::string& from, const std::string& to) {
-  return rename(from.c_str(), to.c_str()) == 0;
-}
-
-bool PosixFileSystem::RenameWithoutReplacing(const std::string& from, const std::string& to) {
-  if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
-  // A file system that does not know the flag. Linking the new name first would not replace either, but a crash behind
-  // it would leave both names.
-  if (errno != EINVAL && errno != ENOSYS) return false;
-  return HasEntry(to) ? FailWith(EEXIST) : Rename(from, to);
-}
-
-bool PosixFileSystem::Remove(const std::string& path) {
-  return unlink(path.c_str()) == 0;
-}
-
-bool PosixFileSystem::MakeFolder(const std::string& path, mode_t permissions) {
-  return mkdir(path.c_str(), permissions) == 0;
-}
-
-bool PosixFileSystem::RemoveFolder(const std::string& path) {
-  return rmdir(path.c_str()) == 0;
-}
-
-bool PosixFileSystem::SetPermissions(const std::string& path, mode_t permissions) {
-  return chmod(path.c_str(), permissions) == 0;
-}
-
-bool PosixFileSystem::SetModified(const std::string& path, const timespec& time) {
-  const timespec times[] = {{0, UTIME_OMIT}, time};
-  return utimensat(AT_FDCWD, path.c_str(), times, 0) == 0;
-}
-
-bool PosixFileSystem::Sync(const std::string& path) {
-  const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  // EINVAL: some file systems cannot sync a folder, and have nothing to sync.
-  return file.IsOpen() && (fsync(file.Get()) == 0 || errno == EINVAL);
-}
-
-std::unique_ptr<FileLock> PosixFileSystem::TryLock(const std::string& path) {
-  Descriptor file(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-  if (!file.IsOpen()) return nullptr;
-  int result = 0;
-  do
-    result = flock(file.Get(), LOCK_EX | LOCK_NB);
-  while (result != 0 && errno == EINTR);
-  if (result != 0 && errno == EWOULDBLOCK) return nullptr;
-  return std::make_unique<PosixFileLock>(std::move(file));
-}
-
-const FolderNames* PosixFileSystem::NamesIn(const std::string& folder) {
-  return Index().NamesIn(folder);
-}
-
-std::uint64_t PosixFileSystem::NameChanges() {
-  return Index().Changes();
+FileSystem& PosixFileSystem() {
+  static Posix posix;
+  return posix;
 }
 
 }  // namespace win
