@@ -1,5 +1,6 @@
 #include "platform/system/process/instance.h"
 
+#include "platform/system/filesystem/currentfilesystem.h"
 #include "platform/system/filesystem/descriptor.h"
 #include "platform/system/paths/environment.h"
 #include "platform/system/paths/program.h"

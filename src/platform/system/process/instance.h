@@ -1,7 +1,5 @@
 #pragma once
 
-#include "platform/system/filesystem/currentfilesystem.h"
-
 #include <functional>
 #include <memory>
 #include <string>
@@ -9,6 +7,8 @@
 // One instance per user and display. The claim dies with the process that holds it, so a killed instance leaves nothing
 // behind that could be mistaken for a running one, and of two starts at the same moment exactly one wins.
 namespace win {
+
+class FileLock;
 
 class Instance {
  public:
