@@ -126,7 +126,7 @@ std::vector<Leaving> FindLeavings() {
   std::vector<Leaving> leavings;
   const CrashMarker marker = ReadCrashMarker();
   if (!marker.root.empty() || !marker.definitionFile.empty()) leavings.push_back(Interrupted(marker));
-  win::Rehearsal rehearsal;
+  const win::Rehearsal rehearsal;
   if (!leavings.empty() && leavings[0].mend) leavings[0].mend();
   TakeActiveModsOut();
   AddLeftFiles(InstallRoot(), leavings);

@@ -13,7 +13,7 @@
 namespace test {
 
 // Another file system, failing as disks do. Calls that change something are counted from 1, syncs and appends included.
-// What has been written and not synced can be taken back, newest first, as a power cut may.
+// What has been written and not synced can be taken back, newest first, as a power cut may; permissions and times stay.
 class FaultyFileSystem : public win::FileSystem {
  public:
   explicit FaultyFileSystem(win::FileSystem& base) : base_(base) {}
