@@ -1,7 +1,7 @@
 #include "editor/definitiondraft.h"
 #include "installs/installlist.h"
 #include "modengine/catalogue.h"
-#include "platform/system/files/files.h"
+#include "platform/system/files/lines.h"
 #include "platform/system/paths/program.h"
 #include "support/runstate.h"
 

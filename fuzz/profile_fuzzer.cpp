@@ -6,9 +6,9 @@
 namespace {
 
 constexpr char kSection[] = "UserPrefs";
-constexpr std::size_t kMost = 255;
+constexpr std::size_t kMax = 255;
 
-std::string Read(const std::string& path) { return win::GetPrivateProfileString(kSection, "Key", "none", kMost, path); }
+std::string Read(const std::string& path) { return win::GetPrivateProfileString(kSection, "Key", "none", kMax, path); }
 
 }  // namespace
 
@@ -18,7 +18,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string path = world.Put("addon/gameprefs.ini", fuzz::Text(data, size));
   const std::string before = Read(path);
   const win::ProfileFile file(path);
-  fuzz::Require(std::string(file.Find(kSection, "Key").value_or("none")).substr(0, kMost - 1) == before);
+  fuzz::Require(std::string(file.Find(kSection, "Key").value_or("none")).substr(0, kMax - 1) == before);
 
   fuzz::Require(win::WritePrivateProfileString(kSection, "Key", "value", path));
   fuzz::Require(Read(path) == "value");

@@ -3,7 +3,7 @@
 #include "cli/session.h"
 #include "definition/directive.h"
 #include "modengine/catalogue.h"
-#include "platform/system/files/files.h"
+#include "platform/system/files/lines.h"
 #include "platform/system/paths/paths.h"
 
 namespace varnik::cli {

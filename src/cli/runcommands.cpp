@@ -18,13 +18,12 @@ namespace {
 
 int Refuse(const std::string& subject) { return Fail(subject, kRunRefused); }
 
-bool IsSamePath(const std::string& a, const std::string& b) { return win::NativePath(a) == win::NativePath(b); }
-
 // The marker of another mod, or of another install, that is still to be undone. Whatever follows would lose what the
 // store holds for that.
 std::string OtherModInForce(const std::string& definitionFile) {
   const CrashMarker marker = ReadCrashMarker();
-  const bool isOurs = IsSamePath(marker.definitionFile, definitionFile) && IsSamePath(marker.root, InstallRoot());
+  const bool isOurs =
+      win::IsSamePath(marker.definitionFile, definitionFile) && win::IsSamePath(marker.root, InstallRoot());
   return marker.root.empty() || isOurs ? "" : marker.definitionFile;
 }
 

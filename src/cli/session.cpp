@@ -32,10 +32,6 @@ win::Answer AnswerBox(const std::string& text, int style, const std::string&) {
   return win::Answer::kOk;
 }
 
-bool IsComplete(const std::string& path) {
-  return path.empty() || win::IsSeparator(path[0]) || (path.size() > 1 && path[1] == ':');
-}
-
 bool IsFolder(const std::string& path) { return win::GetAttributes(path).value_or(0) & win::kAttributeDirectory; }
 
 bool OpenGivenInstall(const std::string& root) {
@@ -74,7 +70,7 @@ void AnswerYes() { answerYes = true; }
 void SilenceMessages() { silent = true; }
 
 std::string GivenPath(const std::string& path) {
-  if (IsComplete(path)) return path;
+  if (path.empty() || win::IsAbsolutePath(path)) return path;
   std::error_code ignored;
   const auto complete = std::filesystem::current_path(ignored) / path;
   return win::WindowsPathFromNative(complete.lexically_normal().string());

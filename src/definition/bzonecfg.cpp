@@ -1,6 +1,7 @@
 #include "definition/bzonecfg.h"
 
 #include "platform/system/files/files.h"
+#include "platform/system/files/lines.h"
 #include "platform/system/process/services.h"
 #include "platform/system/text/text.h"
 #include "support/modfileexists.h"

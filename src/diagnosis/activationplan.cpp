@@ -3,8 +3,9 @@
 #include "definition/currentline.h"
 #include "installs/installlist.h"
 #include "modengine/force.h"
-#include "platform/system/files/files.h"
+#include "platform/system/files/lines.h"
 #include "platform/system/files/rehearsal.h"
+#include "platform/system/files/wholefile.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
 
@@ -16,29 +17,29 @@ namespace varnik {
 namespace {
 
 struct StepName {
-  win::Act act;
+  win::Operation operation;
   const char* name;
 };
 
 constexpr StepName kStepNames[] = {
-    {win::Act::kLookFor, "look for"},
-    {win::Act::kSearch, "search for"},
-    {win::Act::kRename, "rename"},
-    {win::Act::kDelete, "delete"},
-    {win::Act::kMakeFolder, "make folder"},
-    {win::Act::kRemoveFolder, "remove folder"},
-    {win::Act::kWrite, "write"},
-    {win::Act::kAppend, "append"},
-    {win::Act::kWriteLine, "append"},
-    {win::Act::kSet, "set"},
-    {win::Act::kStart, "start"},
-    {win::Act::kStore, "store"},
-    {win::Act::kForget, "forget"},
+    {win::Operation::kLookFor, "look for"},
+    {win::Operation::kSearch, "search for"},
+    {win::Operation::kRename, "rename"},
+    {win::Operation::kDelete, "delete"},
+    {win::Operation::kMakeFolder, "make folder"},
+    {win::Operation::kRemoveFolder, "remove folder"},
+    {win::Operation::kWrite, "write"},
+    {win::Operation::kAppend, "append"},
+    {win::Operation::kWriteLine, "append"},
+    {win::Operation::kSet, "set"},
+    {win::Operation::kStart, "start"},
+    {win::Operation::kStore, "store"},
+    {win::Operation::kForget, "forget"},
 };
 
-std::string NameOf(win::Act act) {
+std::string NameOf(win::Operation operation) {
   for (const StepName& row : kStepNames)
-    if (row.act == act) return row.name;
+    if (row.operation == operation) return row.name;
   return "";
 }
 
@@ -68,7 +69,7 @@ std::string SingleLine(const std::string& text) {
 
 std::optional<std::string> Configuration() { return win::ReadWholeFile(InstallRoot() + "bzone.cfg"); }
 
-std::vector<PlanStep> WhatIsLeft(const win::Rehearsal& rehearsal) {
+std::vector<PlanStep> WhatIsLeft(win::Rehearsal& rehearsal) {
   std::vector<PlanStep> left;
   const std::string root = InstallRoot();
   for (const auto& [path, kind] : rehearsal.Differences(root))
@@ -86,12 +87,12 @@ std::string PlanSteps::Named(const std::string& path) const {
   return path.substr(std::min(path.find_first_not_of('\\', root_.size()), path.size()));
 }
 
-PlanStep PlanSteps::StepOf(const win::Deed& deed) const {
+PlanStep PlanSteps::StepOf(const win::FileOperation& operation) const {
   const auto& [line, within] = Position();
-  std::string why = deed.why;
+  std::string why = operation.why;
   if (!within.empty()) why += (why.empty() ? "" : ", ") + within;
-  const std::string source = deed.act == win::Act::kRename ? Named(deed.source) : deed.source;
-  return {line, NameOf(deed.act), Named(deed.target), source, deed.done, why};
+  const std::string source = operation.kind == win::Operation::kRename ? Named(operation.source) : operation.source;
+  return {line, NameOf(operation.kind), Named(operation.target), source, operation.done, why};
 }
 
 // What is looked for in vain is a step when nothing else comes of its line.
@@ -101,21 +102,21 @@ void PlanSteps::Add(PlanStep step) {
   steps_.push_back(std::move(step));
 }
 
-void PlanSteps::TakeLook(const win::Deed& deed) {
-  PlanStep look = StepOf(deed);
+void PlanSteps::TakeLook(const win::FileOperation& operation) {
+  PlanStep look = StepOf(operation);
   if (look.line == 0) return;
   const bool isSameLine = missing_ && missing_->line == look.line;
   if (missing_ && !isSameLine) steps_.push_back(*missing_);
-  if (deed.done)
+  if (operation.done)
     missing_.reset();
   else if (!isSameLine)
     missing_ = std::move(look);
 }
 
 // Lines belong to the step that opened their file, as long as it is the last one of the same line of the definition.
-void PlanSteps::TakeLine(const win::Deed& deed) {
-  PlanStep step = StepOf(deed);
-  step.source = step.line == 0 ? "" : SingleLine(deed.source);
+void PlanSteps::TakeLine(const win::FileOperation& operation) {
+  PlanStep step = StepOf(operation);
+  step.source = step.line == 0 ? "" : SingleLine(operation.source);
   const bool belongs = !steps_.empty() && steps_.back().target == step.target && steps_.back().line == step.line;
   if (!belongs)
     Add(std::move(step));
@@ -123,11 +124,11 @@ void PlanSteps::TakeLine(const win::Deed& deed) {
     steps_.back().source = step.source;
 }
 
-void PlanSteps::Take(const win::Deed& deed) {
-  if (deed.act == win::Act::kLookFor) return TakeLook(deed);
-  if (deed.act == win::Act::kWriteLine) return TakeLine(deed);
-  if (deed.act == win::Act::kSearch && deed.done) return;
-  Add(StepOf(deed));
+void PlanSteps::Take(const win::FileOperation& operation) {
+  if (operation.kind == win::Operation::kLookFor) return TakeLook(operation);
+  if (operation.kind == win::Operation::kWriteLine) return TakeLine(operation);
+  if (operation.kind == win::Operation::kSearch && operation.done) return;
+  Add(StepOf(operation));
 }
 
 std::vector<PlanStep> PlanSteps::All() {
@@ -137,12 +138,12 @@ std::vector<PlanStep> PlanSteps::All() {
 }
 
 ActivationPlan PlanActivation(const ModEntry& mod) {
-  const win::Rehearsal rehearsal;
+  win::Rehearsal rehearsal;
   ActivationPlan plan;
   PlanSteps steps;
   const std::optional<std::string> before = Configuration();
   {
-    const win::DeedWatch watch([&](const win::Deed& deed) { steps.Take(deed); });
+    const win::OperationObserver observer([&](const win::FileOperation& operation) { steps.Take(operation); });
     plan.inForce = PutIntoForce(mod);
   }
   plan.steps = steps.All();

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "definition/modentry.h"
-#include "platform/system/filesystem/deeds.h"
+#include "platform/system/filesystem/operations.h"
 
 #include <optional>
 #include <string>
@@ -26,16 +26,16 @@ class PlanSteps {
  public:
   PlanSteps();
 
-  void Take(const win::Deed& deed);
+  void Take(const win::FileOperation& operation);
 
-  // Behind the last deed.
+  // Behind the last operation.
   std::vector<PlanStep> All();
 
  private:
-  PlanStep StepOf(const win::Deed& deed) const;
+  PlanStep StepOf(const win::FileOperation& operation) const;
   std::string Named(const std::string& path) const;
-  void TakeLine(const win::Deed& deed);
-  void TakeLook(const win::Deed& deed);
+  void TakeLine(const win::FileOperation& operation);
+  void TakeLook(const win::FileOperation& operation);
   void Add(PlanStep step);
 
   std::string root_;

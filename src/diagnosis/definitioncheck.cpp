@@ -7,7 +7,7 @@
 #include "diagnosis/pathcheck.h"
 #include "diagnosis/undoorder.h"
 #include "installs/installlist.h"
-#include "platform/system/files/files.h"
+#include "platform/system/files/lines.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
 #include "support/modfileexists.h"

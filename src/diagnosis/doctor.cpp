@@ -9,7 +9,9 @@
 #include "modengine/force.h"
 #include "modengine/sessiondefaults.h"
 #include "platform/system/files/files.h"
+#include "platform/system/files/lines.h"
 #include "platform/system/files/rehearsal.h"
+#include "platform/system/files/wholefile.h"
 #include "platform/system/paths/paths.h"
 #include "support/modfileexists.h"
 #include "support/modfindfile.h"
@@ -21,10 +23,6 @@
 namespace varnik {
 
 namespace {
-
-bool IsSameFolder(const std::string& a, const std::string& b) {
-  return win::NativePath(win::WithSeparator(a)) == win::NativePath(win::WithSeparator(b));
-}
 
 bool CanBeDeactivated(const std::string& definitionFile) {
   double version = 0;
@@ -38,7 +36,7 @@ Leaving Interrupted(const CrashMarker& marker) {
   if (marker.root.empty() || marker.definitionFile.empty())
     return {kCrashSection, "The note of an interrupted run is incomplete: it names no definition or no install.",
             "The note is removed.", RemoveCrashMarker};
-  if (!IsSameFolder(marker.root, InstallRoot()))
+  if (!win::IsSamePath(marker.root, InstallRoot()))
     return {kCrashSection, run, "`varnik-cli --root DIR doctor --fix` with that install.", {}};
   if (!CanBeDeactivated(marker.definitionFile))
     return {kCrashSection,
@@ -57,7 +55,7 @@ void TakeActiveModsOut() {
 
 bool OtherInstallIsListed() {
   for (std::size_t row = 0; !StoredInstallPath(row).empty(); ++row)
-    if (const std::string path = StoredInstallPath(row); !IsSameFolder(path, InstallRoot()) && IsBZ2Install(path))
+    if (const std::string path = StoredInstallPath(row); !win::IsSamePath(path, InstallRoot()) && IsBZ2Install(path))
       return true;
   return false;
 }
@@ -102,7 +100,7 @@ std::string FreeKeptName(const std::string& path) {
 }
 
 std::vector<std::string> FilesThatChange(const std::function<void()>& mend) {
-  const win::Rehearsal rehearsal;
+  win::Rehearsal rehearsal;
   mend();
   std::vector<std::string> files;
   for (const auto& [path, kind] : rehearsal.Differences(InstallRoot()))

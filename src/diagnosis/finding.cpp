@@ -108,7 +108,7 @@ std::vector<Finding> Findings::Take() {
                    [](const Finding& a, const Finding& b) { return a.line < b.line; });
   if (IsFull())
     findings_.push_back({findings_.back().line, Problem::kTooManyFindings,
-                         "there are more than " + std::to_string(kMost) + " findings; the rest is not looked at"});
+                         "there are more than " + std::to_string(kMax) + " findings; the rest is not looked at"});
   return std::move(findings_);
 }
 
@@ -121,7 +121,7 @@ void LineBudget::Take(std::string_view line) {
 
 void LineBudget::Tell(const Place& place) const {
   place.Say(Problem::kTooLarge, "what follows is not looked at: a definition and what it includes have at most " +
-                                    std::to_string(kMostLines) + " lines and " + std::to_string(kMostBytes) + " bytes");
+                                    std::to_string(kMaxLines) + " lines and " + std::to_string(kMaxBytes) + " bytes");
 }
 
 std::string NameOfLine(std::size_t line) { return "line " + std::to_string(line); }

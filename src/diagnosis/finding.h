@@ -96,10 +96,10 @@ struct Finding {
 // Collects up to a bound, so that a file of nothing but mistakes is told about in a page or two.
 class Findings {
  public:
-  static constexpr std::size_t kMost = 500;
+  static constexpr std::size_t kMax = 500;
 
   void Add(std::size_t line, Problem problem, std::string message);
-  bool IsFull() const { return findings_.size() >= kMost; }
+  bool IsFull() const { return findings_.size() >= kMax; }
 
   // In the order of lines; a full list ends in a finding that says so.
   std::vector<Finding> Take();
@@ -121,12 +121,12 @@ struct Place {
 class LineBudget {
  public:
   void Take(std::string_view line);
-  bool IsSpent() const { return lines_ > kMostLines || bytes_ > kMostBytes; }
+  bool IsSpent() const { return lines_ > kMaxLines || bytes_ > kMaxBytes; }
   void Tell(const Place& place) const;
 
  private:
-  static constexpr std::size_t kMostLines = 20'000;
-  static constexpr std::size_t kMostBytes = 2'000'000;
+  static constexpr std::size_t kMaxLines = 20'000;
+  static constexpr std::size_t kMaxBytes = 2'000'000;
 
   std::size_t lines_ = 0;
   std::size_t bytes_ = 0;

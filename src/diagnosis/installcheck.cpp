@@ -6,6 +6,8 @@
 #include "modengine/sessiondefaults.h"
 #include "platform/system/files/files.h"
 #include "platform/system/files/findfile.h"
+#include "platform/system/files/lines.h"
+#include "platform/system/files/wholefile.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
 #include "platform/system/text/wildcards.h"

@@ -3,6 +3,7 @@
 #include "definition/bzonecfg.h"
 #include "platform/system/files/files.h"
 #include "platform/system/files/findfile.h"
+#include "platform/system/files/lines.h"
 #include "support/modfileexists.h"
 
 #include <algorithm>

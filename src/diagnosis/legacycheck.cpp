@@ -5,6 +5,7 @@
 #include "diagnosis/spelling.h"
 #include "diagnosis/undoorder.h"
 #include "legacy/legacyformat.h"
+#include "platform/system/files/lines.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
 
@@ -38,15 +39,13 @@ void SetFirst(std::size_t& first, std::size_t line) {
 // Below the root; a path that starts elsewhere stands as it is.
 std::string BelowRoot(const std::string& path) { return HasRootDir(path) ? path.substr(kRootDirLength) : path; }
 
-bool IsComplete(const std::string& path) { return win::IsSeparator(path[0]) || (path.size() > 1 && path[1] == ':'); }
-
 // False, having said why, for a path that leads to no file of the install.
 bool CheckPath(Walk& walk, const std::string& path) {
   const Place& place = walk.place;
   if (path.empty()) place.Say(Problem::kEmptyArgument, "a path is empty");
   if (path.find('"') != std::string::npos)
     place.Say(Problem::kQuotesKept, Quoted(path) + ": quotes are taken for part of the name");
-  if (!path.empty() && IsComplete(path)) {
+  if (win::IsAbsolutePath(path)) {
     place.Say(Problem::kOutsideInstall, Quoted(path) + " does not begin with `@rootdir`: it fits one machine only");
     return false;
   }

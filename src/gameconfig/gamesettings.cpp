@@ -53,11 +53,6 @@ constexpr char kSection[] = "UserPrefs";
 
 std::string RenderFile() { return InstallRoot() + "render.cfg"; }
 
-void RemoveReadOnly(const std::string& file) {
-  const unsigned attributes = win::GetAttributes(file).value_or(0);
-  if (attributes & win::kAttributeReadOnly) win::SetAttributes(file, attributes & ~win::kAttributeReadOnly);
-}
-
 bool IsCraftView(int row) { return row >= 0 && row < static_cast<int>(kCraftViews.size()); }
 
 int CraftViewRow(const std::string& value) {
@@ -75,7 +70,7 @@ int ReadDarkPlants() {
 
 void ApplyDarkPlants(bool dark) {
   if (InstallRoot().empty()) return;
-  RemoveReadOnly(RenderFile());
+  win::ClearReadOnly(RenderFile());
   WriteIniValue("Render", "darkPlants", dark ? "1" : "0", RenderFile());
 }
 
@@ -95,7 +90,7 @@ std::optional<UserPrefs> ReadUserPrefs() {
 void ApplyUserPrefs(const UserPrefs& prefs) {
   const std::string file = FindInSearchDirs(kGamePrefs, 0);
   if (file.empty()) return;
-  RemoveReadOnly(file);
+  win::ClearReadOnly(file);
   for (const FlagKey& flag : kFlags)
     WriteIniValue(kSection, flag.key, prefs.*flag.field ? "true" : "false", file);
   for (const ViewKey& view : kViews)

@@ -4,6 +4,8 @@
 #include "legacy/legacy.h"
 #include "legacy/legacyconfig.h"
 #include "legacy/legacyformat.h"
+#include "platform/system/files/files.h"
+#include "platform/system/files/lines.h"
 #include "platform/system/process/process.h"
 
 namespace varnik {

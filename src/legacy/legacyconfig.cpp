@@ -2,6 +2,7 @@
 
 #include "definition/bzonecfg.h"
 #include "legacy/legacyformat.h"
+#include "platform/system/files/files.h"
 
 namespace varnik {
 

@@ -1,6 +1,8 @@
 #include "installs/installlist.h"
 #include "legacy/legacy.h"
 #include "legacy/legacyformat.h"
+#include "platform/system/files/files.h"
+#include "platform/system/files/lines.h"
 #include "platform/system/store/registry.h"
 #include "support/modfileexists.h"
 #include "support/registry.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/system/files/files.h"
+#include "platform/system/files/lines.h"
 #include "platform/system/text/text.h"
 
 #include <cstddef>

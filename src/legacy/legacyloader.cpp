@@ -3,6 +3,8 @@
 #include "legacy/legacy.h"
 #include "legacy/legacyformat.h"
 #include "modengine/catalogue.h"
+#include "platform/system/files/lines.h"
+#include "platform/system/files/wholefile.h"
 #include "platform/system/paths/paths.h"
 #include "support/modfileexists.h"
 

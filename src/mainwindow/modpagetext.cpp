@@ -2,7 +2,7 @@
 
 #include "definition/includes.h"
 #include "installs/installlist.h"
-#include "platform/system/files/files.h"
+#include "platform/system/files/wholefile.h"
 #include "platform/system/text/text.h"
 #include "support/modfileexists.h"
 #include "support/runstate.h"

@@ -29,12 +29,6 @@ std::string TagOf(const MapEntry& entry) {
   return entry.Ivar12Set ? "mpi" : "st";
 }
 
-void ClearReadOnly(const std::string& file) {
-  const std::optional<unsigned> attributes = win::GetAttributes(file);
-  if (attributes && (*attributes & win::kAttributeReadOnly) != 0)
-    win::SetAttributes(file, *attributes - win::kAttributeReadOnly);
-}
-
 }  // namespace
 
 void ResetConversion() { ConvertAsked = ConvertWanted = false; }
@@ -44,7 +38,7 @@ void OfferConversion(const MapEntry& entry, const win::ProfileFile& inf, const s
   if (!ReadIniValue("NetVars", "svar7", inf, "").empty()) return;
   AskOnce();
   if (!ConvertWanted) return;
-  ClearReadOnly(infPath);
+  win::ClearReadOnly(infPath);
   WriteIniValue("NetVars", "svar7", TagOf(entry), infPath);
 }
 

@@ -5,6 +5,7 @@
 #include "maps/mapfiles.h"
 #include "maps/mapmetadata.h"
 #include "platform/system/files/files.h"
+#include "platform/system/files/lines.h"
 #include "platform/system/process/services.h"
 #include "platform/system/text/text.h"
 #include "support/debuglog.h"

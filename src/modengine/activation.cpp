@@ -8,6 +8,7 @@
 #include "installs/installlist.h"
 #include "modengine/sessiondefaults.h"
 #include "platform/system/files/files.h"
+#include "platform/system/files/lines.h"
 #include "platform/system/process/process.h"
 #include "platform/system/process/services.h"
 #include "platform/system/text/text.h"

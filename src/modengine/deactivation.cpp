@@ -9,6 +9,8 @@
 #include "modengine/runguard.h"
 #include "modengine/sessiondefaults.h"
 #include "platform/system/files/files.h"
+#include "platform/system/files/lines.h"
+#include "platform/system/files/wholefile.h"
 #include "platform/system/process/process.h"
 #include "platform/system/process/services.h"
 #include "platform/system/text/wildcards.h"

@@ -3,6 +3,8 @@
 #include "definition/passdirective.h"
 #include "installs/installlist.h"
 #include "modengine/catalogue.h"
+#include "platform/system/files/lines.h"
+#include "platform/system/files/wholefile.h"
 #include "platform/system/text/text.h"
 #include "support/modfileexists.h"
 

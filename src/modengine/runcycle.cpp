@@ -10,6 +10,7 @@
 #include "modengine/deactivation.h"
 #include "modengine/runguard.h"
 #include "platform/system/files/files.h"
+#include "platform/system/files/lines.h"
 #include "platform/system/process/process.h"
 #include "platform/system/process/services.h"
 #include "support/modfileexists.h"

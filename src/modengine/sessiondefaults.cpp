@@ -1,6 +1,6 @@
 #include "modengine/sessiondefaults.h"
 
-#include "platform/system/files/files.h"
+#include "platform/system/files/wholefile.h"
 #include "support/ini_sm.h"
 #include "support/modfindfile.h"
 #include "support/runstate.h"

@@ -1,6 +1,6 @@
 #include "support/debuglog.h"
 
-#include "platform/system/files/files.h"
+#include "platform/system/files/lines.h"
 #include "support/runstate.h"
 
 namespace varnik {

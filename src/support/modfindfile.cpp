@@ -2,7 +2,7 @@
 
 #include "installs/installlist.h"
 #include "platform/system/files/findfile.h"
-#include "platform/system/filesystem/deeds.h"
+#include "platform/system/filesystem/operations.h"
 #include "platform/system/process/services.h"
 #include "support/runstate.h"
 
@@ -69,7 +69,7 @@ std::string SearchDirsFor(const std::string& fileName, std::size_t firstDir) {
 
 std::string FindInSearchDirs(const std::string& fileName, std::size_t firstDir) {
   std::string found;
-  win::Tell(win::Act::kSearch, fileName, "", [&] {
+  win::ReportOperation(win::Operation::kSearch, fileName, "", [&] {
     found = SearchDirsFor(fileName, firstDir);
     return !found.empty();
   });

@@ -95,7 +95,7 @@ TEST_F(Plan, TellsWhatAnActivationThenDoes) {
     EXPECT_EQ(win::AllSettings(kApplication).size(), stored);
     PlanSteps taken;
     {
-      const win::DeedWatch watch([&](const win::Deed& deed) { taken.Take(deed); });
+      const win::OperationObserver observer([&](const win::FileOperation& operation) { taken.Take(operation); });
       EXPECT_EQ(PutIntoForce(mod), plan.inForce);
     }
     EXPECT_EQ(Written(taken.All()), Written(plan.steps));

@@ -209,7 +209,7 @@ TEST_F(Check, EndsSoonWithHostileFiles) {
   for (int i = 0; i < 30'000; ++i)
     many += "x\n";
   const auto full = CheckDefinition(Define(many));
-  ASSERT_EQ(full->findings.size(), Findings::kMost + 1);
+  ASSERT_EQ(full->findings.size(), Findings::kMax + 1);
   EXPECT_EQ(full->findings.back().problem, Problem::kTooManyFindings);
   EXPECT_EQ(CodesOf("BZ2HALD5\nfold(" + std::string(3'000'000, '(') + ");\n"), "long-path@2 too-large@2");
   for (int depth = 0; depth < 70; ++depth)

@@ -4,6 +4,7 @@
 #include "maps/mapdetails.h"
 #include "maps/maplist.h"
 #include "platform/system/files/files.h"
+#include "platform/system/files/wholefile.h"
 #include "platform/system/process/services.h"
 #include "platform/system/text/text.h"
 #include "support/runstate.h"

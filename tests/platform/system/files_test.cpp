@@ -1,5 +1,7 @@
 #include "platform/system/files/files.h"
 
+#include "platform/system/files/lines.h"
+#include "platform/system/files/wholefile.h"
 #include "platform/system/filesystem/folderindex.h"
 #include "platform/system/paths/paths.h"
 #include "tests/harness/sandbox.h"

@@ -2,8 +2,10 @@
 
 #include "platform/system/files/files.h"
 #include "platform/system/files/findfile.h"
+#include "platform/system/files/lines.h"
 #include "platform/system/files/profile.h"
-#include "platform/system/filesystem/deeds.h"
+#include "platform/system/files/wholefile.h"
+#include "platform/system/filesystem/operations.h"
 #include "platform/system/process/process.h"
 #include "platform/system/store/settings.h"
 #include "tests/harness/difference.h"
@@ -71,8 +73,9 @@ struct RehearsalTest : testing::Test {
   std::string ActMany(unsigned seed) {
     std::mt19937 random(seed);
     std::string answers;
-    const win::DeedWatch watch(
-        [&](const win::Deed& deed) { answers += deed.target + " " + deed.source + " " + deed.why + "\n"; });
+    const win::OperationObserver observer([&](const win::FileOperation& operation) {
+      answers += operation.target + " " + operation.source + " " + operation.why + "\n";
+    });
     for (int i = 0; i < 25; ++i) {
       const std::string verb = kVerbs[random() % std::size(kVerbs)];
       const std::string one = root + kNames[random() % std::size(kNames)];
@@ -103,7 +106,7 @@ TEST_F(RehearsalTest, AndTheDiskAnswerAsTheTableSays) {
         EXPECT_EQ(Do(step[0], root + step[1], root + step[2]), step[3]) << testing::PrintToString(step);
     };
     {
-      const win::Rehearsal rehearsal;
+      win::Rehearsal rehearsal;
       act();
     }
     EXPECT_EQ(test::Snapshot(game), expected);
@@ -125,7 +128,7 @@ TEST_F(RehearsalTest, AnswersAsTheDiskWouldAndChangesNothing) {
     std::string rehearsed;
     std::set<std::string> told;
     {
-      const win::Rehearsal rehearsal;
+      win::Rehearsal rehearsal;
       rehearsed = ActMany(seed);
       for (const win::PathDifference& difference : rehearsal.Differences(root))
         told.insert(difference.path.substr(root.size()));
@@ -143,7 +146,7 @@ TEST_F(RehearsalTest, StoresNothingAndStartsNothing) {
   WriteFile(tool, "#!/bin/sh\n");
   win::SaveSetting("App", "s", "kept", "old");
   {
-    const win::Rehearsal rehearsal;
+    win::Rehearsal rehearsal;
     EXPECT_TRUE(win::SaveSetting("App", "s", "kept", "new") && win::SaveSetting("App", "s", "further", "x"));
     EXPECT_EQ(win::GetSetting("App", "s", "kept"), "new");
     EXPECT_FALSE(win::ShellExecute(tool.string()));  // it may not be executed
@@ -157,7 +160,7 @@ TEST_F(RehearsalTest, StoresNothingAndStartsNothing) {
   using namespace std::string_literals;
   for (const std::string& name : {""s, "\0"s, "\0a\\"s}) {  // a name ends at its first NUL
     const std::string listed = Do("list", name, "");
-    const win::Rehearsal rehearsal;
+    win::Rehearsal rehearsal;
     EXPECT_EQ(Do("list", name, ""), listed);
     EXPECT_FALSE(win::FindFirstFileSucceeds(name) || win::MakeFolder(name));
   }

@@ -1,41 +1,18 @@
 #include "platform/system/files/files.h"
 
 #include "platform/system/files/findfile.h"
-#include "platform/system/filesystem/deeds.h"
-#include "platform/system/filesystem/disk.h"
-#include "platform/system/filesystem/nativefile.h"
+#include "platform/system/filesystem/currentfilesystem.h"
+#include "platform/system/filesystem/nativepath.h"
+#include "platform/system/filesystem/operations.h"
 #include "platform/system/paths/pathfinder.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/text/wildcards.h"
 
-#include <fcntl.h>
-#include <stdio.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <algorithm>
-#include <cerrno>
-#include <filesystem>
 #include <vector>
 
 namespace win {
 
 namespace {
-
-namespace fs = std::filesystem;
-
-bool IsReadOnly(const struct stat& status) { return (status.st_mode & S_IWUSR) == 0; }
-
-std::optional<struct stat> StatusOf(const std::string& native) {
-  struct stat status;
-  if (TheDisk().Stat(native, status) != 0) return std::nullopt;
-  return status;
-}
-
-bool EntryExists(const std::string& native) {
-  struct stat status;
-  return TheDisk().LinkStat(native, status) == 0;
-}
 
 std::string_view WithoutTrailingSeparators(std::string_view path) {
   while (path.size() > 1 && EndsInSeparator(path))
@@ -43,32 +20,21 @@ std::string_view WithoutTrailingSeparators(std::string_view path) {
   return path;
 }
 
-bool RenameWithoutReplacing(const std::string& from, const std::string& to) {
-  if (TheDisk().Rename(from, to, RENAME_NOREPLACE) == 0) return true;
-  // A file system that does not know the flag. Linking the new name first would not replace either, but a crash behind
-  // it would leave both names.
-  if ((errno != EINVAL && errno != ENOSYS) || EntryExists(to)) return false;
-  return TheDisk().Rename(from, to, 0) == 0;
-}
-
 // The copy gets its name only when it is whole, so that a crash leaves the file where it was.
 bool MoveToOtherFileSystem(const std::string& from, const std::string& to) {
-  struct stat status;
-  if (TheDisk().LinkStat(from, status) != 0 || !S_ISREG(status.st_mode)) return false;
+  FileSystem& files = CurrentFileSystem();
+  FileStatus status;
+  if (!files.LinkStatus(from, status) || !status.IsFile()) return false;
   const std::string copy = TemporaryNameFor(to);
-  std::error_code failed;
-  if (fs::copy_file(from, copy, failed)) {
-    fs::last_write_time(copy, fs::last_write_time(from, failed), failed);
-    if (FlushToDisk(copy) && RenameWithoutReplacing(copy, to)) return unlink(from.c_str()) == 0;
-    unlink(copy.c_str());
-  }
-  return false;
+  const bool isMoved = CopyFile(files, from, copy) && files.Sync(copy) && files.RenameWithoutReplacing(copy, to);
+  if (!isMoved) files.Remove(copy);
+  return isMoved && files.Remove(from);
 }
 
 // What `to` would be called beside the entry that it already names, when that entry is `from` itself: only the case
 // changes.
 std::string NewNameFor(const std::string& from, const std::string& to, std::string_view toText) {
-  return from == to ? FolderOf(from) + NewName(FileNameOf(toText)) : to;
+  return from == to ? JoinPath(FolderAbove(from), NewName(FileNameOf(toText))) : to;
 }
 
 // Names first, deletion afterwards: a folder that is changed while it is read may leave some out.
@@ -81,10 +47,11 @@ std::vector<std::string> FilesThatMatch(const std::string& folder, const std::st
 }
 
 bool DeleteNativeFile(const std::string& native) {
-  const std::optional<struct stat> status = StatusOf(native);
-  if (status && S_ISDIR(status->st_mode)) return FailWith(EISDIR);
-  if (status && IsReadOnly(*status)) return FailWith(EPERM);
-  return TheDisk().Unlink(native) == 0;
+  FileStatus status;
+  const bool exists = CurrentFileSystem().Status(native, status);
+  if (exists && status.IsFolder()) return FailWith(EISDIR);
+  if (exists && status.IsReadOnly()) return FailWith(EPERM);
+  return CurrentFileSystem().Remove(native);
 }
 
 bool Rename(const std::string& from, const std::string& to) {
@@ -94,8 +61,8 @@ bool Rename(const std::string& from, const std::string& to) {
   if (!source || target.empty()) return FailWith(ENOENT);
   const std::string newName = NewNameFor(*source, target, toText);
   if (newName == *source) return true;
-  if (newName == target && EntryExists(target)) return FailWith(EEXIST);
-  if (RenameWithoutReplacing(*source, newName)) return true;
+  if (newName == target && CurrentFileSystem().HasEntry(target)) return FailWith(EEXIST);
+  if (CurrentFileSystem().RenameWithoutReplacing(*source, newName)) return true;
   if (errno == EXDEV) return MoveToOtherFileSystem(*source, newName) || FailWith(EXDEV);
   return FailWith(errno == ENOENT ? ENOTDIR : errno);
 }
@@ -118,51 +85,55 @@ bool Delete(const std::string& pattern) {
 }  // namespace
 
 bool RenameFile(const std::string& from, const std::string& to) {
-  return Tell(Act::kRename, to, from, [&] { return Rename(from, to); });
+  return ReportOperation(Operation::kRename, to, from, [&] { return Rename(from, to); });
 }
 
 bool DeleteFiles(const std::string& pattern) {
-  return Tell(Act::kDelete, pattern, "", [&] { return Delete(pattern); });
+  return ReportOperation(Operation::kDelete, pattern, "", [&] { return Delete(pattern); });
 }
 
 bool MakeFolder(const std::string& path) {
-  return Tell(Act::kMakeFolder, path, "", [&] {
-    return TheDisk().MakeFolder(NativePath(path), 0777) == 0 || FailWith(errno == ENOENT ? ENOTDIR : errno);
+  return ReportOperation(Operation::kMakeFolder, path, "", [&] {
+    return CurrentFileSystem().MakeFolder(NativePath(path), 0777) || FailWith(errno == ENOENT ? ENOTDIR : errno);
   });
 }
 
 bool RemoveFolder(const std::string& path) {
-  return Tell(Act::kRemoveFolder, path, "", [&] {
-    return TheDisk().RemoveFolder(NativePath(path)) == 0 || FailWith(errno == ENOTDIR ? ENOENT : errno);
+  return ReportOperation(Operation::kRemoveFolder, path, "", [&] {
+    return CurrentFileSystem().RemoveFolder(NativePath(path)) || FailWith(errno == ENOTDIR ? ENOENT : errno);
   });
 }
 
 std::optional<unsigned> GetAttributes(const std::string& path) {
   const std::string native = NativePath(path);
-  const std::optional<struct stat> status = StatusOf(native);
-  if (!status) return std::nullopt;
-  unsigned attributes = S_ISDIR(status->st_mode) ? kAttributeDirectory : kAttributeArchive;
-  if (IsReadOnly(*status)) attributes |= kAttributeReadOnly;
+  FileStatus status;
+  if (!CurrentFileSystem().Status(native, status)) return std::nullopt;
+  unsigned attributes = status.IsFolder() ? kAttributeDirectory : kAttributeArchive;
+  if (status.IsReadOnly()) attributes |= kAttributeReadOnly;
   if (FileNameOf(WithoutTrailingSeparators(native)).starts_with('.')) attributes |= kAttributeHidden;
   return attributes;
 }
 
 std::optional<std::uint64_t> FileSize(const std::string& path) {
-  const std::optional<struct stat> status = StatusOf(NativePath(path));
-  if (!status || !S_ISREG(status->st_mode)) return std::nullopt;
-  return static_cast<std::uint64_t>(status->st_size);
+  FileStatus status;
+  if (!CurrentFileSystem().Status(NativePath(path), status) || !status.IsFile()) return std::nullopt;
+  return status.size;
 }
 
 bool SetAttributes(const std::string& path, unsigned attributes) {
   const std::string native = NativePath(path);
-  const std::optional<struct stat> status = StatusOf(native);
-  if (!status) return false;
+  FileStatus status;
+  if (!CurrentFileSystem().Status(native, status)) return false;
   const bool readOnly = (attributes & kAttributeReadOnly) != 0;
-  if (readOnly == IsReadOnly(*status)) return true;
+  if (readOnly == status.IsReadOnly()) return true;
   // On Windows the attribute does not keep files out of a folder, as the mode bit would here.
-  if (readOnly && S_ISDIR(status->st_mode)) return true;
-  const mode_t mode = (status->st_mode & 07777) ^ S_IWUSR;
-  return TheDisk().ChangeMode(native, mode) == 0;
+  if (readOnly && status.IsFolder()) return true;
+  return CurrentFileSystem().SetPermissions(native, status.permissions ^ 0200);
+}
+
+bool ClearReadOnly(const std::string& path) {
+  const unsigned attributes = GetAttributes(path).value_or(0);
+  return (attributes & kAttributeReadOnly) == 0 || SetAttributes(path, attributes & ~kAttributeReadOnly);
 }
 
 }  // namespace win

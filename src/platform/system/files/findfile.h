@@ -1,16 +1,14 @@
 #pragma once
 
+#include "platform/system/filesystem/filesystem.h"
+
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // Enumeration of folders and the wildcard match of the shell.
 namespace win {
-
-struct FoundEntry {
-  std::string name;       // as it stands on disk
-  bool isFolder = false;  // a link to a folder counts as a folder
-};
 
 // Enumerates one folder: every entry, `.` and `..` included, hidden ones too, in the order of the file system. Memory
 // does not grow with the number of entries.
@@ -18,11 +16,9 @@ class FolderReader {
  public:
   // `folder` is a Windows path; a trailing separator is allowed.
   explicit FolderReader(const std::string& folder);
-  ~FolderReader();
-  FolderReader(FolderReader&&) noexcept;
-  FolderReader& operator=(FolderReader&&) noexcept;
 
-  // A reader of one of its sub-folders, opened relative to this one: no path is looked up again.
+  // A reader of one of its sub-folders, opened relative to this one: no path is looked up again. It is not open for a
+  // folder that it is itself in, as a link may have it: that would be entered without end.
   FolderReader Descend(const std::string& name) const;
 
   bool IsOpen() const;
@@ -31,9 +27,10 @@ class FolderReader {
   bool Next(FoundEntry& entry);
 
  private:
-  struct State;
-  explicit FolderReader(std::unique_ptr<State> state);
-  std::unique_ptr<State> state_;
+  FolderReader(std::unique_ptr<FolderListing> listing, const std::vector<FileIdentity>& above);
+
+  std::unique_ptr<FolderListing> listing_;
+  std::vector<FileIdentity> way_;  // the folders from the first reader down to this one
 };
 
 // The bare test for one path: a file or folder of this name, or, with wildcards in the last name, any entry that

@@ -1,15 +1,11 @@
-#include "platform/system/files/files.h"
-#include "platform/system/filesystem/deeds.h"
-#include "platform/system/filesystem/disk.h"
-#include "platform/system/filesystem/nativefile.h"
+#include "platform/system/files/lines.h"
+
+#include "platform/system/files/wholefile.h"
+#include "platform/system/filesystem/currentfilesystem.h"
+#include "platform/system/filesystem/operations.h"
 #include "platform/system/paths/paths.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
 
 namespace win {
@@ -19,16 +15,14 @@ namespace {
 constexpr std::size_t kPiece = std::size_t{64} * 1024;
 
 // Opens for output what Windows would: no folder, no pipe, no file with the read-only attribute, not even for root.
-Descriptor OpenForWriting(const std::string& native, WriteMode mode) {
-  struct stat status;
-  const bool exists = TheDisk().Stat(native, status) == 0;
-  const bool isFile = exists && S_ISREG(status.st_mode);
-  if (exists && (!isFile || (status.st_mode & S_IWUSR) == 0)) {
-    errno = isFile ? EPERM : EISDIR;
-    return Descriptor();
+std::unique_ptr<WritableFile> OpenForOutput(const std::string& native, WriteMode mode) {
+  FileStatus status;
+  if (CurrentFileSystem().Status(native, status) && (!status.IsFile() || status.IsReadOnly())) {
+    errno = status.IsFile() ? EPERM : EISDIR;
+    return nullptr;
   }
-  const int end = mode == WriteMode::kAppend ? O_APPEND : O_TRUNC;
-  Descriptor file(TheDisk().Open(native, O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK | end, 0666));
+  const OpenMode how = mode == WriteMode::kAppend ? OpenMode::kAppend : OpenMode::kTruncate;
+  auto file = CurrentFileSystem().OpenForWriting(native, how, 0666);
   if (errno == ENOENT) errno = ENOTDIR;
   return file;
 }
@@ -36,8 +30,8 @@ Descriptor OpenForWriting(const std::string& native, WriteMode mode) {
 }  // namespace
 
 struct LineReader::State {
-  Descriptor file;
-  std::size_t next = 0;  // first byte of `piece` that has not been handed out
+  std::unique_ptr<ReadableFile> file;  // null behind its end
+  std::size_t next = 0;                // first byte of `piece` that has not been handed out
   std::size_t size = 0;
   std::size_t nextFeed = 0;  // where the next LF and the next CR stand, each searched for only when it has been passed
   std::size_t nextReturn = 0;
@@ -52,9 +46,9 @@ struct LineReader::State {
   // False at the end of the file; otherwise there is a byte at `next`.
   bool Fill() {
     if (next < size) return true;
-    if (!file.IsOpen()) return false;
-    const ssize_t count = ReadSome(file.Get(), piece, sizeof piece);
-    if (count <= 0) file = Descriptor();
+    if (!file) return false;
+    const ssize_t count = file->Read(piece, sizeof piece);
+    if (count <= 0) file.reset();
     next = 0;
     size = static_cast<std::size_t>(std::max<ssize_t>(count, 0));
     nextFeed = Find('\n');
@@ -82,8 +76,9 @@ struct LineReader::State {
 };
 
 LineReader::LineReader(const std::string& path) : path_(path) {
-  Descriptor file = OpenForReading(NativePath(path));
-  if (!file.IsOpen()) return;
+  FileStatus status;
+  auto file = OpenFile(CurrentFileSystem(), NativePath(path), status);
+  if (!file) return;
   state_ = std::make_unique_for_overwrite<State>();  // the piece stays unset
   state_->file = std::move(file);
 }
@@ -101,28 +96,28 @@ std::string LineReader::ReadLine() {
   if (AtEnd()) return line;
   ++lineNumber_;
   while (state_->Fill() && !state_->TakeLine(line)) {
-    if (line.size() > kMostBytes) state_->file = Descriptor();
+    if (line.size() > kMaxBytes) state_->file.reset();
   }
   return line;
 }
 
 LineWriter::LineWriter(const std::string& path, WriteMode mode) : path_(path) {
-  Tell(mode == WriteMode::kAppend ? Act::kAppend : Act::kWrite, path, "", [&] {
-    descriptor_ = OpenForWriting(NativePath(path), mode).Release();
+  ReportOperation(mode == WriteMode::kAppend ? Operation::kAppend : Operation::kWrite, path, "", [&] {
+    file_ = OpenForOutput(NativePath(path), mode);
     return IsOpen();
   });
 }
 
 LineWriter::~LineWriter() { Close(); }
 
-bool LineWriter::IsOpen() const { return descriptor_ >= 0; }
+bool LineWriter::IsOpen() const { return file_ != nullptr; }
 
 bool LineWriter::WriteLine(std::string_view text) {
   if (!IsOpen()) return false;
-  if (DeedsAreWatched()) Tell(Act::kWriteLine, path_, std::string(text), [] { return true; });
+  if (OperationsAreObserved()) ReportOperation(Operation::kWriteLine, path_, std::string(text), [] { return true; });
   buffer_.append(text).append("\r\n");
   if (buffer_.size() >= kPiece) {
-    failed_ = !WriteAll(descriptor_, buffer_) || failed_;
+    failed_ = !file_->Append(buffer_) || failed_;
     buffer_.clear();
   }
   return !failed_;
@@ -130,10 +125,10 @@ bool LineWriter::WriteLine(std::string_view text) {
 
 bool LineWriter::Close() {
   if (!IsOpen()) return false;
-  failed_ = !WriteAll(descriptor_, buffer_) || failed_;
+  failed_ = !file_->Append(buffer_) || failed_;
   buffer_.clear();
-  failed_ = close(descriptor_) != 0 || failed_;
-  descriptor_ = -1;
+  failed_ = !file_->Close() || failed_;
+  file_.reset();
   return !failed_;
 }
 

@@ -1,8 +1,8 @@
 #include "platform/system/files/profile.h"
 
 #include "platform/system/files/files.h"
-#include "platform/system/filesystem/deeds.h"
-#include "platform/system/filesystem/nativefile.h"
+#include "platform/system/files/wholefile.h"
+#include "platform/system/filesystem/operations.h"
 #include "platform/system/text/text.h"
 
 #include <algorithm>
@@ -247,12 +247,12 @@ struct ProfileFile::State {
 };
 
 ProfileFile::ProfileFile(const std::string& file) : state_(std::make_unique<State>()) {
-  constexpr std::size_t kMostLines = 256;
-  state_->text = Decode(ReadToLookAt(file).value_or(""));
+  constexpr std::size_t kMaxLines = 256;
+  state_->text = Decode(ReadFileOnce(file).value_or(""));
   state_->characters = std::string_view(state_->text.characters).substr(0, TextEnd(state_->text.characters));
   state_->firstLines.reserve(14);  // as much as comes quickly from the heap
   Line line;
-  while (state_->firstLines.size() < kMostLines && NextLine(state_->characters, line))
+  while (state_->firstLines.size() < kMaxLines && NextLine(state_->characters, line))
     if (line.kind >= LineKind::kSection) state_->firstLines.push_back(line);
 }
 
@@ -313,7 +313,7 @@ bool WriteProfile(std::optional<std::string_view> section, std::optional<std::st
 bool WritePrivateProfileString(std::optional<std::string_view> section, std::optional<std::string_view> key,
                                std::optional<std::string_view> value, const std::string& file) {
   const std::string assignment = std::string(key.value_or("")) + "=" + std::string(value.value_or(""));
-  return Tell(Act::kSet, file, assignment, [&] { return WriteProfile(section, key, value, file); });
+  return ReportOperation(Operation::kSet, file, assignment, [&] { return WriteProfile(section, key, value, file); });
 }
 
 }  // namespace win

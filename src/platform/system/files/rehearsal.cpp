@@ -1,6 +1,5 @@
 #include "platform/system/files/rehearsal.h"
 
-#include "platform/system/filesystem/diskpicture.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/paths/program.h"
 
@@ -21,16 +20,11 @@ bool IsOwn(const std::string& native) {
 
 }  // namespace
 
-Rehearsal::Rehearsal() : picture_(std::make_unique<DiskPicture>()) {}
-Rehearsal::~Rehearsal() = default;
-
-bool Rehearsal::IsOn() { return DiskPicture::InUse() != nullptr; }
-
-std::vector<PathDifference> Rehearsal::Differences(const std::string& folder) const {
+std::vector<PathDifference> Rehearsal::Differences(const std::string& folder) {
   const std::string base = WithSeparator(folder);
-  const std::string native = picture_->Resolved(NativePath(folder), true) + "/";
+  const std::string native = files_.Resolved(NativePath(folder), true) + "/";
   std::vector<PathDifference> differences;
-  for (const PathDifference& found : picture_->Differences()) {
+  for (const PathDifference& found : files_.Differences()) {
     std::string path = found.path;
     if (path.starts_with(native)) {
       path = path.substr(native.size());

@@ -16,7 +16,7 @@ namespace win {
 
 namespace {
 
-constexpr std::size_t kMostNames = 300'000;  // some 30 MB
+constexpr std::size_t kMaxNames = 300'000;  // some 30 MB
 
 // File systems that nobody changes but through this kernel, which then reports every change.
 bool IsLocal(int folder) {
@@ -43,8 +43,12 @@ bool IsSettled(const struct stat& status) {
 
 }  // namespace
 
-FolderIndex::FolderIndex(Watching watching, std::size_t mostFolders)
-    : events_(watching == Watching::kYes ? inotify_init1(IN_NONBLOCK | IN_CLOEXEC) : -1), mostFolders_(mostFolders) {}
+thread_local std::uint64_t FolderIndex::changes_ = 1;
+
+FolderIndex::FolderIndex(Watching watching, std::size_t maxFolders)
+    : events_(watching == Watching::kYes ? inotify_init1(IN_NONBLOCK | IN_CLOEXEC) : -1), maxFolders_(maxFolders) {
+  ++changes_;
+}
 
 const FolderNames* FolderIndex::NamesIn(const std::string& folder) {
   struct stat status;
@@ -134,7 +138,7 @@ void FolderIndex::MakeRoom() {
   std::size_t names = 0;
   for (const auto& [identity, folder] : folders_)
     names += folder.names.Count();
-  while (names > kMostNames || folders_.size() >= mostFolders_) {
+  while (names > kMaxNames || folders_.size() >= maxFolders_) {
     const auto oldest = std::min_element(folders_.begin(), folders_.end(), [](const auto& a, const auto& b) {
       return a.second.lastUse < b.second.lastUse;
     });

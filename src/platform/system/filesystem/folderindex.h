@@ -1,7 +1,7 @@
 #pragma once
 
+#include "platform/system/filesystem/descriptor.h"
 #include "platform/system/filesystem/foldernames.h"
-#include "platform/system/filesystem/nativefile.h"
 
 #include <sys/stat.h>
 #include <sys/types.h>
@@ -24,13 +24,13 @@ class FolderIndex {
  public:
   enum class Watching { kYes, kNo };
 
-  explicit FolderIndex(Watching watching, std::size_t mostFolders = 1'000);
+  explicit FolderIndex(Watching watching, std::size_t maxFolders = 1'000);
 
   // The names in the folder as it is now; nothing when it is no folder or cannot be read. Good until the next call.
   const FolderNames* NamesIn(const std::string& folder);
 
   // Stays the same as long as the names given out so far are sure to be the folders' own: it counts events, names
-  // forgotten, and every question about a folder that is not watched.
+  // forgotten, and every question about a folder that is not watched. No two indexes of a thread share a value.
   std::uint64_t Changes() const { return changes_; }
 
  private:
@@ -53,11 +53,11 @@ class FolderIndex {
   void MakeRoom();
 
   Descriptor events_;
-  std::size_t mostFolders_;
+  std::size_t maxFolders_;
   std::map<Identity, Folder> folders_;
   std::unordered_map<int, Identity> watched_;
   std::uint64_t uses_ = 0;
-  std::uint64_t changes_ = 0;
+  static thread_local std::uint64_t changes_;
 };
 
 }  // namespace win

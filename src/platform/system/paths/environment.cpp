@@ -1,8 +1,5 @@
 #include "platform/system/paths/environment.h"
 
-#include "platform/system/paths/program.h"
-#include "platform/system/text/text.h"
-
 #include <pwd.h>
 #include <unistd.h>
 
@@ -14,8 +11,6 @@ std::string Variable(const std::string& name) {
   const char* const value = std::getenv(name.c_str());
   return value != nullptr ? value : "";
 }
-
-std::string OwnVariableName(const char* suffix) { return UpperCase(Program().name) + suffix; }
 
 std::string HomeFolder() {
   std::string home = Variable("HOME");

@@ -8,9 +8,6 @@ namespace win {
 // Empty when it is not set.
 std::string Variable(const std::string& name);
 
-// The name of a variable of the program's own: its name in upper case, then `suffix`.
-std::string OwnVariableName(const char* suffix);
-
 // $HOME, else what the user database says.
 std::string HomeFolder();
 

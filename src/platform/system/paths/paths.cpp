@@ -1,11 +1,9 @@
 #include "platform/system/paths/paths.h"
 
-#include "platform/system/filesystem/diskpicture.h"
+#include "platform/system/filesystem/nativepath.h"
 #include "platform/system/paths/environment.h"
 #include "platform/system/paths/pathfinder.h"
 #include "platform/system/text/text.h"
-
-#include <pthread.h>
 
 #include <algorithm>
 #include <utility>
@@ -41,7 +39,7 @@ void AppendName(std::string& native, std::string_view name) {
 
 }  // namespace
 
-std::string Respelled(std::string_view path) {
+std::string ToNativeSpelling(std::string_view path) {
   std::string native;
   native.reserve(path.size());
   const bool drive = StartsWithDrive(path);
@@ -71,22 +69,13 @@ std::string Respelled(std::string_view path) {
 
 namespace {
 
-// A child process starts afresh: the events that its parent waits for are not its own to take.
-PathFinder& Finder() {
-  if (DiskPicture* const picture = DiskPicture::InUse()) return picture->Finder();
-  thread_local bool forked = false;
-  thread_local std::optional<PathFinder> finder;
-  [[maybe_unused]] static const int registered = pthread_atfork(nullptr, nullptr, [] { forked = true; });
-  if (!finder || std::exchange(forked, false)) finder.emplace();
-  return *finder;
-}
-
 FoundPath Find(std::string_view path) {
+  thread_local PathFinder finder;
   if (path.empty() || path.find('\0') != std::string_view::npos) return {};
-  std::string spelled = Respelled(path);
+  std::string spelled = ToNativeSpelling(path);
   const bool trailing = EndsInSeparator(spelled) && spelled.size() > 1;
   if (trailing) spelled.pop_back();
-  FoundPath found = Finder().Find(spelled);
+  FoundPath found = finder.Find(spelled);
   if (trailing) found.native += '/';
   return found;
 }
@@ -108,6 +97,10 @@ std::string FileNameOf(std::string_view path) {
   return std::string(separator == std::string_view::npos ? path : path.substr(separator + 1));
 }
 
+bool IsAbsolutePath(std::string_view path) {
+  return (!path.empty() && IsSeparator(path[0])) || (path.size() > 1 && path[1] == ':');
+}
+
 std::string NativePath(std::string_view path) { return Find(path).native; }
 
 std::optional<std::string> FindNativePath(std::string_view path) {
@@ -115,6 +108,12 @@ std::optional<std::string> FindNativePath(std::string_view path) {
   if (!found.exists) return std::nullopt;
   return std::move(found.native);
 }
+
+bool IsSamePath(std::string_view a, std::string_view b) {
+  return NativePath(WithSeparator(a)) == NativePath(WithSeparator(b));
+}
+
+std::string AbsoluteNativePath(std::string_view path) { return AbsolutePath(NativePath(path)); }
 
 std::string WindowsPathFromNative(std::string_view native) { return std::string(native); }
 

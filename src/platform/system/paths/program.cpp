@@ -1,32 +1,23 @@
 #include "platform/system/paths/program.h"
 
-#include "platform/system/filesystem/disk.h"
+#include "platform/system/filesystem/currentfilesystem.h"
+#include "platform/system/filesystem/nativepath.h"
 #include "platform/system/paths/environment.h"
 #include "platform/system/paths/paths.h"
+#include "platform/system/text/text.h"
 
-#include <sys/stat.h>
 #include <unistd.h>
-
-#include <filesystem>
-#include <system_error>
 
 namespace win {
 namespace {
-
-namespace fs = std::filesystem;
 
 ProgramIdentity identity_;
 std::string commandLine_;
 
 // Folders of the user are for the user alone, as the XDG base directory rules ask.
 std::string Made(const std::string& folder) {
-  struct stat status;
-  if (TheDisk().Stat(folder, status) == 0) return folder;
-  std::string upTo;
-  for (const fs::path& name : fs::path(folder)) {
-    upTo = (fs::path(upTo) / name).string();
-    TheDisk().MakeFolder(upTo, 0700);
-  }
+  FileSystem& files = CurrentFileSystem();
+  if (!files.Exists(folder)) MakeFolders(files, folder, 0700);
   return folder;
 }
 
@@ -37,45 +28,46 @@ std::string XdgFolder(const char* variable, const char* belowHome) {
 }
 
 bool IsPrivateFolder(const std::string& folder) {
-  struct stat status;
-  return lstat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && status.st_uid == getuid() &&
-         (status.st_mode & 077) == 0;
-}
-
-bool IsFile(const fs::path& path) {
-  std::error_code ignored;
-  return fs::is_regular_file(path, ignored);
+  FileStatus status;
+  return CurrentFileSystem().LinkStatus(folder, status) && status.IsFolder() && status.owner == getuid() &&
+         (status.permissions & 077) == 0;
 }
 
 // Copies under another name first, so that a copy cut short is never taken for the file.
-void CopyShippedFile(const fs::path& from, const fs::path& to) {
-  std::error_code error;
-  if (fs::exists(fs::symlink_status(to, error))) return;
-  const fs::path unfinished = to.string() + ".part";
-  fs::copy_file(from, unfinished, fs::copy_options::overwrite_existing, error);
-  if (!error) fs::permissions(unfinished, fs::perms::owner_write, fs::perm_options::add, error);
-  if (!error) fs::rename(unfinished, to, error);
-  if (error) fs::remove(unfinished, error);
+void CopyShippedFile(const std::string& from, const std::string& to) {
+  FileSystem& files = CurrentFileSystem();
+  FileStatus status;
+  if (files.HasEntry(to)) return;
+  const std::string unfinished = to + ".part";
+  const bool isCopied = CopyFile(files, from, unfinished) && files.Status(unfinished, status) &&
+                        files.SetPermissions(unfinished, status.permissions | 0200) && files.Rename(unfinished, to);
+  if (!isCopied) files.Remove(unfinished);
+}
+
+void CopyShippedFolder(const std::string& from, const std::string& to, const std::string& except) {
+  FileSystem& files = CurrentFileSystem();
+  const auto listing = files.OpenFolder(from);
+  MakeFolders(files, to, 0777);
+  for (FoundEntry entry; listing && listing->Next(entry);) {
+    if (entry.name == "." || entry.name == ".." || entry.name == except) continue;
+    if (!entry.isFolder)
+      CopyShippedFile(JoinPath(from, entry.name), JoinPath(to, entry.name));
+    else if (!entry.isLink)
+      CopyShippedFolder(JoinPath(from, entry.name), JoinPath(to, entry.name), "");
+  }
 }
 
 // The marker comes last: it says that the rest is there.
-void FillFolder(const fs::path& folder, const fs::path& shipped, const std::string& marker) {
-  if (IsFile(folder / marker)) return;
-  std::error_code error;
-  for (auto it = fs::recursive_directory_iterator(shipped, error); !error && it != fs::end(it); it.increment(error)) {
-    const fs::path relative = it->path().lexically_relative(shipped);
-    std::error_code ignored;
-    if (it->is_directory(ignored))
-      fs::create_directories(folder / relative, ignored);
-    else if (it->is_regular_file(ignored) && relative != marker)
-      CopyShippedFile(it->path(), folder / relative);
-  }
-  if (IsFile(shipped / marker)) CopyShippedFile(shipped / marker, folder / marker);
+void FillFolder(const std::string& folder, const std::string& shipped, const std::string& marker) {
+  FileSystem& files = CurrentFileSystem();
+  if (files.IsFile(JoinPath(folder, marker)) || !files.IsFolder(shipped)) return;
+  CopyShippedFolder(shipped, folder, marker);
+  CopyShippedFile(JoinPath(shipped, marker), JoinPath(folder, marker));
 }
 
-bool IsAbsoluteText(const std::string& path) { return IsSeparator(path[0]) || (path.size() > 1 && path[1] == ':'); }
-
 }  // namespace
+
+std::string OwnVariableName(const char* suffix) { return UpperCase(identity_.name) + suffix; }
 
 void SetProgram(const ProgramIdentity& identity) {
   identity_ = identity;
@@ -86,21 +78,23 @@ const ProgramIdentity& Program() { return identity_; }
 
 // Asked for once, at the start: the link says otherwise when the file is replaced while the program runs.
 std::string ExecutablePath() {
-  static const std::string path = [] {
-    std::error_code ignored;
-    return fs::read_symlink("/proc/self/exe", ignored).string();
-  }();
+  static const std::string path = CurrentFileSystem().LinkTarget("/proc/self/exe");
   return path;
 }
 
 std::string CompanionProgram(const std::string& file) {
-  const fs::path programs = fs::path(ExecutablePath()).parent_path();
-  for (const fs::path& folder : {programs, programs.parent_path() / "libexec" / identity_.name})
-    if (IsFile(folder / file)) return (folder / file).string();
+  const std::string programs = ExecutableFolder();
+  for (const std::string& folder : {programs, FolderAbove(programs) + "/libexec/" + identity_.name})
+    if (const std::string program = JoinPath(folder, file); CurrentFileSystem().Exists(program)) return program;
   return "";
 }
 
-std::string ExecutableName() { return fs::path(ExecutablePath()).stem().string(); }
+std::string ExecutableFolder() { return FolderAbove(ExecutablePath()); }
+
+std::string ExecutableName() {
+  const std::string name(LastName(ExecutablePath()));
+  return name.substr(0, name.rfind('.'));
+}
 
 void SetCommandLine(int argc, const char* const* argv) {
   commandLine_.clear();
@@ -123,21 +117,19 @@ std::string AutostartFolder() { return Made(XdgFolder("XDG_CONFIG_HOME", ".confi
 
 std::string RuntimeFolder() {
   const std::string given = Variable("XDG_RUNTIME_DIR");
-  if (given.starts_with('/') && access(given.c_str(), W_OK | X_OK) == 0) return given;
+  if (given.starts_with('/') && CurrentFileSystem().IsAllowed(given, W_OK | X_OK)) return given;
   const std::string own = Made("/tmp/" + identity_.name + "-" + std::to_string(getuid()));
   // Somebody else may have made it first.
   return IsPrivateFolder(own) ? own : ConfigFolder();
 }
 
 std::string ProgramFolder(const std::string& marker) {
-  std::error_code ignored;
   const std::string given = Variable(OwnVariableName("_HOME"));
-  if (!given.empty())
-    return WithSeparator(IsAbsoluteText(given) ? given : WindowsPathFromNative(fs::absolute(given, ignored).string()));
-  const fs::path programs = fs::path(ExecutablePath()).parent_path();
-  if (IsFile(programs / marker)) return WithSeparator(WindowsPathFromNative(programs.string()));
+  if (!given.empty()) return WithSeparator(IsAbsolutePath(given) ? given : WindowsPathFromNative(AbsolutePath(given)));
+  const std::string programs = ExecutableFolder();
+  if (CurrentFileSystem().IsFile(JoinPath(programs, marker))) return WithSeparator(WindowsPathFromNative(programs));
   const std::string data = DataFolder();
-  FillFolder(data, programs.parent_path() / "share" / identity_.name, marker);
+  FillFolder(data, FolderAbove(programs) + "/share/" + identity_.name, marker);
   return WithSeparator(WindowsPathFromNative(data));
 }
 

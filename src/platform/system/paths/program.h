@@ -11,11 +11,17 @@ struct ProgramIdentity {
   std::string autostart;  // the file that an autostart entry runs; empty: the running program
 };
 
+// The name of an environment variable of the program's own: its name in upper case, then `suffix`.
+std::string OwnVariableName(const char* suffix);
+
 void SetProgram(const ProgramIdentity& identity);
 const ProgramIdentity& Program();
 
 // Native path of the running executable, links resolved.
 std::string ExecutablePath();
+
+// The folder that holds it, without a trailing separator.
+std::string ExecutableFolder();
 
 // Native path of another program of ours, which stands beside this one or in ../libexec/<name>; empty when there is
 // none.

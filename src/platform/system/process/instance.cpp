@@ -1,6 +1,7 @@
 #include "platform/system/process/instance.h"
 
-#include "platform/system/filesystem/nativefile.h"
+#include "platform/system/filesystem/currentfilesystem.h"
+#include "platform/system/filesystem/descriptor.h"
 #include "platform/system/paths/environment.h"
 #include "platform/system/paths/program.h"
 
@@ -104,21 +105,16 @@ ExclusiveLock::~ExclusiveLock() { Release(); }
 
 bool ExclusiveLock::TryAcquire() {
   if (IsHeld()) return true;
-  win::Descriptor file(open(path_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-  if (!file.IsOpen()) {
-    // Nobody can hold what nobody can open, and a home that cannot be written to keeps no one from playing.
-    std::fprintf(stderr, "%s: %s: %s\n", Program().name.c_str(), path_.c_str(), std::strerror(errno));
-    return true;
-  }
-  if (IsHeldByAnother(file.Get())) return false;
-  descriptor_ = file.Release();
+  lock_ = CurrentFileSystem().TryLock(path_);
+  if (IsHeld()) return true;
+  if (errno == EWOULDBLOCK) return false;
+  // Nobody can hold what nobody can open, and a home that cannot be written to keeps no one from playing.
+  std::fprintf(stderr, "%s: %s: %s\n", Program().name.c_str(), path_.c_str(), std::strerror(errno));
   return true;
 }
 
-void ExclusiveLock::Release() {
-  if (IsHeld()) close(std::exchange(descriptor_, -1));
-}
+void ExclusiveLock::Release() { lock_.reset(); }
 
-bool ExclusiveLock::IsHeld() const { return descriptor_ >= 0; }
+bool ExclusiveLock::IsHeld() const { return lock_ != nullptr; }
 
 }  // namespace win

@@ -8,6 +8,8 @@
 // behind that could be mistaken for a running one, and of two starts at the same moment exactly one wins.
 namespace win {
 
+class FileLock;
+
 class Instance {
  public:
   // Claims the place of the running instance if it is free.
@@ -53,7 +55,7 @@ class ExclusiveLock {
 
  private:
   std::string path_;
-  int descriptor_ = -1;
+  std::unique_ptr<FileLock> lock_;
 };
 
 }  // namespace win

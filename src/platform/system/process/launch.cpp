@@ -1,7 +1,8 @@
 #include "platform/system/process/launch.h"
 
-#include "platform/system/files/files.h"
-#include "platform/system/filesystem/nativefile.h"
+#include "platform/system/files/lines.h"
+#include "platform/system/filesystem/currentfilesystem.h"
+#include "platform/system/filesystem/nativepath.h"
 #include "platform/system/paths/environment.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/paths/program.h"
@@ -11,29 +12,19 @@
 #include <unistd.h>
 
 #include <cstdint>
-#include <filesystem>
 #include <optional>
 #include <sstream>
 #include <string_view>
-#include <system_error>
 
 namespace win {
 namespace {
 
-namespace fs = std::filesystem;
-
-bool Exists(const fs::path& path) {
-  std::error_code ignored;
-  return fs::exists(path, ignored);
-}
-
 // The first bytes of a file, up to behind the processor type of a Windows program.
 std::string HeaderOf(const std::string& program) {
-  std::string header(4096, '\0');
-  const Descriptor file = OpenForReading(program);
-  const ssize_t size = file.IsOpen() ? ReadSome(file.Get(), header.data(), header.size()) : 0;
-  header.resize(size > 0 ? static_cast<std::size_t>(size) : 0);
-  return header;
+  constexpr std::size_t kHeaderSize = 4096;
+  FileStatus status;
+  const auto file = OpenFile(CurrentFileSystem(), program, status);
+  return file ? ReadUpTo(*file, status.size, kHeaderSize).value_or("") : "";
 }
 
 std::uint32_t NumberAt(std::string_view bytes, std::size_t offset, int size) {
@@ -69,32 +60,36 @@ std::string RunnerLine() {
 // The runner may have arguments of its own. It is found from the folder that we are in, the program runs in another.
 std::vector<std::string> Runner() {
   const std::string line = RunnerLine();
-  std::vector<std::string> words = Exists(line) ? std::vector{line} : SplitArguments(line);
+  std::vector<std::string> words = CurrentFileSystem().Exists(line) ? std::vector{line} : SplitArguments(line);
   if (words.empty()) words = {"wine"};
-  std::error_code ignored;
-  if (words[0].find('/') != std::string::npos) words[0] = fs::absolute(words[0], ignored).string();
+  if (words[0].find('/') != std::string::npos) words[0] = AbsolutePath(words[0]);
   return words;
 }
 
-// The Wine prefix in which the program lies, the innermost one.
-std::optional<std::string> PrefixAround(const fs::path& program) {
-  std::error_code ignored;
-  for (const fs::path& spelling : {program, fs::weakly_canonical(program, ignored)})
-    for (fs::path folder = spelling.parent_path(); folder.has_relative_path(); folder = folder.parent_path()) {
-      const bool inside = folder.filename() == "drive_c" || folder.filename() == "dosdevices";
-      if (inside && Exists(folder.parent_path() / "dosdevices")) return folder.parent_path().string();
+std::string WithoutLinks(const std::string& path) {
+  return ResolveLinks(path, true, [](const std::string& resolved) { return CurrentFileSystem().LinkTarget(resolved); });
+}
+
+// The Wine prefix in which the program is, the innermost one.
+std::optional<std::string> PrefixAround(const std::string& program) {
+  for (const std::string& spelling : {program, WithoutLinks(program)})
+    for (std::string folder = FolderAbove(spelling); folder.size() > 1; folder = FolderAbove(folder)) {
+      const std::string prefix = FolderAbove(folder);
+      const bool inside = LastName(folder) == "drive_c" || LastName(folder) == "dosdevices";
+      if (inside && CurrentFileSystem().Exists(prefix + "/dosdevices")) return prefix;
     }
   return std::nullopt;
 }
 
 // Wine fills the Windows folder when it sets a prefix up; the registry files come only later.
-bool IsSetUp(const fs::path& prefix) { return Exists(prefix / "drive_c" / "windows" / "system32" / "kernel32.dll"); }
+bool IsSetUp(const std::string& prefix) {
+  return CurrentFileSystem().Exists(prefix + "/drive_c/windows/system32/kernel32.dll");
+}
 
 // Empty when there is none.
 std::string FindExecutable(const std::string& name) {
   const auto isProgram = [](const std::string& path) {
-    std::error_code failed;
-    return fs::is_regular_file(path, failed) && access(path.c_str(), X_OK) == 0;
+    return CurrentFileSystem().IsFile(path) && CurrentFileSystem().IsAllowed(path, X_OK);
   };
   if (name.find('/') != std::string::npos) return isProgram(name) ? name : "";
   const std::string given = Variable("PATH");
@@ -106,24 +101,22 @@ std::string FindExecutable(const std::string& name) {
 
 // Whether a Wine that was installed around `programs`, its folder of programs, holds what every program of so many bits
 // needs: the innermost of the system files or, in Debian's layout, a loader of its own.
-bool HasPart(const fs::path& programs, std::string_view bits) {
+bool HasPart(const std::string& programs, std::string_view bits) {
   const bool is32 = bits == "32";
   const std::string systemFile = is32 ? "i386-windows/ntdll.dll" : "x86_64-windows/ntdll.dll";
-  std::error_code ignored;
   for (const char* folder : {"lib", "lib64", "lib32", "lib/i386-linux-gnu", "lib/x86_64-linux-gnu"})
     for (const std::string& file : {systemFile, std::string(is32 ? "wine" : "wine64")})
-      if (fs::is_regular_file(programs.parent_path() / folder / "wine" / file, ignored)) return true;
+      if (CurrentFileSystem().IsFile(FolderAbove(programs) + "/" + folder + "/wine/" + file)) return true;
   return false;
 }
 
 // Says so only of a Wine that is found to be there for the other kind alone: it may be laid out in a way unknown here.
 bool LacksPart(const std::string& runner, std::string_view bits) {
-  std::error_code failed;
-  const fs::path real = fs::canonical(runner, failed);
-  const bool isWine = fs::path(runner).filename().string().starts_with("wine") && !failed;
+  const std::string programs = FolderAbove(WithoutLinks(runner));
+  const bool isWine = LastName(runner).starts_with("wine");
   const bool isLedElsewhere = !Variable("WINELOADER").empty() || !Variable("WINEDLLPATH").empty();
   if (bits.empty() || !isWine || isLedElsewhere) return false;
-  return HasPart(real.parent_path(), bits == "32" ? "64" : "32") && !HasPart(real.parent_path(), bits);
+  return HasPart(programs, bits == "32" ? "64" : "32") && !HasPart(programs, bits);
 }
 
 // Empty when there is none for this kind of program.
@@ -169,7 +162,7 @@ bool IsWindowsProgram(const std::string& program) { return IsWindowsHeader(Heade
 std::string RunnerProblemOf(const std::string& program) {
   const std::string header = HeaderOf(program);
   if (!IsWindowsHeader(header)) return "";
-  const std::string name = fs::path(program).filename().string() + " is a Windows program";
+  const std::string name = std::string(LastName(program)) + " is a Windows program";
   const std::string runner = Runner()[0];
   const std::string found = FindExecutable(runner);
   if (found.empty()) return name + ", and " + runner + ", which is to run those, is not there or cannot be started.";

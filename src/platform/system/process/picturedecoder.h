@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/system/filesystem/nativefile.h"
+#include "platform/system/filesystem/descriptor.h"
 
 #include <sys/types.h>
 

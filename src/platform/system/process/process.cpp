@@ -1,9 +1,9 @@
 #include "platform/system/process/process.h"
 
-#include "platform/system/files/rehearsal.h"
-#include "platform/system/filesystem/deeds.h"
-#include "platform/system/filesystem/disk.h"
-#include "platform/system/filesystem/nativefile.h"
+#include "platform/system/filesystem/currentfilesystem.h"
+#include "platform/system/filesystem/descriptor.h"
+#include "platform/system/filesystem/nativepath.h"
+#include "platform/system/filesystem/operations.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/paths/program.h"
 #include "platform/system/process/launch.h"
@@ -120,8 +120,7 @@ struct Order {
 
 // The process id, -1 for a failed start, whose reason has then been said.
 pid_t Spawn(const Order& order) {
-  std::error_code ignored;
-  if (!fs::is_directory(order.folder, ignored)) {
+  if (!CurrentFileSystem().IsFolder(order.folder)) {
     SayFailure(order.program + " in " + order.folder, ENOENT);
     return -1;
   }
@@ -136,11 +135,6 @@ pid_t Spawn(const Order& order) {
   const bool throughRunner = launch.arguments[0] != order.program;
   SayFailure(order.program + (throughRunner ? " with " + launch.arguments[0] : ""), error);
   return -1;
-}
-
-std::string AbsoluteNativePath(const std::string& path) {
-  std::error_code ignored;
-  return fs::absolute(NativePath(path), ignored).string();
 }
 
 // Descriptors through which a process can be waited for, whoever its parent is.
@@ -261,25 +255,20 @@ Process CreateProcess(const std::string& commandLine, unsigned creationFlags, co
 
 namespace {
 
-bool IsFile(const std::string& native) {
-  struct stat status;
-  return TheDisk().Stat(native, status) == 0 && S_ISREG(status.st_mode);
-}
-
 // Without starting it.
 bool CouldBeStarted(const std::string& program) {
-  struct stat status;
-  if (TheDisk().Stat(program, status) != 0) return false;
+  FileStatus status;
+  if (!CurrentFileSystem().Status(program, status)) return false;
   if (IsWindowsProgram(program)) return RunnerProblemOf(program).empty() || FailWith(ENOEXEC);
-  return (S_ISREG(status.st_mode) && (status.st_mode & 0111) != 0) || FailWith(EACCES);
+  return (status.IsFile() && (status.permissions & 0111) != 0) || FailWith(EACCES);
 }
 
 bool StartWithoutWaiting(const std::string& commandLine, const std::string& folder) {
-  const bool whole = IsFile(NativePath(commandLine));
+  const bool whole = CurrentFileSystem().IsFile(NativePath(commandLine));
   const ProgramAndTail line = whole ? ProgramAndTail{commandLine, ""} : SplitProgram(commandLine);
   const std::string program = AbsoluteNativePath(line.program);
-  const std::string start = folder.empty() ? fs::path(program).parent_path().string() : AbsoluteNativePath(folder);
-  if (Rehearsal::IsOn()) return CouldBeStarted(program);
+  const std::string start = folder.empty() ? FolderAbove(program) : AbsoluteNativePath(folder);
+  if (!CurrentFileSystem().IsSeenByPrograms()) return CouldBeStarted(program);
   const pid_t process = Spawn({program, line.tail, start, kNormalNice, /*silent=*/true});
   if (process < 0) return false;
   ReapInBackground(process);
@@ -293,7 +282,7 @@ std::string RunnerProblem(const std::string& commandLine) {
 }
 
 bool ShellExecute(const std::string& commandLine, const std::string& folder) {
-  return Tell(Act::kStart, commandLine, "", [&] { return StartWithoutWaiting(commandLine, folder); });
+  return ReportOperation(Operation::kStart, commandLine, "", [&] { return StartWithoutWaiting(commandLine, folder); });
 }
 
 }  // namespace win

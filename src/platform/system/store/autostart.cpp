@@ -1,7 +1,7 @@
 #include "platform/system/store/autostart.h"
 
-#include "platform/system/files/files.h"
-#include "platform/system/filesystem/disk.h"
+#include "platform/system/files/wholefile.h"
+#include "platform/system/filesystem/currentfilesystem.h"
 #include "platform/system/paths/environment.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/paths/program.h"
@@ -108,7 +108,7 @@ bool WriteAutostartEntry(const std::string& name, const std::string& command, bo
   return WriteWholeFile(WindowsPathFromNative(EntryPath(name)), entry);
 }
 
-void RemoveAutostartEntry(const std::string& name) { TheDisk().Unlink(EntryPath(name)); }
+void RemoveAutostartEntry(const std::string& name) { CurrentFileSystem().Remove(EntryPath(name)); }
 
 StartingEntry TakeStartingEntry() {
   StartingEntry entry;

@@ -1,16 +1,10 @@
 #include "platform/system/store/jsonstore.h"
 
-#include "platform/system/files/files.h"
-#include "platform/system/filesystem/disk.h"
-#include "platform/system/filesystem/nativefile.h"
+#include "platform/system/files/wholefile.h"
+#include "platform/system/filesystem/currentfilesystem.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/paths/program.h"
 #include "platform/system/text/text.h"
-
-#include <fcntl.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -22,7 +16,7 @@
 namespace win {
 namespace {
 
-constexpr std::size_t kMaxBytes = 64u << 20;
+constexpr std::size_t kMaxStoreBytes = 64u << 20;
 constexpr int kMaxNesting = 16;
 constexpr int kObjectLevels = 3;
 constexpr auto kLockPatience = std::chrono::seconds(5);
@@ -33,21 +27,16 @@ enum class Content { kMissing, kRead, kUnreadable };
 // the file system knows no locks, storing without one beats not storing.
 class StoreLock {
  public:
-  explicit StoreLock(const std::string& storePath)
-      : file_(TheDisk().Open(storePath + ".lock", O_RDWR | O_CREAT | O_CLOEXEC, 0600)) {
+  explicit StoreLock(const std::string& storePath) {
     const auto giveUp = std::chrono::steady_clock::now() + kLockPatience;
-    while (file_.IsOpen() && !(held_ = TryLock()) && std::chrono::steady_clock::now() < giveUp)
+    while (!(lock_ = CurrentFileSystem().TryLock(storePath + ".lock")) && errno == EWOULDBLOCK &&
+           std::chrono::steady_clock::now() < giveUp)
       std::this_thread::sleep_for(std::chrono::milliseconds(2));
   }
-  bool IsHeld() const { return held_; }
+  bool IsHeld() const { return lock_ != nullptr; }
 
  private:
-  bool TryLock() const {
-    return flock(file_.Get(), LOCK_EX | LOCK_NB) == 0 || (errno != EWOULDBLOCK && errno != EINTR);
-  }
-
-  Descriptor file_;
-  bool held_ = false;
+  std::unique_ptr<FileLock> lock_;
 };
 
 // Says each thing once, however often the store is asked.
@@ -57,21 +46,15 @@ void SayOnce(const std::string& message) {
 }
 
 Content ReadBytes(const std::string& path, std::string& bytes) {
-  const Descriptor file = OpenForReading(path);
-  struct stat status;
-  if (!file.IsOpen())
-    return TheDisk().Stat(path, status) != 0 && errno == ENOENT ? Content::kMissing : Content::kUnreadable;
-  if (fstat(file.Get(), &status) != 0) return Content::kUnreadable;
+  FileSystem& files = CurrentFileSystem();
+  FileStatus status;
+  const auto file = OpenFile(files, path, status);
+  if (!file) return !files.Status(path, status) && errno == ENOENT ? Content::kMissing : Content::kUnreadable;
   // One byte more than allowed is enough to see that a store is too big.
-  bytes.resize(std::min(static_cast<std::size_t>(status.st_size), kMaxBytes) + 1);
-  std::size_t filled = 0;
-  ssize_t count = 1;
-  while (count > 0 && filled < bytes.size()) {
-    count = ReadSome(file.Get(), bytes.data() + filled, bytes.size() - filled);
-    if (count > 0) filled += static_cast<std::size_t>(count);
-  }
-  bytes.resize(filled);
-  return count < 0 ? Content::kUnreadable : Content::kRead;
+  std::optional<std::string> content = ReadUpTo(*file, status.size, kMaxStoreBytes + 1);
+  if (!content) return Content::kUnreadable;
+  bytes = std::move(*content);
+  return Content::kRead;
 }
 
 bool NestsTooDeep(std::string_view json) {
@@ -104,20 +87,21 @@ bool HasObjectLevels(const Json& node, int levels) {
 // A discarded value when the text is no store.
 Json ParseStore(std::string_view bytes) {
   const Json damaged = Json::value_t::discarded;
-  if (bytes.size() > kMaxBytes || NestsTooDeep(bytes)) return damaged;
+  if (bytes.size() > kMaxStoreBytes || NestsTooDeep(bytes)) return damaged;
   Json tree = Json::parse(bytes, nullptr, false);
   return HasObjectLevels(tree, kObjectLevels) ? tree : damaged;
 }
 
 // Moves the file to the first free name; an empty file reserves that name, so that nothing is ever replaced.
 std::optional<std::string> MoveToFreeName(const std::string& path) {
+  FileSystem& files = CurrentFileSystem();
   for (int n = 1; n < 10000; ++n) {
     const std::string target = path + ".damaged-" + std::to_string(n);
-    const Descriptor reserved(TheDisk().Open(target, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-    if (reserved.Get() < 0 && errno == EEXIST) continue;
-    if (reserved.Get() < 0) break;
-    if (TheDisk().Rename(path, target, 0) == 0) return target;
-    TheDisk().Unlink(target);
+    const auto reserved = files.OpenForWriting(target, OpenMode::kExclusive, 0600);
+    if (!reserved && errno == EEXIST) continue;
+    if (!reserved) break;
+    if (files.Rename(path, target)) return target;
+    files.Remove(target);
     break;
   }
   return std::nullopt;
@@ -194,7 +178,7 @@ bool JsonStore::Change(const std::function<bool(Json& tree)>& change) {
 
 bool JsonStore::Write(Json tree) {
   std::string bytes = tree.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
-  if (bytes.size() > kMaxBytes || !WriteWholeFile(WindowsPathFromNative(Path()), bytes)) {
+  if (bytes.size() > kMaxStoreBytes || !WriteWholeFile(WindowsPathFromNative(Path()), bytes)) {
     SayOnce(Path() + " cannot be written");
     return false;
   }

@@ -1,6 +1,8 @@
 #include "platform/system/store/registry.h"
 
-#include "platform/system/filesystem/deeds.h"
+#include "platform/system/filesystem/currentfilesystem.h"
+#include "platform/system/filesystem/operations.h"
+#include "platform/system/paths/environment.h"
 #include "platform/system/store/autostart.h"
 #include "platform/system/store/jsonstore.h"
 #include "platform/system/text/text.h"
@@ -9,12 +11,9 @@
 
 #include <array>
 #include <chrono>
-#include <cstdlib>
-#include <filesystem>
 #include <functional>
 #include <optional>
 #include <sstream>
-#include <system_error>
 #include <thread>
 
 namespace win {
@@ -25,7 +24,7 @@ constexpr char kRunOncePath[] = "Software\\Microsoft\\Windows\\CurrentVersion\\R
 
 constexpr char kRunOnceLock[] = "runonce";
 constexpr std::chrono::milliseconds kPause(50);
-constexpr int kMostPauses = 200;
+constexpr int kMaxPauses = 200;
 
 enum class KeyKind { kPlain, kRun, kRunOnce, kSystemInformation };
 
@@ -52,14 +51,12 @@ const Key* KeyOf(RegistryHandle handle) { return handle >= 1 && handle <= kKeys.
 
 // The first of the tools in the order of the list that stands in PATH; empty when there is none.
 std::string SystemInformationTool() {
-  const char* path = std::getenv("PATH");
   for (const char* tool : kSystemInformationTools) {
-    std::istringstream folders(path ? path : "");
+    std::istringstream folders(Variable("PATH"));
     for (std::string folder; std::getline(folders, folder, ':');) {
       const std::string file = folder + "/" + tool;
-      std::error_code ignored;
-      const bool isFile = folder.starts_with('/') && std::filesystem::is_regular_file(file, ignored);
-      if (isFile && access(file.c_str(), X_OK) == 0) return file;
+      const bool isFile = folder.starts_with('/') && CurrentFileSystem().IsFile(file);
+      if (isFile && CurrentFileSystem().IsAllowed(file, X_OK)) return file;
     }
   }
   return "";
@@ -140,11 +137,12 @@ long DeleteValue(RegistryHandle handle, const std::string& valueName) {
 }
 
 // A value that is not there need not go, so that it counts as gone.
-long Told(Act act, const std::string& valueName, std::string_view data, const std::function<long()>& work) {
+long Reported(Operation operation, const std::string& valueName, std::string_view data,
+              const std::function<long()>& work) {
   long status = kErrorSuccess;
-  Tell(act, valueName, TextOf(data), [&] {
+  ReportOperation(operation, valueName, TextOf(data), [&] {
     status = work();
-    return status == kErrorSuccess || (act == Act::kForget && status == kErrorFileNotFound);
+    return status == kErrorSuccess || (operation == Operation::kForget && status == kErrorFileNotFound);
   });
   return status;
 }
@@ -152,7 +150,7 @@ long Told(Act act, const std::string& valueName, std::string_view data, const st
 }  // namespace
 
 long RegSetValueEx(RegistryHandle handle, const std::string& valueName, std::uint32_t type, std::string_view data) {
-  return Told(Act::kStore, valueName, data, [&] { return SetValue(handle, valueName, type, data); });
+  return Reported(Operation::kStore, valueName, data, [&] { return SetValue(handle, valueName, type, data); });
 }
 
 long RegQueryValueEx(RegistryHandle handle, const std::string& valueName, std::uint32_t& type, std::string& data) {
@@ -176,7 +174,7 @@ long RegQueryValueEx(RegistryHandle handle, const std::string& valueName, std::u
 }
 
 long RegDeleteValue(RegistryHandle handle, const std::string& valueName) {
-  return Told(Act::kForget, valueName, "", [&] { return DeleteValue(handle, valueName); });
+  return Reported(Operation::kForget, valueName, "", [&] { return DeleteValue(handle, valueName); });
 }
 
 long RegCloseKey(RegistryHandle handle) { return KeyOf(handle) ? kErrorSuccess : kErrorInvalidHandle; }
@@ -191,7 +189,7 @@ std::unique_ptr<ExclusiveLock> TakePartInLogIn() {
     RegDeleteValue(key, entry.name);
     return once;
   }
-  for (int i = 0; !entry.name.empty() && (HasRunOnceValues() || !once->TryAcquire()) && i < kMostPauses; ++i)
+  for (int i = 0; !entry.name.empty() && (HasRunOnceValues() || !once->TryAcquire()) && i < kMaxPauses; ++i)
     std::this_thread::sleep_for(kPause);
   return nullptr;
 }

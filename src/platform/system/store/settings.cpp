@@ -1,6 +1,6 @@
 #include "platform/system/store/settings.h"
 
-#include "platform/system/filesystem/deeds.h"
+#include "platform/system/filesystem/operations.h"
 #include "platform/system/store/jsonstore.h"
 
 namespace win {
@@ -25,7 +25,7 @@ bool SaveSetting(const std::string& application, const std::string& section, con
     stored = std::move(wanted);
     return true;
   };
-  return Tell(Act::kStore, section + "\\" + key, value, [&] { return store.Change(change); });
+  return ReportOperation(Operation::kStore, section + "\\" + key, value, [&] { return store.Change(change); });
 }
 
 bool SaveSection(const std::string& application, const std::string& section, const std::vector<SettingRow>& rows,
@@ -45,7 +45,8 @@ bool DeleteSetting(const std::string& application, const std::string& section, c
     Json* sections = FindMember(&tree, application);
     return key.empty() ? EraseMember(sections, section) : EraseMember(FindMember(sections, section), key);
   };
-  return Tell(Act::kForget, section + (key.empty() ? "" : "\\" + key), "", [&] { return store.Change(change); });
+  return ReportOperation(Operation::kForget, section + (key.empty() ? "" : "\\" + key), "",
+                         [&] { return store.Change(change); });
 }
 
 std::vector<StoredSetting> AllSettings(const std::string& application) {

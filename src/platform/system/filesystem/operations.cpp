@@ -1,4 +1,4 @@
-#include "platform/system/filesystem/deeds.h"
+#include "platform/system/filesystem/operations.h"
 
 #include <cerrno>
 #include <cstring>
@@ -8,8 +8,8 @@ namespace win {
 
 namespace {
 
-DeedWatch::Listener listening;
-bool isInside = false;  // a deed that belongs to another
+OperationObserver::Listener listening;
+bool isInside = false;  // within an operation that is reported as a whole
 
 struct Explanation {
   int error;
@@ -37,22 +37,23 @@ std::string Explained(int error) {
 
 }  // namespace
 
-DeedWatch::DeedWatch(Listener listener) : outer_(std::exchange(listening, std::move(listener))) {}
+OperationObserver::OperationObserver(Listener listener) : outer_(std::exchange(listening, std::move(listener))) {}
 
-DeedWatch::~DeedWatch() { listening = std::move(outer_); }
+OperationObserver::~OperationObserver() { listening = std::move(outer_); }
 
-bool DeedsAreWatched() { return listening != nullptr && !isInside; }
+bool OperationsAreObserved() { return listening != nullptr && !isInside; }
 
-bool Tell(Act act, const std::string& target, const std::string& source, const std::function<bool()>& work) {
-  if (!DeedsAreWatched()) return work();
+bool ReportOperation(Operation operation, const std::string& target, const std::string& source,
+                     const std::function<bool()>& work) {
+  if (!OperationsAreObserved()) return work();
   isInside = true;
   errno = 0;
-  Deed deed{act, target, source, work(), ""};
-  const bool isQuestion = act == Act::kLookFor || act == Act::kSearch;
-  if (!deed.done) deed.why = Explained(isQuestion ? ENOENT : errno);
+  FileOperation report{operation, target, source, work(), ""};
+  const bool isQuestion = operation == Operation::kLookFor || operation == Operation::kSearch;
+  if (!report.done) report.why = Explained(isQuestion ? ENOENT : errno);
   isInside = false;
-  listening(deed);
-  return deed.done;
+  listening(report);
+  return report.done;
 }
 
 }  // namespace win

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "platform/system/filesystem/filesystem.h"
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace win {
+
+struct PathDifference {
+  enum class Kind { kNew, kGone, kChanged };
+
+  std::string path;
+  Kind kind = Kind::kNew;
+};
+
+// Another file system as it would be after changes that are not made to it. A changed file lives in memory, a renamed
+// one is read where it still is in the file system below. Nobody may change that one while this object is alive.
+class OverlayFileSystem : public FileSystem {
+ public:
+  // `base` must outlive this object.
+  explicit OverlayFileSystem(FileSystem& base);
+
+  std::unique_ptr<ReadableFile> OpenForReading(const std::string& path) override;
+  std::unique_ptr<WritableFile> OpenForWriting(const std::string& path, OpenMode mode, mode_t permissions) override;
+  std::unique_ptr<FolderListing> OpenFolder(const std::string& path) override;
+  bool Status(const std::string& path, FileStatus& status) override;
+  bool LinkStatus(const std::string& path, FileStatus& status) override;
+  std::string LinkTarget(const std::string& path) override;
+  bool IsAllowed(const std::string& path, int how) override;
+  bool Rename(const std::string& from, const std::string& to) override { return RenameTo(from, to, true); }
+  bool RenameWithoutReplacing(const std::string& from, const std::string& to) override {
+    return RenameTo(from, to, false);
+  }
+  bool Remove(const std::string& path) override;
+  bool MakeFolder(const std::string& path, mode_t permissions) override;
+  bool RemoveFolder(const std::string& path) override;
+  bool SetPermissions(const std::string& path, mode_t permissions) override;
+  bool SetModified(const std::string& path, const timespec& time) override;
+  bool Sync(const std::string& path) override { return Exists(path) || FailWith(ENOENT); }
+  std::unique_ptr<FileLock> TryLock(const std::string& path) override;
+  const FolderNames* NamesIn(const std::string& folder) override;
+  bool IsSeenByPrograms() const override { return false; }
+
+  // Where this file system differs from the one below, in name order. Of a renamed or made folder only the folder
+  // itself.
+  std::vector<PathDifference> Differences();
+
+  // The absolute path without links on the way, its last name included or not.
+  std::string Resolved(const std::string& path, bool followLast);
+
+ private:
+  struct MemoryFile;
+  class MemoryReader;
+  class MemoryWriter;
+  class Listing;
+
+  // What a path that has changed leads to: an unchanged file or folder, known below as `backing`, a file in memory, or
+  // with neither a folder that was made here.
+  struct Entry {
+    bool gone = false;
+    std::string backing = {};
+    std::shared_ptr<MemoryFile> memory = {};
+    ino_t inode = 0;  // of what is not below
+  };
+
+  std::optional<Entry> Find(const std::string& resolved) const;
+  bool IsFileNamedAsFolder(const std::string& path);
+  bool StatusOf(const std::string& resolved, bool followLink, FileStatus& status);
+  bool IsFolderAt(const std::string& resolved);
+  bool ExistsAt(const std::string& resolved);
+  bool MayChange(const std::string& folder);
+  bool MayMove(const std::string& from, const std::string& to);
+  Entry InMemory(const std::string& resolved, bool withContent, mode_t permissions);
+  void Set(const std::string& resolved, Entry entry);
+  bool RenameTo(const std::string& from, const std::string& to, bool replace);
+  void Move(const std::string& from, const std::string& to);
+  void UpdateNames(const std::string& resolved);
+  bool RemoveEntry(const std::string& resolved);
+  std::vector<FoundEntry> EntriesIn(const std::string& resolved);
+  bool IsChanged(const std::string& resolved);
+
+  FileSystem& base_;
+  std::map<std::string, Entry> entries_;      // by resolved path
+  std::map<std::string, FolderNames> names_;  // by resolved path, those asked for
+  ino_t lastInode_;
+};
+
+}  // namespace win
