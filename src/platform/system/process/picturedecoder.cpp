@@ -8,6 +8,7 @@
 #include <signal.h>
 #include <spawn.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -76,8 +77,10 @@ PicturePixels ReadPictureAnswer(int socket, Clock::time_point deadline, bool& wh
 PictureDecoder::~PictureDecoder() { Stop(); }
 
 PicturePixels PictureDecoder::Decode(const std::string& native, bool opaque) {
-  const Descriptor file = OpenForReading(native);
-  if (!file.IsOpen()) return {};
+  // Another process reads it, so it is a descriptor of the system and no file of the current file system.
+  const Descriptor file(open(native.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  struct stat status;
+  if (!file.IsOpen() || fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
   if (!IsReady() && !Start()) return {};
   const auto deadline = Clock::now() + kTimeLimit;
   bool whole = false;
