@@ -10,36 +10,36 @@ namespace varnik::cli {
 namespace {
 
 struct Finding {
-  Leaving leaving;
+  Leftover leftover;
   bool fixed = false;
 };
 
 Json AsJson(const Finding& finding) {
-  return {{"Item", Text(finding.leaving.item)},
-          {"Meaning", Text(finding.leaving.meaning)},
-          {"Remedy", Text(finding.leaving.remedy)},
-          {"Fixable", finding.leaving.mend != nullptr},
+  return {{"Item", Text(finding.leftover.item)},
+          {"Meaning", Text(finding.leftover.meaning)},
+          {"Remedy", Text(finding.leftover.remedy)},
+          {"Fixable", finding.leftover.mend != nullptr},
           {"Fixed", finding.fixed}};
 }
 
 std::string StateOf(const Finding& finding) {
-  return finding.fixed ? "fixed" : finding.leaving.mend ? "--fix does it" : "by hand";
+  return finding.fixed ? "fixed" : finding.leftover.mend ? "--fix does it" : "by hand";
 }
 
 void Fix(Finding& finding) {
-  if (!finding.leaving.mend) return;
-  Note(finding.leaving.item + ": " + finding.leaving.remedy);
-  finding.fixed = Mend(finding.leaving);
-  if (!finding.fixed) Note(finding.leaving.item + ": could not be fixed");
+  if (!finding.leftover.mend) return;
+  Note(finding.leftover.item + ": " + finding.leftover.remedy);
+  finding.fixed = Mend(finding.leftover);
+  if (!finding.fixed) Note(finding.leftover.item + ": could not be fixed");
 }
 
 int PrintFindings(const Arguments& arguments, const std::vector<Finding>& findings) {
   Json list = Json::array();
   std::string text;
   for (const Finding& finding : findings) {
-    const Leaving& leaving = finding.leaving;
+    const Leftover& leftover = finding.leftover;
     list.push_back(AsJson(finding));
-    text += leaving.item + " (" + StateOf(finding) + ")\n  " + leaving.meaning + "\n  " + leaving.remedy + "\n";
+    text += leftover.item + " (" + StateOf(finding) + ")\n  " + leftover.meaning + "\n  " + leftover.remedy + "\n";
   }
   if (arguments.json) return Print(list);
   return PrintBytes(findings.empty() ? "Nothing was left behind.\n" : text);
@@ -51,8 +51,8 @@ int LookAtInstall(const Arguments& arguments) {
   const RunGuard guard;
   if (!guard.IsHeld()) return Fail("doctor", kRunRefused);
   std::vector<Finding> findings;
-  for (Leaving& leaving : FindLeavings())
-    findings.push_back({std::move(leaving)});
+  for (Leftover& leftover : FindLeftovers())
+    findings.push_back({std::move(leftover)});
   for (Finding& finding : findings)
     if (arguments.fix) Fix(finding);
   const int printed = PrintFindings(arguments, findings);

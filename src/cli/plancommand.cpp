@@ -57,7 +57,7 @@ int PlanGivenMod(const Arguments& arguments) {
   const ActivationPlan plan = PlanActivation(ModEntry(ModList[row]));
   if (arguments.configuration) return PrintConfiguration(arguments, plan);
   std::vector<PlanStep> steps = plan.steps;
-  if (!plan.inForce) Note("an EXE of the mod would take over");
+  if (!plan.active) Note("an EXE of the mod would take over");
   if (arguments.after) steps.insert(steps.end(), plan.left.begin(), plan.left.end());
   if (arguments.after && plan.left.empty()) Note("a deactivation would leave everything as it is now");
   return PrintSteps(arguments, steps);

@@ -3,14 +3,14 @@
 #include "cli/session.h"
 #include "cmdline/optionlist.h"
 #include "definition/crashmarker.h"
-#include "installs/installlist.h"
 #include "modengine/catalogue.h"
 #include "modengine/deactivation.h"
-#include "modengine/force.h"
+#include "modengine/listedmod.h"
 #include "modengine/runcycle.h"
 #include "modengine/runguard.h"
 #include "platform/system/paths/paths.h"
-#include "startup/startup.h"
+#include "startup/crashrecovery.h"
+#include "support/install.h"
 
 namespace varnik::cli {
 
@@ -26,7 +26,7 @@ bool IsSamePath(const std::string& a, const std::string& b) {
 
 // The marker of another mod, or of another install, that is still to be undone. Whatever follows would lose what the
 // store holds for that.
-std::string OtherModInForce(const std::string& definitionFile) {
+std::string OtherActiveMod(const std::string& definitionFile) {
   const CrashMarker marker = ReadCrashMarker();
   const bool isOurs = IsSamePath(marker.definitionFile, definitionFile) && IsSamePath(marker.root, InstallRoot());
   return marker.root.empty() || isOurs ? "" : marker.definitionFile;
@@ -43,7 +43,7 @@ int PrintDone(const Arguments& arguments, bool done, const std::string& what) {
 }
 
 std::string LineFor(const Arguments& arguments) {
-  LineParts parts{"", arguments.map, arguments.edit};
+  CommandLineParts parts{"", arguments.map, arguments.edit};
   parts.options = arguments.options ? *arguments.options : JoinTickedOptions(ReadOptionList(OptionListFile()));
   return BuildCommandLine(parts, true);
 }
@@ -80,7 +80,7 @@ int DeactivateUnlisted(const Arguments& arguments, const std::string& file) {
 
 int DeactivateListed(const Arguments& arguments, const ModEntry& mod) {
   if (mod.State == -1) Note(mod.DefinitionFile + ": counts as inactive already");
-  return PrintDone(arguments, TakeOutOfForce(mod), mod.DefinitionFile + " is out of force");
+  return PrintDone(arguments, DeactivateListedMod(mod), mod.DefinitionFile + " is out of force");
 }
 
 }  // namespace
@@ -95,7 +95,7 @@ int ActivateGivenMod(const Arguments& arguments) {
   if (const int refused = RefuseActivation(mod); refused != kDone) return refused;
   if (mod.State == 0)
     Note(mod.DefinitionFile + ": is taken out of force by `deactivate`, or by the next start of Varnik");
-  return PrintDone(arguments, PutIntoForce(mod), mod.DefinitionFile + " is in force");
+  return PrintDone(arguments, ActivateListedMod(mod), mod.DefinitionFile + " is in force");
 }
 
 int DeactivateGivenMod(const Arguments& arguments) {
@@ -104,7 +104,7 @@ int DeactivateGivenMod(const Arguments& arguments) {
   const std::size_t row = FindGivenMod(arguments.mod);
   const std::string file = row == 0 ? FindGivenDefinition(arguments.mod) : ModList[row].DefinitionFile;
   if (file.empty()) return FailWithoutMod(arguments.mod);
-  if (const std::string other = OtherModInForce(file); !other.empty()) return FailOverModInForce(other);
+  if (const std::string other = OtherActiveMod(file); !other.empty()) return FailOverActiveMod(other);
   SelectModFolders(row == 0 ? -1 : static_cast<int>(row));
   return row == 0 ? DeactivateUnlisted(arguments, file) : DeactivateListed(arguments, ModList[row]);
 }
@@ -119,7 +119,7 @@ int RunGivenMod(const Arguments& arguments) {
   if (mod.State == 1) return Fail(mod.DefinitionFile, "is persistent and active: use `varnik-cli deactivate`");
   if (mod.State == -1) return Fail(mod.DefinitionFile, "is persistent and inactive: use `varnik-cli activate`");
   if (const CrashMarker marker = ReadCrashMarker(); !marker.root.empty())
-    return FailOverModInForce(marker.definitionFile);
+    return FailOverActiveMod(marker.definitionFile);
   return Launch(arguments, *row);
 }
 

@@ -128,12 +128,12 @@ std::string FindGivenDefinition(const std::string& mod) {
 
 int RefuseActivation(const ModEntry& mod) {
   if (const CrashMarker marker = ReadCrashMarker(); !marker.root.empty())
-    return FailOverModInForce(marker.definitionFile);
+    return FailOverActiveMod(marker.definitionFile);
   if (mod.State == 1 && ConfigurationIsReplaced(InstallRoot())) return Fail(mod.DefinitionFile, "is in force already");
   return kDone;
 }
 
-int FailOverModInForce(const std::string& definitionFile) {
+int FailOverActiveMod(const std::string& definitionFile) {
   return Fail(definitionFile,
               "is in force: `varnik-cli deactivate` takes it out, or `varnik-cli recover` after a crash");
 }

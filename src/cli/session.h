@@ -46,7 +46,7 @@ std::string FindGivenDefinition(const std::string& mod);
 int RefuseActivation(const ModEntry& mod);
 
 // Says that this one is in force; gives kFailed.
-int FailOverModInForce(const std::string& definitionFile);
+int FailOverActiveMod(const std::string& definitionFile);
 
 constexpr char kNoMod[] = "-";
 

@@ -1,8 +1,8 @@
 #include "cmdline/optionfile.h"
 
-#include "installs/installlist.h"
 #include "platform/system/files/files.h"
 #include "platform/system/text/text.h"
+#include "support/install.h"
 
 #include <utility>
 

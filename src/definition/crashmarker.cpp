@@ -11,6 +11,12 @@ namespace {
 constexpr char kRootKey[] = "bz2loc";
 constexpr char kDefinitionKey[] = "filename";
 
+// Without a key the section goes. The entry for the next log-in goes last.
+void RemoveFrom(const char* key) {
+  Forget(kCrashSection, key);
+  RegRemoveValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue);
+}
+
 }  // namespace
 
 CrashMarker ReadCrashMarker() {
@@ -25,8 +31,11 @@ void WriteCrashMarker(const CrashMarker& marker) {
 
 void RemoveCrashMarker() {
   Forget(kCrashSection, kRootKey);
-  Forget(kCrashSection, kDefinitionKey);
-  RegRemoveValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue);
+  RemoveFrom(kDefinitionKey);
+}
+
+void RemoveCrashSection() {
+  RemoveFrom("");
 }
 
 }  // namespace varnik

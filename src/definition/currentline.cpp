@@ -12,11 +12,11 @@ const std::vector<const win::LineReader*>& CurrentLines() {
   return lines;
 }
 
-AtLine::AtLine(const win::LineReader& file) {
+ScopedLine::ScopedLine(const win::LineReader& file) {
   lines.push_back(&file);
 }
 
-AtLine::~AtLine() {
+ScopedLine::~ScopedLine() {
   lines.pop_back();
 }
 

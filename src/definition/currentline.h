@@ -12,12 +12,12 @@ namespace varnik {
 const std::vector<const win::LineReader*>& CurrentLines();
 
 // Held while a pass acts on the line that it has just read.
-class AtLine {
+class ScopedLine {
  public:
-  explicit AtLine(const win::LineReader& file);
-  ~AtLine();
-  AtLine(const AtLine&) = delete;
-  AtLine& operator=(const AtLine&) = delete;
+  explicit ScopedLine(const win::LineReader& file);
+  ~ScopedLine();
+  ScopedLine(const ScopedLine&) = delete;
+  ScopedLine& operator=(const ScopedLine&) = delete;
 };
 
 }  // namespace varnik

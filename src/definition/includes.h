@@ -20,12 +20,12 @@ struct ReadBounds {
 };
 
 // Held while a further file is read.
-class FurtherFile {
+class IncludeScope {
  public:
-  explicit FurtherFile(ReadBounds& bounds);
-  ~FurtherFile();
-  FurtherFile(const FurtherFile&) = delete;
-  FurtherFile& operator=(const FurtherFile&) = delete;
+  explicit IncludeScope(ReadBounds& bounds);
+  ~IncludeScope();
+  IncludeScope(const IncludeScope&) = delete;
+  IncludeScope& operator=(const IncludeScope&) = delete;
 
   // False beyond the bounds: the directive is passed over.
   bool IsAllowed() const { return allowed_; }

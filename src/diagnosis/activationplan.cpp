@@ -1,12 +1,13 @@
 #include "diagnosis/activationplan.h"
 
+#include "definition/bzonecfg.h"
 #include "definition/currentline.h"
-#include "installs/installlist.h"
-#include "modengine/force.h"
+#include "modengine/listedmod.h"
 #include "platform/system/files/files.h"
 #include "platform/system/files/rehearsal.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
+#include "support/install.h"
 
 #include <algorithm>
 #include <utility>
@@ -67,7 +68,7 @@ std::string SingleLine(const std::string& text) {
 }
 
 std::optional<std::string> Configuration() {
-  return win::ReadWholeFile(InstallRoot() + "bzone.cfg");
+  return win::ReadWholeFile(InstallRoot() + kGameConfig);
 }
 
 std::vector<PlanStep> WhatIsLeft(const win::Rehearsal& rehearsal) {
@@ -145,11 +146,11 @@ ActivationPlan PlanActivation(const ModEntry& mod) {
   const std::optional<std::string> before = Configuration();
   {
     const win::DeedWatch watch([&](const win::Deed& deed) { steps.Take(deed); });
-    plan.inForce = PutIntoForce(mod);
+    plan.active = ActivateListedMod(mod);
   }
   plan.steps = steps.All();
   if (const auto after = Configuration(); after != before) plan.configuration = after;
-  if (plan.inForce) TakeOutOfForce(mod);
+  if (plan.active) DeactivateListedMod(mod);
   plan.left = WhatIsLeft(rehearsal);
   return plan;
 }

@@ -44,7 +44,7 @@ class PlanSteps {
 };
 
 struct ActivationPlan {
-  bool inForce = false;  // false: an EXE takes over
+  bool active = false;  // false: an EXE takes over
   std::vector<PlanStep> steps;
   std::optional<std::string> configuration;  // the bzone.cfg that the game would find; nothing when it stays as it is
 

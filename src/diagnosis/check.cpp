@@ -6,12 +6,13 @@
 #include "diagnosis/definitioncheck.h"
 #include "diagnosis/installcheck.h"
 #include "diagnosis/legacycheck.h"
-#include "installs/installlist.h"
 #include "modengine/catalogue.h"
+#include "modengine/definitionreader.h"
 #include "platform/system/files/files.h"
 #include "platform/system/files/findfile.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
+#include "support/install.h"
 #include "support/runstate.h"
 
 namespace varnik {
@@ -23,7 +24,7 @@ bool IsSameFile(const std::string& a, const std::string& b) {
 }
 
 // True while a run or, of a persistent mod, its activation has changed the selected install.
-bool IsInForce(const std::string& path, bool isLegacy) {
+bool IsActive(const std::string& path, bool isLegacy) {
   const CrashMarker marker = ReadCrashMarker();
   if (IsSameFile(marker.definitionFile, path) && IsSameFile(marker.root, InstallRoot())) return true;
   if (isLegacy) return false;
@@ -68,9 +69,9 @@ void CheckBody(CheckReport& report, Findings& findings, const std::string& path,
     findings = ofFileAlone;
     return;
   }
-  const bool isInForce = IsInForce(path, isLegacy);
-  if (isInForce) report.leftOut = "the mod is in force: what an activation would find was not looked at";
-  InstallCheck install(isInForce);
+  const bool isActive = IsActive(path, isLegacy);
+  if (isActive) report.leftOut = "the mod is in force: what an activation would find was not looked at";
+  InstallCheck install(isActive);
   const std::string name = win::FileNameOf(path);
   if (IsSameFile(path, InstallRoot() + name)) install.Twins({&findings, 1, ""}, name);
   check(path, findings, &install);

@@ -1,15 +1,18 @@
 #include "diagnosis/definitioncheck.h"
 
+#include "definition/bzonecfg.h"
 #include "definition/directivecatalogue.h"
 #include "definition/includes.h"
-#include "definition/passdirective.h"
 #include "diagnosis/linecheck.h"
 #include "diagnosis/pathcheck.h"
 #include "diagnosis/undoorder.h"
-#include "installs/installlist.h"
+#include "modengine/activation.h"
+#include "modengine/deactivation.h"
+#include "modengine/definitionreader.h"
 #include "platform/system/files/files.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
+#include "support/install.h"
 #include "support/modfileexists.h"
 
 #include <algorithm>
@@ -128,7 +131,7 @@ void MovePaths(Walk& walk, const std::vector<MovedName>& names) {
   for (const MovedName& moved : names)
     if (!CheckPath(walk, moved.name) || !CheckSingleName(walk.place, moved.name)) return;
   for (const MovedName& moved : names) {
-    if (win::EqualNoCase(moved.name, "bzone.cfg")) walk.movedConfigLine = walk.place.line;
+    if (win::EqualNoCase(moved.name, kGameConfig)) walk.movedConfigLine = walk.place.line;
     if (walk.install && !walk.undo.Touches(moved.name)) walk.install->Moved(walk.place, moved);
   }
   walk.undo.Add(walk.place, names);
@@ -144,7 +147,7 @@ void Rename(Walk& walk, const Args& args) {
 
 void Replace(Walk& walk, const Args& args) {
   MovePaths(walk, {{args[1], NameUse::kReplaces}, {args[2], NameUse::kMoves}, {args[3], NameUse::kGives}});
-  if (win::EqualNoCase(args[1], "bzone.cfg") && args[1] != "bzone.cfg")
+  if (win::EqualNoCase(args[1], kGameConfig) && args[1] != kGameConfig)
     walk.place.Say(Problem::kLetterCase,
                    "the folders in " + Quoted(args[2]) + " count for `bzone.cfg` in small letters only");
 }
@@ -260,7 +263,7 @@ void CheckDescent(Walk& walk, const std::string& name, const std::string& path) 
   const std::string native = win::NativePath(path);
   const auto& open = walk.openFiles;
   const auto [read, isNew] = walk.readFiles.try_emplace(native, walk.place.line);
-  const FurtherFile further(walk.bounds);
+  const IncludeScope further(walk.bounds);
   if (std::find(open.begin(), open.end(), native) != open.end())
     walk.place.Say(Problem::kIncludeCircular, Quoted(name) + " includes itself");
   else if (!isNew)

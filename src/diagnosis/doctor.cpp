@@ -2,11 +2,10 @@
 
 #include "definition/crashmarker.h"
 #include "definition/directive.h"
-#include "diagnosis/leavings.h"
 #include "installs/installlist.h"
 #include "modengine/catalogue.h"
 #include "modengine/deactivation.h"
-#include "modengine/force.h"
+#include "modengine/listedmod.h"
 #include "modengine/sessiondefaults.h"
 #include "platform/system/files/files.h"
 #include "platform/system/files/rehearsal.h"
@@ -32,7 +31,7 @@ bool CanBeDeactivated(const std::string& definitionFile) {
   return version <= kLastLegacyFormat || version == kCurrentFormat;
 }
 
-Leaving Interrupted(const CrashMarker& marker) {
+Leftover Interrupted(const CrashMarker& marker) {
   const std::string run =
       marker.definitionFile + " is in force in " + marker.root + " without the game: a run was interrupted.";
   if (marker.root.empty() || marker.definitionFile.empty())
@@ -52,7 +51,7 @@ Leaving Interrupted(const CrashMarker& marker) {
 // A mod that is in force may have put files away that would count as left over otherwise.
 void TakeActiveModsOut() {
   for (std::size_t row = 1; row < ModList.size(); ++row)
-    if (ModList[row].State == 1) TakeOutOfForce(ModEntry(ModList[row]));
+    if (ModList[row].State == 1) DeactivateListedMod(ModEntry(ModList[row]));
 }
 
 bool OtherInstallIsListed() {
@@ -75,7 +74,7 @@ void RestorePlayersValues() {
   Forget(kBackupSection);
 }
 
-std::optional<Leaving> KeptValues() {
+std::optional<Leftover> KeptValues() {
   bool isAny = false;
   bool allHaveFiles = true;
   for (const win::StoredSetting& setting : win::AllSettings(kApplication)) {
@@ -84,21 +83,16 @@ std::optional<Leaving> KeptValues() {
     allHaveFiles = allHaveFiles && !PlayerFileOf(setting.key).empty();
   }
   if (!isAny) return std::nullopt;
-  Leaving leaving{kBackupSection,
+  Leftover leftover{kBackupSection,
                   "Session defaults or race names of the player were kept for a mod and never put back.",
                   "They are put back into gameprefs.ini and the RaceName files of this install.", RestorePlayersValues};
   if (!allHaveFiles || OtherInstallIsListed()) {
-    leaving.remedy =
+    leftover.remedy =
         "It is not known which install they are from: `varnik-cli settings --all` shows them. The next "
         "start of Varnik removes them.";
-    leaving.mend = {};
+    leftover.mend = {};
   }
-  return leaving;
-}
-
-std::string FreeKeptName(const std::string& path) {
-  for (int number = 1;; ++number)
-    if (const std::string name = path + ".kept-" + std::to_string(number); !FileExists(name)) return name;
+  return leftover;
 }
 
 std::vector<std::string> FilesThatChange(const std::function<void()>& mend) {
@@ -119,30 +113,26 @@ bool KeepCopies(const std::vector<std::string>& files) {
 
 }  // namespace
 
-void SetAside(const std::string& path) {
-  win::RenameFile(path, FreeKeptName(path));
-}
-
-std::vector<Leaving> FindLeavings() {
+std::vector<Leftover> FindLeftovers() {
   LoadModList();
-  std::vector<Leaving> leavings;
+  std::vector<Leftover> leftovers;
   const CrashMarker marker = ReadCrashMarker();
-  if (!marker.root.empty() || !marker.definitionFile.empty()) leavings.push_back(Interrupted(marker));
+  if (!marker.root.empty() || !marker.definitionFile.empty()) leftovers.push_back(Interrupted(marker));
   const win::Rehearsal rehearsal;
-  if (!leavings.empty() && leavings[0].mend) leavings[0].mend();
+  if (!leftovers.empty() && leftovers[0].mend) leftovers[0].mend();
   TakeActiveModsOut();
-  AddLeftFiles(InstallRoot(), leavings);
+  AddLeftoverFiles(InstallRoot(), leftovers);
   // Of another install's marker, or of one that waits for its definition, the values are not left over.
-  const bool isAwaited = !leavings.empty() && leavings[0].item == kCrashSection && !leavings[0].mend;
-  if (const std::optional<Leaving> values = KeptValues(); values && !isAwaited) leavings.push_back(*values);
-  return leavings;
+  const bool isAwaited = !leftovers.empty() && leftovers[0].item == kCrashSection && !leftovers[0].mend;
+  if (const std::optional<Leftover> values = KeptValues(); values && !isAwaited) leftovers.push_back(*values);
+  return leftovers;
 }
 
-bool Mend(const Leaving& leaving) {
-  if (!leaving.mend || !KeepCopies(FilesThatChange(leaving.mend))) return false;
-  leaving.mend();
-  const std::vector<Leaving> left = FindLeavings();
-  return std::none_of(left.begin(), left.end(), [&](const Leaving& other) { return other.item == leaving.item; });
+bool Mend(const Leftover& leftover) {
+  if (!leftover.mend || !KeepCopies(FilesThatChange(leftover.mend))) return false;
+  leftover.mend();
+  const std::vector<Leftover> left = FindLeftovers();
+  return std::none_of(left.begin(), left.end(), [&](const Leftover& other) { return other.item == leftover.item; });
 }
 
 }  // namespace varnik

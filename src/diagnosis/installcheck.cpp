@@ -2,13 +2,14 @@
 
 #include "definition/bzonecfg.h"
 #include "definition/includes.h"
-#include "installs/installlist.h"
+#include "definition/recylist.h"
 #include "modengine/sessiondefaults.h"
 #include "platform/system/files/files.h"
 #include "platform/system/files/findfile.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
 #include "platform/system/text/wildcards.h"
+#include "support/install.h"
 #include "support/modfileexists.h"
 
 #include <algorithm>
@@ -62,12 +63,12 @@ void InstallCheck::Extra(const Place& place, const std::string& name) {
 }
 
 void InstallCheck::Needed(const Place& place, const std::string& name) const {
-  if (!modIsInForce_ && !Has(name)) place.Say(Problem::kMissingFile, "the install has no " + Quoted(name));
+  if (!modIsActive_ && !Has(name)) place.Say(Problem::kMissingFile, "the install has no " + Quoted(name));
 }
 
 void InstallCheck::Moved(const Place& place, const MovedName& moved) const {
   if (moved.use == NameUse::kMoves) return Needed(place, moved.name);
-  if (modIsInForce_) return;
+  if (modIsActive_) return;
   const bool isThere = Has(moved.name);
   const std::size_t folder = moved.name.find_last_of("\\/");
   if (moved.use == NameUse::kReplaces && !isThere)
@@ -79,8 +80,8 @@ void InstallCheck::Moved(const Place& place, const MovedName& moved) const {
 }
 
 void InstallCheck::ConfigurationBackup(const Place& place) {
-  Twins(place, "bzone.cfg");
-  if (!modIsInForce_ && ConfigurationIsReplaced(InstallRoot()))
+  Twins(place, kGameConfig);
+  if (!modIsActive_ && ConfigurationIsReplaced(InstallRoot()))
     place.Say(Problem::kTargetExists,
               "bzonevarnik.bak is in the install already: another mod is in force, or was interrupted");
 }
@@ -117,16 +118,15 @@ void InstallCheck::Twins(const Place& place, const std::string& name) {
 }
 
 void InstallCheck::IdFile(const Place& place, const std::string& name) const {
-  if (!modIsInForce_ && win::FileSize(InstallRoot() + name).value_or(0) > 0)
+  if (!modIsActive_ && win::FileSize(InstallRoot() + name).value_or(0) > 0)
     place.Say(Problem::kUndoTakesMore,
               Quoted(name) + " is there: the activation empties it, and the deactivation deletes it");
 }
 
 void InstallCheck::AddRecy(const Place& place, const Args& args) const {
-  if (modIsInForce_) return;
-  constexpr char kCommonList[] = "RecyList.txt";
-  const std::string list = args.size() > 3 ? args[3] : kCommonList;
-  if (args.size() > 3 && !Has(kCommonList))
+  if (modIsActive_) return;
+  const std::string list = args.size() > 3 ? args[3] : kRecyList;
+  if (args.size() > 3 && !Has(kRecyList))
     place.Say(Problem::kNotUndone,
               "without a RecyList.txt in the install, the deactivation leaves the line in " + Quoted(list));
   else if (!Has(list))
@@ -143,7 +143,7 @@ void InstallCheck::SessionDefault(const Place& place, const std::string& key) co
   const std::optional<std::string> present = PresentSessionDefault(key);
   if (!present)
     place.Say(Problem::kMissingExtra, "the install has no gameprefs.ini, so the value is not set");
-  else if (present->empty() && !modIsInForce_)
+  else if (present->empty() && !modIsActive_)
     place.Say(Problem::kNotUndone, "gameprefs.ini has no " + key + ", so the deactivation leaves the mod's one there");
 }
 

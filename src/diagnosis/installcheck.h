@@ -26,7 +26,7 @@ struct MovedName {
 class InstallCheck {
  public:
   // While the mod is in force the install holds the mod's changes: what depends on them is passed over.
-  explicit InstallCheck(bool modIsInForce) : modIsInForce_(modIsInForce) {}
+  explicit InstallCheck(bool modIsActive) : modIsActive_(modIsActive) {}
 
   bool Has(const std::string& name) const;
 
@@ -59,7 +59,7 @@ class InstallCheck {
   using Names = std::unordered_set<std::string>;
   Names& TwinsIn(const std::string& folder);
 
-  bool modIsInForce_;
+  bool modIsActive_;
   std::map<std::string, Names> twins_;  // by folder, in lower case
 };
 

@@ -1,10 +1,11 @@
 #include "diagnosis/legacycheck.h"
 
-#include "definition/passdirective.h"
 #include "diagnosis/pathcheck.h"
 #include "diagnosis/spelling.h"
 #include "diagnosis/undoorder.h"
+#include "legacy/legacyactivation.h"
 #include "legacy/legacyformat.h"
+#include "modengine/activation.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
 
@@ -111,7 +112,7 @@ bool DecideAlone(Walk& walk, const LegacyLine& line, LegacyConfig config) {
   return Decide(walk, config);
 }
 void Dynamic(Walk& walk, const LegacyLine& line) {
-  if (DecideAlone(walk, line, LegacyConfig::kGenerated)) KeepUnder(walk, kSavedConfig);
+  if (DecideAlone(walk, line, LegacyConfig::kGenerated)) KeepUnder(walk, kLegacyConfigBackup);
 }
 void NoBzoneCfg(Walk& walk, const LegacyLine& line) {
   DecideAlone(walk, line, LegacyConfig::kUntouched);
@@ -120,7 +121,7 @@ void NoBzoneCfg(Walk& walk, const LegacyLine& line) {
 void Predefined(Walk& walk, const LegacyLine& line) {
   if (!Decide(walk, LegacyConfig::kPredefined)) return;
   CheckThere(walk, line.Value());
-  KeepUnder(walk, kSavedConfig);
+  KeepUnder(walk, kLegacyConfigBackup);
 }
 
 void SwapFolder(Walk& walk, const LegacyLine& line) {
@@ -132,7 +133,7 @@ void SwapFolder(Walk& walk, const LegacyLine& line) {
   }
   SetFirst(walk.activationActionLine, walk.place.line);
   CheckThere(walk, line.Value());
-  KeepUnder(walk, keyword + kSavedFolder);
+  KeepUnder(walk, keyword + kLegacyFolderBackup);
 }
 
 // The game resolves `@rootdir`; other paths are its own matter.

@@ -1,9 +1,11 @@
 #include "diagnosis/linecheck.h"
 
 #include "definition/directivecatalogue.h"
-#include "definition/passdirective.h"
 #include "diagnosis/spelling.h"
-#include "legacy/legacyformat.h"
+#include "legacy/legacyactivation.h"
+#include "modengine/activation.h"
+#include "modengine/deactivation.h"
+#include "modengine/definitionreader.h"
 #include "platform/system/text/text.h"
 
 #include <algorithm>

@@ -1,9 +1,9 @@
 #include "editor/definitiondraft.h"
 
-#include "installs/installlist.h"
 #include "platform/system/files/files.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
+#include "support/install.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,10 +1,12 @@
+#include "legacy/legacyactivation.h"
+
+#include "definition/bzonecfg.h"
 #include "definition/crashmarker.h"
 #include "definition/currentline.h"
-#include "installs/installlist.h"
-#include "legacy/legacy.h"
 #include "legacy/legacyconfig.h"
 #include "legacy/legacyformat.h"
 #include "platform/system/process/process.h"
+#include "support/install.h"
 
 namespace varnik {
 
@@ -45,8 +47,8 @@ void Dynamic(ActivationPass& pass, const LegacyLine&) {
 void Predefined(ActivationPass& pass, const LegacyLine& line) {
   if (!Decide(pass, LegacyConfig::kPredefined)) return;
   const std::string path = pass.places.ExpandRootDir(line.Value());
-  win::RenameFile(pass.InRoot("bzone.cfg"), pass.InRoot(kSavedConfig));
-  win::RenameFile(path, pass.InRoot("bzone.cfg"));
+  win::RenameFile(pass.InRoot(kGameConfig), pass.InRoot(kLegacyConfigBackup));
+  win::RenameFile(path, pass.InRoot(kGameConfig));
 }
 
 void NoBzoneCfg(ActivationPass& pass, const LegacyLine&) {
@@ -56,18 +58,18 @@ void NoBzoneCfg(ActivationPass& pass, const LegacyLine&) {
 void SwapFolder(ActivationPass& pass, const LegacyLine& line, const std::string& folder, bool& done) {
   if (done) return;
   const std::string path = pass.places.ExpandRootDir(line.Value());
-  win::RenameFile(pass.InRoot(folder), pass.InRoot(folder + kSavedFolder));
+  win::RenameFile(pass.InRoot(folder), pass.InRoot(folder + kLegacyFolderBackup));
   win::RenameFile(path, pass.InRoot(folder));
   pass.execAllowed = false;
   done = true;
 }
 
 void Pilots(ActivationPass& pass, const LegacyLine& line) {
-  SwapFolder(pass, line, "pilots", pass.pilotsDone);
+  SwapFolder(pass, line, kPilotsFolder, pass.pilotsDone);
 }
 
 void Saved(ActivationPass& pass, const LegacyLine& line) {
-  SwapFolder(pass, line, "saved", pass.savedDone);
+  SwapFolder(pass, line, kSavedGamesFolder, pass.savedDone);
 }
 
 void Pak(ActivationPass& pass, const LegacyLine& line) {
@@ -82,7 +84,7 @@ void Fold(ActivationPass& pass, const LegacyLine& line) {
 }
 
 void MakeTempFolder(ActivationPass& pass) {
-  if (!pass.tempMade) win::MakeFolder(pass.InRoot(kTempFolder));
+  if (!pass.tempMade) win::MakeFolder(pass.InRoot(kParkingFolder));
   pass.tempMade = true;
 }
 
@@ -136,7 +138,7 @@ bool ActivateLegacyMod(const std::string& definitionFile) {
   ActivationPass pass;
   while (!file.AtEnd() && !pass.programTookOver) {
     const LegacyLine line = ReadLegacyLine(file);
-    const AtLine here(file);
+    const ScopedLine here(file);
     ActOnLegacyLine(kDirectives, pass, line);
   }
   if (pass.programTookOver) return false;

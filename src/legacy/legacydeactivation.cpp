@@ -1,10 +1,10 @@
-#include "installs/installlist.h"
-#include "legacy/legacy.h"
+#include "legacy/legacydeactivation.h"
+
+#include "definition/bzonecfg.h"
+#include "definition/crashmarker.h"
 #include "legacy/legacyformat.h"
-#include "platform/system/store/registry.h"
+#include "support/install.h"
 #include "support/modfileexists.h"
-#include "support/registry.h"
-#include "support/settings.h"
 
 namespace varnik {
 
@@ -24,25 +24,25 @@ struct UndoPass {
 
 // Without the saved configuration there is nothing to put back, and a later line may still be the one that saved it.
 bool TakeSavedConfig(UndoPass& pass, LegacyConfig config) {
-  if (pass.config != LegacyConfig::kUndecided || !FileExists(pass.InRoot(kSavedConfig))) return false;
+  if (pass.config != LegacyConfig::kUndecided || !FileExists(pass.InRoot(kLegacyConfigBackup))) return false;
   pass.config = config;
   return true;
 }
 
 void RestoreConfig(const UndoPass& pass) {
-  win::RenameFile(pass.InRoot(kSavedConfig), pass.InRoot("bzone.cfg"));
+  win::RenameFile(pass.InRoot(kLegacyConfigBackup), pass.InRoot(kGameConfig));
 }
 
 void Dynamic(UndoPass& pass, const LegacyLine&) {
   if (!TakeSavedConfig(pass, LegacyConfig::kGenerated)) return;
-  win::DeleteFiles(pass.InRoot("bzone.cfg"));
+  win::DeleteFiles(pass.InRoot(kGameConfig));
   RestoreConfig(pass);
 }
 
 void Predefined(UndoPass& pass, const LegacyLine& line) {
   if (!TakeSavedConfig(pass, LegacyConfig::kPredefined)) return;
   const std::string path = pass.places.ExpandRootDir(line.Value());
-  win::RenameFile(pass.InRoot("bzone.cfg"), path);
+  win::RenameFile(pass.InRoot(kGameConfig), path);
   RestoreConfig(pass);
 }
 
@@ -54,16 +54,16 @@ void SwapBack(UndoPass& pass, const LegacyLine& line, const std::string& folder,
   if (done) return;
   const std::string path = pass.places.ExpandRootDir(line.Value());
   win::RenameFile(pass.InRoot(folder), path);
-  win::RenameFile(pass.InRoot(folder + kSavedFolder), pass.InRoot(folder));
+  win::RenameFile(pass.InRoot(folder + kLegacyFolderBackup), pass.InRoot(folder));
   done = true;
 }
 
 void Pilots(UndoPass& pass, const LegacyLine& line) {
-  SwapBack(pass, line, "pilots", pass.pilotsDone);
+  SwapBack(pass, line, kPilotsFolder, pass.pilotsDone);
 }
 
 void Saved(UndoPass& pass, const LegacyLine& line) {
-  SwapBack(pass, line, "saved", pass.savedDone);
+  SwapBack(pass, line, kSavedGamesFolder, pass.savedDone);
 }
 
 void Replace(UndoPass& pass, const LegacyLine& line) {
@@ -100,9 +100,8 @@ void DeactivateLegacyMod(const std::string& definitionFile, const std::string& r
   while (!file.AtEnd())
     ActOnLegacyLine(kDirectives, pass, ReadLegacyLine(file));
   // The folder goes while the marker still stands: a kill in between leaves nothing behind that a start would not find.
-  win::RemoveFolder(pass.InRoot(kTempFolder));
-  Forget(kCrashSection);
-  RegRemoveValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue);
+  win::RemoveFolder(pass.InRoot(kParkingFolder));
+  RemoveCrashSection();
 }
 
 }  // namespace varnik

@@ -1,9 +1,9 @@
+#include "legacy/legacyloader.h"
+
 #include "definition/bzonecfg.h"
-#include "installs/installlist.h"
-#include "legacy/legacy.h"
 #include "legacy/legacyformat.h"
-#include "modengine/catalogue.h"
 #include "platform/system/paths/paths.h"
+#include "support/install.h"
 #include "support/modfileexists.h"
 
 #include <utility>
@@ -132,7 +132,7 @@ void NameByFile(ModEntry& entry, std::string& path) {
 
 }  // namespace
 
-void LoadLegacyMod(win::LineReader& file, std::string& path) {
+ModEntry LoadLegacyMod(win::LineReader& file, std::string& path) {
   LoaderWalk walk;
   walk.entry.Legacy = true;
   walk.entry.MarkedX = true;
@@ -145,7 +145,7 @@ void LoadLegacyMod(win::LineReader& file, std::string& path) {
   file = win::LineReader(path);
   while (!walk.stop && !file.AtEnd())
     ActOnLegacyLine(kDirectives, walk, ReadLegacyLine(file));
-  AppendModRow(std::move(walk.entry));
+  return std::move(walk.entry);
 }
 
 }  // namespace varnik

@@ -1,8 +1,8 @@
 #include "maps/mapclass.h"
 
-#include "installs/installlist.h"
 #include "modengine/catalogue.h"
 #include "platform/system/text/text.h"
+#include "support/install.h"
 #include "support/runstate.h"
 
 namespace varnik {

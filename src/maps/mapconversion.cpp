@@ -1,10 +1,10 @@
 #include "maps/mapconversion.h"
 
-#include "installs/installlist.h"
 #include "maps/mapclass.h"
 #include "platform/system/files/files.h"
 #include "platform/system/process/services.h"
 #include "support/ini_sm.h"
+#include "support/install.h"
 
 namespace varnik {
 namespace {

@@ -1,6 +1,5 @@
 #include "maps/maplist.h"
 
-#include "installs/installlist.h"
 #include "maps/mapconversion.h"
 #include "maps/mapfiles.h"
 #include "maps/mapmetadata.h"
@@ -8,6 +7,7 @@
 #include "platform/system/process/services.h"
 #include "platform/system/text/text.h"
 #include "support/debuglog.h"
+#include "support/install.h"
 #include "support/modfileexists.h"
 #include "support/runstate.h"
 

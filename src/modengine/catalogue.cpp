@@ -1,11 +1,12 @@
 #include "modengine/catalogue.h"
 
 #include "definition/directive.h"
-#include "installs/installlist.h"
-#include "legacy/legacy.h"
+#include "legacy/legacyloader.h"
+#include "modengine/definitionreader.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
 #include "support/debuglog.h"
+#include "support/install.h"
 #include "support/modfileexists.h"
 #include "support/modfindfile.h"
 #include "support/runstate.h"
@@ -41,6 +42,12 @@ bool IsRow(int modIndex) {
 void AddStandardFolders(std::vector<std::string>& folders) {
   for (const char* standard : {"addon", "data"})
     if (std::find(folders.begin() + 1, folders.end(), standard) == folders.end()) folders.emplace_back(standard);
+}
+
+void AppendModRow(ModEntry entry) {
+  knownFiles.insert(KeyOf(entry.DefinitionFile));
+  list.push_back(std::move(entry));
+  listFilled = true;
 }
 
 void LoadCurrentMod(win::LineReader& file, const std::string& path, const std::string& marker) {
@@ -100,7 +107,7 @@ void LoadModFile(std::string path) {
   if (version == kCurrentFormat) {
     LoadCurrentMod(file, path, marker);
   } else if (version <= kLastLegacyFormat) {
-    if (ShowOldMods && !StandsInModsFolder(path)) LoadLegacyMod(file, path);
+    if (ShowOldMods && !StandsInModsFolder(path)) AppendModRow(LoadLegacyMod(file, path));
   }
 }
 
@@ -142,12 +149,6 @@ void SelectModFolders(int modIndex) {
   }
   renamesActive = renames.size() > 1;
   SelectedMapIndex = -1;
-}
-
-void AppendModRow(ModEntry entry) {
-  knownFiles.insert(KeyOf(entry.DefinitionFile));
-  list.push_back(std::move(entry));
-  listFilled = true;
 }
 
 }  // namespace varnik

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "definition/modentry.h"
-#include "platform/system/files/files.h"
 
 #include <functional>
 #include <string>
@@ -36,9 +35,6 @@ bool StandsInModsFolder(const std::string& path);
 // Adds at most one row. A file without the marker line, and one whose mod does not fit, add none.
 void LoadModFile(std::string path);
 
-// False when the mod does not fit. `noActionYet` goes through included files, so one flag serves the whole walk.
-[[nodiscard]] bool ReadModDefinition(win::LineReader& file, ModEntry& entry, bool& noActionYet);
-
 // The row's name with its state behind it, as the list of mods shows it.
 std::string ModRowText(const ModEntry& entry);
 
@@ -47,8 +43,5 @@ std::size_t FindMod(const std::string& nameOrPath);
 
 // Sets SearchDirs, ModRenames and ModRenamesActive for a row of ModList, or for no mod (-1).
 void SelectModFolders(int modIndex);
-
-// For the reader of the older format: adds a row of its own making.
-void AppendModRow(ModEntry entry);
 
 }  // namespace varnik

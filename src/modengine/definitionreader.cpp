@@ -1,15 +1,15 @@
+#include "modengine/definitionreader.h"
+
 #include "definition/bzonecfg.h"
 #include "definition/includes.h"
-#include "definition/passdirective.h"
-#include "installs/installlist.h"
-#include "modengine/catalogue.h"
+#include "definition/recylist.h"
 #include "platform/system/text/text.h"
+#include "support/install.h"
 #include "support/modfileexists.h"
 
 #include <algorithm>
 #include <optional>
 
-// The catalogue pass over a definition: it judges and describes the mod and changes nothing on disk.
 namespace varnik {
 
 namespace {
@@ -43,7 +43,7 @@ Verdict ReadLevel(win::LineReader& file, Pass& pass);
 void Include(Level& level, const Args& args) {
   const std::string path = FindModFile(args[1]);
   if (path.empty()) return;
-  const FurtherFile further(level.pass.bounds);
+  const IncludeScope further(level.pass.bounds);
   if (!further.IsAllowed()) return;
   win::LineReader file(path);
   level.verdict = file.IsOpen() ? ReadLevel(file, level.pass) : Verdict::kAbandoned;
@@ -71,7 +71,7 @@ void DescriptionFile(Level& level, const Args& args) {
   if (!win::Trim(description).empty()) return;
   const std::string path = FindModFile(args[1]);
   if (path.empty()) return;
-  const FurtherFile further(level.pass.bounds);
+  const IncludeScope further(level.pass.bounds);
   if (!further.IsAllowed()) return;
   std::optional<std::string> text = win::ReadWholeFile(path);
   if (text)
@@ -115,7 +115,7 @@ void Rename(Level& level, const Args& args) {
 
 // A mod that brings its own game configuration owns the folders named in it.
 void ReadFoldersOf(Level& level, const std::string& configuration) {
-  const FurtherFile further(level.pass.bounds);
+  const IncludeScope further(level.pass.bounds);
   if (!further.IsAllowed()) return;
   win::LineReader file(configuration);
   if (!file.IsOpen()) level.verdict = Verdict::kAbandoned;
@@ -127,7 +127,7 @@ void Replace(Level& level, const Args& args) {
   if (!BeginAction(level)) return;
   level.pass.entry.Renames.push_back({args[1], args[3], ""});
   level.pass.entry.Renames.push_back({args[2], args[1], ""});
-  if (args[1] == "bzone.cfg" && FileExists(level.Below(args[2]))) ReadFoldersOf(level, level.Below(args[2]));
+  if (args[1] == kGameConfig && FileExists(level.Below(args[2]))) ReadFoldersOf(level, level.Below(args[2]));
 }
 
 void Pak(Level& level, const Args&) {
@@ -159,10 +159,10 @@ void ActivatedFolder(Level& level, const Args& args) {
 // Any line of another mod keeps this one active; a list without such a line, an empty one too, makes it inactive.
 // Definitions rely on this sense of the test.
 void ActivatedRecy(Level& level, const Args& args) {
-  if (!FileExists(level.Below("RecyList.txt"))) return;
-  const std::string path = level.Below(args.size() > 2 ? args[2] : "RecyList.txt");
+  if (!FileExists(level.Below(kRecyList))) return;
+  const std::string path = level.Below(args.size() > 2 ? args[2] : kRecyList);
   if (!FileExists(path)) return;
-  const FurtherFile further(level.pass.bounds);
+  const IncludeScope further(level.pass.bounds);
   if (!further.IsAllowed()) return;
   win::LineReader file(path);
   if (!file.IsOpen()) level.verdict = Verdict::kAbandoned;

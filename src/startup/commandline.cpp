@@ -1,8 +1,9 @@
+#include "startup/commandline.h"
+
 #include "modengine/deactivation.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/paths/program.h"
 #include "platform/system/text/text.h"
-#include "startup/startup.h"
 #include "support/debuglog.h"
 #include "support/modfileexists.h"
 

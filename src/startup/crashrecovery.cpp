@@ -1,7 +1,8 @@
+#include "startup/crashrecovery.h"
+
 #include "definition/crashmarker.h"
 #include "modengine/deactivation.h"
 #include "modengine/runguard.h"
-#include "startup/startup.h"
 #include "support/debuglog.h"
 #include "support/modfileexists.h"
 #include "support/settings.h"

@@ -1,9 +1,9 @@
 #include "support/modfindfile.h"
 
-#include "installs/installlist.h"
 #include "platform/system/files/findfile.h"
 #include "platform/system/filesystem/deeds.h"
 #include "platform/system/process/services.h"
+#include "support/install.h"
 #include "support/runstate.h"
 
 namespace varnik {

@@ -19,10 +19,6 @@ extern bool StartingUp;
 // True exactly while ShellAndWait waits. Written by ShellAndWait.
 extern bool GameRunning;
 
-// Row of InstallList that is selected, -1 for none. Written by the selection of an install and by the command-line
-// tool.
-extern std::int16_t CurrentInstall;
-
 // Folder names under the install root in which game files are looked for; index 0 is empty. Written by Main and by the
 // selection of a mod (SelectModFolders).
 extern std::vector<std::string> SearchDirs;

@@ -1,5 +1,7 @@
-#include "definition/passdirective.h"
-#include "legacy/legacyformat.h"
+#include "legacy/legacyactivation.h"
+#include "modengine/activation.h"
+#include "modengine/deactivation.h"
+#include "modengine/definitionreader.h"
 #include "tests/cli/cliworld.h"
 
 #include <gtest/gtest.h>

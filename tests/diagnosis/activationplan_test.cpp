@@ -1,7 +1,7 @@
 #include "diagnosis/activationplan.h"
 
 #include "definition/crashmarker.h"
-#include "modengine/force.h"
+#include "modengine/listedmod.h"
 #include "platform/system/store/settings.h"
 #include "support/settings.h"
 #include "tests/harness/difference.h"
@@ -116,11 +116,11 @@ class Plan : public test::ModTest {
   std::string lines_;
 };
 
-std::vector<PlanStep> StepsOfActivation(const ModEntry& mod, bool& inForce) {
+std::vector<PlanStep> StepsOfActivation(const ModEntry& mod, bool& active) {
   PlanSteps steps;
   {
     const win::DeedWatch watch([&](const win::Deed& deed) { steps.Take(deed); });
-    inForce = PutIntoForce(mod);
+    active = ActivateListedMod(mod);
   }
   return steps.All();
 }
@@ -138,13 +138,13 @@ TEST_F(Plan, TellsWhatAnActivationThenDoes) {
     const ActivationPlan plan = PlanActivation(mod);
     ASSERT_EQ(Snapshot(sandbox_.Install()), before);
     EXPECT_EQ(CountStored(), stored);
-    bool inForce = false;
-    EXPECT_EQ(Written(plan.steps), Written(StepsOfActivation(mod, inForce)));
-    EXPECT_EQ(plan.inForce, inForce);
+    bool active = false;
+    EXPECT_EQ(Written(plan.steps), Written(StepsOfActivation(mod, active)));
+    EXPECT_EQ(plan.active, active);
     const auto own = before.find("bzone.cfg");
     const bool isChanged = Content("bzone.cfg") != (own == before.end() ? std::nullopt : std::optional(own->second));
     EXPECT_EQ(plan.configuration, isChanged ? Content("bzone.cfg") : std::nullopt);
-    if (inForce) TakeOutOfForce(mod);
+    if (active) DeactivateListedMod(mod);
     std::set<std::string> told;
     for (const PlanStep& step : plan.left)
       told.insert(step.target);

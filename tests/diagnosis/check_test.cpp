@@ -2,6 +2,7 @@
 
 #include "modengine/activation.h"
 #include "modengine/deactivation.h"
+#include "support/install.h"
 #include "support/settings.h"
 #include "tests/modengine/modtest.h"
 
@@ -60,7 +61,7 @@ class Check : public test::ModTest {
     }
   }
 
-  void LookAtFilesAlone() { CurrentInstall = -1; }
+  void LookAtFilesAlone() { SelectInstall(-1); }
 };
 
 const Case kMarkers[] = {

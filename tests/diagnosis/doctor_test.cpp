@@ -13,13 +13,13 @@ class Doctor : public test::ModTest {
   // Items in order, `+` behind one that can be mended.
   static std::string Found() {
     std::string found;
-    for (const Leaving& leaving : FindLeavings())
+    for (const Leftover& leaving : FindLeftovers())
       found += leaving.item + (leaving.mend ? "+ " : " ");
     return found;
   }
 
   static void MendAll() {
-    for (const Leaving& leaving : FindLeavings())
+    for (const Leftover& leaving : FindLeftovers())
       EXPECT_EQ(Mend(leaving), leaving.mend != nullptr) << leaving.item;
   }
 };

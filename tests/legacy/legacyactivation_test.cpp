@@ -2,6 +2,7 @@
 #include "definition/crashmarker.h"
 #include "modengine/deactivation.h"
 #include "platform/system/store/registry.h"
+#include "support/install.h"
 #include "support/registry.h"
 #include "tests/legacy/legacytest.h"
 
@@ -41,12 +42,12 @@ const char* const kWalks[][5] = {
 };
 
 TEST_F(LegacyActivation, ChangesFilesAndPutsThemBack) {
-  for (const auto& [what, files, lines, inForce, afterwards] : kWalks) {
+  for (const auto& [what, files, lines, active, afterwards] : kWalks) {
     SCOPED_TRACE(what);
     StartWith(files);
     const std::string definition = DefineLegacy(lines);
     EXPECT_TRUE(ActivateLegacyMod(definition));
-    EXPECT_EQ(Files(), inForce);
+    EXPECT_EQ(Files(), active);
     DeactivateLegacyMod(definition, Root());
     EXPECT_EQ(Files(), afterwards);
     EXPECT_FALSE(HasMarker());
@@ -94,7 +95,7 @@ TEST_F(LegacyActivation, EveryDirectiveComesBackAlsoAtAStart) {
                      "replace @rootdir\\a,@rootdir\\m\\a\nmove @rootdir\\m\\n,@rootdir\\n\nexec @rootdir\\x.exe")));
     const CrashMarker marker = ReadCrashMarker();
     EXPECT_EQ(marker.root, Root());
-    if (!selected) CurrentInstall = -1;
+    if (!selected) SelectInstall(-1);
     // The second time finds nothing to undo.
     for (const char* time : {"first", "second"}) {
       SCOPED_TRACE(time);

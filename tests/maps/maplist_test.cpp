@@ -1,5 +1,6 @@
 #include "maps/maplist.h"
 
+#include "support/install.h"
 #include "support/modfindfile.h"
 #include "tests/maps/maptest.h"
 
@@ -108,7 +109,7 @@ TEST_F(MapListTest, AnOldCacheStaysWhenThereAreNoMaps) {
 }
 
 TEST_F(MapListTest, NoInstallNoMaps) {
-  varnik::CurrentInstall = -1;
+  varnik::SelectInstall(-1);
   varnik::LoadMapList(true);
   EXPECT_EQ(MapList.size(), 1u);
   EXPECT_TRUE(varnik::MapLoadTried);

@@ -55,7 +55,7 @@ struct ConfigurationCase {
   const char* version;
   const char* files;
   const char* lines;
-  std::string inForce;                         // bzone.cfg
+  std::string active;                         // bzone.cfg
   std::optional<std::string> leftBehind = {};  // bzonevarnik.cfg
 };
 
@@ -73,9 +73,9 @@ TEST_F(Activation, GeneratesTheConfigurationToTheByte) {
     MakeInstall(c.version);
     Put(c.files);
     EXPECT_TRUE(Activate(c.lines));
-    EXPECT_EQ(Content("bzone.cfg"), c.inForce);
+    EXPECT_EQ(Content("bzone.cfg"), c.active);
     EXPECT_EQ(Content("bzonevarnik.cfg"), c.leftBehind);
-    EXPECT_EQ(Content("bzonevarnik.bak") == "// the game's own\r\n", c.inForce != "own");
+    EXPECT_EQ(Content("bzonevarnik.bak") == "// the game's own\r\n", c.active != "own");
   }
 }
 

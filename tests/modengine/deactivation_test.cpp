@@ -2,6 +2,7 @@
 
 #include "definition/crashmarker.h"
 #include "modengine/activation.h"
+#include "support/install.h"
 #include "support/settings.h"
 #include "tests/modengine/modtest.h"
 
@@ -118,7 +119,7 @@ TEST_F(Deactivation, LeavesAllToAnExeThatCanUndo) {
 TEST_F(Deactivation, ResolvesNothingWithNoInstallSelected) {
   Put("tool=x b=1 RaceName_A.txt=mod RecyList.txt=mod");
   Store(kBackupSection, "RacenameA", "old");
-  CurrentInstall = -1;
+  SelectInstall(-1);
   EXPECT_TRUE(Deactivate("requireexe(tool,/undo);\nrename(a,b);\naddrecy(mod,1);"));
   Expect("a=1 RaceName_A.txt=mod RecyList.txt=mod");
   EXPECT_EQ(ReadStored(kBackupSection, "RacenameA", "none"), "none");

@@ -1,10 +1,12 @@
-#include "startup/startup.h"
+#include "startup/commandline.h"
+#include "startup/crashrecovery.h"
 
 #include "definition/crashmarker.h"
 #include "modengine/runguard.h"
 #include "platform/system/paths/program.h"
 #include "platform/system/process/instance.h"
 #include "platform/system/store/registry.h"
+#include "support/install.h"
 #include "support/registry.h"
 #include "support/settings.h"
 #include "tests/modengine/modtest.h"
@@ -38,7 +40,7 @@ TEST(SplitCommandLine, DropsQuotesAndKeepsWhatTheyHold) {
 
 class Startup : public test::ModTest {
  protected:
-  Startup() { CurrentInstall = -1; }
+  Startup() { SelectInstall(-1); }
 
   std::int16_t Start(const Words& words) {
     std::vector<const char*> argv = {"varnik"};

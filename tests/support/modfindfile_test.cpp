@@ -94,14 +94,14 @@ TEST_F(FindFilesTest, SearchDirsAreSearchedInOrder) {
   for (const char* file : {"data/x/prefs.ini", "addon/prefs.ini"})
     test::WriteFile(sandbox_.Install() / file, "");
   varnik::SearchDirs = {"", "none", "data", "addon"};
-  varnik::CurrentInstall = -1;
+  varnik::SelectInstall(-1);
   EXPECT_EQ(varnik::FindInSearchDirs("prefs.ini", 0), "");
   varnik::UseInstallFolder(sandbox_.InstallText());
   EXPECT_EQ(varnik::FindInSearchDirs("PREFS.INI", 1), sandbox_.InstallText() + "data\\x\\prefs.ini");
   EXPECT_NE(varnik::FindInSearchDirs("prefs.ini", 0), "");
   EXPECT_EQ(varnik::FindInSearchDirs("none.ini", 0), "");
   EXPECT_EQ(varnik::FindInSearchDirs("prefs.ini", 9), "");
-  varnik::CurrentInstall = -1;
+  varnik::SelectInstall(-1);
   varnik::SearchDirs.resize(1);
 }
 

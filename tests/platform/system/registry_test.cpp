@@ -85,10 +85,10 @@ TEST_F(Registry, EntriesGoWithTheirValues) {
   const auto key = Open(kRunOnce);
   win::RegSetValueEx(key, "Once", win::kRegSz, "varnik.exe /crash\0"s);
   win::RegSetValueEx(key, "Other", win::kRegSz, "varnik.exe /crash\0"s);
-  EXPECT_FALSE(win::TakePartInLogIn());
+  EXPECT_FALSE(win::HandleAutostartEntry());
   EXPECT_TRUE(std::filesystem::exists(entry));
   setenv("VARNIK_RUNONCE", "Once", 1);
-  EXPECT_TRUE(win::TakePartInLogIn());
+  EXPECT_TRUE(win::HandleAutostartEntry());
   EXPECT_FALSE(std::filesystem::exists(entry));
   EXPECT_EQ(Query(key, "Once"), "status 2");
   EXPECT_EQ(std::getenv("VARNIK_RUNONCE"), nullptr);

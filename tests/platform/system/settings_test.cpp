@@ -70,11 +70,11 @@ TEST_F(Settings, NamesMatchWithoutCaseAndKeepTheirFirstSpelling) {
 TEST_F(Settings, OfASectionAreReplacedAsAWhole) {
   Save("old", "1");
   win::SaveSetting("App", "Another", "x", "2");
-  EXPECT_TRUE(win::SaveSection("app", "section", {{"a", "3"}, {"b", "4"}}, win::OtherKeys::kStay));
+  EXPECT_TRUE(win::SaveSection("app", "section", {{"a", "3"}, {"b", "4"}}, win::OtherKeys::kKeep));
   EXPECT_EQ(Get("old") + Get("a") + Get("B"), "134");
-  EXPECT_TRUE(win::SaveSection("App", "Section", {{"a", "5"}}, win::OtherKeys::kGo));
+  EXPECT_TRUE(win::SaveSection("App", "Section", {{"a", "5"}}, win::OtherKeys::kRemove));
   EXPECT_EQ(Get("old") + Get("a") + Get("b"), "fallback5fallback");
-  EXPECT_TRUE(win::SaveSection("App", "Section", {}, win::OtherKeys::kGo));
+  EXPECT_TRUE(win::SaveSection("App", "Section", {}, win::OtherKeys::kRemove));
   EXPECT_EQ(win::AllSettings("App").size(), 1u);
 }
 
