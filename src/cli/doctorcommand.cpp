@@ -22,24 +22,14 @@ Json AsJson(const Finding& finding) {
           {"Fixed", finding.fixed}};
 }
 
-std::string StateOf(const Finding& finding) {
-  return finding.fixed ? "fixed" : finding.leftover.mend ? "--fix does it" : "by hand";
-}
-
-void Fix(Finding& finding) {
-  if (!finding.leftover.mend) return;
-  Note(finding.leftover.item + ": " + finding.leftover.remedy);
-  finding.fixed = Mend(finding.leftover);
-  if (!finding.fixed) Note(finding.leftover.item + ": could not be fixed");
-}
-
 int PrintFindings(const Arguments& arguments, const std::vector<Finding>& findings) {
   Json list = Json::array();
   std::string text;
   for (const Finding& finding : findings) {
     const Leftover& leftover = finding.leftover;
     list.push_back(AsJson(finding));
-    text += leftover.item + " (" + StateOf(finding) + ")\n  " + leftover.meaning + "\n  " + leftover.remedy + "\n";
+    const char* const state = finding.fixed ? "fixed" : leftover.mend ? "--fix does it" : "by hand";
+    text += leftover.item + " (" + state + ")\n  " + leftover.meaning + "\n  " + leftover.remedy + "\n";
   }
   if (arguments.json) return Print(list);
   return PrintBytes(findings.empty() ? "Nothing was left behind.\n" : text);
@@ -53,8 +43,12 @@ int LookAtInstall(const Arguments& arguments) {
   std::vector<Finding> findings;
   for (Leftover& leftover : FindLeftovers())
     findings.push_back({std::move(leftover)});
-  for (Finding& finding : findings)
-    if (arguments.fix) Fix(finding);
+  for (auto& [leftover, fixed] : findings) {
+    if (!arguments.fix || !leftover.mend) continue;
+    Note(leftover.item + ": " + leftover.remedy);
+    fixed = Mend(leftover);
+    if (!fixed) Note(leftover.item + ": could not be fixed");
+  }
   const int printed = PrintFindings(arguments, findings);
   const bool allFixed = std::all_of(findings.begin(), findings.end(), [](const Finding& one) { return one.fixed; });
   return allFixed ? printed : kFailed;

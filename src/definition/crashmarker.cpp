@@ -11,12 +11,6 @@ namespace {
 constexpr char kRootKey[] = "bz2loc";
 constexpr char kDefinitionKey[] = "filename";
 
-// Without a key the section goes. The entry for the next log-in goes last.
-void RemoveFrom(const char* key) {
-  Forget(kCrashSection, key);
-  RegRemoveValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue);
-}
-
 }  // namespace
 
 CrashMarker ReadCrashMarker() {
@@ -31,11 +25,8 @@ void WriteCrashMarker(const CrashMarker& marker) {
 
 void RemoveCrashMarker() {
   Forget(kCrashSection, kRootKey);
-  RemoveFrom(kDefinitionKey);
-}
-
-void RemoveCrashSection() {
-  RemoveFrom("");
+  Forget(kCrashSection, kDefinitionKey);
+  RegRemoveValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue);
 }
 
 }  // namespace varnik

@@ -19,7 +19,4 @@ void WriteCrashMarker(const CrashMarker& marker);
 // Value by value; another value of the section stays.
 void RemoveCrashMarker();
 
-// The whole section.
-void RemoveCrashSection();
-
 }  // namespace varnik

@@ -97,7 +97,7 @@ PlanStep PlanSteps::StepOf(const win::Deed& deed) const {
   return {line, NameOf(deed.act), Named(deed.target), source, deed.done, why};
 }
 
-// What is looked for in vain is a step when nothing else comes of its line.
+// What is not found is a step when its line does nothing else.
 void PlanSteps::Add(PlanStep step) {
   if (missing_ && missing_->line != step.line) steps_.push_back(*missing_);
   missing_.reset();

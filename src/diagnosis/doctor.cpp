@@ -25,33 +25,25 @@ bool IsSameFolder(const std::string& a, const std::string& b) {
   return win::NativePath(win::WithSeparator(a)) == win::NativePath(win::WithSeparator(b));
 }
 
-bool CanBeDeactivated(const std::string& definitionFile) {
-  double version = 0;
-  if (!FileExists(definitionFile) || !ReadMarker(win::LineReader(definitionFile).ReadLine(), version)) return false;
-  return version <= kLastLegacyFormat || version == kCurrentFormat;
-}
-
 Leftover Interrupted(const CrashMarker& marker) {
   const std::string run =
-      marker.definitionFile + " is in force in " + marker.root + " without the game: a run was interrupted.";
+      marker.definitionFile + " is active in " + marker.root + " without the game: a run was interrupted.";
   if (marker.root.empty() || marker.definitionFile.empty())
     return {kCrashSection, "The note of an interrupted run is incomplete: it names no definition or no install.",
             "The note is removed.", RemoveCrashMarker};
   if (!IsSameFolder(marker.root, InstallRoot()))
     return {kCrashSection, run, "`varnik-cli --root DIR doctor --fix` with that install.", {}};
-  if (!CanBeDeactivated(marker.definitionFile))
+  double version = 0;
+  const bool isDefinition = FileExists(marker.definitionFile) &&
+                            ReadMarker(win::LineReader(marker.definitionFile).ReadLine(), version) &&
+                            (version <= kLastLegacyFormat || version == kCurrentFormat);
+  if (!isDefinition)
     return {kCrashSection,
             run + " Its definition is gone, or is none any more, and nothing else tells what it renamed.",
             "Put the definition back, then ask again. The next start of Varnik removes this note as it is.",
             {}};
-  return {kCrashSection, run, "The mod is taken out of force, with the player's own values put back.",
+  return {kCrashSection, run, "The mod is deactivated, and the player's own values are put back.",
           [marker] { DeactivateByMarker(marker.definitionFile, marker.root); }};
-}
-
-// A mod that is in force may have put files away that would count as left over otherwise.
-void TakeActiveModsOut() {
-  for (std::size_t row = 1; row < ModList.size(); ++row)
-    if (ModList[row].State == 1) DeactivateListedMod(ModEntry(ModList[row]));
 }
 
 bool OtherInstallIsListed() {
@@ -83,9 +75,9 @@ std::optional<Leftover> KeptValues() {
     allHaveFiles = allHaveFiles && !PlayerFileOf(setting.key).empty();
   }
   if (!isAny) return std::nullopt;
-  Leftover leftover{kBackupSection,
-                  "Session defaults or race names of the player were kept for a mod and never put back.",
-                  "They are put back into gameprefs.ini and the RaceName files of this install.", RestorePlayersValues};
+  Leftover leftover{
+      kBackupSection, "Session defaults or race names of the player were kept for a mod and never put back.",
+      "They are put back into gameprefs.ini and the RaceName files of this install.", RestorePlayersValues};
   if (!allHaveFiles || OtherInstallIsListed()) {
     leftover.remedy =
         "It is not known which install they are from: `varnik-cli settings --all` shows them. The next "
@@ -95,20 +87,16 @@ std::optional<Leftover> KeptValues() {
   return leftover;
 }
 
-std::vector<std::string> FilesThatChange(const std::function<void()>& mend) {
+std::vector<win::PathDifference> Effects(const std::function<void()>& mend) {
   const win::Rehearsal rehearsal;
   mend();
-  std::vector<std::string> files;
-  for (const auto& [path, kind] : rehearsal.Differences(InstallRoot()))
-    if (kind == win::PathDifference::Kind::kChanged) files.push_back(path);
-  return files;
+  return rehearsal.Differences(InstallRoot());
 }
 
-bool KeepCopies(const std::vector<std::string>& files) {
-  return std::all_of(files.begin(), files.end(), [](const std::string& file) {
-    const std::optional<std::string> content = win::ReadWholeFile(file);
-    return content && win::WriteWholeFile(FreeKeptName(file), *content);
-  });
+bool KeepCopy(const win::PathDifference& difference) {
+  if (difference.kind != win::PathDifference::Kind::kChanged) return true;
+  const std::optional<std::string> content = win::ReadWholeFile(difference.path);
+  return content && win::WriteWholeFile(FreeKeptName(difference.path), *content);
 }
 
 }  // namespace
@@ -120,7 +108,9 @@ std::vector<Leftover> FindLeftovers() {
   if (!marker.root.empty() || !marker.definitionFile.empty()) leftovers.push_back(Interrupted(marker));
   const win::Rehearsal rehearsal;
   if (!leftovers.empty() && leftovers[0].mend) leftovers[0].mend();
-  TakeActiveModsOut();
+  // An active mod may have put files away that would count as left over otherwise.
+  for (std::size_t row = 1; row < ModList.size(); ++row)
+    if (ModList[row].State == 1) DeactivateListedMod(ModEntry(ModList[row]));
   AddLeftoverFiles(InstallRoot(), leftovers);
   // Of another install's marker, or of one that waits for its definition, the values are not left over.
   const bool isAwaited = !leftovers.empty() && leftovers[0].item == kCrashSection && !leftovers[0].mend;
@@ -129,7 +119,9 @@ std::vector<Leftover> FindLeftovers() {
 }
 
 bool Mend(const Leftover& leftover) {
-  if (!leftover.mend || !KeepCopies(FilesThatChange(leftover.mend))) return false;
+  if (!leftover.mend) return false;
+  const std::vector<win::PathDifference> effects = Effects(leftover.mend);
+  if (!std::all_of(effects.begin(), effects.end(), KeepCopy)) return false;
   leftover.mend();
   const std::vector<Leftover> left = FindLeftovers();
   return std::none_of(left.begin(), left.end(), [&](const Leftover& other) { return other.item == leftover.item; });

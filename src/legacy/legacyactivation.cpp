@@ -8,6 +8,8 @@
 #include "platform/system/process/process.h"
 #include "support/install.h"
 
+#include <set>
+
 namespace varnik {
 
 namespace {
@@ -17,8 +19,7 @@ struct ActivationPass {
   LegacyArguments arguments;
   LegacyConfig config = LegacyConfig::kUndecided;
   LegacyConfigWriter generated;
-  bool pilotsDone = false;
-  bool savedDone = false;
+  std::set<std::string> swappedFolders;
   bool tempMade = false;
   bool execAllowed = true;
   bool programTookOver = false;
@@ -55,21 +56,14 @@ void NoBzoneCfg(ActivationPass& pass, const LegacyLine&) {
   Decide(pass, LegacyConfig::kUntouched);
 }
 
-void SwapFolder(ActivationPass& pass, const LegacyLine& line, const std::string& folder, bool& done) {
-  if (done) return;
+// `pilots` and `saved`: the keyword is the folder's name, and its first line counts.
+void SwapFolder(ActivationPass& pass, const LegacyLine& line) {
+  const std::string folder = line.Keyword();
+  if (!pass.swappedFolders.insert(folder).second) return;
   const std::string path = pass.places.ExpandRootDir(line.Value());
   win::RenameFile(pass.InRoot(folder), pass.InRoot(folder + kLegacyFolderBackup));
   win::RenameFile(path, pass.InRoot(folder));
   pass.execAllowed = false;
-  done = true;
-}
-
-void Pilots(ActivationPass& pass, const LegacyLine& line) {
-  SwapFolder(pass, line, kPilotsFolder, pass.pilotsDone);
-}
-
-void Saved(ActivationPass& pass, const LegacyLine& line) {
-  SwapFolder(pass, line, kSavedGamesFolder, pass.savedDone);
 }
 
 void Pak(ActivationPass& pass, const LegacyLine& line) {
@@ -88,7 +82,7 @@ void MakeTempFolder(ActivationPass& pass) {
   pass.tempMade = true;
 }
 
-// The one change that leaves a later `exec` in force.
+// The one change after which a later `exec` still counts.
 void Replace(ActivationPass& pass, const LegacyLine& line) {
   MakeTempFolder(pass);
   pass.places.SplitExpanded(line, pass.arguments);
@@ -114,8 +108,8 @@ constexpr LegacyDirective<ActivationPass> kDirectives[] = {
     {"dynamic", Dynamic},
     {"predefined ", Predefined},
     {"nobzonecfg", NoBzoneCfg},
-    {"pilots ", Pilots},
-    {"saved ", Saved},
+    {"pilots ", SwapFolder},
+    {"saved ", SwapFolder},
     {"pak ", Pak},
     {"fold ", Fold},
     {"replace ", Replace},

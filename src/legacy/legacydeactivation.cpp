@@ -1,10 +1,14 @@
 #include "legacy/legacydeactivation.h"
 
 #include "definition/bzonecfg.h"
-#include "definition/crashmarker.h"
 #include "legacy/legacyformat.h"
+#include "platform/system/store/registry.h"
 #include "support/install.h"
 #include "support/modfileexists.h"
+#include "support/registry.h"
+#include "support/settings.h"
+
+#include <set>
 
 namespace varnik {
 
@@ -16,8 +20,7 @@ struct UndoPass {
   LegacyPlaces places;
   LegacyArguments arguments{};
   LegacyConfig config = LegacyConfig::kUndecided;
-  bool pilotsDone = false;
-  bool savedDone = false;
+  std::set<std::string> swappedFolders = {};
 
   std::string InRoot(const std::string& name) const { return root + name; }
 };
@@ -50,20 +53,12 @@ void NoBzoneCfg(UndoPass& pass, const LegacyLine&) {
   if (pass.config == LegacyConfig::kUndecided) pass.config = LegacyConfig::kUntouched;
 }
 
-void SwapBack(UndoPass& pass, const LegacyLine& line, const std::string& folder, bool& done) {
-  if (done) return;
+void SwapBack(UndoPass& pass, const LegacyLine& line) {
+  const std::string folder = line.Keyword();
+  if (!pass.swappedFolders.insert(folder).second) return;
   const std::string path = pass.places.ExpandRootDir(line.Value());
   win::RenameFile(pass.InRoot(folder), path);
   win::RenameFile(pass.InRoot(folder + kLegacyFolderBackup), pass.InRoot(folder));
-  done = true;
-}
-
-void Pilots(UndoPass& pass, const LegacyLine& line) {
-  SwapBack(pass, line, kPilotsFolder, pass.pilotsDone);
-}
-
-void Saved(UndoPass& pass, const LegacyLine& line) {
-  SwapBack(pass, line, kSavedGamesFolder, pass.savedDone);
 }
 
 void Replace(UndoPass& pass, const LegacyLine& line) {
@@ -84,9 +79,9 @@ void Remove(UndoPass& pass, const LegacyLine& line) {
 
 // `exec`, `pak` and `fold` leave nothing behind.
 constexpr LegacyDirective<UndoPass> kDirectives[] = {
-    {"dynamic", Dynamic}, {"predefined ", Predefined}, {"nobzonecfg", NoBzoneCfg},
-    {"pilots ", Pilots},  {"saved ", Saved},           {"replace ", Replace},
-    {"move ", Move},      {"remove ", Remove},
+    {"dynamic", Dynamic},  {"predefined ", Predefined}, {"nobzonecfg", NoBzoneCfg},
+    {"pilots ", SwapBack}, {"saved ", SwapBack},        {"replace ", Replace},
+    {"move ", Move},       {"remove ", Remove},
 };
 
 }  // namespace
@@ -101,7 +96,8 @@ void DeactivateLegacyMod(const std::string& definitionFile, const std::string& r
     ActOnLegacyLine(kDirectives, pass, ReadLegacyLine(file));
   // The folder goes while the marker still stands: a kill in between leaves nothing behind that a start would not find.
   win::RemoveFolder(pass.InRoot(kParkingFolder));
-  RemoveCrashSection();
+  Forget(kCrashSection);
+  RegRemoveValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue);
 }
 
 }  // namespace varnik

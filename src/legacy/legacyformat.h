@@ -17,6 +17,7 @@ struct LegacyLine {
   std::size_t keywordLength = 0;  // of the directive that it was found to be
 
   std::string Value() const { return text.substr(keywordLength); }
+  std::string Keyword() const { return win::Trim(win::LowerCase(text.substr(0, keywordLength))); }
 };
 
 LegacyLine ReadLegacyLine(win::LineReader& file);

@@ -17,12 +17,6 @@ constexpr char kQuestion[] =
     "use?\r\n"
     "Note: This process is based on ivar information only and may produce inaccurate results.";
 
-void AskOnce() {
-  if (ConvertAsked || ConvertWanted) return;
-  ConvertAsked = true;
-  ConvertWanted = win::MsgBox(kQuestion, win::kYesNo, "Convert Maps?") == win::Answer::kYes;
-}
-
 // A map that names no type at all is taken for a deathmatch map.
 std::string TagOf(const MapEntry& entry) {
   if (entry.Ivar5 == 0 || entry.Ivar5 == 1) return SubTypeOf(entry.Ivar7).tag;
@@ -44,7 +38,10 @@ void ResetConversion() {
 void OfferConversion(const MapEntry& entry, const win::ProfileFile& inf, const std::string& infPath) {
   if (!IsVersion13() || !IsMultiplayerPath(entry.Folder) || !IsInModFolders(entry.Folder)) return;
   if (!ReadIniValue("NetVars", "svar7", inf, "").empty()) return;
-  AskOnce();
+  if (!ConvertAsked) {
+    ConvertAsked = true;
+    ConvertWanted = win::MsgBox(kQuestion, win::kYesNo, "Convert Maps?") == win::Answer::kYes;
+  }
   if (!ConvertWanted) return;
   ClearReadOnly(infPath);
   WriteIniValue("NetVars", "svar7", TagOf(entry), infPath);

@@ -35,8 +35,8 @@ bool ActivateFile(win::LineReader& file, Pass pass);
 void Include(Pass& pass, const Args& args) {
   const std::string path = FindModFile(args[1]);
   if (path.empty()) return;
-  const IncludeScope further(pass.bounds);
-  if (!further.IsAllowed()) return;
+  const IncludeScope scope(pass.bounds);
+  if (!scope.IsAllowed()) return;
   const bool persistent = pass.state.persistent;
   win::LineReader file(path);
   pass.exeTookOver = !ActivateFile(file, pass);
@@ -85,14 +85,9 @@ void SetFirst(std::string& field, const std::string& value) {
   if (field.empty()) field = value;
 }
 
-void DefaultName(Pass& pass, const Args& args) {
-  SetFirst(pass.state.sessionName, args[1]);
-}
-void DefaultPassword(Pass& pass, const Args& args) {
-  SetFirst(pass.state.password, args[1]);
-}
-void DefaultMessage(Pass& pass, const Args& args) {
-  SetFirst(pass.state.message, args[1]);
+template <std::string ActivationState::*kField>
+void SessionDefault(Pass& pass, const Args& args) {
+  SetFirst(pass.state.*kField, args[1]);
 }
 
 void RaceName(Pass& pass, const Args& args) {
@@ -124,9 +119,9 @@ constexpr PassDirective<Pass> kDirectives[] = {
     {"replace", 3, Replace},
     {"pak", 1, Pak},
     {"fold", 1, Fold},
-    {"defaultname", 1, DefaultName},
-    {"defaultpass", 1, DefaultPassword},
-    {"defaultsmsg", 1, DefaultMessage},
+    {"defaultname", 1, SessionDefault<&ActivationState::sessionName>},
+    {"defaultpass", 1, SessionDefault<&ActivationState::password>},
+    {"defaultsmsg", 1, SessionDefault<&ActivationState::message>},
     {"racename", 2, RaceName},
     {"activated", 0, Activated},  // works only above the first action, and is itself one
     {"writeid", 1, WriteId},

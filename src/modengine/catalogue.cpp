@@ -34,22 +34,6 @@ std::string KeyOf(const std::string& path) {
   return win::LowerCase(win::FileNameOf(path));
 }
 
-bool IsRow(int modIndex) {
-  return modIndex > 0 && static_cast<std::size_t>(modIndex) < list.size();
-}
-
-// The mod's own folders come first; the two that every install has follow unless it named them itself.
-void AddStandardFolders(std::vector<std::string>& folders) {
-  for (const char* standard : {"addon", "data"})
-    if (std::find(folders.begin() + 1, folders.end(), standard) == folders.end()) folders.emplace_back(standard);
-}
-
-void AppendModRow(ModEntry entry) {
-  knownFiles.insert(KeyOf(entry.DefinitionFile));
-  list.push_back(std::move(entry));
-  listFilled = true;
-}
-
 void LoadCurrentMod(win::LineReader& file, const std::string& path, const std::string& marker) {
   if (knownFiles.contains(KeyOf(path))) return;
   ModEntry entry;
@@ -57,7 +41,10 @@ void LoadCurrentMod(win::LineReader& file, const std::string& path, const std::s
   entry.DefinitionFile = path;
   bool noActionYet = true;
   if (!ReadModDefinition(file, entry, noActionYet)) return;
-  AddStandardFolders(entry.Folders);
+  // The mod's own folders come first; the two that every install has follow unless it named them itself.
+  for (const char* standard : {"addon", "data"})
+    if (std::find(entry.Folders.begin() + 1, entry.Folders.end(), standard) == entry.Folders.end())
+      entry.Folders.emplace_back(standard);
   AppendModRow(std::move(entry));
 }
 
@@ -104,11 +91,8 @@ void LoadModFile(std::string path) {
   const std::string marker = win::Trim(file.ReadLine());
   double version = 0;
   if (!ReadMarker(marker, version)) return;
-  if (version == kCurrentFormat) {
-    LoadCurrentMod(file, path, marker);
-  } else if (version <= kLastLegacyFormat) {
-    if (ShowOldMods && !StandsInModsFolder(path)) AppendModRow(LoadLegacyMod(file, path));
-  }
+  if (version == kCurrentFormat) LoadCurrentMod(file, path, marker);
+  if (version <= kLastLegacyFormat && ShowOldMods && !StandsInModsFolder(path)) AppendModRow(LoadLegacyMod(file, path));
 }
 
 bool StandsInModsFolder(const std::string& path) {
@@ -117,14 +101,7 @@ bool StandsInModsFolder(const std::string& path) {
 }
 
 std::string ModRowText(const ModEntry& entry) {
-  switch (entry.State) {
-    case 1:
-      return entry.Name + "(ACTIVE)";
-    case -1:
-      return entry.Name + "(INACTIVE)";
-    default:
-      return entry.Name;
-  }
+  return entry.Name + (entry.State == 1 ? "(ACTIVE)" : entry.State == -1 ? "(INACTIVE)" : "");
 }
 
 std::size_t FindMod(const std::string& nameOrPath) {
@@ -138,8 +115,14 @@ std::size_t FindMod(const std::string& nameOrPath) {
   return 0;
 }
 
+void AppendModRow(ModEntry entry) {
+  knownFiles.insert(KeyOf(entry.DefinitionFile));
+  list.push_back(std::move(entry));
+  listFilled = true;
+}
+
 void SelectModFolders(int modIndex) {
-  if (IsRow(modIndex)) {
+  if (modIndex > 0 && static_cast<std::size_t>(modIndex) < list.size()) {
     SearchDirs = list[modIndex].Folders;
     renames = list[modIndex].Renames;
   } else {

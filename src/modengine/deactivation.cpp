@@ -43,8 +43,8 @@ bool DeactivateFile(win::LineReader& file, Pass pass);
 void Include(Pass& pass, const Args& args) {
   const std::string path = pass.Below(args[1]);
   if (!FileExists(path)) return;
-  const IncludeScope further(pass.bounds);
-  if (!further.IsAllowed()) return;
+  const IncludeScope scope(pass.bounds);
+  if (!scope.IsAllowed()) return;
   win::LineReader file(path);
   pass.exeTookOver = !DeactivateFile(file, pass);
 }

@@ -16,7 +16,7 @@ enum class UndoOutcome {
   kDone,
   kExeTookOver,
   kNoFormat,  // the file cannot be read, its marker is bad, or its version is no format
-  kRefused,   // another process of ours is at work; a message has said so
+  kRefused,   // another process of Varnik is at work; a message has said so
 };
 
 // Undoes a mod of either format, by the marker in its line 1.

@@ -30,12 +30,6 @@ Switches ReadSwitches(const std::vector<std::string>& arguments) {
   return switches;
 }
 
-// An empty root becomes a single backslash: the work then runs against the root of the current drive.
-void DeactivateNamedMod(const std::string& definitionFile, const std::string& root) {
-  if (definitionFile == root || definitionFile.empty() || !FileExists(definitionFile)) return;
-  DeactivateByMarker(definitionFile, win::WithSeparator(root));
-}
-
 }  // namespace
 
 std::vector<std::string> SplitCommandLine(std::string_view line, int maxArgs) {
@@ -62,9 +56,10 @@ std::vector<std::string> SplitCommandLine(std::string_view line, int maxArgs) {
 
 std::int16_t ProcessCmdLine(int maxArgs) {
   LogLine("ProcessCmdLine Begin");
-  const Switches switches = ReadSwitches(SplitCommandLine(win::CommandLine(), maxArgs));
-  DeactivateNamedMod(switches.definitionFile, switches.root);
-  return switches.runMode;
+  const auto [runMode, root, file] = ReadSwitches(SplitCommandLine(win::CommandLine(), maxArgs));
+  // An empty root becomes a single backslash: the work then runs against the root of the current drive.
+  if (file != root && !file.empty() && FileExists(file)) DeactivateByMarker(file, win::WithSeparator(root));
+  return runMode;
 }
 
 }  // namespace varnik

@@ -11,7 +11,7 @@ namespace varnik {
 
 bool RecoverFromCrash() {
   LogLine("RecoverFromCrash Begin");
-  // A marker that stands while another process of ours is at work belongs to a run that is well alive.
+  // While another process is at work, the marker belongs to a run that is still going on.
   const RunGuard guard;
   if (!guard.IsHeld()) return false;
   const CrashMarker marker = ReadCrashMarker();

@@ -10,7 +10,7 @@ namespace varnik {
 namespace {
 
 constexpr std::uint32_t kQueryAccess = 0x2003F;
-constexpr std::size_t kMostBytes = 1024;
+constexpr std::size_t kMaxBytes = 1024;
 
 // The data of a number, its last byte first, as two hexadecimal digits each, read as one number.
 std::string DecimalFromBytes(const std::string& bytes) {
@@ -41,7 +41,7 @@ bool ReadSharedToolsValue(std::uint32_t root, const std::string& keyPath, const 
   if (win::RegOpenKeyEx(root, keyPath, 0, kQueryAccess, key) != win::kErrorSuccess) return false;
   std::uint32_t type = 0;
   std::string data;
-  const bool read = win::RegQueryValueEx(key, valueName, type, data) == win::kErrorSuccess && data.size() <= kMostBytes;
+  const bool read = win::RegQueryValueEx(key, valueName, type, data) == win::kErrorSuccess && data.size() <= kMaxBytes;
   win::RegCloseKey(key);
   if (!read) return false;
   data = data.substr(0, data.find('\0'));

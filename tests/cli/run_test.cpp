@@ -71,7 +71,7 @@ TEST_F(CliRun, LeavesPersistentModsToActivateAndDeactivate) {
   EXPECT_TRUE(Exists("kept.odf"));
   EXPECT_TRUE(Stored("Crash").empty());
   EXPECT_NE(RunHere("run keep.bzm").err.find("`varnik-cli deactivate`"), std::string::npos);
-  EXPECT_EQ(RunHere("activate keep.bzm").status, 1);  // its configuration would be put into force twice
+  EXPECT_EQ(RunHere("activate keep.bzm").status, 1);  // its configuration would be activated twice
   EXPECT_EQ(Ask("deactivate " + sandbox.Install().string() + "/keep.bzm")["Done"], true);
   EXPECT_EQ(Snapshot(sandbox.Install()), before);
 }
@@ -83,7 +83,7 @@ TEST_F(CliRun, GuardsTheModThatIsStillToBeUndone) {
   for (const char* command : {"activate keep.bzm", "run plain.bzm", "deactivate keep.bzm"}) {
     const CliResult refused = RunHere(command);
     EXPECT_EQ(refused.status, 1) << command;
-    EXPECT_NE(refused.err.find("plain.bzm: is in force"), std::string::npos) << refused.err;
+    EXPECT_NE(refused.err.find("plain.bzm: is active"), std::string::npos) << refused.err;
   }
   EXPECT_EQ(Ask("run -")["Ran"], true);
   EXPECT_EQ(Ask("deactivate plain.bzm")["Done"], true);

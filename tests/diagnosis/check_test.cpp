@@ -304,7 +304,7 @@ TEST_F(Check, EndsSoonWithHostileFiles) {
   for (int i = 0; i < 300'000; ++i)
     many += "x\n";
   const auto full = CheckDefinition(Define(many));
-  ASSERT_EQ(full->findings.size(), Findings::kMost + 1);
+  ASSERT_EQ(full->findings.size(), Findings::kMaxFindings + 1);
   EXPECT_EQ(full->findings.back().problem, Problem::kTooManyFindings);
   std::replace(many.begin(), many.end(), 'x', ';');
   EXPECT_EQ(CodesOf(many), "too-large@20001");

@@ -42,7 +42,7 @@ TEST_F(DiagnosisCli, PlansWithoutTouchingAnything) {
   EXPECT_TRUE(Stored("Crash").empty());
   EXPECT_EQ(RunHere("activate mod.bzm").status, 0);
   EXPECT_EQ(ReadFile(sandbox.Install() / "bzone.cfg"), configuration);
-  EXPECT_NE(RunHere("plan mod.bzm").err.find("is in force"), std::string::npos);
+  EXPECT_NE(RunHere("plan mod.bzm").err.find("is active"), std::string::npos);
 }
 
 TEST_F(DiagnosisCli, SaysWhatItFoundAndWhatItMended) {

@@ -17,7 +17,7 @@ bool HasMarker() {
          !RegReadValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue).empty();
 }
 
-// What is tried, the files, the lines; the files while the mod is in force and afterwards.
+// What is tried, the files, the lines; the files while the mod is active and afterwards.
 const char* const kWalks[][5] = {
     {"the first configuration counts", "bzone.cfg=own c=1 d=2",
      "predefined @rootdir\\c\npredefined @rootdir\\d\ndynamic", "bzone.cfg=1 bzone.tmp.old=own d=2",

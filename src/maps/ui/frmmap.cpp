@@ -19,7 +19,7 @@ constexpr std::int32_t kNoMapData = -1;
 constexpr int kTypedName = -2;
 
 // A description is a page of text; what is larger is something else under its name, and the box would choke on it.
-constexpr std::uint64_t kMostDescriptionBytes = 1u << 20;
+constexpr std::uint64_t kMaxDescriptionBytes = 1u << 20;
 
 bool HasMapExtension(const std::string& name) {
   const std::string lower = win::LowerCase(win::Trim(name));
@@ -162,7 +162,7 @@ void FrmMap::ShowPendingMap() {
 void FrmMap::ShowDescription(const std::string& file) {
   if (file.empty()) return txtMapDesc.SetText("No Description Available");
   const std::optional<std::uint64_t> size = win::FileSize(file);
-  if (!size || *size > kMostDescriptionBytes) return;
+  if (!size || *size > kMaxDescriptionBytes) return;
   if (const std::optional<std::string> text = win::ReadWholeFile(file)) txtMapDesc.SetText(*text);
 }
 

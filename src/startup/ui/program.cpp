@@ -50,7 +50,6 @@ void RunMainWindow(win::Application& application, frmSplash& busy, std::int16_t 
   StartingUp = true;
   win::DoEvents();
   SearchDirs = {"", "addon", "data"};
-  SelectedMapIndex = -1;
   FrmMain window(busy);
   window.EnsureLoaded();
   application.SetMainForm(&window);
@@ -70,9 +69,7 @@ int Main() {
   if (AnswerMaintenanceWord(instance)) return 0;
   if (ActivatePrevInstance(instance, false)) return 0;
   PublishHomePage();
-  GameRunning = false;
   FixAppPath();
-  DebugLog = false;
   LogLine("Varnik Startup");
   if (ActivatePrevInstance(instance, false)) return 0;
   application.Serve(instance);

@@ -196,7 +196,7 @@ constexpr FREE_IMAGE_FORMAT kFormats[] = {FIF_PNG, FIF_JPEG, FIF_BMP};
 // What showing the picture takes at its peak: the library's bitmap, the display's and the copy of that.
 bool FitsMemory(FIBITMAP* header) {
   const std::uint64_t pixels = std::uint64_t{FreeImage_GetWidth(header)} * FreeImage_GetHeight(header);
-  return pixels > 0 && pixels <= kMostPictureBytes / ((FreeImage_GetBPP(header) + 7) / 8 + 4 + 4);
+  return pixels > 0 && pixels <= kMaxPictureBytes / ((FreeImage_GetBPP(header) + 7) / 8 + 4 + 4);
 }
 
 // More than 8 bits a colour are too much for the display.

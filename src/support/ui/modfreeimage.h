@@ -42,10 +42,10 @@ bool ReleaseWorkDC(win::DrawingHandle& dc, win::DrawingHandle& bitmap);
 void SetFreeImageError(const std::string& text, bool onlyIfEmpty);
 
 // Clears the box and draws a PNG, JPEG or BMP file into it at its own size, whatever its name says. False when the file
-// is none of these, is damaged, or would take more than kMostPictureBytes to show; the box may be empty then.
+// is none of these, is damaged, or would take more than kMaxPictureBytes to show; the box may be empty then.
 bool ShowPictureFile(const std::string& path, win::PictureBox& box);
 
 // A picture of 4,096 by 4,096 takes as much.
-constexpr std::size_t kMostPictureBytes = 192u << 20;
+constexpr std::size_t kMaxPictureBytes = 192u << 20;
 
 }  // namespace varnik
