@@ -9,7 +9,8 @@
 // The mods that fit the selected install.
 namespace varnik {
 
-// In the order in which their files were found; row 0 is unused. Written by LoadModFile, AppendModRow and ClearModList only.
+// In the order in which their files were found; row 0 is unused. Written by LoadModFile, AppendModRow and ClearModList
+// only.
 extern const std::vector<ModEntry>& ModList;
 
 // At least one row was added.

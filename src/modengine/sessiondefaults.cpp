@@ -53,8 +53,9 @@ void RestoreRaceName(char letter, const std::string& old) {
 }  // namespace
 
 void ApplySessionDefaults(const ActivationState& state) {
-  const SessionDefaults defaults = {
-      {"DefaultSessionName", state.sessionName}, {"DefaultPassword", state.password}, {"DefaultMessage", state.message}};
+  const SessionDefaults defaults = {{"DefaultSessionName", state.sessionName},
+                                    {"DefaultPassword", state.password},
+                                    {"DefaultMessage", state.message}};
   if (!AnyIsSet(defaults)) return;
   const std::string file = FindPlayerFile("gameprefs.ini");
   if (file.empty()) return;

@@ -55,7 +55,7 @@ struct ConfigurationCase {
   const char* version;
   const char* files;
   const char* lines;
-  std::string active;                         // bzone.cfg
+  std::string active;                          // bzone.cfg
   std::optional<std::string> leftBehind = {};  // bzonevarnik.cfg
 };
 

@@ -1,11 +1,10 @@
-#include "startup/commandline.h"
-#include "startup/crashrecovery.h"
-
 #include "definition/crashmarker.h"
 #include "modengine/runguard.h"
 #include "platform/system/paths/program.h"
 #include "platform/system/process/instance.h"
 #include "platform/system/store/registry.h"
+#include "startup/commandline.h"
+#include "startup/crashrecovery.h"
 #include "support/install.h"
 #include "support/registry.h"
 #include "support/settings.h"
