@@ -65,7 +65,7 @@ set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "mod manager and launcher for Battlezone I
 set(CPACK_PACKAGE_DESCRIPTION
 "Varnik keeps a list of your installs of the game, shows the mods and maps
 that work with the selected one, and builds the game's command line. A launch
-puts the chosen mod into force, runs the game, and puts everything back. Should
+activates the chosen mod, runs the game, and puts everything back. Should
 Varnik or the machine die meanwhile, the next start puts everything back.
 .
 The game itself is not part of this package.")

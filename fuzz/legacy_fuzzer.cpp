@@ -1,5 +1,6 @@
 #include "fuzz/world.h"
-#include "legacy/legacy.h"
+#include "legacy/legacyactivation.h"
+#include "legacy/legacydeactivation.h"
 #include "modengine/catalogue.h"
 
 // A definition of the older format through its three passes. Its first line is given, so that every input has one.

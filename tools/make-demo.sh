@@ -161,11 +161,11 @@ for letter in A B; do
   echo "Race $letter" | text "$first/addon/RaceName_$letter.txt"
 done
 
-# Plain: in force during a run only.
+# Plain: active during a run only.
 text "$first/frozen-frontier.bzm" <<'BZM'
 BZ2HALD5
 dname(Frozen Frontier); // the name in the list
-description("Snow on every hill, ice under every tank. In force during a run only.");
+description("Snow on every hill, ice under every tank. Active during a run only.");
 image(frontier\title.png);
 splash(frontier\splash.bmp);
 version(1.3);
@@ -203,7 +203,7 @@ racename(A, Snow Foxes);
 racename(b, Ice Wolves);
 BZM
 
-# Persistent, and not in force.
+# Persistent, and inactive.
 text "$first/night-ops.bzm" <<'BZM'
 BZ2HALD5
 dname(Night Operations);
@@ -214,16 +214,16 @@ activatedfile(nightops-on.odf);
 renameex(addon\sky.odf, nightops\sky.odf, addon\sky.day.odf);
 rename(nightops\on.odf, nightops-on.odf);
 BZM
-echo "A mod that stays in force between runs until it is taken out again." | text "$first/nightops/about.txt"
+echo "A mod that stays active between runs until it is deactivated." | text "$first/nightops/about.txt"
 for odf in addon/sky.odf nightops/sky.odf nightops/on.odf; do
   echo "// $odf of the demo" | text "$first/$odf"
 done
 
-# Persistent, and in force: the folder has its active name.
+# Persistent, and active: the folder has its active name.
 text "$first/fine-terrain.bzm" <<'BZM'
 BZ2HALD5 /x
 dname(Fine Terrain);
-description(Finer textures. Shipped in force.);
+description(Finer textures. Shipped active.);
 activated();
 activatedfold(fineterrain-on);
 activatedrecy(FINE);

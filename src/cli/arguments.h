@@ -7,7 +7,7 @@
 
 namespace varnik::cli {
 
-// What a person wrote, for all commands together; each reads its own part.
+// The arguments of all commands; each command reads its own.
 struct Arguments {
   std::optional<std::string> root;     // empty: the install that the store names
   std::optional<std::string> appPath;  // empty: where the program finds its folder

@@ -47,8 +47,6 @@ void NoteOtherInstall(const std::string& path) {
     Note("looked at with the install at " + root + ", though the file lies in another one; --root chooses");
 }
 
-bool IsError(const Finding& finding) { return KindOf(finding.problem).severity == Severity::kError; }
-
 }  // namespace
 
 int CheckFile(const Arguments& arguments) {
@@ -59,7 +57,9 @@ int CheckFile(const Arguments& arguments) {
   NoteOtherInstall(path);
   if (!report->leftOut.empty()) Note(report->leftOut);
   const int status = PrintFindings(arguments, report->findings);
-  const bool anyError = std::any_of(report->findings.begin(), report->findings.end(), IsError);
+  const bool anyError = std::any_of(report->findings.begin(), report->findings.end(), [](const Finding& finding) {
+    return KindOf(finding.problem).severity == Severity::kError;
+  });
   return status == kDone && anyError ? kFailed : status;
 }
 

@@ -78,7 +78,7 @@ void DeclarePlan(CLI::App& app, Arguments& arguments) {
   DeclareMod(app, arguments);
   app.add_flag("--config", arguments.configuration, "Print the bzone.cfg that the game would find, and nothing else");
   app.add_flag("--after", arguments.after,
-               "Add a row `put back` for all that would differ from now when the mod is out of force again");
+               "Add a row `put back` for all that would differ from now once the mod is deactivated again");
 }
 
 void DeclareDoctor(CLI::App& app, Arguments& arguments) {
@@ -99,13 +99,13 @@ const std::vector<Command> kCommands = {
     {"mods", "List the mods that fit the install", true, nullptr, ListMods, "mods\n--root ~/games/bz2 --json mods"},
     {"parse", "Show a definition file as its readers see it, line by line", false, DeclareFile, ParseFile,
      "parse ~/games/bz2/mymod.bzm"},
-    {"check", "Tell what readers of a definition file would pass over in silence", false, DeclareFile, CheckFile,
+    {"check", "Report what readers of a definition file would skip in silence", false, DeclareFile, CheckFile,
      "check ~/games/bz2/mymod.bzm"},
     {"plan", "Show each step that an activation would take now, and change nothing", true, DeclarePlan, PlanGivenMod,
      "plan mymod.bzm\nplan mymod.bzm --after\nplan mymod.bzm --config"},
-    {"activate", "Put a mod into force", true, DeclareMod, ActivateGivenMod, "activate mymod.bzm"},
-    {"deactivate", "Take a mod out of force", true, DeclareMod, DeactivateGivenMod, "deactivate mymod.bzm"},
-    {"run", "Put a mod into force, run the game, and put everything back", true, DeclareRun, RunGivenMod,
+    {"activate", "Activate a mod", true, DeclareMod, ActivateGivenMod, "activate mymod.bzm"},
+    {"deactivate", "Deactivate a mod", true, DeclareMod, DeactivateGivenMod, "deactivate mymod.bzm"},
+    {"run", "Activate a mod, run the game, and put everything back", true, DeclareRun, RunGivenMod,
      "run mymod.bzm\nrun mymod.bzm --map stalker.bzn\nrun - --options \"/win /nointro\""},
     {"options", "List the game's command-line options", true, nullptr, ListOptions, "options"},
     {"line", "Show the command line that a launch would use", true, DeclareLine, ShowLine,
@@ -116,7 +116,7 @@ const std::vector<Command> kCommands = {
      "settings\nsettings --all --json"},
     {"settings set", "Store a setting", false, DeclareSetSetting, SetSetting, "settings set RenameLog On"},
     {"recover", "Undo a run that was interrupted, as a start of Varnik does", false, nullptr, Recover, "recover"},
-    {"doctor", "Tell what an interrupted or failed run left behind, and what undoes it", true, DeclareDoctor,
+    {"doctor", "Show what an interrupted or failed run left behind, and what undoes it", true, DeclareDoctor,
      LookAtInstall, "doctor\n--root ~/games/bz2 doctor --fix"},
 };
 

@@ -10,36 +10,26 @@ namespace varnik::cli {
 namespace {
 
 struct Finding {
-  Leaving leaving;
+  Leftover leftover;
   bool fixed = false;
 };
 
 Json AsJson(const Finding& finding) {
-  return {{"Item", Text(finding.leaving.item)},
-          {"Meaning", Text(finding.leaving.meaning)},
-          {"Remedy", Text(finding.leaving.remedy)},
-          {"Fixable", finding.leaving.mend != nullptr},
+  return {{"Item", Text(finding.leftover.item)},
+          {"Meaning", Text(finding.leftover.meaning)},
+          {"Remedy", Text(finding.leftover.remedy)},
+          {"Fixable", finding.leftover.mend != nullptr},
           {"Fixed", finding.fixed}};
-}
-
-std::string StateOf(const Finding& finding) {
-  return finding.fixed ? "fixed" : finding.leaving.mend ? "--fix does it" : "by hand";
-}
-
-void Fix(Finding& finding) {
-  if (!finding.leaving.mend) return;
-  Note(finding.leaving.item + ": " + finding.leaving.remedy);
-  finding.fixed = Mend(finding.leaving);
-  if (!finding.fixed) Note(finding.leaving.item + ": could not be fixed");
 }
 
 int PrintFindings(const Arguments& arguments, const std::vector<Finding>& findings) {
   Json list = Json::array();
   std::string text;
   for (const Finding& finding : findings) {
-    const Leaving& leaving = finding.leaving;
+    const Leftover& leftover = finding.leftover;
     list.push_back(AsJson(finding));
-    text += leaving.item + " (" + StateOf(finding) + ")\n  " + leaving.meaning + "\n  " + leaving.remedy + "\n";
+    const char* const state = finding.fixed ? "fixed" : leftover.mend ? "--fix does it" : "by hand";
+    text += leftover.item + " (" + state + ")\n  " + leftover.meaning + "\n  " + leftover.remedy + "\n";
   }
   if (arguments.json) return Print(list);
   return PrintBytes(findings.empty() ? "Nothing was left behind.\n" : text);
@@ -51,10 +41,14 @@ int LookAtInstall(const Arguments& arguments) {
   const RunGuard guard;
   if (!guard.IsHeld()) return Fail("doctor", kRunRefused);
   std::vector<Finding> findings;
-  for (Leaving& leaving : FindLeavings())
-    findings.push_back({std::move(leaving)});
-  for (Finding& finding : findings)
-    if (arguments.fix) Fix(finding);
+  for (Leftover& leftover : FindLeftovers())
+    findings.push_back({std::move(leftover)});
+  for (auto& [leftover, fixed] : findings) {
+    if (!arguments.fix || !leftover.mend) continue;
+    Note(leftover.item + ": " + leftover.remedy);
+    fixed = Mend(leftover);
+    if (!fixed) Note(leftover.item + ": could not be fixed");
+  }
   const int printed = PrintFindings(arguments, findings);
   const bool allFixed = std::all_of(findings.begin(), findings.end(), [](const Finding& one) { return one.fixed; });
   return allFixed ? printed : kFailed;

@@ -5,6 +5,8 @@
 #include "installs/locations.h"
 #include "support/settings.h"
 
+#include <numeric>
+
 namespace varnik::cli {
 
 namespace {
@@ -31,7 +33,7 @@ Json RowAsJson(std::size_t row, bool isActive) {
           {"Active", isActive}};
 }
 
-std::vector<std::string> RowAsText(std::size_t row, bool isActive) {
+Row RowAsText(std::size_t row, bool isActive) {
   const InstallEntry& install = InstallList[row];
   const char* const state = isActive                  ? "active"
                             : install.Version.empty() ? "no install"
@@ -50,29 +52,17 @@ std::size_t RowOfPath(const LocationList& list, const std::string& path) {
   return kNone;
 }
 
-// Saving forgets which install is selected; an addition moves none, so that it can stay.
-void SaveKeepingSelection(const LocationList& list) {
-  const auto active = static_cast<std::size_t>(StoredActiveInstall());
-  const std::string path = active < InstallList.size() ? InstallList[active].Path : "";
-  SaveLocations(list);
-  const std::size_t row = RowOfPath(list, path);
-  if (row != kNone) StoreActiveInstall(static_cast<std::int16_t>(row));
-}
-
 }  // namespace
 
 int ListInstalls(const Arguments& arguments) {
   ReadInstallList();
   // An emptied store leaves the rows read before.
-  const std::size_t count = StoredInstallPath(0).empty() ? 0 : InstallList.size();
+  std::vector<std::size_t> rows(StoredInstallPath(0).empty() ? 0 : InstallList.size());
+  std::iota(rows.begin(), rows.end(), 0);
   const std::size_t active = ActiveRow(arguments);
-  Json list = Json::array();
-  std::vector<std::vector<std::string>> rows;
-  for (std::size_t i = 0; i < count; ++i) {
-    list.push_back(RowAsJson(i, i == active));
-    rows.push_back(RowAsText(i, i == active));
-  }
-  return arguments.json ? Print(list) : PrintTable({"#", "Version", "State", "Path", "Description"}, rows);
+  const auto asJson = [&](std::size_t row) { return RowAsJson(row, row == active); };
+  const auto asRow = [&](std::size_t row) { return RowAsText(row, row == active); };
+  return PrintList(arguments.json, rows, asJson, {"#", "Version", "State", "Path", "Description"}, asRow);
 }
 
 int AddInstall(const Arguments& arguments) {
@@ -81,10 +71,14 @@ int AddInstall(const Arguments& arguments) {
   if (!IsBZ2Install(folder)) return Fail(folder, "no install: bzone.exe, data.pak and binkw32.dll are not all there");
   LocationList list = LoadLocations();
   if (!AddLocation(list, folder)) return Fail(folder, "is listed already");
-  const std::size_t row = list.rows.size() - 1;
-  list.rows[row].Offered = true;
-  list.Descriptions[row] = arguments.description;
-  SaveKeepingSelection(list);
+  list.rows.back().Offered = true;
+  list.Descriptions[list.rows.size() - 1] = arguments.description;
+  // Saving forgets which install is selected; an addition moves none, so that it can stay.
+  const auto active = static_cast<std::size_t>(StoredActiveInstall());
+  const std::string path = active < InstallList.size() ? InstallList[active].Path : "";
+  SaveLocations(list);
+  const std::size_t row = RowOfPath(list, path);
+  if (row != kNone) StoreActiveInstall(static_cast<std::int16_t>(row));
   return ListInstalls(arguments);
 }
 

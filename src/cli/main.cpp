@@ -6,6 +6,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <csignal>
 #include <exception>
 #include <string>
@@ -17,12 +18,6 @@ using varnik::cli::Arguments;
 using varnik::cli::Command;
 using varnik::cli::kCommands;
 using varnik::cli::kWrongUsage;
-
-// What the next log-in starts after a crash is the program with the window.
-std::string WindowProgram() {
-  const std::string path = win::ExecutablePath();
-  return path.substr(0, path.rfind('/') + 1) + "varnik";
-}
 
 void DeclareGlobalOptions(CLI::App& app, Arguments& arguments) {
   app.add_option("--root", arguments.root, "The install to work on, listed or not; without: the selected one")
@@ -50,20 +45,6 @@ CLI::App* DeclareCommand(CLI::App& app, const Command& command, Arguments& argum
   return declared;
 }
 
-int RunCommand(const Command& command, const Arguments& arguments) {
-  varnik::cli::StartSession(arguments);
-  if (command.needsInstall && !varnik::cli::OpenInstall(arguments)) return varnik::cli::kFailed;
-  return command.act(arguments);
-}
-
-std::vector<CLI::App*> DeclareCommands(CLI::App& app, Arguments& arguments) {
-  std::vector<CLI::App*> declared;
-  declared.reserve(kCommands.size());
-  for (const Command& command : kCommands)
-    declared.push_back(DeclareCommand(app, command, arguments));
-  return declared;
-}
-
 int ParseAndRun(int argc, char** argv) {
   Arguments arguments;
   CLI::App app("Varnik without a window: the installs, mods and maps of Battlezone II", "varnik-cli");
@@ -72,24 +53,30 @@ int ParseAndRun(int argc, char** argv) {
   app.get_formatter()->label("REQUIRED", "");
   app.require_subcommand(1)->footer("varnik-cli COMMAND --help tells more, with examples.");
   DeclareGlobalOptions(app, arguments);
-  const std::vector<CLI::App*> declared = DeclareCommands(app, arguments);
+  std::vector<CLI::App*> declared;
+  for (const Command& command : kCommands)
+    declared.push_back(DeclareCommand(app, command, arguments));
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? varnik::cli::kDone : kWrongUsage;
   }
   // A command stands ahead of those below it, so the last one given is the one that is meant.
-  for (std::size_t i = declared.size(); i-- > 0;)
-    if (declared[i]->parsed()) return RunCommand(kCommands[i], arguments);
-  return kWrongUsage;
+  const auto given = std::find_if(declared.rbegin(), declared.rend(), [](const auto* one) { return one->parsed(); });
+  const Command& command = kCommands[declared.rend() - given - 1];
+  varnik::cli::StartSession(arguments);
+  if (command.needsInstall && !varnik::cli::OpenInstall(arguments)) return varnik::cli::kFailed;
+  return command.act(arguments);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) try {
-  // A reader that goes away must not end the program while a mod is in force.
+  // A reader that goes away must not end the program while a mod is active.
   std::signal(SIGPIPE, SIG_IGN);
-  win::SetProgram({"varnik", "Varnik", WindowProgram()});
+  // What the next log-in starts after a crash is the program with the window, which lies beside this one.
+  const std::string path = win::ExecutablePath();
+  win::SetProgram({"varnik", "Varnik", path.substr(0, path.rfind('/') + 1) + "varnik"});
   return ParseAndRun(argc, argv);
 } catch (const std::exception& error) {
   return varnik::cli::Fail("unexpected", error.what());

@@ -11,24 +11,18 @@ namespace varnik::cli {
 
 namespace {
 
-std::vector<std::size_t> AllRows() {
+// All rows, or those of one page as its sorted list shows them.
+std::vector<std::size_t> Rows(const std::string& pageKey) {
   std::vector<std::size_t> rows;
-  for (std::size_t row = 1; row < MapList.size(); ++row)
+  for (std::size_t row = 1; row < MapList.size() && pageKey.empty(); ++row)
     rows.push_back(row);
-  return rows;
-}
-
-// As the sorted list of the page shows them.
-std::vector<std::size_t> RowsOfPage(const std::string& key) {
-  for (const MapPage& page : kMapPages) {
-    if (key != page.key) continue;
-    std::vector<std::size_t> rows = MapRowsOfPage(page.mapType, page.subType);
+  for (const MapPage& page : kMapPages)
+    if (pageKey == page.key) rows = MapRowsOfPage(page.mapType, page.subType);
+  if (!pageKey.empty())
     std::stable_sort(rows.begin(), rows.end(), [](std::size_t a, std::size_t b) {
       return win::CompareForList(MapList[a].Title, MapList[b].Title) < 0;
     });
-    return rows;
-  }
-  return {};
+  return rows;
 }
 
 Json FileOrNull(const std::string& name, const std::string& found) {
@@ -55,7 +49,7 @@ Json AsJson(std::size_t row, bool withDetails) {
   return object;
 }
 
-std::vector<std::string> AsTableRow(std::size_t row, bool withDetails) {
+Row AsTableRow(std::size_t row, bool withDetails) {
   const MapEntry& map = MapList[row];
   std::string pages;
   for (const std::string& key : PagesOfMapRow(row))
@@ -71,18 +65,11 @@ int ListMaps(const Arguments& arguments) {
   if (!SelectMod(arguments.mod)) return kFailed;
   if (arguments.convert) AnswerYes();
   LoadMapList(arguments.rescan);
-  Json list = Json::array();
-  std::vector<std::vector<std::string>> table;
-  for (const std::size_t row : arguments.page.empty() ? AllRows() : RowsOfPage(arguments.page)) {
-    if (arguments.json)
-      list.push_back(AsJson(row, arguments.details));
-    else
-      table.push_back(AsTableRow(row, arguments.details));
-  }
-  if (arguments.json) return Print(list);
-  std::vector<std::string> headings = {"Title", "File", "Folder", "Pages"};
+  Row headings = {"Title", "File", "Folder", "Pages"};
   if (arguments.details) headings.emplace_back("Details");
-  return PrintTable(headings, table);
+  const auto asJson = [&](std::size_t row) { return AsJson(row, arguments.details); };
+  const auto asRow = [&](std::size_t row) { return AsTableRow(row, arguments.details); };
+  return PrintList(arguments.json, Rows(arguments.page), asJson, headings, asRow);
 }
 
 }  // namespace varnik::cli

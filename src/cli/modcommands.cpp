@@ -6,25 +6,19 @@
 #include "platform/system/files/lines.h"
 #include "platform/system/paths/paths.h"
 
+#include <span>
+
 namespace varnik::cli {
 
 namespace {
 
-Json FoldersAsJson(const ModEntry& mod) {
+Json AsJson(const ModEntry& mod) {
   Json folders = Json::array();
   for (std::size_t i = 1; i < mod.Folders.size(); ++i)
     folders.push_back(Text(mod.Folders[i]));
-  return folders;
-}
-
-Json RenamesAsJson(const ModEntry& mod) {
   Json renames = Json::array();
   for (std::size_t i = 1; i < mod.Renames.size(); ++i)
     renames.push_back(Json::array({Text(mod.Renames[i].From), Text(mod.Renames[i].To)}));
-  return renames;
-}
-
-Json AsJson(const ModEntry& mod) {
   return {{"Name", Text(mod.Name)},
           {"Description", Text(mod.Description)},
           {"Image", Text(mod.Image)},
@@ -35,11 +29,11 @@ Json AsJson(const ModEntry& mod) {
           {"ExeDeactivates", mod.ExeDeactivates},
           {"Legacy", mod.Legacy},
           {"MarkedX", mod.MarkedX},
-          {"Folders", FoldersAsJson(mod)},
-          {"Renames", RenamesAsJson(mod)}};
+          {"Folders", std::move(folders)},
+          {"Renames", std::move(renames)}};
 }
 
-std::vector<std::string> AsRow(const ModEntry& mod) {
+Row AsRow(const ModEntry& mod) {
   return {win::FileNameOf(mod.DefinitionFile), ModRowText(mod),
           mod.Legacy     ? "legacy"
           : mod.Standard ? ""
@@ -51,22 +45,15 @@ std::vector<std::string> AsRow(const ModEntry& mod) {
 
 int ListMods(const Arguments& arguments) {
   LoadModList();
-  Json list = Json::array();
-  std::vector<std::vector<std::string>> rows;
-  for (std::size_t i = 1; i < ModList.size(); ++i) {
-    if (arguments.json)
-      list.push_back(AsJson(ModList[i]));
-    else
-      rows.push_back(AsRow(ModList[i]));
-  }
-  return arguments.json ? Print(list) : PrintTable({"Definition", "Name", "Kind", "Description"}, rows);
+  return PrintList(arguments.json, std::span(ModList).subspan(1), AsJson, {"Definition", "Name", "Kind", "Description"},
+                   AsRow);
 }
 
 int ParseFile(const Arguments& arguments) {
   win::LineReader file(GivenPath(arguments.file));
   if (!file.IsOpen()) return Fail(arguments.file, "cannot be read");
   Json lines = Json::array();
-  std::vector<std::vector<std::string>> rows;
+  std::vector<Row> rows;
   while (!file.AtEnd()) {
     Args args;
     std::string comment;

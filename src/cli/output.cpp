@@ -12,8 +12,6 @@ namespace {
 constexpr std::string_view kLineEnds = "\r\n";
 constexpr std::size_t kGap = 2;  // blanks between two columns
 
-using Row = std::vector<std::string>;
-
 int Write(const std::string& text) {
   const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
   return written ? kDone : Fail("standard output", "cannot be written");

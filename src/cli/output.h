@@ -25,8 +25,23 @@ int PrintLine(std::string_view bytes);
 // The bytes as they are.
 int PrintBytes(std::string_view bytes);
 
+using Row = std::vector<std::string>;
+
 // Columns below headings, as wide as their widest text.
-int PrintTable(const std::vector<std::string>& headings, const std::vector<std::vector<std::string>>& rows);
+int PrintTable(const Row& headings, const std::vector<Row>& rows);
+
+// A list as one JSON array, or as a table below `headings`.
+template <class Items, class AsJson, class AsRow>
+int PrintList(bool json, const Items& items, const AsJson& asJson, const Row& headings, const AsRow& asRow) {
+  Json list = Json::array();
+  std::vector<Row> rows;
+  for (const auto& item : items)
+    if (json)
+      list.push_back(asJson(item));
+    else
+      rows.push_back(asRow(item));
+  return json ? Print(list) : PrintTable(headings, rows);
+}
 
 // One line on standard error.
 void Note(std::string_view text);

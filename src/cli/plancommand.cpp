@@ -18,25 +18,13 @@ Json AsJson(const PlanStep& step) {
           {"Why", step.why.empty() ? Json() : Text(step.why)}};
 }
 
-std::vector<std::string> AsRow(const PlanStep& step) {
+Row AsRow(const PlanStep& step) {
   return {step.line == 0 ? "" : std::to_string(step.line),
           step.step,
           step.target,
           OneLine(step.source),
           step.works ? "yes" : "no",
           step.why};
-}
-
-int PrintSteps(const Arguments& arguments, const std::vector<PlanStep>& steps) {
-  Json list = Json::array();
-  std::vector<std::vector<std::string>> rows;
-  for (const PlanStep& step : steps) {
-    if (arguments.json)
-      list.push_back(AsJson(step));
-    else
-      rows.push_back(AsRow(step));
-  }
-  return arguments.json ? Print(list) : PrintTable({"Line", "Step", "Target", "Source", "Works", "Why"}, rows);
 }
 
 int PrintConfiguration(const Arguments& arguments, const ActivationPlan& plan) {
@@ -57,10 +45,10 @@ int PlanGivenMod(const Arguments& arguments) {
   const ActivationPlan plan = PlanActivation(ModEntry(ModList[row]));
   if (arguments.configuration) return PrintConfiguration(arguments, plan);
   std::vector<PlanStep> steps = plan.steps;
-  if (!plan.inForce) Note("an EXE of the mod would take over");
+  if (!plan.active) Note("an EXE of the mod would take over");
   if (arguments.after) steps.insert(steps.end(), plan.left.begin(), plan.left.end());
   if (arguments.after && plan.left.empty()) Note("a deactivation would leave everything as it is now");
-  return PrintSteps(arguments, steps);
+  return PrintList(arguments.json, steps, AsJson, {"Line", "Step", "Target", "Source", "Works", "Why"}, AsRow);
 }
 
 }  // namespace varnik::cli

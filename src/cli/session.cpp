@@ -32,10 +32,8 @@ win::Answer AnswerBox(const std::string& text, int style, const std::string&) {
   return win::Answer::kOk;
 }
 
-bool IsFolder(const std::string& path) { return win::GetAttributes(path).value_or(0) & win::kAttributeDirectory; }
-
 bool OpenGivenInstall(const std::string& root) {
-  if (!IsFolder(root)) {
+  if ((win::GetAttributes(root).value_or(0) & win::kAttributeDirectory) == 0) {
     Note(root + ": there is no such folder");
     return false;
   }
@@ -47,12 +45,6 @@ bool OpenGivenInstall(const std::string& root) {
 bool SelectStoredInstall() {
   ReadInstallList();
   return SelectInstall(StoredActiveInstall());
-}
-
-bool OpenStoredInstall() {
-  if (SelectStoredInstall()) return true;
-  Note("no install is selected: name one with --root DIR, or choose one with `varnik-cli installs select N`");
-  return false;
 }
 
 bool IsPath(const std::string& mod) { return mod.find_first_of("\\/") != std::string::npos; }
@@ -79,8 +71,10 @@ std::string GivenPath(const std::string& path) {
 std::string GivenFolder(const std::string& folder) { return win::WithSeparator(GivenPath(folder)); }
 
 bool OpenInstall(const Arguments& arguments) {
-  const bool isOpen = arguments.root ? OpenGivenInstall(GivenFolder(*arguments.root)) : OpenStoredInstall();
+  const bool isOpen = arguments.root ? OpenGivenInstall(GivenFolder(*arguments.root)) : SelectStoredInstall();
   if (isOpen) SelectModFolders(-1);
+  if (!isOpen && !arguments.root)
+    Note("no install is selected: name one with --root DIR, or choose one with `varnik-cli installs select N`");
   return isOpen;
 }
 
@@ -113,14 +107,14 @@ std::string FindGivenDefinition(const std::string& mod) {
 
 int RefuseActivation(const ModEntry& mod) {
   if (const CrashMarker marker = ReadCrashMarker(); !marker.root.empty())
-    return FailOverModInForce(marker.definitionFile);
-  if (mod.State == 1 && ConfigurationIsReplaced(InstallRoot())) return Fail(mod.DefinitionFile, "is in force already");
+    return FailOverActiveMod(marker.definitionFile);
+  if (mod.State == 1 && ConfigurationIsReplaced(InstallRoot())) return Fail(mod.DefinitionFile, "is active already");
   return kDone;
 }
 
-int FailOverModInForce(const std::string& definitionFile) {
+int FailOverActiveMod(const std::string& definitionFile) {
   return Fail(definitionFile,
-              "is in force: `varnik-cli deactivate` takes it out, or `varnik-cli recover` after a crash");
+              "is active: `varnik-cli deactivate` deactivates it, or `varnik-cli recover` after a crash");
 }
 
 std::optional<int> SelectMod(const std::string& mod) {

@@ -15,7 +15,7 @@ void StartSession(const Arguments& arguments);
 // Questions are answered with Yes from here on.
 void AnswerYes();
 
-// Messages are not said from here on: the command tells what happened itself.
+// Suppresses messages from here on: the command itself reports what happened.
 void SilenceMessages();
 
 // A path from the command line as the program holds it. A relative one is completed, since the store outlives the
@@ -26,7 +26,7 @@ std::string GivenPath(const std::string& path);
 std::string GivenFolder(const std::string& folder);
 
 // Makes the install of --root, or the one that the store names, the selected one, with the folders of no mod. False,
-// having said why, when there is none.
+// with a note on why, when there is none.
 [[nodiscard]] bool OpenInstall(const Arguments& arguments);
 
 // The same for a command that can do without an install: false only for a --root that is no folder.
@@ -36,22 +36,22 @@ std::string GivenFolder(const std::string& folder);
 // lead to a definition outside the catalogue that fits the install.
 std::size_t FindGivenMod(const std::string& mod);
 
-// Says why FindGivenMod found none; gives kFailed.
+// Reports why FindGivenMod found none; returns kFailed.
 int FailWithoutMod(const std::string& mod);
 
 // The file that `mod` names, whether it fits the install or not; empty when there is none.
 std::string FindGivenDefinition(const std::string& mod);
 
-// kDone, or kFailed, having said why, when the mod is not to be put into force now: one is in force already.
+// kDone, or kFailed with a note when the mod cannot be activated now: one is active already.
 int RefuseActivation(const ModEntry& mod);
 
-// Says that this one is in force; gives kFailed.
-int FailOverModInForce(const std::string& definitionFile);
+// Reports that this one is active; returns kFailed.
+int FailOverActiveMod(const std::string& definitionFile);
 
 constexpr char kNoMod[] = "-";
 
-// Selects a mod as the list of mods does: its row of ModList, -1 for kNoMod. Nothing, having said why, when there is
-// none.
+// Selects a mod as the list of mods does: its row of ModList, -1 for kNoMod. Nothing, with a note on why, when there
+// is none.
 [[nodiscard]] std::optional<int> SelectMod(const std::string& mod);
 
 }  // namespace varnik::cli

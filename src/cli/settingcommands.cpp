@@ -10,7 +10,7 @@ namespace varnik::cli {
 
 namespace {
 
-struct Row {
+struct Setting {
   std::string section;
   std::string key;
   std::optional<std::string> value;     // empty: absent
@@ -40,10 +40,10 @@ const SettingKey* FindKey(const std::string& key) {
 
 bool IsSettings(const win::StoredSetting& stored) { return win::EqualNoCase(stored.section, kSettingsSection); }
 
-std::vector<Row> SettingsRows(const Stored& stored) {
-  std::vector<Row> rows;
+std::vector<Setting> SettingsRows(const Stored& stored) {
+  std::vector<Setting> rows;
   for (const SettingKey& known : kSettingKeys) {
-    Row row{kSettingsSection, known.name, std::nullopt, known.fallback};
+    Setting row{kSettingsSection, known.name, std::nullopt, known.fallback};
     for (const win::StoredSetting& setting : stored)
       if (IsSettings(setting) && win::EqualNoCase(setting.key, known.name)) row.value = setting.value;
     rows.push_back(row);
@@ -61,9 +61,9 @@ std::optional<std::string> RegistryValue(const RegistryEntry& entry) {
   return status == win::kErrorSuccess ? std::optional(value) : std::nullopt;
 }
 
-std::vector<Row> AllRows() {
+std::vector<Setting> AllRows() {
   const Stored stored = win::AllSettings(kApplication);
-  std::vector<Row> rows = SettingsRows(stored);
+  std::vector<Setting> rows = SettingsRows(stored);
   for (const win::StoredSetting& setting : stored)
     if (!IsSettings(setting) || !FindKey(setting.key))
       rows.push_back({setting.section, setting.key, setting.value, std::nullopt});
@@ -75,32 +75,25 @@ std::vector<Row> AllRows() {
 
 Json TextOrNull(const std::optional<std::string>& text) { return text ? Text(*text) : Json(); }
 
-int PrintJson(const std::vector<Row>& rows, bool withSection) {
-  Json list = Json::array();
-  for (const Row& row : rows) {
-    Json object = Json::object();
-    if (withSection) object["Section"] = Text(row.section);
-    object["Key"] = Text(row.key);
-    object["Value"] = TextOrNull(row.value);
-    object["Default"] = TextOrNull(row.fallback);
-    list.push_back(std::move(object));
-  }
-  return Print(list);
+Json AsJson(const Setting& row, bool withSection) {
+  Json object = Json::object();
+  if (withSection) object["Section"] = Text(row.section);
+  object["Key"] = Text(row.key);
+  object["Value"] = TextOrNull(row.value);
+  object["Default"] = TextOrNull(row.fallback);
+  return object;
 }
 
-int PrintText(const std::vector<Row>& rows) {
-  std::vector<std::vector<std::string>> texts;
-  texts.reserve(rows.size());
-  for (const Row& row : rows)
-    texts.push_back({row.section, row.key, FirstLine(row.value.value_or("-")), row.fallback.value_or("")});
-  return PrintTable({"Section", "Key", "Stored", "Default"}, texts);
+Row AsRow(const Setting& row) {
+  return {row.section, row.key, FirstLine(row.value.value_or("-")), row.fallback.value_or("")};
 }
 
 }  // namespace
 
 int ListSettings(const Arguments& arguments) {
-  const std::vector<Row> rows = arguments.all ? AllRows() : SettingsRows(win::AllSettings(kApplication));
-  return arguments.json ? PrintJson(rows, arguments.all) : PrintText(rows);
+  const std::vector<Setting> rows = arguments.all ? AllRows() : SettingsRows(win::AllSettings(kApplication));
+  const auto asJson = [&](const Setting& row) { return AsJson(row, arguments.all); };
+  return PrintList(arguments.json, rows, asJson, {"Section", "Key", "Stored", "Default"}, AsRow);
 }
 
 int SetSetting(const Arguments& arguments) {

@@ -1,9 +1,9 @@
 #include "cmdline/optionfile.h"
 
-#include "installs/installlist.h"
 #include "platform/system/files/lines.h"
 #include "platform/system/files/wholefile.h"
 #include "platform/system/text/text.h"
+#include "support/install.h"
 
 #include <utility>
 

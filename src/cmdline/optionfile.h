@@ -12,7 +12,7 @@ struct OptionRow {
   bool ticked = false;  // the line begins with a star
 };
 
-// Empty lines are passed over. A file that cannot be read has no rows.
+// Empty lines are skipped. A file that cannot be read has no rows.
 std::vector<OptionRow> ReadOptionRows(const std::string& file);
 
 // Replaces the file, with no rows by an empty one. False when it could not be written; it is then as it was.

@@ -5,6 +5,8 @@
 #include "support/modfileexists.h"
 #include "support/runstate.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace varnik {
@@ -19,13 +21,12 @@ void CutEditSwitches(std::string& line) {
       line.erase(at, edit.size());
 }
 
-bool HasEditSwitch(const std::string& line) {
-  for (const std::string_view edit : kEditSwitches)
-    if (line.find(edit) != std::string::npos) return true;
-  return false;
-}
-
 }  // namespace
+
+bool HasEditSwitch(const std::string& line) {
+  return std::any_of(std::begin(kEditSwitches), std::end(kEditSwitches),
+                     [&](std::string_view edit) { return line.find(edit) != std::string::npos; });
+}
 
 std::string OptionListFile() {
   for (const std::string& file : {CustomOptionFile(), AppPath + "varnik.cmd"})
@@ -59,7 +60,7 @@ std::string JoinTickedOptions(const std::vector<OptionEntry>& options) {
   return win::Trim(line);
 }
 
-std::string BuildCommandLine(const LineParts& parts, bool keepEditSwitches) {
+std::string BuildCommandLine(const CommandLineParts& parts, bool keepEditSwitches) {
   std::string line = parts.options;
   if (!keepEditSwitches || win::Trim(parts.mapName).empty()) {
     CutEditSwitches(line);

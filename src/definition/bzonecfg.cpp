@@ -32,33 +32,16 @@ namespace {
 
 constexpr int kModEntryIndent = 10;
 
-std::string Generated(const std::string& root) { return root + "bzonevarnik.cfg"; }
-std::string InForce(const std::string& root) { return root + "bzone.cfg"; }
-std::string Backup(const std::string& root) { return root + "bzonevarnik.bak"; }
-
 std::string Entry(int indent, const char* function, std::string_view path) {
   return std::string(indent, ' ') + function + "(\"" + std::string(path) + "\");";
 }
 
 void AddEntry(const std::string& root, const std::string& head, const std::string& entry) {
-  const bool isFirst = !FileExists(Generated(root));
-  win::LineWriter file(Generated(root), isFirst ? win::WriteMode::kOutput : win::WriteMode::kAppend);
+  const bool isFirst = !FileExists(root + kGeneratedConfig);
+  win::LineWriter file(root + kGeneratedConfig, isFirst ? win::WriteMode::kOutput : win::WriteMode::kAppend);
   if (isFirst) file.WriteLine(head);
   file.WriteLine(entry);
   file.WriteLine("");
-}
-
-void AppendGameData(const std::string& root, bool version13) {
-  win::LineWriter file(Generated(root), win::WriteMode::kAppend);
-  file.WriteLine(kAddonEntries);
-  file.WriteLine("");
-  if (version13) file.WriteLine(PackEntry(8, "@rootdir\\patch13.pak"));
-  file.WriteLine(kGamePacks);
-  file.WriteLine("");
-  file.WriteLine(version13 ? "                //AddDirRecurse(\"@rootdir\\data\");"
-                           : "                AddDirRecurse(\"@rootdir\\data\");");
-  file.WriteLine("");
-  file.WriteLine(kConfigurationEnd);
 }
 
 }  // namespace
@@ -104,25 +87,35 @@ void GenerateFolderEntry(const std::string& root, const std::string& path) {
   AddEntry(root, ConfigurationHead(false), FolderEntry(kModEntryIndent, "@rootdir\\" + path));
 }
 
-void PutConfigurationInForce(const std::string& root, bool version13) {
-  if (!FileExists(Generated(root))) return;
-  AppendGameData(root, version13);
+void ActivateConfiguration(const std::string& root, bool version13) {
+  if (!FileExists(root + kGeneratedConfig)) return;
+  win::LineWriter file(root + kGeneratedConfig, win::WriteMode::kAppend);
+  file.WriteLine(kAddonEntries);
+  file.WriteLine("");
+  if (version13) file.WriteLine(PackEntry(8, "@rootdir\\patch13.pak"));
+  file.WriteLine(kGamePacks);
+  file.WriteLine("");
+  file.WriteLine(version13 ? "                //AddDirRecurse(\"@rootdir\\data\");"
+                           : "                AddDirRecurse(\"@rootdir\\data\");");
+  file.WriteLine("");
+  file.WriteLine(kConfigurationEnd);
+  file.Close();
   win::DoEvents();
-  win::RenameFile(InForce(root), Backup(root));
+  win::RenameFile(root + kGameConfig, root + kGameConfigBackup);
   win::DoEvents();
-  win::RenameFile(Generated(root), InForce(root));
+  win::RenameFile(root + kGeneratedConfig, root + kGameConfig);
 }
 
-bool ConfigurationIsReplaced(const std::string& root) { return FileExists(Backup(root)); }
+bool ConfigurationIsReplaced(const std::string& root) { return FileExists(root + kGameConfigBackup); }
 
 void RestoreConfiguration(const std::string& root) {
   if (!ConfigurationIsReplaced(root)) return;
-  win::DeleteFiles(InForce(root));
-  win::RenameFile(Backup(root), InForce(root));
+  win::DeleteFiles(root + kGameConfig);
+  win::RenameFile(root + kGameConfigBackup, root + kGameConfig);
 }
 
 void DropConfiguration(const std::string& root) {
-  if (FileExists(Generated(root))) win::DeleteFiles(Generated(root));
+  if (FileExists(root + kGeneratedConfig)) win::DeleteFiles(root + kGeneratedConfig);
 }
 
 }  // namespace varnik

@@ -8,6 +8,11 @@
 // own ahead of the game's. Lines end in CRLF; texts below stand without the end of their last line.
 namespace varnik {
 
+// Files in the install's root.
+constexpr char kGameConfig[] = "bzone.cfg";
+constexpr char kGeneratedConfig[] = "bzonevarnik.cfg";   // until it takes the place of bzone.cfg
+constexpr char kGameConfigBackup[] = "bzonevarnik.bak";  // the game's own bzone.cfg while the mod's is in its place
+
 // What stands ahead of the mod's entries, up to the opening of the base stream. `named` adds the line that names this
 // program.
 std::string ConfigurationHead(bool named);
@@ -22,28 +27,28 @@ extern const std::string_view kAddonEntries;
 // The packs of every version of the game.
 extern const std::string_view kGamePacks;
 
-// Closes the stream and makes it the active one.
+// Closes the stream and activates it.
 extern const std::string_view kConfigurationEnd;
 
 // The folder that a line of any game configuration adds, if it adds one, without `@rootdir\` at its front.
 std::optional<std::string> FolderOfConfigurationLine(std::string_view line);
 
-// Adds an entry to bzonevarnik.cfg below `root`, which it creates with a head when it is missing; a file that is there
-// already, a stale one too, is appended to. `path` is relative to the root.
+// Adds an entry to the generated configuration below `root`, which it creates with a head when it is missing; a file
+// that is there already, a stale one too, is appended to. `path` is relative to the root.
 void GeneratePackEntry(const std::string& root, const std::string& path);
 void GenerateFolderEntry(const std::string& root, const std::string& path);
 
-// Appends the game's own data to bzonevarnik.cfg and puts it in the place of bzone.cfg, which stays as bzonevarnik.bak.
-// Does nothing when no entry was generated.
-void PutConfigurationInForce(const std::string& root, bool version13);
+// Appends the game's own data to the generated configuration and gives it the place of bzone.cfg, which becomes the
+// backup. Does nothing when no entry was generated.
+void ActivateConfiguration(const std::string& root, bool version13);
 
-// The game's own bzone.cfg is put away as bzonevarnik.bak.
+// There is a backup of the game's own bzone.cfg.
 bool ConfigurationIsReplaced(const std::string& root);
 
-// Brings bzone.cfg back from bzonevarnik.bak, if there is one.
+// Gives the backup, if there is one, the place of bzone.cfg.
 void RestoreConfiguration(const std::string& root);
 
-// Throws away what the entries generated.
+// Deletes the generated configuration.
 void DropConfiguration(const std::string& root);
 
 }  // namespace varnik

@@ -10,8 +10,8 @@ std::vector<const win::LineReader*> lines;
 
 const std::vector<const win::LineReader*>& CurrentLines() { return lines; }
 
-AtLine::AtLine(const win::LineReader& file) { lines.push_back(&file); }
+ScopedLine::ScopedLine(const win::LineReader& file) { lines.push_back(&file); }
 
-AtLine::~AtLine() { lines.pop_back(); }
+ScopedLine::~ScopedLine() { lines.pop_back(); }
 
 }  // namespace varnik

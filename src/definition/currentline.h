@@ -4,20 +4,20 @@
 
 #include <vector>
 
-// Where in a definition a pass over it is at work, for whoever tells what the pass does.
+// The line of a definition that a pass acts on, for code that reports what the pass does.
 namespace varnik {
 
 // The file that the pass began with, then the included ones down to the one that is being read; the line that counts is
-// the one read last. Empty outside of a pass, and behind the last line of the first file.
+// the one read last. Empty outside a pass, and after the last line of the first file.
 const std::vector<const win::LineReader*>& CurrentLines();
 
 // Held while a pass acts on the line that it has just read.
-class AtLine {
+class ScopedLine {
  public:
-  explicit AtLine(const win::LineReader& file);
-  ~AtLine();
-  AtLine(const AtLine&) = delete;
-  AtLine& operator=(const AtLine&) = delete;
+  explicit ScopedLine(const win::LineReader& file);
+  ~ScopedLine();
+  ScopedLine(const ScopedLine&) = delete;
+  ScopedLine& operator=(const ScopedLine&) = delete;
 };
 
 }  // namespace varnik

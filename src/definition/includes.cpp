@@ -1,6 +1,6 @@
 #include "definition/includes.h"
 
-#include "installs/installlist.h"
+#include "support/install.h"
 #include "support/modfileexists.h"
 #include "support/runstate.h"
 
@@ -13,12 +13,12 @@ std::string FindModFile(const std::string& name) {
   return FileExists(shared) ? shared : std::string();
 }
 
-FurtherFile::FurtherFile(ReadBounds& bounds)
+IncludeScope::IncludeScope(ReadBounds& bounds)
     : bounds_(bounds), allowed_(bounds.depth < ReadBounds::kMaxDepth && bounds.files < ReadBounds::kMaxFiles) {
   ++bounds_.depth;
   ++bounds_.files;
 }
 
-FurtherFile::~FurtherFile() { --bounds_.depth; }
+IncludeScope::~IncludeScope() { --bounds_.depth; }
 
 }  // namespace varnik

@@ -9,8 +9,8 @@ namespace varnik {
 // it is in neither.
 std::string FindModFile(const std::string& name);
 
-// How many further files one pass over a definition reads, and how deep they include each other. A file may include
-// itself, and one that does so twice doubles the work with each level; no honest definition comes near.
+// How many files one pass reads beside its definition, and how deep they include each other. A file may include itself,
+// and one that does so twice doubles the work with each level; no honest definition comes near.
 struct ReadBounds {
   static constexpr int kMaxDepth = 16;
   static constexpr int kMaxFiles = 256;
@@ -19,15 +19,15 @@ struct ReadBounds {
   int files = 0;
 };
 
-// Held while a further file is read.
-class FurtherFile {
+// Held while a pass reads a file that its definition names.
+class IncludeScope {
  public:
-  explicit FurtherFile(ReadBounds& bounds);
-  ~FurtherFile();
-  FurtherFile(const FurtherFile&) = delete;
-  FurtherFile& operator=(const FurtherFile&) = delete;
+  explicit IncludeScope(ReadBounds& bounds);
+  ~IncludeScope();
+  IncludeScope(const IncludeScope&) = delete;
+  IncludeScope& operator=(const IncludeScope&) = delete;
 
-  // False beyond the bounds: the directive is passed over.
+  // False beyond the bounds: the directive is skipped.
   bool IsAllowed() const { return allowed_; }
 
  private:

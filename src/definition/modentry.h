@@ -6,7 +6,7 @@
 
 namespace varnik {
 
-// One pair of names that a mod causes: what lies under From in the install lies under To while the mod is in force.
+// One pair of names: what lies under From in the install lies under To while the mod is active.
 struct RenameEntry {
   std::string From;
   std::string To;
@@ -26,7 +26,7 @@ struct ModEntry {
   bool ExeDeactivates = false;          // that EXE can undo it, too
   bool Legacy = false;
   bool MarkedX = false;    // line 1 carries /x; always true for a legacy row
-  std::int32_t State = 0;  // 0 in force only during a run; 1 persistent and in force; -1 persistent and not
+  std::int32_t State = 0;  // 0 active during a run only; 1 persistent and active; -1 persistent and inactive
 };
 
 }  // namespace varnik

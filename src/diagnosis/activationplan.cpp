@@ -1,13 +1,14 @@
 #include "diagnosis/activationplan.h"
 
+#include "definition/bzonecfg.h"
 #include "definition/currentline.h"
-#include "installs/installlist.h"
-#include "modengine/force.h"
+#include "modengine/listedmod.h"
 #include "platform/system/files/lines.h"
 #include "platform/system/files/rehearsal.h"
 #include "platform/system/files/wholefile.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
+#include "support/install.h"
 
 #include <algorithm>
 #include <utility>
@@ -67,7 +68,7 @@ std::string SingleLine(const std::string& text) {
   return line.find('\n') == std::string::npos ? win::Trim(line) : "";
 }
 
-std::optional<std::string> Configuration() { return win::ReadWholeFile(InstallRoot() + "bzone.cfg"); }
+std::optional<std::string> Configuration() { return win::ReadWholeFile(InstallRoot() + kGameConfig); }
 
 std::vector<PlanStep> WhatIsLeft(win::Rehearsal& rehearsal) {
   std::vector<PlanStep> left;
@@ -95,7 +96,7 @@ PlanStep PlanSteps::StepOf(const win::FileOperation& operation) const {
   return {line, NameOf(operation.kind), Named(operation.target), source, operation.done, why};
 }
 
-// What is looked for in vain is a step when nothing else comes of its line.
+// What is not found is a step when its line does nothing else.
 void PlanSteps::Add(PlanStep step) {
   if (missing_ && missing_->line != step.line) steps_.push_back(*missing_);
   missing_.reset();
@@ -144,11 +145,11 @@ ActivationPlan PlanActivation(const ModEntry& mod) {
   const std::optional<std::string> before = Configuration();
   {
     const win::OperationObserver observer([&](const win::FileOperation& operation) { steps.Take(operation); });
-    plan.inForce = PutIntoForce(mod);
+    plan.active = ActivateListedMod(mod);
   }
   plan.steps = steps.All();
   if (const auto after = Configuration(); after != before) plan.configuration = after;
-  if (plan.inForce) TakeOutOfForce(mod);
+  if (plan.active) DeactivateListedMod(mod);
   plan.left = WhatIsLeft(rehearsal);
   return plan;
 }

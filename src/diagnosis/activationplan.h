@@ -21,7 +21,7 @@ struct PlanStep {
   std::string why;  // one clause: what keeps it from working, or where in an included file it stands
 };
 
-// Turns what the platform layer tells during an activation of the selected install into steps.
+// Turns what the platform layer reports during an activation on the selected install into steps.
 class PlanSteps {
  public:
   PlanSteps();
@@ -40,15 +40,15 @@ class PlanSteps {
 
   std::string root_;
   std::vector<PlanStep> steps_;
-  std::optional<PlanStep> missing_;  // what the present line looked for in vain, as long as it did nothing else
+  std::optional<PlanStep> missing_;  // what the present line did not find, as long as it did nothing else
 };
 
 struct ActivationPlan {
-  bool inForce = false;  // false: an EXE takes over
+  bool active = false;  // false: an EXE takes over
   std::vector<PlanStep> steps;
   std::optional<std::string> configuration;  // the bzone.cfg that the game would find; nothing when it stays as it is
 
-  // What would differ from now once the mod is out of force again: "put back" steps that do not work, in name order.
+  // What would differ from now once the mod is deactivated: "put back" steps that do not work, in name order.
   std::vector<PlanStep> left;
 };
 

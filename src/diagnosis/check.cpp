@@ -6,22 +6,27 @@
 #include "diagnosis/definitioncheck.h"
 #include "diagnosis/installcheck.h"
 #include "diagnosis/legacycheck.h"
-#include "installs/installlist.h"
 #include "modengine/catalogue.h"
+#include "modengine/definitionreader.h"
 #include "platform/system/files/findfile.h"
 #include "platform/system/files/lines.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
+#include "support/install.h"
 #include "support/runstate.h"
+
+#include <algorithm>
 
 namespace varnik {
 
 namespace {
 
+using enum Problem;
+
 bool IsSameFile(const std::string& a, const std::string& b) { return win::NativePath(a) == win::NativePath(b); }
 
 // True while a run or, of a persistent mod, its activation has changed the selected install.
-bool IsInForce(const std::string& path, bool isLegacy) {
+bool IsActive(const std::string& path, bool isLegacy) {
   const CrashMarker marker = ReadCrashMarker();
   if (IsSameFile(marker.definitionFile, path) && IsSameFile(marker.root, InstallRoot())) return true;
   if (isLegacy) return false;
@@ -31,26 +36,19 @@ bool IsInForce(const std::string& path, bool isLegacy) {
   return ReadModDefinition(file, entry, noActionYet) && entry.State == 1;
 }
 
-void CheckMarkerText(const Place& place, const std::string& marker) {
-  const std::size_t end = marker.find_first_of(" \t");
-  const std::string text = end == std::string::npos ? "" : win::Trim(std::string_view(marker).substr(end));
-  if (!text.empty() && text != "/x" && !text.starts_with("//"))
-    place.Say(Problem::kMarkerText, Quoted(text) + " behind the version means nothing");
-}
-
 // What keeps a good definition out of the list of mods.
 void CheckListing(const Place& place, const std::string& path, bool isLegacy) {
   const std::string name = win::FileNameOf(path);
   const std::string listed = FindModFile(name);
   if (!win::PathMatchSpec(name, kDefinitionPattern))
-    place.Say(Problem::kNotListed, "the catalogue looks for names that end in `.bzm` only");
+    place.Report(kNotListed, "the catalogue looks for names that end in `.bzm` only");
   else if (isLegacy && !ShowOldMods)
-    place.Say(Problem::kNotListed, "the option to show older mods (`OldMods`) is off");
+    place.Report(kNotListed, "the option to show older mods (`OldMods`) is off");
   else if (isLegacy && StandsInModsFolder(path))
-    place.Say(Problem::kNotListed,
-              "an older definition is not listed when one of its name lies in the program's folder of mods");
+    place.Report(kNotListed,
+                 "an older definition is not listed when one of its name lies in the program's folder of mods");
   else if (!listed.empty() && IsSameFile(path, AppPath + "mods\\" + name) && !IsSameFile(path, listed))
-    place.Say(Problem::kNotListed, "a file of the same name in the install comes first");
+    place.Report(kNotListed, "a file of the same name in the install comes first");
 }
 
 using CheckLines = bool (*)(const std::string& path, Findings& findings, InstallCheck* install);
@@ -66,9 +64,9 @@ void CheckBody(CheckReport& report, Findings& findings, const std::string& path,
     findings = ofFileAlone;
     return;
   }
-  const bool isInForce = IsInForce(path, isLegacy);
-  if (isInForce) report.leftOut = "the mod is in force: what an activation would find was not looked at";
-  InstallCheck install(isInForce);
+  const bool isActive = IsActive(path, isLegacy);
+  if (isActive) report.leftOut = "the mod is active: what an activation would find was not looked at";
+  InstallCheck install(isActive);
   const std::string name = win::FileNameOf(path);
   if (IsSameFile(path, InstallRoot() + name)) install.Twins({&findings, 1, ""}, name);
   check(path, findings, &install);
@@ -76,16 +74,19 @@ void CheckBody(CheckReport& report, Findings& findings, const std::string& path,
 
 bool CheckMarker(const Place& place, const std::string& line, double& version) {
   if (!ReadMarker(line, version)) {
-    place.Say(Problem::kNoMarker, line.starts_with("\xEF\xBB\xBF")
-                                      ? "a byte-order mark stands before the marker `BZ2HALD5`"
-                                      : "line 1 is not the marker `BZ2HALD5`");
+    place.Report(kNoMarker, line.starts_with("\xEF\xBB\xBF") ? "a byte-order mark stands before the marker `BZ2HALD5`"
+                                                             : "line 1 is not the marker `BZ2HALD5`");
     return false;
   }
-  CheckMarkerText(place, win::Trim(line));
+  const std::string marker = win::Trim(line);
+  const std::string text =
+      win::Trim(std::string_view(marker).substr(std::min(marker.find_first_of(" \t"), marker.size())));
+  if (!text.empty() && text != "/x" && !text.starts_with("//"))
+    place.Report(kMarkerText, Quoted(text) + " behind the version means nothing");
   if (version > kLastLegacyFormat && version != kCurrentFormat)
-    place.Say(Problem::kUnknownVersion, "no mod of this version is listed; 5 is the current one");
+    place.Report(kUnknownVersion, "no mod of this version is listed; 5 is the current one");
   else if (RunFormatOf(version) == RunFormat::kNone)
-    place.Say(Problem::kUnknownVersion, "a mod of this version is listed and not run; 5 is the current one");
+    place.Report(kUnknownVersion, "a mod of this version is listed and not run; 5 is the current one");
   return true;
 }
 

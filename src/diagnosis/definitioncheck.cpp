@@ -1,15 +1,18 @@
 #include "diagnosis/definitioncheck.h"
 
+#include "definition/bzonecfg.h"
 #include "definition/directivecatalogue.h"
 #include "definition/includes.h"
-#include "definition/passdirective.h"
 #include "diagnosis/linecheck.h"
 #include "diagnosis/pathcheck.h"
 #include "diagnosis/undoorder.h"
-#include "installs/installlist.h"
+#include "modengine/activation.h"
+#include "modengine/deactivation.h"
+#include "modengine/definitionreader.h"
 #include "platform/system/files/lines.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
+#include "support/install.h"
 #include "support/modfileexists.h"
 
 #include <algorithm>
@@ -23,6 +26,8 @@ namespace varnik {
 
 namespace {
 
+using enum Problem;
+
 // The version lines of one file together are one test.
 struct VersionTest {
   std::optional<Place> first;
@@ -30,7 +35,7 @@ struct VersionTest {
 };
 
 // A line number is 0 as long as there was no such line.
-struct Walk {
+struct CheckState {
   Place place;
   InstallCheck* install;
   LineBudget budget = {};
@@ -51,255 +56,241 @@ struct Walk {
   UndoOrder undo = {};
   std::vector<std::pair<Place, std::string>> missing = {};  // may come into being by a later line
 
+  void Report(Problem problem, const std::string& message) const { place.Report(problem, message); }
   bool IsIncluded() const { return openFiles.size() > 1; }
   bool IsDone() const { return place.findings->IsFull() || budget.IsSpent(); }
 };
 
 // True for the line that counts.
-bool CountOnce(Walk& walk, const std::string& what) {
-  const auto [first, isFirst] = walk.firstLines.try_emplace(what, walk.place.line);
-  if (!isFirst) walk.place.Say(Problem::kCountsOnce, what + " is set by " + NameOfLine(first->second) + " already");
+bool CountOnce(CheckState& state, const std::string& what) {
+  const auto [first, isFirst] = state.firstLines.try_emplace(what, state.place.line);
+  if (!isFirst) state.Report(kCountsOnce, what + " is set by " + NameOfLine(first->second) + " already");
   return isFirst;
 }
 
 // False for a name that the install cannot have.
-bool CheckPath(Walk& walk, const std::string& name) {
-  if (!CheckInstallPath(walk.place, name)) return false;
-  if (walk.install) walk.install->Spelling(walk.place, name);
+bool CheckPath(CheckState& state, const std::string& name) {
+  if (!CheckInstallPath(state.place, name)) return false;
+  if (state.install) state.install->Spelling(state.place, name);
   return true;
 }
 
-void WalkFile(Walk& walk, const std::string& path);
+void CheckFile(CheckState& state, const std::string& path);
 
-void Description(Walk& walk, const Args& args) {
-  if (!args[1].empty()) CountOnce(walk, "the description");
+constexpr char kName[] = "the name";
+constexpr char kDescription[] = "the description";
+constexpr char kPicture[] = "the picture";
+constexpr char kSplash[] = "the splash picture";
+
+template <const char* kWhat>
+void ShownText(CheckState& state, const Args& args) {
+  if (!args[1].empty()) CountOnce(state, kWhat);
 }
 
-void Name(Walk& walk, const Args& args) {
-  if (!args[1].empty()) CountOnce(walk, "the name");
+template <const char* kWhat>
+void ShownFile(CheckState& state, const Args& args) {
+  if (args[1].empty() || !CountOnce(state, kWhat)) return;
+  if (CheckPath(state, args[1]) && state.install) state.install->Extra(state.place, args[1]);
 }
 
-void ShownFile(Walk& walk, const Args& args, const std::string& what) {
-  if (args[1].empty() || !CountOnce(walk, what)) return;
-  if (CheckPath(walk, args[1]) && walk.install) walk.install->Extra(walk.place, args[1]);
-}
-void DescriptionFile(Walk& walk, const Args& args) { ShownFile(walk, args, "the description"); }
-void Image(Walk& walk, const Args& args) { ShownFile(walk, args, "the picture"); }
-void Splash(Walk& walk, const Args& args) { ShownFile(walk, args, "the splash picture"); }
-
-void Require(Walk& walk, const Args& args) {
-  if (CheckPath(walk, args[1]) && walk.install) walk.install->Requirement(walk.place, args[1]);
+void Require(CheckState& state, const Args& args) {
+  if (CheckPath(state, args[1]) && state.install) state.install->Requirement(state.place, args[1]);
 }
 
-void RequireExe(Walk& walk, const Args& args) {
-  if (walk.actionLine != 0) {
-    walk.place.Say(Problem::kExeTooLate,
-                   "the EXE is not run, since " + NameOfLine(walk.actionLine) + " is an action already");
+void RequireExe(CheckState& state, const Args& args) {
+  if (state.actionLine != 0) {
+    state.Report(kExeTooLate, "the EXE is not run, since " + NameOfLine(state.actionLine) + " is an action already");
     return;
   }
-  Require(walk, args);
-  walk.actionLine = walk.exeLine = walk.place.line;
-  if (args.size() <= 2)
-    walk.place.Say(Problem::kNotUndone, "without a second argument the EXE is not called to undo its work");
+  Require(state, args);
+  state.actionLine = state.exeLine = state.place.line;
+  if (args.size() <= 2) state.Report(kNotUndone, "without a second argument the EXE is not called to undo its work");
 }
 
-void BeginAction(Walk& walk) {
-  if (walk.actionLine == 0) walk.actionLine = walk.place.line;
+void BeginAction(CheckState& state) {
+  if (state.actionLine == 0) state.actionLine = state.place.line;
 }
 
-// Below a line that moves bzone.cfg the undo loses the game's own; above one the mod's own is not in force.
-void CheckConfigurations(Walk& walk) {
-  if (walk.movedConfigLine == 0 || walk.generatedConfigLine == 0 || walk.configurationsMeet) return;
-  walk.configurationsMeet = true;
-  walk.place.Say(Problem::kTwoConfigurations, NameOfLine(walk.movedConfigLine) + " moves bzone.cfg, and " +
-                                                  NameOfLine(walk.generatedConfigLine) +
-                                                  " has one generated: only one of them can be in force");
+// Below a line that moves bzone.cfg the undo loses the game's own; above one the mod's own is not used.
+void CheckConfigurations(CheckState& state) {
+  if (state.movedConfigLine == 0 || state.generatedConfigLine == 0 || state.configurationsMeet) return;
+  state.configurationsMeet = true;
+  state.Report(kTwoConfigurations, NameOfLine(state.movedConfigLine) + " moves bzone.cfg, and " +
+                                       NameOfLine(state.generatedConfigLine) +
+                                       " has one generated: only one of them can be used");
 }
 
 // What an earlier action has moved lies where it cannot be seen here.
-void MovePaths(Walk& walk, const std::vector<MovedName>& names) {
-  BeginAction(walk);
+void MovePaths(CheckState& state, const std::vector<MovedName>& names) {
+  BeginAction(state);
   for (const MovedName& moved : names)
-    if (!CheckPath(walk, moved.name) || !CheckSingleName(walk.place, moved.name)) return;
+    if (!CheckPath(state, moved.name) || !CheckSingleName(state.place, moved.name)) return;
   for (const MovedName& moved : names) {
-    if (win::EqualNoCase(moved.name, "bzone.cfg")) walk.movedConfigLine = walk.place.line;
-    if (walk.install && !walk.undo.Touches(moved.name)) walk.install->Moved(walk.place, moved);
+    if (win::EqualNoCase(moved.name, kGameConfig)) state.movedConfigLine = state.place.line;
+    if (state.install && !state.undo.Touches(moved.name)) state.install->Moved(state.place, moved);
   }
-  walk.undo.Add(walk.place, names);
-  CheckConfigurations(walk);
+  state.undo.Add(state.place, names);
+  CheckConfigurations(state);
 }
 
-void Rename(Walk& walk, const Args& args) {
+void Rename(CheckState& state, const Args& args) {
   if (win::EqualNoCase(args[1], args[2]))
-    walk.place.Say(Problem::kSameName, Quoted(args[1]) + " is given its own name");
+    state.Report(kSameName, Quoted(args[1]) + " is given its own name");
   else
-    MovePaths(walk, {{args[1], NameUse::kMoves}, {args[2], NameUse::kGives}});
+    MovePaths(state, {{args[1], NameUse::kMoves}, {args[2], NameUse::kGives}});
 }
 
-void Replace(Walk& walk, const Args& args) {
-  MovePaths(walk, {{args[1], NameUse::kReplaces}, {args[2], NameUse::kMoves}, {args[3], NameUse::kGives}});
-  if (win::EqualNoCase(args[1], "bzone.cfg") && args[1] != "bzone.cfg")
-    walk.place.Say(Problem::kLetterCase,
-                   "the folders in " + Quoted(args[2]) + " count for `bzone.cfg` in small letters only");
+void Replace(CheckState& state, const Args& args) {
+  MovePaths(state, {{args[1], NameUse::kReplaces}, {args[2], NameUse::kMoves}, {args[3], NameUse::kGives}});
+  if (win::EqualNoCase(args[1], kGameConfig) && args[1] != kGameConfig)
+    state.Report(kLetterCase, "the folders in " + Quoted(args[2]) + " count for `bzone.cfg` in small letters only");
 }
 
-void GenerateConfig(Walk& walk) {
-  BeginAction(walk);
-  if (walk.generatedConfigLine == 0 && walk.install) walk.install->ConfigurationBackup(walk.place);
-  walk.generatedConfigLine = walk.place.line;
-  CheckConfigurations(walk);
+// A later line may still bring the file or folder.
+void AddToConfiguration(CheckState& state, const std::string& name) {
+  BeginAction(state);
+  if (state.generatedConfigLine == 0 && state.install) state.install->ConfigurationBackup(state.place);
+  state.generatedConfigLine = state.place.line;
+  CheckConfigurations(state);
+  if (CheckPath(state, name) && state.install && !state.install->Has(name))
+    state.missing.emplace_back(state.place, name);
 }
 
-// A later line may still bring it.
-void NeedForGame(Walk& walk, const std::string& name) {
-  GenerateConfig(walk);
-  if (CheckPath(walk, name) && walk.install && !walk.install->Has(name)) walk.missing.emplace_back(walk.place, name);
-}
-
-void Pak(Walk& walk, const Args& args) {
+void Pak(CheckState& state, const Args& args) {
   const bool hasEnding = args[1].ends_with(".pak");
   if (!hasEnding && win::LowerCase(args[1]).ends_with(".pak"))
-    walk.place.Say(Problem::kLetterCase,
-                   "`.pak` counts in small letters only: the game is told " + Quoted(args[1] + ".pak"));
-  NeedForGame(walk, hasEnding ? args[1] : args[1] + ".pak");
+    state.Report(kLetterCase, "`.pak` counts in small letters only: the game is told " + Quoted(args[1] + ".pak"));
+  AddToConfiguration(state, hasEnding ? args[1] : args[1] + ".pak");
 }
 
-void Fold(Walk& walk, const Args& args) { NeedForGame(walk, args[1]); }
+void Fold(CheckState& state, const Args& args) { AddToConfiguration(state, args[1]); }
 
 // Session defaults and race names: for the length of a run, and on version 1.3 only.
-bool CheckSession(Walk& walk) {
-  const bool isFirst = walk.sessionLine == 0;
-  if (isFirst) walk.sessionLine = walk.place.line;
-  if (!walk.install || IsVersion13()) return walk.install;
+bool CheckSession(CheckState& state) {
+  const bool isFirst = state.sessionLine == 0;
+  if (isFirst) state.sessionLine = state.place.line;
+  if (!state.install || IsVersion13()) return state.install;
   if (isFirst)
-    walk.place.Say(Problem::kNeedsVersion13,
-                   "the install has version " + Quoted(InstallVersion()) + ", so the value is not set");
+    state.Report(kNeedsVersion13, "the install has version " + Quoted(InstallVersion()) + ", so the value is not set");
   return false;
 }
 
-void SessionDefault(Walk& walk, const Args& args, const std::string& key) {
-  if (args[1].empty() || !CountOnce(walk, key)) return;
-  if (CheckSession(walk)) walk.install->SessionDefault(walk.place, key);
-}
-void DefaultName(Walk& walk, const Args& args) { SessionDefault(walk, args, "DefaultSessionName"); }
-void DefaultPassword(Walk& walk, const Args& args) { SessionDefault(walk, args, "DefaultPassword"); }
-void DefaultMessage(Walk& walk, const Args& args) { SessionDefault(walk, args, "DefaultMessage"); }
+constexpr char kSessionName[] = "DefaultSessionName";
+constexpr char kPassword[] = "DefaultPassword";
+constexpr char kMessage[] = "DefaultMessage";
 
-void RaceName(Walk& walk, const Args& args) {
+template <const char* kKey>
+void SessionDefault(CheckState& state, const Args& args) {
+  if (args[1].empty() || !CountOnce(state, kKey)) return;
+  if (CheckSession(state)) state.install->SessionDefault(state.place, kKey);
+}
+
+void RaceName(CheckState& state, const Args& args) {
   const char letter = args[1].empty() ? ' ' : win::UpperCase(args[1])[0];
   if (letter < 'A' || letter > 'Z') {
-    walk.place.Say(Problem::kRacenameLetter, Quoted(args[1]) + " does not begin with a letter from A to Z");
+    state.Report(kRacenameLetter, Quoted(args[1]) + " does not begin with a letter from A to Z");
     return;
   }
-  if (args[1].size() > 1)
-    walk.place.Say(Problem::kRacenameWord, "of " + Quoted(args[1]) + " only the first letter counts");
-  if (args[2].empty() || !CountOnce(walk, std::string("the name of race ") + letter)) return;
-  if (CheckSession(walk)) walk.install->RaceName(walk.place, letter);
+  if (args[1].size() > 1) state.Report(kRacenameWord, "of " + Quoted(args[1]) + " only the first letter counts");
+  if (args[2].empty() || !CountOnce(state, std::string("the name of race ") + letter)) return;
+  if (CheckSession(state)) state.install->RaceName(state.place, letter);
 }
 
-void Activated(Walk& walk, const Args&) {
-  if (walk.activatedLine != 0) {
-    walk.place.Say(Problem::kCountsOnce, NameOfLine(walk.activatedLine) + " says so already");
+void Activated(CheckState& state, const Args&) {
+  if (state.activatedLine != 0) {
+    state.Report(kCountsOnce, NameOfLine(state.activatedLine) + " says so already");
     return;
   }
-  if (walk.actionLine != 0) {
-    walk.place.Say(Problem::kActivatedTooLate,
-                   "`activated` has no effect, since " + NameOfLine(walk.actionLine) + " is an action already");
+  if (state.actionLine != 0) {
+    state.Report(kActivatedTooLate,
+                 "`activated` has no effect, since " + NameOfLine(state.actionLine) + " is an action already");
     return;
   }
-  walk.activatedLine = walk.actionLine = walk.place.line;
-  if (walk.IsIncluded())
-    walk.place.Say(Problem::kActivatedInInclude,
-                   "in an included file the activation does not see that the mod is persistent, and leaves the marker "
-                   "of an interrupted run");
+  state.activatedLine = state.actionLine = state.place.line;
+  if (state.IsIncluded())
+    state.Report(kActivatedInInclude,
+                 "in an included file the activation does not see that the mod is persistent, and leaves the marker "
+                 "of an interrupted run");
 }
 
-void TestActive(Walk& walk) {
-  walk.activeTestLine = walk.place.line;
-  if (walk.activatedLine == 0)
-    walk.place.Say(Problem::kActiveTestTooEarly, "without `activated` above it the line has no effect");
+void TestActive(CheckState& state) {
+  state.activeTestLine = state.place.line;
+  if (state.activatedLine == 0)
+    state.Report(kActiveTestTooEarly, "without `activated` above it the line has no effect");
 }
 
-void ActivatedPath(Walk& walk, const Args& args) {
-  TestActive(walk);
-  CheckPath(walk, args[1]);
+void ActivatedPath(CheckState& state, const Args& args) {
+  TestActive(state);
+  CheckPath(state, args[1]);
 }
 
-void ActivatedRecy(Walk& walk, const Args& args) {
-  TestActive(walk);
-  if (args.size() > 2) CheckPath(walk, args[2]);
+void ActivatedRecy(CheckState& state, const Args& args) {
+  TestActive(state);
+  if (args.size() > 2) CheckPath(state, args[2]);
 }
 
-void WriteId(Walk& walk, const Args& args) {
-  if (!CheckPath(walk, args[1]) || !CheckSingleName(walk.place, args[1])) return;
-  if (!CountOnce(walk, Quoted(args[1]))) return;
-  if (walk.install && !walk.undo.Touches(args[1])) walk.install->IdFile(walk.place, args[1]);
-  walk.undo.Add(walk.place, {{args[1], NameUse::kGives}});
+void WriteId(CheckState& state, const Args& args) {
+  if (!CheckPath(state, args[1]) || !CheckSingleName(state.place, args[1])) return;
+  if (!CountOnce(state, Quoted(args[1]))) return;
+  if (state.install && !state.undo.Touches(args[1])) state.install->IdFile(state.place, args[1]);
+  state.undo.Add(state.place, {{args[1], NameUse::kGives}});
 }
 
-void AddRecy(Walk& walk, const Args& args) {
-  if (args.size() > 3 && !(CheckPath(walk, args[3]) && CheckSingleName(walk.place, args[3]))) return;
-  if (walk.install) walk.install->AddRecy(walk.place, args);
+void AddRecy(CheckState& state, const Args& args) {
+  if (args.size() > 3 && !(CheckPath(state, args[3]) && CheckSingleName(state.place, args[3]))) return;
+  if (state.install) state.install->AddRecy(state.place, args);
 }
 
-void CheckDescent(Walk& walk, const std::string& name, const std::string& path) {
+void CheckDescent(CheckState& state, const std::string& name, const std::string& path) {
   const std::string native = win::NativePath(path);
-  const auto& open = walk.openFiles;
-  const auto [read, isNew] = walk.readFiles.try_emplace(native, walk.place.line);
-  const FurtherFile further(walk.bounds);
+  const auto& open = state.openFiles;
+  const auto [read, isNew] = state.readFiles.try_emplace(native, state.place.line);
+  const IncludeScope scope(state.bounds);
   if (std::find(open.begin(), open.end(), native) != open.end())
-    walk.place.Say(Problem::kIncludeCircular, Quoted(name) + " includes itself");
+    state.Report(kIncludeCircular, Quoted(name) + " includes itself");
   else if (!isNew)
-    walk.place.Say(Problem::kIncludeAgain,
-                   Quoted(name) + " is carried out a second time; " + NameOfLine(read->second) + " includes it too");
-  else if (!further.IsAllowed())
-    walk.place.Say(Problem::kIncludeTooDeep, Quoted(name) + " is passed over: readers follow " +
-                                                 std::to_string(ReadBounds::kMaxFiles) + " files, and " +
-                                                 std::to_string(ReadBounds::kMaxDepth) + " one in another");
+    state.Report(kIncludeAgain,
+                 Quoted(name) + " is carried out a second time; " + NameOfLine(read->second) + " includes it too");
+  else if (!scope.IsAllowed())
+    state.Report(kIncludeTooDeep, Quoted(name) + " is passed over: readers follow " +
+                                      std::to_string(ReadBounds::kMaxFiles) + " files, and " +
+                                      std::to_string(ReadBounds::kMaxDepth) + " one in another");
   else if (!win::LineReader(path).IsOpen())
-    walk.place.Say(Problem::kIncludeUnreadable,
-                   Quoted(name) + " cannot be read, which ends the reading of the definition");
+    state.Report(kIncludeUnreadable, Quoted(name) + " cannot be read, which ends the reading of the definition");
   else
-    WalkFile(walk, path);
+    CheckFile(state, path);
 }
 
 // Findings in the included file stand at the line that includes it.
-void Include(Walk& walk, const Args& args) {
-  if (!CheckPath(walk, args[1])) return;
+void Include(CheckState& state, const Args& args) {
+  if (!CheckPath(state, args[1])) return;
   const std::string path = FindModFile(args[1]);
   if (path.empty()) {
-    if (walk.install)
-      walk.place.Say(Problem::kIncludeMissing,
-                     Quoted(args[1]) + " is neither in the install nor in the program's folder of mods");
+    if (state.install)
+      state.Report(kIncludeMissing, Quoted(args[1]) + " is neither in the install nor in the program's folder of mods");
     return;
   }
-  const Place place = walk.place;
-  const bool undoReadsFile = walk.undoReadsFile;
-  if (walk.install && !walk.install->Has(args[1])) walk.undoReadsFile = false;
-  CheckDescent(walk, args[1], path);
-  walk.undoReadsFile = undoReadsFile;
-  walk.place.within = place.within;
+  const Place place = state.place;
+  const bool undoReadsFile = state.undoReadsFile;
+  if (state.install && !state.install->Has(args[1])) state.undoReadsFile = false;
+  CheckDescent(state, args[1], path);
+  state.undoReadsFile = undoReadsFile;
+  state.place.within = place.within;
 }
 
-void Version(Walk& walk, const Args& args) {
-  if (!walk.version.first) walk.version.first = walk.place;
-  walk.version.matched |= NamesVersion(args, InstallVersion());
-}
-
-void TellVersion(const Walk& walk) {
-  if (walk.install && walk.version.first && !walk.version.matched)
-    walk.version.first->Say(Problem::kDoesNotFit,
-                            "the install has version " + Quoted(InstallVersion()) + ", so the mod is not listed");
+void Version(CheckState& state, const Args& args) {
+  if (!state.version.first) state.version.first = state.place;
+  state.version.matched |= NamesVersion(args, InstallVersion());
 }
 
 // Every directive that a reader knows, with the arguments that are looked at here.
-constexpr PassDirective<Walk> kDirectives[] = {
+constexpr PassDirective<CheckState> kDirectives[] = {
     {"include", 1, Include},
-    {"dname", 1, Name},
-    {"description", 1, Description},
-    {"descriptionf", 1, DescriptionFile},
-    {"image", 1, Image},
-    {"splash", 1, Splash},
+    {"dname", 1, ShownText<kName>},
+    {"description", 1, ShownText<kDescription>},
+    {"descriptionf", 1, ShownFile<kDescription>},
+    {"image", 1, ShownFile<kPicture>},
+    {"splash", 1, ShownFile<kSplash>},
     {"version", 1, Version},
     {"requirefile", 1, Require},
     {"requirefolder", 1, Require},
@@ -309,9 +300,9 @@ constexpr PassDirective<Walk> kDirectives[] = {
     {"replace", 3, Replace},
     {"pak", 1, Pak},
     {"fold", 1, Fold},
-    {"defaultname", 1, DefaultName},
-    {"defaultpass", 1, DefaultPassword},
-    {"defaultsmsg", 1, DefaultMessage},
+    {"defaultname", 1, SessionDefault<kSessionName>},
+    {"defaultpass", 1, SessionDefault<kPassword>},
+    {"defaultsmsg", 1, SessionDefault<kMessage>},
     {"racename", 2, RaceName},
     {"activated", 0, Activated},
     {"activatedfile", 1, ActivatedPath},
@@ -344,92 +335,86 @@ Use UseOf(const std::string& name) {
   return use;
 }
 
-// How many arguments a reader looks at: those that it needs, and those that the editor offers besides.
-std::size_t UsefulArguments(const std::string& name, std::size_t needed) {
-  if (name == "version") return std::numeric_limits<std::size_t>::max() - 1;
-  return std::max<std::size_t>(needed, Directives[FindDirective(name)].ParamCount);
-}
-
-void CheckPlaceOfAction(const Walk& walk, const Args& args, const Use& use) {
+void CheckPlaceOfAction(const CheckState& state, const Args& args, const Use& use) {
   if (!use.inActivation || args[0] == "include") return;
-  if (walk.exeLine != 0 && args[0] != "requireexe" && args[0] != "activated")
-    walk.place.Say(Problem::kAfterExe,
-                   "the activation ends at " + NameOfLine(walk.exeLine) + ", where an EXE takes over");
-  if (!walk.undoReadsFile && use.inDeactivation)
-    walk.place.Say(Problem::kNotUndone, "the deactivation looks for included files in the install only, so " +
-                                            Quoted(args[0]) + " is not taken back");
+  if (state.exeLine != 0 && args[0] != "requireexe" && args[0] != "activated")
+    state.Report(kAfterExe, "the activation ends at " + NameOfLine(state.exeLine) + ", where an EXE takes over");
+  if (!state.undoReadsFile && use.inDeactivation)
+    state.Report(kNotUndone, "the deactivation looks for included files in the install only, so " + Quoted(args[0]) +
+                                 " is not taken back");
 }
 
-void CheckLine(Walk& walk, const std::string& line) {
+void CheckLine(CheckState& state, const std::string& line) {
   Args args;
   ParseDirective(line, args);
-  if (args[0].empty()) return CheckPlainText(walk.place, line);
+  if (args[0].empty()) return CheckPlainText(state.place, line);
   const Use use = UseOf(args[0]);
-  if (!use.needed) return CheckUnknownName(walk.place, args[0]);
-  CheckForm(walk.place, line, args, *use.needed, UsefulArguments(args[0], *use.needed));
+  if (!use.needed) return CheckUnknownName(state.place, args[0]);
+  // A reader looks at the arguments that it needs, and at those that the editor offers besides.
+  const std::size_t useful = args[0] == "version"
+                                 ? std::numeric_limits<std::size_t>::max() - 1
+                                 : std::max<std::size_t>(*use.needed, Directives[FindDirective(args[0])].ParamCount);
+  CheckForm(state.place, line, args, *use.needed, useful);
   if (args.size() <= *use.needed) {
-    walk.place.Say(Problem::kTooFewArguments, Quoted(args[0]) + " needs " + std::to_string(*use.needed) +
-                                                  " arguments and has " + std::to_string(args.size() - 1) +
-                                                  ", so the line is passed over");
+    state.Report(kTooFewArguments, Quoted(args[0]) + " needs " + std::to_string(*use.needed) + " arguments and has " +
+                                       std::to_string(args.size() - 1) + ", so the line is passed over");
     return;
   }
-  CheckPlaceOfAction(walk, args, use);
-  ActOnDirective(kDirectives, walk, args);
+  CheckPlaceOfAction(state, args, use);
+  ActOnDirective(kDirectives, state, args);
 }
 
-void WalkFile(Walk& walk, const std::string& path) {
-  walk.openFiles.push_back(win::NativePath(path));
+void CheckFile(CheckState& state, const std::string& path) {
+  state.openFiles.push_back(win::NativePath(path));
   win::LineReader file(path);
-  const VersionTest outerVersion = std::exchange(walk.version, {});
-  const std::string outer = walk.place.within;
-  for (std::size_t number = 1; !file.AtEnd() && !walk.IsDone(); ++number) {
+  const VersionTest outerVersion = std::exchange(state.version, {});
+  const std::string outer = state.place.within;
+  for (std::size_t number = 1; !file.AtEnd() && !state.IsDone(); ++number) {
     const std::string line = file.ReadLine();
-    walk.budget.Take(line);
-    if (walk.IsIncluded())
-      walk.place.within = outer + "in " + Quoted(win::FileNameOf(path)) + ", " + NameOfLine(number) + ": ";
+    state.budget.Take(line);
+    if (state.IsIncluded())
+      state.place.within = outer + "in " + Quoted(win::FileNameOf(path)) + ", " + NameOfLine(number) + ": ";
     else
-      walk.place.line = number;
+      state.place.line = number;
     double marked = 0;
-    if (number > 1 || !ReadMarker(line, marked)) CheckLine(walk, line);
+    if (number > 1 || !ReadMarker(line, marked)) CheckLine(state, line);
   }
-  TellVersion(walk);
-  walk.version = outerVersion;
-  walk.openFiles.pop_back();
+  if (state.install && state.version.first && !state.version.matched)
+    state.version.first->Report(kDoesNotFit,
+                                "the install has version " + Quoted(InstallVersion()) + ", so the mod is not listed");
+  state.version = outerVersion;
+  state.openFiles.pop_back();
 }
 
-void CheckWhole(Walk& walk) {
-  walk.place = {walk.place.findings, 1, ""};
-  if (!walk.firstLines.contains("the name"))
-    walk.place.Say(Problem::kNoName, "there is no `dname`, so the list shows an empty row");
-  walk.place.line = walk.activatedLine;
-  if (walk.activatedLine == 0) return;
-  if (walk.activeTestLine == 0)
-    walk.place.Say(
-        Problem::kNoActiveTest,
-        "no `activatedfile` or its like below: the mod always counts as in force and is never put into force");
-  if (walk.sessionLine == 0) return;
-  walk.place.line = walk.sessionLine;
-  walk.place.Say(Problem::kPersistentSession, "the mod is persistent by " + NameOfLine(walk.activatedLine) +
-                                                  ", so session defaults and race names are not set");
-}
-
-void TellMissing(const Walk& walk) {
-  for (const auto& [place, name] : walk.missing)
-    if (!walk.undo.Touches(name)) walk.install->Needed(place, name);
+void CheckWhole(CheckState& state) {
+  state.place = {state.place.findings, 1, ""};
+  if (!state.firstLines.contains(kName)) state.Report(kNoName, "there is no `dname`, so the list shows an empty row");
+  state.place.line = state.activatedLine;
+  if (state.activatedLine == 0) return;
+  if (state.activeTestLine == 0)
+    state.Report(kNoActiveTest,
+                 "no `activatedfile` or its like below: the mod always counts as active and is never activated");
+  if (state.sessionLine == 0) return;
+  state.place.line = state.sessionLine;
+  state.Report(kPersistentSession, "the mod is persistent by " + NameOfLine(state.activatedLine) +
+                                       ", so session defaults and race names are not set");
 }
 
 }  // namespace
 
+std::vector<DirectiveForm> CheckedDirectives() { return FormsOf(kDirectives); }
+
 bool CheckCurrentDefinition(const std::string& path, Findings& findings, InstallCheck* install) {
-  Walk walk{{&findings, 1, ""}, install};
-  walk.readFiles.emplace(win::NativePath(path), 1);
-  WalkFile(walk, path);
-  TellMissing(walk);
-  if (walk.budget.IsSpent())
-    walk.budget.Tell(walk.place);
+  CheckState state{{&findings, 1, ""}, install};
+  state.readFiles.emplace(win::NativePath(path), 1);
+  CheckFile(state, path);
+  for (const auto& [place, name] : state.missing)
+    if (!state.undo.Touches(name)) state.install->Needed(place, name);
+  if (state.budget.IsSpent())
+    state.budget.Report(state.place);
   else
-    CheckWhole(walk);
-  return !walk.IsDone();
+    CheckWhole(state);
+  return !state.IsDone();
 }
 
 }  // namespace varnik

@@ -2,11 +2,10 @@
 
 #include "definition/crashmarker.h"
 #include "definition/directive.h"
-#include "diagnosis/leavings.h"
 #include "installs/installlist.h"
 #include "modengine/catalogue.h"
 #include "modengine/deactivation.h"
-#include "modengine/force.h"
+#include "modengine/listedmod.h"
 #include "modengine/sessiondefaults.h"
 #include "platform/system/files/files.h"
 #include "platform/system/files/lines.h"
@@ -24,33 +23,25 @@ namespace varnik {
 
 namespace {
 
-bool CanBeDeactivated(const std::string& definitionFile) {
-  double version = 0;
-  if (!FileExists(definitionFile) || !ReadMarker(win::LineReader(definitionFile).ReadLine(), version)) return false;
-  return version <= kLastLegacyFormat || version == kCurrentFormat;
-}
-
-Leaving Interrupted(const CrashMarker& marker) {
+Leftover Interrupted(const CrashMarker& marker) {
   const std::string run =
-      marker.definitionFile + " is in force in " + marker.root + " without the game: a run was interrupted.";
+      marker.definitionFile + " is active in " + marker.root + " without the game: a run was interrupted.";
   if (marker.root.empty() || marker.definitionFile.empty())
     return {kCrashSection, "The note of an interrupted run is incomplete: it names no definition or no install.",
             "The note is removed.", RemoveCrashMarker};
   if (!win::IsSamePath(marker.root, InstallRoot()))
     return {kCrashSection, run, "`varnik-cli --root DIR doctor --fix` with that install.", {}};
-  if (!CanBeDeactivated(marker.definitionFile))
+  double version = 0;
+  const bool isDefinition = FileExists(marker.definitionFile) &&
+                            ReadMarker(win::LineReader(marker.definitionFile).ReadLine(), version) &&
+                            (version <= kLastLegacyFormat || version == kCurrentFormat);
+  if (!isDefinition)
     return {kCrashSection,
             run + " Its definition is gone, or is none any more, and nothing else tells what it renamed.",
             "Put the definition back, then ask again. The next start of Varnik removes this note as it is.",
             {}};
-  return {kCrashSection, run, "The mod is taken out of force, with the player's own values put back.",
+  return {kCrashSection, run, "The mod is deactivated, and the player's own values are put back.",
           [marker] { DeactivateByMarker(marker.definitionFile, marker.root); }};
-}
-
-// A mod that is in force may have put files away that would count as left over otherwise.
-void TakeActiveModsOut() {
-  for (std::size_t row = 1; row < ModList.size(); ++row)
-    if (ModList[row].State == 1) TakeOutOfForce(ModEntry(ModList[row]));
 }
 
 bool OtherInstallIsListed() {
@@ -73,7 +64,7 @@ void RestorePlayersValues() {
   Forget(kBackupSection);
 }
 
-std::optional<Leaving> KeptValues() {
+std::optional<Leftover> KeptValues() {
   bool isAny = false;
   bool allHaveFiles = true;
   for (const win::StoredSetting& setting : win::AllSettings(kApplication)) {
@@ -82,63 +73,56 @@ std::optional<Leaving> KeptValues() {
     allHaveFiles = allHaveFiles && !PlayerFileOf(setting.key).empty();
   }
   if (!isAny) return std::nullopt;
-  Leaving leaving{kBackupSection,
-                  "Session defaults or race names of the player were kept for a mod and never put back.",
-                  "They are put back into gameprefs.ini and the RaceName files of this install.", RestorePlayersValues};
+  Leftover leftover{
+      kBackupSection, "Session defaults or race names of the player were kept for a mod and never put back.",
+      "They are put back into gameprefs.ini and the RaceName files of this install.", RestorePlayersValues};
   if (!allHaveFiles || OtherInstallIsListed()) {
-    leaving.remedy =
+    leftover.remedy =
         "It is not known which install they are from: `varnik-cli settings --all` shows them. The next "
         "start of Varnik removes them.";
-    leaving.mend = {};
+    leftover.mend = {};
   }
-  return leaving;
+  return leftover;
 }
 
-std::string FreeKeptName(const std::string& path) {
-  for (int number = 1;; ++number)
-    if (const std::string name = path + ".kept-" + std::to_string(number); !FileExists(name)) return name;
-}
-
-std::vector<std::string> FilesThatChange(const std::function<void()>& mend) {
+std::vector<win::PathDifference> Effects(const std::function<void()>& mend) {
   win::Rehearsal rehearsal;
   mend();
-  std::vector<std::string> files;
-  for (const auto& [path, kind] : rehearsal.Differences(InstallRoot()))
-    if (kind == win::PathDifference::Kind::kChanged) files.push_back(path);
-  return files;
+  return rehearsal.Differences(InstallRoot());
 }
 
-bool KeepCopies(const std::vector<std::string>& files) {
-  return std::all_of(files.begin(), files.end(), [](const std::string& file) {
-    const std::optional<std::string> content = win::ReadWholeFile(file);
-    return content && win::WriteWholeFile(FreeKeptName(file), *content);
-  });
+bool KeepCopy(const win::PathDifference& difference) {
+  if (difference.kind != win::PathDifference::Kind::kChanged) return true;
+  const std::optional<std::string> content = win::ReadWholeFile(difference.path);
+  return content && win::WriteWholeFile(FreeKeptName(difference.path), *content);
 }
 
 }  // namespace
 
-void SetAside(const std::string& path) { win::RenameFile(path, FreeKeptName(path)); }
-
-std::vector<Leaving> FindLeavings() {
+std::vector<Leftover> FindLeftovers() {
   LoadModList();
-  std::vector<Leaving> leavings;
+  std::vector<Leftover> leftovers;
   const CrashMarker marker = ReadCrashMarker();
-  if (!marker.root.empty() || !marker.definitionFile.empty()) leavings.push_back(Interrupted(marker));
+  if (!marker.root.empty() || !marker.definitionFile.empty()) leftovers.push_back(Interrupted(marker));
   const win::Rehearsal rehearsal;
-  if (!leavings.empty() && leavings[0].mend) leavings[0].mend();
-  TakeActiveModsOut();
-  AddLeftFiles(InstallRoot(), leavings);
+  if (!leftovers.empty() && leftovers[0].mend) leftovers[0].mend();
+  // An active mod may have put files away that would count as left over otherwise.
+  for (std::size_t row = 1; row < ModList.size(); ++row)
+    if (ModList[row].State == 1) DeactivateListedMod(ModEntry(ModList[row]));
+  AddLeftoverFiles(InstallRoot(), leftovers);
   // Of another install's marker, or of one that waits for its definition, the values are not left over.
-  const bool isAwaited = !leavings.empty() && leavings[0].item == kCrashSection && !leavings[0].mend;
-  if (const std::optional<Leaving> values = KeptValues(); values && !isAwaited) leavings.push_back(*values);
-  return leavings;
+  const bool isAwaited = !leftovers.empty() && leftovers[0].item == kCrashSection && !leftovers[0].mend;
+  if (const std::optional<Leftover> values = KeptValues(); values && !isAwaited) leftovers.push_back(*values);
+  return leftovers;
 }
 
-bool Mend(const Leaving& leaving) {
-  if (!leaving.mend || !KeepCopies(FilesThatChange(leaving.mend))) return false;
-  leaving.mend();
-  const std::vector<Leaving> left = FindLeavings();
-  return std::none_of(left.begin(), left.end(), [&](const Leaving& other) { return other.item == leaving.item; });
+bool Mend(const Leftover& leftover) {
+  if (!leftover.mend) return false;
+  const std::vector<win::PathDifference> effects = Effects(leftover.mend);
+  if (!std::all_of(effects.begin(), effects.end(), KeepCopy)) return false;
+  leftover.mend();
+  const std::vector<Leftover> left = FindLeftovers();
+  return std::none_of(left.begin(), left.end(), [&](const Leftover& other) { return other.item == leftover.item; });
 }
 
 }  // namespace varnik

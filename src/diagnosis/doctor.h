@@ -1,25 +1,18 @@
 #pragma once
 
-#include <functional>
-#include <string>
+#include "diagnosis/leftovers.h"
+
 #include <vector>
 
-// What an interrupted or failed run left behind: in the selected install, and in what the program stores.
 namespace varnik {
 
-struct Leaving {
-  std::string item;     // a name inside the install, or a section of the settings store
-  std::string meaning;  // one sentence each
-  std::string remedy;
-  std::function<void()> mend;  // does what `remedy` says; empty where a person has to decide
-};
-
-// In the order in which they are to be mended. What the deactivation of a mod that is in force would put back is none.
-// Reloads the catalogue; changes nothing.
-std::vector<Leaving> FindLeavings();
+// What interrupted or failed runs left in the selected install and in the settings store, in the order in which it is
+// to be mended. What the deactivation of an active mod would put back is not among it. Reloads the catalogue; changes
+// nothing.
+std::vector<Leftover> FindLeftovers();
 
 // Keeps a copy, `<name>.kept-1` or the next free number, of every file that gets another content, then mends. True when
 // the item is gone; nothing is mended when a copy cannot be kept.
-bool Mend(const Leaving& leaving);
+bool Mend(const Leftover& leftover);
 
 }  // namespace varnik

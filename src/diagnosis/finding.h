@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-// What a check of a definition file has to say. Readers of the file pass over all of it in silence.
+// What a check of a definition file reports. The passes over the file skip all of it in silence.
 namespace varnik {
 
 // An error: the line, or a part of it, is not carried out as it is written, or was not looked at. A warning: it is
@@ -80,7 +80,7 @@ struct FindingKind {
   Problem problem;
   std::string_view code;  // stable: scripts know it
   Severity severity;
-  std::string_view meaning;  // one line, as a person is told
+  std::string_view meaning;  // one line, as it is shown
 };
 
 // In the order of Problem.
@@ -93,13 +93,13 @@ struct Finding {
   std::string message;  // UTF-8, one line
 };
 
-// Collects up to a bound, so that a file of nothing but mistakes is told about in a page or two.
+// Collects up to kMaxFindings, so that the report on a file of nothing but mistakes stays readable.
 class Findings {
  public:
-  static constexpr std::size_t kMax = 500;
+  static constexpr std::size_t kMaxFindings = 500;
 
   void Add(std::size_t line, Problem problem, std::string message);
-  bool IsFull() const { return findings_.size() >= kMax; }
+  bool IsFull() const { return findings_.size() >= kMaxFindings; }
 
   // In the order of lines; a full list ends in a finding that says so.
   std::vector<Finding> Take();
@@ -114,7 +114,7 @@ struct Place {
   std::size_t line;    // as in Finding
   std::string within;  // what the message begins with; empty but in an included file
 
-  void Say(Problem problem, const std::string& message) const;
+  void Report(Problem problem, const std::string& message) const;
 };
 
 // How much of a file, with all that it includes, is looked at; no honest definition comes near.
@@ -122,7 +122,7 @@ class LineBudget {
  public:
   void Take(std::string_view line);
   bool IsSpent() const { return lines_ > kMaxLines || bytes_ > kMaxBytes; }
-  void Tell(const Place& place) const;
+  void Report(const Place& place) const;
 
  private:
   static constexpr std::size_t kMaxLines = 20'000;

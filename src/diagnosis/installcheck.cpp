@@ -2,7 +2,7 @@
 
 #include "definition/bzonecfg.h"
 #include "definition/includes.h"
-#include "installs/installlist.h"
+#include "definition/recylist.h"
 #include "modengine/sessiondefaults.h"
 #include "platform/system/files/files.h"
 #include "platform/system/files/findfile.h"
@@ -11,6 +11,7 @@
 #include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
 #include "platform/system/text/wildcards.h"
+#include "support/install.h"
 #include "support/modfileexists.h"
 
 #include <algorithm>
@@ -19,6 +20,8 @@
 namespace varnik {
 
 namespace {
+
+using enum Problem;
 
 std::string WithSlashes(std::string text) {
   std::replace(text.begin(), text.end(), '\\', '/');
@@ -53,36 +56,35 @@ bool EndsInOpenLine(const std::string& list) {
 bool InstallCheck::Has(const std::string& name) const { return FileExists(InstallRoot() + name); }
 
 void InstallCheck::Requirement(const Place& place, const std::string& name) {
-  if (!Has(name)) place.Say(Problem::kDoesNotFit, "the install has no " + Quoted(name) + ", so the mod is not listed");
+  if (!Has(name)) place.Report(kDoesNotFit, "the install has no " + Quoted(name) + ", so the mod is not listed");
 }
 
 void InstallCheck::Extra(const Place& place, const std::string& name) {
   if (FindModFile(name).empty())
-    place.Say(Problem::kMissingExtra, Quoted(name) + " is neither in the install nor in the program's folder of mods");
+    place.Report(kMissingExtra, Quoted(name) + " is neither in the install nor in the program's folder of mods");
 }
 
 void InstallCheck::Needed(const Place& place, const std::string& name) const {
-  if (!modIsInForce_ && !Has(name)) place.Say(Problem::kMissingFile, "the install has no " + Quoted(name));
+  if (!modIsActive_ && !Has(name)) place.Report(kMissingFile, "the install has no " + Quoted(name));
 }
 
 void InstallCheck::Moved(const Place& place, const MovedName& moved) const {
   if (moved.use == NameUse::kMoves) return Needed(place, moved.name);
-  if (modIsInForce_) return;
+  if (modIsActive_) return;
   const bool isThere = Has(moved.name);
   const std::size_t folder = moved.name.find_last_of("\\/");
   if (moved.use == NameUse::kReplaces && !isThere)
-    place.Say(Problem::kMissingExtra, "the install has no " + Quoted(moved.name) + " to be replaced");
+    place.Report(kMissingExtra, "the install has no " + Quoted(moved.name) + " to be replaced");
   else if (moved.use == NameUse::kGives && isThere)
-    place.Say(Problem::kTargetExists, Quoted(moved.name) + " is in the install already, so nothing gets that name");
+    place.Report(kTargetExists, Quoted(moved.name) + " is in the install already, so nothing gets that name");
   else if (moved.use == NameUse::kGives && folder != std::string::npos)
     Needed(place, moved.name.substr(0, folder));
 }
 
 void InstallCheck::ConfigurationBackup(const Place& place) {
-  Twins(place, "bzone.cfg");
-  if (!modIsInForce_ && ConfigurationIsReplaced(InstallRoot()))
-    place.Say(Problem::kTargetExists,
-              "bzonevarnik.bak is in the install already: another mod is in force, or was interrupted");
+  Twins(place, kGameConfig);
+  if (!modIsActive_ && ConfigurationIsReplaced(InstallRoot()))
+    place.Report(kTargetExists, "bzonevarnik.bak is in the install already: another mod is active, or was interrupted");
 }
 
 void InstallCheck::Spelling(const Place& place, const std::string& name) {
@@ -90,7 +92,7 @@ void InstallCheck::Spelling(const Place& place, const std::string& name) {
   const std::optional<std::string> onDisk = NameOnDisk(name);
   if (!onDisk) return;
   if (*onDisk != WithSlashes(name) && win::EqualNoCase(*onDisk, WithSlashes(name)))
-    place.Say(Problem::kOtherCase, "the install spells " + Quoted(name) + " as " + Quoted(*onDisk));
+    place.Report(kOtherCase, "the install spells " + Quoted(name) + " as " + Quoted(*onDisk));
   Twins(place, *onDisk);
 }
 
@@ -109,48 +111,47 @@ void InstallCheck::Twins(const Place& place, const std::string& name) {
     const std::size_t end = std::min(name.find('/', start), name.size());
     const std::string part = name.substr(start, end - start);
     if (TwinsIn(name.substr(0, start)).erase(win::LowerCase(part)) != 0)
-      place.Say(Problem::kTwinNames,
-                "beside " + Quoted(part) +
-                    " lies another entry of that name in other capitals: which one is meant depends on the spelling");
+      place.Report(
+          kTwinNames,
+          "beside " + Quoted(part) +
+              " lies another entry of that name in other capitals: which one is meant depends on the spelling");
     start = end + 1;
   }
 }
 
 void InstallCheck::IdFile(const Place& place, const std::string& name) const {
-  if (!modIsInForce_ && win::FileSize(InstallRoot() + name).value_or(0) > 0)
-    place.Say(Problem::kUndoTakesMore,
-              Quoted(name) + " is there: the activation empties it, and the deactivation deletes it");
+  if (!modIsActive_ && win::FileSize(InstallRoot() + name).value_or(0) > 0)
+    place.Report(kUndoTakesMore,
+                 Quoted(name) + " is there: the activation empties it, and the deactivation deletes it");
 }
 
 void InstallCheck::AddRecy(const Place& place, const Args& args) const {
-  if (modIsInForce_) return;
-  constexpr char kCommonList[] = "RecyList.txt";
-  const std::string list = args.size() > 3 ? args[3] : kCommonList;
-  if (args.size() > 3 && !Has(kCommonList))
-    place.Say(Problem::kNotUndone,
-              "without a RecyList.txt in the install, the deactivation leaves the line in " + Quoted(list));
+  if (modIsActive_) return;
+  const std::string list = args.size() > 3 ? args[3] : kRecyList;
+  if (args.size() > 3 && !Has(kRecyList))
+    place.Report(kNotUndone,
+                 "without a RecyList.txt in the install, the deactivation leaves the line in " + Quoted(list));
   else if (!Has(list))
-    place.Say(Problem::kNotUndone, Quoted(list) + " is not there: the deactivation leaves it behind as an empty file");
+    place.Report(kNotUndone, Quoted(list) + " is not there: the deactivation leaves it behind as an empty file");
   else if (EndsInOpenLine(InstallRoot() + list))
-    place.Say(Problem::kNotUndone,
-              "the last line of " + Quoted(list) + " has no end: the text is added to that line, and stays there");
+    place.Report(kNotUndone,
+                 "the last line of " + Quoted(list) + " has no end: the text is added to that line, and stays there");
   else if (const std::size_t line = OwnLine(InstallRoot() + list, args[1] + " "); line != 0)
-    place.Say(Problem::kUndoTakesMore, NameOfLine(line) + " of " + Quoted(list) + " begins with " +
-                                           Quoted(args[1] + " ") + ", so the deactivation takes it too");
+    place.Report(kUndoTakesMore, NameOfLine(line) + " of " + Quoted(list) + " begins with " + Quoted(args[1] + " ") +
+                                     ", so the deactivation takes it too");
 }
 
 void InstallCheck::SessionDefault(const Place& place, const std::string& key) const {
   const std::optional<std::string> present = PresentSessionDefault(key);
   if (!present)
-    place.Say(Problem::kMissingExtra, "the install has no gameprefs.ini, so the value is not set");
-  else if (present->empty() && !modIsInForce_)
-    place.Say(Problem::kNotUndone, "gameprefs.ini has no " + key + ", so the deactivation leaves the mod's one there");
+    place.Report(kMissingExtra, "the install has no gameprefs.ini, so the value is not set");
+  else if (present->empty() && !modIsActive_)
+    place.Report(kNotUndone, "gameprefs.ini has no " + key + ", so the deactivation leaves the mod's one there");
 }
 
 void InstallCheck::RaceName(const Place& place, char letter) const {
   if (!HasRaceFile(letter))
-    place.Say(Problem::kMissingExtra,
-              std::string("the install has no RaceName_") + letter + ".txt, so the name is not set");
+    place.Report(kMissingExtra, std::string("the install has no RaceName_") + letter + ".txt, so the name is not set");
 }
 
 }  // namespace varnik

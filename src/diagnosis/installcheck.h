@@ -25,8 +25,8 @@ struct MovedName {
 // gives them.
 class InstallCheck {
  public:
-  // While the mod is in force the install holds the mod's changes: what depends on them is passed over.
-  explicit InstallCheck(bool modIsInForce) : modIsInForce_(modIsInForce) {}
+  // While the mod is active the install holds its changes: what depends on them is not looked at.
+  explicit InstallCheck(bool modIsActive) : modIsActive_(modIsActive) {}
 
   bool Has(const std::string& name) const;
 
@@ -41,13 +41,13 @@ class InstallCheck {
 
   void Moved(const Place& place, const MovedName& moved) const;
 
-  // Where the activation puts the game's configuration meanwhile.
+  // The name under which an activation keeps the game's configuration.
   void ConfigurationBackup(const Place& place);
 
   // Other capitals than on disk, and twins, on the way to a file or folder that is there.
   void Spelling(const Place& place, const std::string& name);
 
-  // Twins alone; `name` as on disk, with `/` between its parts. Each pair is told of once.
+  // Twins alone; `name` as on disk, with `/` between its parts. Each pair is reported once.
   void Twins(const Place& place, const std::string& name);
 
   void IdFile(const Place& place, const std::string& name) const;
@@ -59,7 +59,7 @@ class InstallCheck {
   using Names = std::unordered_set<std::string>;
   Names& TwinsIn(const std::string& folder);
 
-  bool modIsInForce_;
+  bool modIsActive_;
   std::map<std::string, Names> twins_;  // by folder, in lower case
 };
 

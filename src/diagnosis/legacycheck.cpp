@@ -1,10 +1,11 @@
 #include "diagnosis/legacycheck.h"
 
-#include "definition/passdirective.h"
 #include "diagnosis/pathcheck.h"
 #include "diagnosis/spelling.h"
 #include "diagnosis/undoorder.h"
+#include "legacy/legacyactivation.h"
 #include "legacy/legacyformat.h"
+#include "modengine/activation.h"
 #include "platform/system/files/lines.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
@@ -17,8 +18,10 @@ namespace varnik {
 
 namespace {
 
+using enum Problem;
+
 // A line number is 0 as long as there was no such line.
-struct Walk {
+struct CheckState {
   Place place;
   InstallCheck* install;
   LineBudget budget = {};
@@ -30,6 +33,8 @@ struct Walk {
   std::unordered_map<std::string, std::size_t> firstLines = {};  // of what counts once
   LegacyArguments arguments = {};
   UndoOrder undo = {};
+
+  void Report(Problem problem, const std::string& message) const { place.Report(problem, message); }
 };
 
 void SetFirst(std::size_t& first, std::size_t line) {
@@ -39,157 +44,148 @@ void SetFirst(std::size_t& first, std::size_t line) {
 // Below the root; a path that starts elsewhere stands as it is.
 std::string BelowRoot(const std::string& path) { return HasRootDir(path) ? path.substr(kRootDirLength) : path; }
 
-// False, having said why, for a path that leads to no file of the install.
-bool CheckPath(Walk& walk, const std::string& path) {
-  const Place& place = walk.place;
-  if (path.empty()) place.Say(Problem::kEmptyArgument, "a path is empty");
+// Reports a path that leads to no file of the install, and returns false then.
+bool CheckPath(CheckState& state, const std::string& path) {
+  const Place& place = state.place;
+  if (path.empty()) place.Report(kEmptyArgument, "a path is empty");
   if (path.find('"') != std::string::npos)
-    place.Say(Problem::kQuotesKept, Quoted(path) + ": quotes are taken for part of the name");
+    place.Report(kQuotesKept, Quoted(path) + ": quotes are taken for part of the name");
   if (win::IsAbsolutePath(path)) {
-    place.Say(Problem::kOutsideInstall, Quoted(path) + " does not begin with `@rootdir`: it fits one machine only");
+    place.Report(kOutsideInstall, Quoted(path) + " does not begin with `@rootdir`: it fits one machine only");
     return false;
   }
   if (path.empty() || !CheckInstallPath(place, BelowRoot(path)) || !CheckSingleName(place, path)) return false;
   if (HasRootDir(path)) {
-    if (walk.install) walk.install->Spelling(place, BelowRoot(path));
+    if (state.install) state.install->Spelling(place, BelowRoot(path));
     return true;
   }
-  place.Say(Problem::kRelativePath,
-            Quoted(path) + " has no `@rootdir\\` in front: it is looked for in the folder in which the program runs");
+  place.Report(
+      kRelativePath,
+      Quoted(path) + " has no `@rootdir\\` in front: it is looked for in the folder in which the program runs");
   return false;
 }
 
-void CheckThere(Walk& walk, const std::string& path) {
-  if (CheckPath(walk, path) && walk.install) walk.install->Needed(walk.place, BelowRoot(path));
+void CheckThere(CheckState& state, const std::string& path) {
+  if (CheckPath(state, path) && state.install) state.install->Needed(state.place, BelowRoot(path));
 }
 
-// Where the activation puts the install's own meanwhile.
-void KeepUnder(Walk& walk, const std::string& name) {
-  if (walk.install) walk.install->Moved(walk.place, {name, NameUse::kGives});
+// The name under which the activation keeps the install's own.
+void KeepUnder(CheckState& state, const std::string& name) {
+  if (state.install) state.install->Moved(state.place, {name, NameUse::kGives});
 }
 
-void Exec(Walk& walk, const LegacyLine& line) {
-  CheckPath(walk, line.Value());
-  const std::size_t listed = walk.loaderActionLine;
-  const std::size_t done = walk.activationActionLine;
+void Exec(CheckState& state, const LegacyLine& line) {
+  CheckPath(state, line.Value());
+  const std::size_t listed = state.loaderActionLine;
+  const std::size_t done = state.activationActionLine;
   if (listed != 0 && done != 0)
-    walk.place.Say(Problem::kExeTooLate,
-                   "the EXE is not run, since " + NameOfLine(std::min(listed, done)) + " is an action already");
+    state.Report(kExeTooLate,
+                 "the EXE is not run, since " + NameOfLine(std::min(listed, done)) + " is an action already");
   else if (done != 0)
-    walk.place.Say(Problem::kExeTooLate,
-                   "the EXE is not run, since " + NameOfLine(done) +
-                       " is an action already, though the list takes the mod for one with an EXE");
+    state.Report(kExeTooLate, "the EXE is not run, since " + NameOfLine(done) +
+                                  " is an action already, though the list takes the mod for one with an EXE");
   else if (listed != 0)
-    walk.place.Say(Problem::kExeTooLate,
-                   "the EXE is run in the game's place, and what " + NameOfLine(listed) + " has done is never undone");
-  if (done == 0) walk.exeLine = walk.place.line;
+    state.Report(kExeTooLate,
+                 "the EXE is run in the game's place, and what " + NameOfLine(listed) + " has done is never undone");
+  if (done == 0) state.exeLine = state.place.line;
 }
 
-bool Decide(Walk& walk, LegacyConfig config) {
-  if (walk.config != LegacyConfig::kUndecided) {
-    walk.place.Say(Problem::kModeTaken,
-                   NameOfLine(walk.configLine) + " says already where the game configuration comes from");
+bool Decide(CheckState& state, LegacyConfig config) {
+  if (state.config != LegacyConfig::kUndecided) {
+    state.Report(kModeTaken, NameOfLine(state.configLine) + " says already where the game configuration comes from");
     return false;
   }
-  walk.config = config;
-  walk.configLine = walk.place.line;
-  SetFirst(walk.loaderActionLine, walk.place.line);
-  SetFirst(walk.activationActionLine, walk.place.line);
+  state.config = config;
+  state.configLine = state.place.line;
+  SetFirst(state.loaderActionLine, state.place.line);
+  SetFirst(state.activationActionLine, state.place.line);
   return true;
 }
 
 // The keyword has no blank of its own, so it ends where the text goes on.
-bool DecideAlone(Walk& walk, const LegacyLine& line, LegacyConfig config) {
+bool DecideAlone(CheckState& state, const LegacyLine& line, LegacyConfig config) {
   if (!line.Value().empty())
-    walk.place.Say(Problem::kGluedKeyword,
-                   Quoted(line.text) + " is taken for " + Quoted(line.text.substr(0, line.keywordLength)) + " alone");
-  return Decide(walk, config);
+    state.Report(kGluedKeyword,
+                 Quoted(line.text) + " is taken for " + Quoted(line.text.substr(0, line.keywordLength)) + " alone");
+  return Decide(state, config);
 }
-void Dynamic(Walk& walk, const LegacyLine& line) {
-  if (DecideAlone(walk, line, LegacyConfig::kGenerated)) KeepUnder(walk, kSavedConfig);
+void Dynamic(CheckState& state, const LegacyLine& line) {
+  if (DecideAlone(state, line, LegacyConfig::kGenerated)) KeepUnder(state, kLegacyConfigBackup);
 }
-void NoBzoneCfg(Walk& walk, const LegacyLine& line) { DecideAlone(walk, line, LegacyConfig::kUntouched); }
+void NoBzoneCfg(CheckState& state, const LegacyLine& line) { DecideAlone(state, line, LegacyConfig::kUntouched); }
 
-void Predefined(Walk& walk, const LegacyLine& line) {
-  if (!Decide(walk, LegacyConfig::kPredefined)) return;
-  CheckThere(walk, line.Value());
-  KeepUnder(walk, kSavedConfig);
+void Predefined(CheckState& state, const LegacyLine& line) {
+  if (!Decide(state, LegacyConfig::kPredefined)) return;
+  CheckThere(state, line.Value());
+  KeepUnder(state, kLegacyConfigBackup);
 }
 
-void SwapFolder(Walk& walk, const LegacyLine& line) {
-  const std::string keyword = win::LowerCase(line.text.substr(0, line.keywordLength - 1));
-  const auto [first, isFirst] = walk.firstLines.try_emplace(keyword, walk.place.line);
+void SwapFolder(CheckState& state, const LegacyLine& line) {
+  const std::string keyword = line.Keyword();
+  const auto [first, isFirst] = state.firstLines.try_emplace(keyword, state.place.line);
   if (!isFirst) {
-    walk.place.Say(Problem::kCountsOnce, "only " + Quoted(keyword) + " in " + NameOfLine(first->second) + " counts");
+    state.Report(kCountsOnce, "only " + Quoted(keyword) + " in " + NameOfLine(first->second) + " counts");
     return;
   }
-  SetFirst(walk.activationActionLine, walk.place.line);
-  CheckThere(walk, line.Value());
-  KeepUnder(walk, keyword + kSavedFolder);
+  SetFirst(state.activationActionLine, state.place.line);
+  CheckThere(state, line.Value());
+  KeepUnder(state, keyword + kLegacyFolderBackup);
 }
 
 // The game resolves `@rootdir`; other paths are its own matter.
-void AddToConfig(Walk& walk, const std::string& path) {
-  if (walk.config != LegacyConfig::kGenerated)
-    walk.place.Say(Problem::kNeedsDynamic, "the line has no effect without `dynamic` above it");
+void PakOrFold(CheckState& state, const LegacyLine& line) {
+  std::string path = win::Trim(line.Value());
+  if (line.Keyword() == "pak" && !win::LowerCase(path).ends_with(".pak")) path += ".pak";
+  if (state.config != LegacyConfig::kGenerated)
+    state.Report(kNeedsDynamic, "the line has no effect without `dynamic` above it");
   else if (HasRootDir(path))
-    CheckThere(walk, path);
+    CheckThere(state, path);
 }
 
-void Pak(Walk& walk, const LegacyLine& line) {
-  const std::string name = win::Trim(line.Value());
-  AddToConfig(walk, win::LowerCase(name).ends_with(".pak") ? name : name + ".pak");
-}
-
-void Fold(Walk& walk, const LegacyLine& line) { AddToConfig(walk, win::Trim(line.Value())); }
-
-void MovePaths(Walk& walk, std::vector<MovedName> names) {
-  SetFirst(walk.loaderActionLine, walk.place.line);
+void MovePaths(CheckState& state, std::vector<MovedName> names) {
+  SetFirst(state.loaderActionLine, state.place.line);
   for (MovedName& moved : names) {
-    if (!CheckPath(walk, moved.name)) return;
+    if (!CheckPath(state, moved.name)) return;
     moved.name = BelowRoot(moved.name);
   }
   for (const MovedName& moved : names)
-    if (walk.install && !walk.undo.Touches(moved.name)) walk.install->Moved(walk.place, moved);
-  walk.undo.Add(walk.place, names);
+    if (state.install && !state.undo.Touches(moved.name)) state.install->Moved(state.place, moved);
+  state.undo.Add(state.place, names);
 }
 
-void MoveTwo(Walk& walk, const LegacyLine& line, NameUse first, NameUse second) {
+template <NameUse kFirst, NameUse kSecond>
+void MoveTwo(CheckState& state, const LegacyLine& line) {
   if (line.text.find(',') == std::string::npos) {
-    walk.place.Say(Problem::kTooFewArguments,
-                   "without a comma the first path is that of an earlier line, and the second is the whole line");
+    state.Report(kTooFewArguments,
+                 "without a comma the first path is that of an earlier line, and the second is the whole line");
     return;
   }
-  walk.arguments.Split(line);
-  if (walk.arguments.second.find(',') != std::string::npos)
-    walk.place.Say(Problem::kSurplusArguments,
-                   "the second path is " + Quoted(walk.arguments.second) + ", comma included");
-  MovePaths(walk, {{walk.arguments.first, first}, {walk.arguments.second, second}});
+  state.arguments.Split(line);
+  if (state.arguments.second.find(',') != std::string::npos)
+    state.Report(kSurplusArguments, "the second path is " + Quoted(state.arguments.second) + ", comma included");
+  MovePaths(state, {{state.arguments.first, kFirst}, {state.arguments.second, kSecond}});
 }
 
-// The one change that leaves a later `exec` in force.
-void Replace(Walk& walk, const LegacyLine& line) { MoveTwo(walk, line, NameUse::kReplaces, NameUse::kMoves); }
-
-void Move(Walk& walk, const LegacyLine& line) {
-  MoveTwo(walk, line, NameUse::kMoves, NameUse::kGives);
-  SetFirst(walk.activationActionLine, walk.place.line);
+void Move(CheckState& state, const LegacyLine& line) {
+  MoveTwo<NameUse::kMoves, NameUse::kGives>(state, line);
+  SetFirst(state.activationActionLine, state.place.line);
 }
 
-void Remove(Walk& walk, const LegacyLine& line) {
-  MovePaths(walk, {{win::Trim(line.Value())}});
-  SetFirst(walk.activationActionLine, walk.place.line);
+void Remove(CheckState& state, const LegacyLine& line) {
+  MovePaths(state, {{win::Trim(line.Value())}});
+  SetFirst(state.activationActionLine, state.place.line);
 }
 
-constexpr LegacyDirective<Walk> kDirectives[] = {
+constexpr LegacyDirective<CheckState> kDirectives[] = {
     {"exec ", Exec},
     {"dynamic", Dynamic},
     {"predefined ", Predefined},
     {"nobzonecfg", NoBzoneCfg},
     {"pilots ", SwapFolder},
     {"saved ", SwapFolder},
-    {"pak ", Pak},
-    {"fold ", Fold},
-    {"replace ", Replace},
+    {"pak ", PakOrFold},
+    {"fold ", PakOrFold},
+    {"replace ", MoveTwo<NameUse::kReplaces, NameUse::kMoves>},  // leaves a later `exec` as it is
     {"move ", Move},
     {"remove ", Remove},
 };
@@ -203,34 +199,26 @@ constexpr std::size_t kHeaderLines = 5;
 
 void CheckName(const Place& place, const std::string& text) {
   if (!win::StartsWithNoCase(text, kLegacyName))
-    place.Say(Problem::kNoDescLine,
-              "line 2 does not begin with `desc ` and a name: the catalogue looks for the rest of the file in the "
-              "folder in which the program runs");
+    place.Report(kNoDescLine,
+                 "line 2 does not begin with `desc ` and a name: the catalogue looks for the rest of the file in the "
+                 "folder in which the program runs");
 }
 
-void CheckDescription(Walk& walk, const std::string& text) {
+void CheckDescription(CheckState& state, const std::string& text) {
   const std::size_t length = std::string_view(kLegacyDescription).size();
   if (!win::StartsWithNoCase(text, kLegacyDescription)) {
-    if (!text.empty()) walk.place.Say(Problem::kHeaderLine, "line 3 counts when it begins with `dfile ` only");
+    if (!text.empty()) state.Report(kHeaderLine, "line 3 counts when it begins with `dfile ` only");
     return;
   }
   const std::string path = win::Trim(text.substr(length));
-  if (CheckPath(walk, path) && walk.install) walk.install->Extra(walk.place, BelowRoot(path));
+  if (CheckPath(state, path) && state.install) state.install->Extra(state.place, BelowRoot(path));
 }
 
-void CheckHeader(Walk& walk, const std::string& text) {
-  switch (walk.place.line) {
-    case 2:
-      return CheckName(walk.place, text);
-    case 3:
-      return CheckDescription(walk, text);
-    case 5:
-      if (win::StartsWithNoCase(text, kLegacySplash))
-        walk.place.Say(Problem::kHeaderLine, "a splash picture of the older format is never found");
-      return;
-    default:
-      return;
-  }
+void CheckHeader(CheckState& state, const std::string& text) {
+  if (state.place.line == 2) CheckName(state.place, text);
+  if (state.place.line == 3) CheckDescription(state, text);
+  if (state.place.line == 5 && win::StartsWithNoCase(text, kLegacySplash))
+    state.Report(kHeaderLine, "a splash picture of the older format is never found");
 }
 
 // What a line may have meant that no pass acts on.
@@ -243,48 +231,46 @@ void CheckUnknown(const Place& place, const std::string& text) {
   const std::vector<DirectiveForm> current = ActivationDirectives();
   if (std::find(keywords.begin(), keywords.end(), word) != keywords.end()) {
     const bool isTab = text[std::min(word.size(), text.size() - 1)] == '\t';
-    place.Say(isTab ? Problem::kTab : Problem::kTooFewArguments,
-              Quoted(word) + " needs a blank behind it, and what it is about");
+    place.Report(isTab ? kTab : kTooFewArguments, Quoted(word) + " needs a blank behind it, and what it is about");
     return;
   }
   for (const HeaderLine& header : kHeader)
     if (word + " " == header.keyword)
-      return place.Say(Problem::kHeaderLine, Quoted(word) + " counts in " + NameOfLine(header.number) + " only");
+      return place.Report(kHeaderLine, Quoted(word) + " counts in " + NameOfLine(header.number) + " only");
   if (std::any_of(current.begin(), current.end(), isWord))
-    return place.Say(Problem::kUnknownDirective, Quoted(word) + " belongs to the current format");
+    return place.Report(kUnknownDirective, Quoted(word) + " belongs to the current format");
   if (const std::string_view likely = LikelyName(word, keywords); !likely.empty())
-    return place.Say(Problem::kUnknownDirective,
-                     "no reader knows " + Quoted(word) + "; did you mean " + Quoted(likely) + "?");
-  place.Say(Problem::kNoDirective, Quoted(text) + " is no directive, and comments begin with `//` or `;`");
+    return place.Report(kUnknownDirective,
+                        "no reader knows " + Quoted(word) + "; did you mean " + Quoted(likely) + "?");
+  place.Report(kNoDirective, Quoted(text) + " is no directive, and comments begin with `//` or `;`");
 }
 
-void CheckLine(Walk& walk, const LegacyLine& line) {
-  const bool isHeader = walk.place.line <= kHeaderLines;
-  if (isHeader) CheckHeader(walk, line.text);
+void CheckLine(CheckState& state, const LegacyLine& line) {
+  const bool isHeader = state.place.line <= kHeaderLines;
+  if (isHeader) CheckHeader(state, line.text);
   if (line.text.empty() || line.text[0] == ';') return;
-  if (walk.exeLine != 0 && !isHeader) {
-    walk.place.Say(Problem::kAfterExe,
-                   "the activation ends at " + NameOfLine(walk.exeLine) + ", where an EXE takes over");
+  if (state.exeLine != 0 && !isHeader) {
+    state.Report(kAfterExe, "the activation ends at " + NameOfLine(state.exeLine) + ", where an EXE takes over");
     return;
   }
-  if (!ActOnLegacyLine(kDirectives, walk, line) && !isHeader) CheckUnknown(walk.place, line.text);
+  if (!ActOnLegacyLine(kDirectives, state, line) && !isHeader) CheckUnknown(state.place, line.text);
 }
 
 }  // namespace
 
 bool CheckLegacyDefinition(const std::string& path, Findings& findings, InstallCheck* install) {
-  Walk walk{{&findings, 1, ""}, install};
+  CheckState state{{&findings, 1, ""}, install};
   win::LineReader file(path);
   file.ReadLine();
   if (file.AtEnd()) CheckName({&findings, 1, ""}, "");
-  while (!file.AtEnd() && !findings.IsFull() && !walk.budget.IsSpent()) {
-    ++walk.place.line;
+  while (!file.AtEnd() && !findings.IsFull() && !state.budget.IsSpent()) {
+    ++state.place.line;
     const LegacyLine line = ReadLegacyLine(file);
-    walk.budget.Take(line.text);
-    CheckLine(walk, line);
+    state.budget.Take(line.text);
+    CheckLine(state, line);
   }
-  if (walk.budget.IsSpent()) walk.budget.Tell(walk.place);
-  return !findings.IsFull() && !walk.budget.IsSpent();
+  if (state.budget.IsSpent()) state.budget.Report(state.place);
+  return !findings.IsFull() && !state.budget.IsSpent();
 }
 
 }  // namespace varnik

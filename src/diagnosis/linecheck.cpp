@@ -1,9 +1,11 @@
 #include "diagnosis/linecheck.h"
 
 #include "definition/directivecatalogue.h"
-#include "definition/passdirective.h"
 #include "diagnosis/spelling.h"
-#include "legacy/legacyformat.h"
+#include "legacy/legacyactivation.h"
+#include "modengine/activation.h"
+#include "modengine/deactivation.h"
+#include "modengine/definitionreader.h"
 #include "platform/system/text/text.h"
 
 #include <algorithm>
@@ -12,6 +14,8 @@
 namespace varnik {
 
 namespace {
+
+using enum Problem;
 
 constexpr std::string_view kClose = ");";
 
@@ -71,22 +75,22 @@ void CheckEnd(const Place& place, const LineParts& parts, const ListShape& shape
   const std::string last = Quoted(args.back());
   const std::string bare = WithoutOuterTabs(parts.text);
   if (!parts.isClosed && bare.ends_with(kClose))
-    place.Say(Problem::kTrailingBlanks, "the line does not end in `);` but in blanks, so its last argument is " + last);
+    place.Report(kTrailingBlanks, "the line does not end in `);` but in blanks, so its last argument is " + last);
   else if (shape.close != std::string_view::npos)
-    place.Say(Problem::kTextBehindClose,
-              "text behind the first `);`: one line is one directive, and here the last argument is " + last);
+    place.Report(kTextBehindClose,
+                 "text behind the first `);`: one line is one directive, and here the last argument is " + last);
   else if (!parts.isClosed && bare.ends_with(')'))
-    place.Say(Problem::kCloseInArgument, "`)` without `;` at the end of the line: its last argument is " + last);
+    place.Report(kCloseInArgument, "`)` without `;` at the end of the line: its last argument is " + last);
   else if (!parts.isClosed)
-    place.Say(Problem::kNotClosed, "the line does not end in `);`: its last argument is " + last);
+    place.Report(kNotClosed, "the line does not end in `);`: its last argument is " + last);
 }
 
 void CheckArguments(const Place& place, const Args& args, std::size_t needed, std::size_t useful) {
   for (std::size_t i = 1; i < args.size() && i <= needed; ++i)
-    if (args[i].empty()) place.Say(Problem::kEmptyArgument, "argument " + std::to_string(i) + " is empty");
+    if (args[i].empty()) place.Report(kEmptyArgument, "argument " + std::to_string(i) + " is empty");
   if (args.size() > useful + 1)
-    place.Say(Problem::kSurplusArguments,
-              Quoted(args[useful + 1]) + " and what follows is ignored: a comma outside quotes begins a new argument");
+    place.Report(kSurplusArguments, Quoted(args[useful + 1]) +
+                                        " and what follows is ignored: a comma outside quotes begins a new argument");
 }
 
 }  // namespace
@@ -97,7 +101,7 @@ void CheckPlainText(const Place& place, std::string_view line) {
   const std::string word = win::LowerCase(std::string_view(text).substr(0, text.find_first_of(" \t,;)")));
   std::string message = Quoted(text) + " is no directive, and comments begin with `//` or `;`";
   if (IsKnown(word)) message = Quoted(word) + " has no `(` behind it, so the line is no directive";
-  place.Say(IsKnown(word) ? Problem::kUnknownDirective : Problem::kNoDirective, message);
+  place.Report(IsKnown(word) ? kUnknownDirective : kNoDirective, message);
 }
 
 void CheckUnknownName(const Place& place, const std::string& name) {
@@ -105,35 +109,33 @@ void CheckUnknownName(const Place& place, const std::string& name) {
   if (bare.starts_with(';')) return;
   const std::string_view likely = LikelyName(bare, KnownNames());
   if (IsKnown(bare))
-    place.Say(Problem::kTab,
-              "a tab beside the name " + Quoted(bare) + " makes it another: readers take blanks away only");
+    place.Report(kTab, "a tab beside the name " + Quoted(bare) + " makes it another: readers take blanks away only");
   else if (IsLegacyKeyword(bare))
-    place.Say(Problem::kUnknownDirective, Quoted(bare) + " belongs to the older format");
+    place.Report(kUnknownDirective, Quoted(bare) + " belongs to the older format");
   else if (!likely.empty())
-    place.Say(Problem::kUnknownDirective, "no reader knows " + Quoted(bare) + "; did you mean " + Quoted(likely) + "?");
+    place.Report(kUnknownDirective, "no reader knows " + Quoted(bare) + "; did you mean " + Quoted(likely) + "?");
   else if (FindDirective(bare) != 0)
-    place.Say(Problem::kIgnoredDirective, Quoted(bare) + " is known, but no reader acts on it");
+    place.Report(kIgnoredDirective, Quoted(bare) + " is known, but no reader acts on it");
   else
-    place.Say(Problem::kUnknownDirective, "no reader knows " + Quoted(bare));
+    place.Report(kUnknownDirective, "no reader knows " + Quoted(bare));
 }
 
 void CheckForm(const Place& place, std::string_view line, const Args& args, std::size_t needed, std::size_t useful) {
   const LineParts parts = CutLine(line);
   const ListShape shape = ShapeOf(parts.text.substr(parts.text.find('(') + 1));
   if (CommentCutsArgument(parts, shape)) {
-    place.Say(Problem::kCommentInArgument,
-              "`//` begins a comment, inside quotes too: " + Quoted(args.back()) + " is all that is read");
+    place.Report(kCommentInArgument,
+                 "`//` begins a comment, inside quotes too: " + Quoted(args.back()) + " is all that is read");
     return;
   }
   if (args.size() <= 1 || useful == 0) return;
   CheckEnd(place, parts, shape, args);
-  if (shape.openQuote)
-    place.Say(Problem::kOpenQuote, "a quote without its partner: commas behind it belong to the text");
+  if (shape.openQuote) place.Report(kOpenQuote, "a quote without its partner: commas behind it belong to the text");
   if (shape.skipsArgument)
-    place.Say(Problem::kSkippedArgument, "there is nothing before a comma, so the arguments behind it move up");
+    place.Report(kSkippedArgument, "there is nothing before a comma, so the arguments behind it move up");
   // In a line that is not closed, a tab at its end is what keeps it so.
   if (parts.isClosed && std::any_of(args.begin() + 1, args.end(), HasOuterTab))
-    place.Say(Problem::kTab, "a tab at the edge of an argument is part of it: readers take blanks away only");
+    place.Report(kTab, "a tab at the edge of an argument is part of it: readers take blanks away only");
   CheckArguments(place, args, needed, useful);
 }
 

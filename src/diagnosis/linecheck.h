@@ -11,7 +11,7 @@ namespace varnik {
 // A line whose name is empty.
 void CheckPlainText(const Place& place, std::string_view line);
 
-// Tells of a name that no reader knows, with the one that was likely meant.
+// Reports a name that no pass knows, with the one that was likely meant.
 void CheckUnknownName(const Place& place, const std::string& name);
 
 // The form of a line that is to be read as `args`. Arguments up to `needed` are those without which the line is passed

@@ -8,7 +8,9 @@ namespace varnik {
 
 namespace {
 
-constexpr std::size_t kLongestPath = 259;  // of Windows, the install's own folder included
+using enum Problem;
+
+constexpr std::size_t kMaxPathLength = 259;  // of Windows, the install's own folder included
 
 bool LeadsUp(const std::string& name) {
   for (std::size_t at = name.find(".."); at != std::string::npos; at = name.find("..", at + 2)) {
@@ -22,23 +24,23 @@ bool LeadsUp(const std::string& name) {
 }  // namespace
 
 bool CheckInstallPath(const Place& place, const std::string& name) {
-  if (name.size() > kLongestPath) {
-    place.Say(Problem::kLongPath, Quoted(name) + " is longer than " + std::to_string(kLongestPath) + " characters");
+  if (name.size() > kMaxPathLength) {
+    place.Report(kLongPath, Quoted(name) + " is longer than " + std::to_string(kMaxPathLength) + " characters");
     return false;
   }
   const bool hasRootDir = win::StartsWithNoCase(name, "@rootdir");
   if (hasRootDir || (name.size() > 1 && name[1] == ':')) {
-    place.Say(Problem::kBadPath, Quoted(name) + " is taken for a name below the install: paths stand there without " +
-                                     (hasRootDir ? "`@rootdir`" : "a drive"));
+    place.Report(kBadPath, Quoted(name) + " is taken for a name below the install: paths stand there without " +
+                               (hasRootDir ? "`@rootdir`" : "a drive"));
     return false;
   }
-  if (LeadsUp(name)) place.Say(Problem::kOutsideInstall, Quoted(name) + " leads up by `..`");
+  if (LeadsUp(name)) place.Report(kOutsideInstall, Quoted(name) + " leads up by `..`");
   return !name.empty();
 }
 
 bool CheckSingleName(const Place& place, const std::string& name) {
   if (!win::HasWildcards(name)) return true;
-  place.Say(Problem::kWildcard, Quoted(name) + " has wildcards, and one file is meant: nothing is done");
+  place.Report(kWildcard, Quoted(name) + " has wildcards, and one file is meant: nothing is done");
   return false;
 }
 

@@ -7,10 +7,10 @@
 // Names below the install as definitions of the current format give them.
 namespace varnik {
 
-// False, having said why, for a name that no file of an install can have.
+// Reports a name that no file of an install can have, and returns false then.
 bool CheckInstallPath(const Place& place, const std::string& name);
 
-// False, having said so, for a name with wildcards.
+// Reports a name with wildcards, and returns false then.
 bool CheckSingleName(const Place& place, const std::string& name);
 
 }  // namespace varnik

@@ -8,7 +8,7 @@ namespace varnik {
 
 namespace {
 
-constexpr std::size_t kLongestName = 40;
+constexpr std::size_t kMaxNameLength = 40;
 
 // Letters to change, add, drop or swap with their neighbour.
 std::size_t EditDistance(std::string_view a, std::string_view b) {
@@ -29,7 +29,7 @@ std::size_t EditDistance(std::string_view a, std::string_view b) {
 }  // namespace
 
 std::string_view LikelyName(std::string_view name, const std::vector<std::string_view>& known) {
-  if (name.empty() || name.size() > kLongestName) return {};
+  if (name.empty() || name.size() > kMaxNameLength) return {};
   std::string_view likely;
   // A short word is soon near to any other.
   std::size_t least = name.size() > 4 ? 3 : 2;

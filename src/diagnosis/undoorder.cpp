@@ -10,6 +10,8 @@ namespace varnik {
 
 namespace {
 
+using enum Problem;
+
 // One text for all spellings of a path.
 std::string KeyOf(std::string_view path) {
   std::string key;
@@ -50,8 +52,8 @@ bool UndoOrder::Touches(const std::string& name) const { return FindShared(KeyOf
 void UndoOrder::Add(const Place& place, const std::vector<MovedName>& names) {
   const auto isShared = [&](const MovedName& moved) { return Touches(moved.name); };
   if (const auto shared = std::find_if(names.begin(), names.end(), isShared); shared != names.end())
-    place.Say(Problem::kUndoOrder, NameOfLine(FindShared(KeyOf(shared->name))) + " names " + Quoted(shared->name) +
-                                       " too, and is undone first, as it was done first: not all comes back");
+    place.Report(kUndoOrder, NameOfLine(FindShared(KeyOf(shared->name))) + " names " + Quoted(shared->name) +
+                                 " too, and is undone first, as it was done first: not all comes back");
   for (const MovedName& moved : names) {
     const std::string key = KeyOf(moved.name);
     names_.emplace(HashOf(key), place.line);

@@ -15,7 +15,7 @@ namespace varnik {
 // so it puts everything back only when no two of them touch the same name, or one a folder that the other reaches into.
 class UndoOrder {
  public:
-  // Takes in the names of one action, and tells of the first that it shares with an earlier one.
+  // Adds the names of one action, and reports the first that it shares with an earlier one.
   void Add(const Place& place, const std::vector<MovedName>& names);
 
   // True when an action has named this, a folder above it or something below it.

@@ -1,10 +1,10 @@
 #include "editor/definitiondraft.h"
 
-#include "installs/installlist.h"
 #include "platform/system/files/lines.h"
 #include "platform/system/files/wholefile.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
+#include "support/install.h"
 
 #include <algorithm>
 #include <utility>

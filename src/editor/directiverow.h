@@ -35,7 +35,7 @@ class DirectiveRow {
   // A part that is not there is left alone.
   void ChangePart(int part, const std::string& text);
 
-  // The row in the spelling of the catalogue. Empty parameters are passed over, so that a later one moves forward;
+  // The row in the spelling of the catalogue. Empty parameters are left out, so that a later one moves forward;
   // quotes in a parameter are not escaped.
   std::string BuildRowText() const;
 

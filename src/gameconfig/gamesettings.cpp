@@ -1,9 +1,9 @@
 #include "gameconfig/gamesettings.h"
 
-#include "installs/installlist.h"
 #include "platform/system/files/files.h"
 #include "platform/system/text/text.h"
 #include "support/ini_sm.h"
+#include "support/install.h"
 #include "support/modfindfile.h"
 
 namespace varnik {

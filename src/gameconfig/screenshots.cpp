@@ -1,7 +1,7 @@
 #include "gameconfig/screenshots.h"
 
-#include "installs/installlist.h"
 #include "platform/system/files/files.h"
+#include "support/install.h"
 #include "support/modfindfile.h"
 
 namespace varnik {

@@ -12,8 +12,6 @@
 namespace varnik {
 namespace {
 
-std::vector<InstallEntry> installs;
-
 // The game shipped without this file first; its patches bring it somewhere below addon.
 std::string DetectVersion(const std::string& root) {
   FileSearchParams params{.Recurse = true, .Pattern = "localize.odf"};
@@ -30,14 +28,7 @@ InstallEntry MakeInstallEntry(const std::string& path, const std::string& descri
   return entry;
 }
 
-const InstallEntry* Selected() {
-  const auto row = static_cast<std::size_t>(CurrentInstall);
-  return CurrentInstall >= 0 && row < installs.size() ? &installs[row] : nullptr;
-}
-
 }  // namespace
-
-const std::vector<InstallEntry>& InstallList = installs;
 
 bool IsBZ2Install(const std::string& path) {
   const std::string trimmed = win::Trim(path);
@@ -65,11 +56,11 @@ void ReadInstallList() {
   std::vector<InstallEntry> rows;
   for (std::string path = StoredInstallPath(0); !path.empty(); path = StoredInstallPath(rows.size()))
     rows.push_back(MakeInstallEntry(path, StoredInstallDescription(rows.size())));
-  if (!rows.empty()) installs = std::move(rows);
+  if (!rows.empty()) SetInstallList(std::move(rows));
 }
 
 bool IsOffered(std::size_t row) {
-  return row < installs.size() && !installs[row].Description.empty() && StoredInstallIsTicked(row);
+  return row < InstallList.size() && !InstallList[row].Description.empty() && StoredInstallIsTicked(row);
 }
 
 std::int16_t StoredActiveInstall() {
@@ -78,19 +69,9 @@ std::int16_t StoredActiveInstall() {
 
 void StoreActiveInstall(std::int16_t row) { Store(kInstallsSection, "Active", std::to_string(row)); }
 
-bool SelectInstall(std::int16_t row) {
-  const bool isRow = row >= 0 && static_cast<std::size_t>(row) < installs.size();
-  CurrentInstall = isRow ? row : std::int16_t{-1};
-  return isRow;
-}
-
 void UseInstallFolder(const std::string& path) {
-  installs.assign(1, MakeInstallEntry(win::WithSeparator(path), ""));
-  CurrentInstall = 0;
+  SetInstallList({MakeInstallEntry(win::WithSeparator(path), "")});
+  SelectInstall(0);
 }
-
-std::string InstallRoot() { return Selected() ? Selected()->Path : ""; }
-std::string InstallVersion() { return Selected() ? Selected()->Version : ""; }
-bool IsVersion13() { return InstallVersion() == "1.3"; }
 
 }  // namespace varnik

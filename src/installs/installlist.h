@@ -1,22 +1,11 @@
 #pragma once
 
+#include "support/install.h"
+
 #include <cstddef>
-#include <cstdint>
-#include <string>
-#include <vector>
 
-// The installs that the player keeps, in the player's own order.
+// The installs that the player keeps, in the player's own order, and how a folder is known for one.
 namespace varnik {
-
-struct InstallEntry {
-  std::string Path;         // ends in `\` or `/`
-  std::string Description;  // never empty for a folder that holds an install
-  std::string Version;      // empty when the folder failed the install test; only the exact text 1.3 has a meaning
-};
-
-// Indexed from 0; a row's index is the number in its keys in the store. A row whose folder failed the install test
-// stays, so that indices keep their meaning. Written by ReadInstallList and UseInstallFolder only.
-extern const std::vector<InstallEntry>& InstallList;
 
 // True when bzone.exe, data.pak and binkw32.dll all exist in the folder.
 bool IsBZ2Install(const std::string& path);
@@ -37,17 +26,7 @@ bool IsOffered(std::size_t row);
 std::int16_t StoredActiveInstall();
 void StoreActiveInstall(std::int16_t row);
 
-// False, with no install selected, when the list has no such row.
-bool SelectInstall(std::int16_t row);
-
 // Makes the folder, which need not be in the store, the selected install: one row, index 0.
 void UseInstallFolder(const std::string& path);
-
-// Of the selected install; empty, and no version, with none selected.
-std::string InstallRoot();
-std::string InstallVersion();
-
-// True when the selected install's version is exactly 1.3, on which everything special to that version depends.
-bool IsVersion13();
 
 }  // namespace varnik

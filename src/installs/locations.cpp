@@ -66,7 +66,7 @@ void SaveLocations(const LocationList& list) {
   }
   // Without a first row the section counts as empty, and what else it may hold is not ours to take away.
   const bool holdsList = !ReadStored(kInstallsSection, "BZ2Loc0").empty();
-  StoreAll(kInstallsSection, rows, holdsList ? win::OtherKeys::kGo : win::OtherKeys::kStay);
+  StoreAll(kInstallsSection, rows, holdsList ? win::OtherKeys::kRemove : win::OtherKeys::kKeep);
 }
 
 }  // namespace varnik

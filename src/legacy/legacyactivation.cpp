@@ -1,12 +1,16 @@
+#include "legacy/legacyactivation.h"
+
+#include "definition/bzonecfg.h"
 #include "definition/crashmarker.h"
 #include "definition/currentline.h"
-#include "installs/installlist.h"
-#include "legacy/legacy.h"
 #include "legacy/legacyconfig.h"
 #include "legacy/legacyformat.h"
 #include "platform/system/files/files.h"
 #include "platform/system/files/lines.h"
 #include "platform/system/process/process.h"
+#include "support/install.h"
+
+#include <set>
 
 namespace varnik {
 
@@ -17,8 +21,7 @@ struct ActivationPass {
   LegacyArguments arguments;
   LegacyConfig config = LegacyConfig::kUndecided;
   LegacyConfigWriter generated;
-  bool pilotsDone = false;
-  bool savedDone = false;
+  std::set<std::string> swappedFolders;
   bool tempMade = false;
   bool execAllowed = true;
   bool programTookOver = false;
@@ -47,24 +50,21 @@ void Dynamic(ActivationPass& pass, const LegacyLine&) {
 void Predefined(ActivationPass& pass, const LegacyLine& line) {
   if (!Decide(pass, LegacyConfig::kPredefined)) return;
   const std::string path = pass.places.ExpandRootDir(line.Value());
-  win::RenameFile(pass.InRoot("bzone.cfg"), pass.InRoot(kSavedConfig));
-  win::RenameFile(path, pass.InRoot("bzone.cfg"));
+  win::RenameFile(pass.InRoot(kGameConfig), pass.InRoot(kLegacyConfigBackup));
+  win::RenameFile(path, pass.InRoot(kGameConfig));
 }
 
 void NoBzoneCfg(ActivationPass& pass, const LegacyLine&) { Decide(pass, LegacyConfig::kUntouched); }
 
-void SwapFolder(ActivationPass& pass, const LegacyLine& line, const std::string& folder, bool& done) {
-  if (done) return;
+// `pilots` and `saved`: the keyword is the folder's name, and its first line counts.
+void SwapFolder(ActivationPass& pass, const LegacyLine& line) {
+  const std::string folder = line.Keyword();
+  if (!pass.swappedFolders.insert(folder).second) return;
   const std::string path = pass.places.ExpandRootDir(line.Value());
-  win::RenameFile(pass.InRoot(folder), pass.InRoot(folder + kSavedFolder));
+  win::RenameFile(pass.InRoot(folder), pass.InRoot(folder + kLegacyFolderBackup));
   win::RenameFile(path, pass.InRoot(folder));
   pass.execAllowed = false;
-  done = true;
 }
-
-void Pilots(ActivationPass& pass, const LegacyLine& line) { SwapFolder(pass, line, "pilots", pass.pilotsDone); }
-
-void Saved(ActivationPass& pass, const LegacyLine& line) { SwapFolder(pass, line, "saved", pass.savedDone); }
 
 void Pak(ActivationPass& pass, const LegacyLine& line) {
   if (pass.config != LegacyConfig::kGenerated) return;
@@ -78,11 +78,11 @@ void Fold(ActivationPass& pass, const LegacyLine& line) {
 }
 
 void MakeTempFolder(ActivationPass& pass) {
-  if (!pass.tempMade) win::MakeFolder(pass.InRoot(kTempFolder));
+  if (!pass.tempMade) win::MakeFolder(pass.InRoot(kParkingFolder));
   pass.tempMade = true;
 }
 
-// The one change that leaves a later `exec` in force.
+// The one change after which a later `exec` still counts.
 void Replace(ActivationPass& pass, const LegacyLine& line) {
   MakeTempFolder(pass);
   pass.places.SplitExpanded(line, pass.arguments);
@@ -108,8 +108,8 @@ constexpr LegacyDirective<ActivationPass> kDirectives[] = {
     {"dynamic", Dynamic},
     {"predefined ", Predefined},
     {"nobzonecfg", NoBzoneCfg},
-    {"pilots ", Pilots},
-    {"saved ", Saved},
+    {"pilots ", SwapFolder},
+    {"saved ", SwapFolder},
     {"pak ", Pak},
     {"fold ", Fold},
     {"replace ", Replace},
@@ -132,7 +132,7 @@ bool ActivateLegacyMod(const std::string& definitionFile) {
   ActivationPass pass;
   while (!file.AtEnd() && !pass.programTookOver) {
     const LegacyLine line = ReadLegacyLine(file);
-    const AtLine here(file);
+    const ScopedLine here(file);
     ActOnLegacyLine(kDirectives, pass, line);
   }
   if (pass.programTookOver) return false;

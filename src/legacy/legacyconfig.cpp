@@ -8,14 +8,13 @@ namespace varnik {
 
 namespace {
 
-constexpr char kNewConfig[] = "newbzone.tmp";
 constexpr int kEntryIndent = 16;
 constexpr char kLineEnd[] = "\r\n";
 
 }  // namespace
 
 void LegacyConfigWriter::Begin(const std::string& root) {
-  file_.emplace(root + kNewConfig, win::WriteMode::kOutput);
+  file_.emplace(root + kLegacyGeneratedConfig, win::WriteMode::kOutput);
   file_->WriteLine(ConfigurationHead(true) + kLineEnd);
 }
 
@@ -34,8 +33,8 @@ void LegacyConfigWriter::Finish(const std::string& root) {
   file_->WriteLine(FolderEntry(kEntryIndent, "@rootdir\\data"));
   file_->WriteLine(kConfigurationEnd);
   file_->Close();
-  win::RenameFile(root + "bzone.cfg", root + kSavedConfig);
-  win::RenameFile(root + kNewConfig, root + "bzone.cfg");
+  win::RenameFile(root + kGameConfig, root + kLegacyConfigBackup);
+  win::RenameFile(root + kLegacyGeneratedConfig, root + kGameConfig);
 }
 
 }  // namespace varnik

@@ -1,12 +1,16 @@
-#include "installs/installlist.h"
-#include "legacy/legacy.h"
+#include "legacy/legacydeactivation.h"
+
+#include "definition/bzonecfg.h"
 #include "legacy/legacyformat.h"
 #include "platform/system/files/files.h"
 #include "platform/system/files/lines.h"
 #include "platform/system/store/registry.h"
+#include "support/install.h"
 #include "support/modfileexists.h"
 #include "support/registry.h"
 #include "support/settings.h"
+
+#include <set>
 
 namespace varnik {
 
@@ -18,31 +22,32 @@ struct UndoPass {
   LegacyPlaces places;
   LegacyArguments arguments{};
   LegacyConfig config = LegacyConfig::kUndecided;
-  bool pilotsDone = false;
-  bool savedDone = false;
+  std::set<std::string> swappedFolders = {};
 
   std::string InRoot(const std::string& name) const { return root + name; }
 };
 
 // Without the saved configuration there is nothing to put back, and a later line may still be the one that saved it.
 bool TakeSavedConfig(UndoPass& pass, LegacyConfig config) {
-  if (pass.config != LegacyConfig::kUndecided || !FileExists(pass.InRoot(kSavedConfig))) return false;
+  if (pass.config != LegacyConfig::kUndecided || !FileExists(pass.InRoot(kLegacyConfigBackup))) return false;
   pass.config = config;
   return true;
 }
 
-void RestoreConfig(const UndoPass& pass) { win::RenameFile(pass.InRoot(kSavedConfig), pass.InRoot("bzone.cfg")); }
+void RestoreConfig(const UndoPass& pass) {
+  win::RenameFile(pass.InRoot(kLegacyConfigBackup), pass.InRoot(kGameConfig));
+}
 
 void Dynamic(UndoPass& pass, const LegacyLine&) {
   if (!TakeSavedConfig(pass, LegacyConfig::kGenerated)) return;
-  win::DeleteFiles(pass.InRoot("bzone.cfg"));
+  win::DeleteFiles(pass.InRoot(kGameConfig));
   RestoreConfig(pass);
 }
 
 void Predefined(UndoPass& pass, const LegacyLine& line) {
   if (!TakeSavedConfig(pass, LegacyConfig::kPredefined)) return;
   const std::string path = pass.places.ExpandRootDir(line.Value());
-  win::RenameFile(pass.InRoot("bzone.cfg"), path);
+  win::RenameFile(pass.InRoot(kGameConfig), path);
   RestoreConfig(pass);
 }
 
@@ -50,17 +55,13 @@ void NoBzoneCfg(UndoPass& pass, const LegacyLine&) {
   if (pass.config == LegacyConfig::kUndecided) pass.config = LegacyConfig::kUntouched;
 }
 
-void SwapBack(UndoPass& pass, const LegacyLine& line, const std::string& folder, bool& done) {
-  if (done) return;
+void SwapBack(UndoPass& pass, const LegacyLine& line) {
+  const std::string folder = line.Keyword();
+  if (!pass.swappedFolders.insert(folder).second) return;
   const std::string path = pass.places.ExpandRootDir(line.Value());
   win::RenameFile(pass.InRoot(folder), path);
-  win::RenameFile(pass.InRoot(folder + kSavedFolder), pass.InRoot(folder));
-  done = true;
+  win::RenameFile(pass.InRoot(folder + kLegacyFolderBackup), pass.InRoot(folder));
 }
-
-void Pilots(UndoPass& pass, const LegacyLine& line) { SwapBack(pass, line, "pilots", pass.pilotsDone); }
-
-void Saved(UndoPass& pass, const LegacyLine& line) { SwapBack(pass, line, "saved", pass.savedDone); }
 
 void Replace(UndoPass& pass, const LegacyLine& line) {
   pass.places.SplitExpanded(line, pass.arguments);
@@ -80,9 +81,9 @@ void Remove(UndoPass& pass, const LegacyLine& line) {
 
 // `exec`, `pak` and `fold` leave nothing behind.
 constexpr LegacyDirective<UndoPass> kDirectives[] = {
-    {"dynamic", Dynamic}, {"predefined ", Predefined}, {"nobzonecfg", NoBzoneCfg},
-    {"pilots ", Pilots},  {"saved ", Saved},           {"replace ", Replace},
-    {"move ", Move},      {"remove ", Remove},
+    {"dynamic", Dynamic},  {"predefined ", Predefined}, {"nobzonecfg", NoBzoneCfg},
+    {"pilots ", SwapBack}, {"saved ", SwapBack},        {"replace ", Replace},
+    {"move ", Move},       {"remove ", Remove},
 };
 
 }  // namespace
@@ -96,7 +97,7 @@ void DeactivateLegacyMod(const std::string& definitionFile, const std::string& r
   while (!file.AtEnd())
     ActOnLegacyLine(kDirectives, pass, ReadLegacyLine(file));
   // The folder goes while the marker still stands: a kill in between leaves nothing behind that a start would not find.
-  win::RemoveFolder(pass.InRoot(kTempFolder));
+  win::RemoveFolder(pass.InRoot(kParkingFolder));
   Forget(kCrashSection);
   RegRemoveValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue);
 }

@@ -19,7 +19,7 @@ void LegacyArguments::Split(const LegacyLine& line) {
 }
 
 std::string LegacyPlaces::NextTempName() {
-  std::string name = root + kTempFolder + "\\" + std::to_string(LegacyTempCounter);
+  std::string name = root + kParkingFolder + "\\" + std::to_string(LegacyTempCounter);
   if (LegacyTempCounter < std::numeric_limits<std::int16_t>::max()) ++LegacyTempCounter;
   return name;
 }

@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
 // What the three passes over a legacy definition have in common: how a line is read, and what its paths mean.
 namespace varnik {
@@ -18,6 +17,7 @@ struct LegacyLine {
   std::size_t keywordLength = 0;  // of the directive that it was found to be
 
   std::string Value() const { return text.substr(keywordLength); }
+  std::string Keyword() const { return win::Trim(win::LowerCase(text.substr(0, keywordLength))); }
 };
 
 LegacyLine ReadLegacyLine(win::LineReader& file);
@@ -29,28 +29,25 @@ constexpr char kLegacySplash[] = "splashimg ";
 
 // A directive's keyword stands at the front of its line, whatever its case, with its blank where it has one. Empty
 // lines and `;` comments begin with no keyword, so they need no test of their own.
-template <typename Walk>
+template <typename State>
 struct LegacyDirective {
   const char* keyword;
-  void (*act)(Walk& walk, const LegacyLine& line);
+  void (*act)(State& state, const LegacyLine& line);
 };
 
-// False when the line is no directive of the walk.
-template <typename Walk, std::size_t N>
-bool ActOnLegacyLine(const LegacyDirective<Walk> (&directives)[N], Walk& walk, LegacyLine line) {
-  for (const LegacyDirective<Walk>& directive : directives) {
+// False when the line is no directive of the pass.
+template <typename State, std::size_t N>
+bool ActOnLegacyLine(const LegacyDirective<State> (&directives)[N], State& state, LegacyLine line) {
+  for (const LegacyDirective<State>& directive : directives) {
     if (!win::StartsWithNoCase(line.text, directive.keyword)) continue;
     line.keywordLength = std::string_view(directive.keyword).size();
-    directive.act(walk, line);
+    directive.act(state, line);
     return true;
   }
   return false;
 }
 
-// Every keyword that a pass acts on: those of the activation.
-std::vector<std::string_view> LegacyKeywords();
-
-// The two arguments of `replace` and `move`. They live as long as the walk, since a line without a comma keeps the
+// The two arguments of `replace` and `move`. They live as long as the pass, since a line without a comma keeps the
 // first one of the line before, and takes its own whole text, keyword included, as the second.
 struct LegacyArguments {
   std::string first;
@@ -62,7 +59,7 @@ struct LegacyArguments {
 // Where the game's core configuration of a mod comes from; the first line that says so counts.
 enum class LegacyConfig { kUndecided, kGenerated, kPredefined, kUntouched };
 
-// The install that a walk works on, and the numbers of its parking names.
+// The install that a pass works on, and the numbers of its parking names.
 struct LegacyPlaces {
   std::string root;  // ends in a separator
   std::int16_t LegacyTempCounter = 1;
@@ -81,8 +78,12 @@ struct LegacyPlaces {
 bool HasRootDir(const std::string& path);
 constexpr std::size_t kRootDirLength = 9;
 
-constexpr char kSavedConfig[] = "bzone.tmp.old";  // the game's own bzone.cfg while the mod's is in its place
-constexpr char kSavedFolder[] = ".orig";          // behind the name of a folder while the mod's is in its place
-constexpr char kTempFolder[] = "tempstuff";
+// Names in the install's root.
+constexpr char kLegacyGeneratedConfig[] = "newbzone.tmp";  // until it takes the place of bzone.cfg
+constexpr char kLegacyConfigBackup[] = "bzone.tmp.old";    // the game's own bzone.cfg while the mod's is in its place
+constexpr char kLegacyFolderBackup[] = ".orig";  // behind the name of a player's folder while the mod's is in its place
+constexpr char kPilotsFolder[] = "pilots";
+constexpr char kSavedGamesFolder[] = "saved";
+constexpr char kParkingFolder[] = "tempstuff";
 
 }  // namespace varnik

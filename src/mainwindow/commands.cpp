@@ -1,11 +1,11 @@
 #include "editor/ui/frmnewmod.h"
-#include "installs/installlist.h"
 #include "installs/ui/frmaddrembz2.h"
 #include "mainwindow/frmmain.h"
 #include "modengine/catalogue.h"
 #include "modengine/deactivation.h"
 #include "platform/system/process/services.h"
 #include "platform/system/text/text.h"
+#include "support/install.h"
 #include "support/runstate.h"
 #include "support/settings.h"
 

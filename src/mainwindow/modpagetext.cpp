@@ -1,9 +1,9 @@
 #include "mainwindow/modpagetext.h"
 
 #include "definition/includes.h"
-#include "installs/installlist.h"
 #include "platform/system/files/wholefile.h"
 #include "platform/system/text/text.h"
+#include "support/install.h"
 #include "support/modfileexists.h"
 #include "support/runstate.h"
 

@@ -22,7 +22,7 @@ void FrmMain::activatebz2(int index, bool quiet) {
 }
 
 void FrmMain::SelectInstall(int index) {
-  CurrentInstall = static_cast<std::int16_t>(index);
+  varnik::SelectInstall(static_cast<std::int16_t>(index));
   lblBZ2LocVer.SetCaption("Current BZ2 Dir: " + InstallRoot() + "\r\nVersion: " + InstallVersion());
   MarkInstall(menu, hidden, index);
   menu.mnubz2reload.SetEnabled(true);
@@ -49,7 +49,7 @@ void FrmMain::SelectNoInstall() {
   SettingTree.SetEnabled(false);
   lblNoBZ2Dir.SetVisible(true);
   lblBZ2LocVer.SetCaption("Current BZ2 Dir: None\r\nVersion: N/A");
-  CurrentInstall = -1;
+  varnik::SelectInstall(-1);
   MarkInstall(menu, hidden, -1);
   menu.mnubz2reload.SetEnabled(false);
   hidden.mnubz2hreload.SetEnabled(false);

@@ -1,14 +1,14 @@
 #include "maps/mapclass.h"
 
-#include "installs/installlist.h"
 #include "modengine/catalogue.h"
 #include "platform/system/text/text.h"
+#include "support/install.h"
 #include "support/runstate.h"
 
 namespace varnik {
 namespace {
 
-bool Lies(const std::string& folder, const char* belowData, const char* belowAddon) {
+bool IsBelowEither(const std::string& folder, const char* belowData, const char* belowAddon) {
   const std::string place = TranslateMapPath(folder);
   return (!IsVersion13() && win::StartsWithNoCase(place, belowData)) || win::StartsWithNoCase(place, belowAddon);
 }
@@ -81,11 +81,11 @@ std::string TranslateMapPath(const std::string& path) {
 }
 
 bool IsMultiplayerPath(const std::string& folder) {
-  return Lies(folder, "data\\missions\\multiplayer\\", "addon\\missions\\multiplayer\\");
+  return IsBelowEither(folder, "data\\missions\\multiplayer\\", "addon\\missions\\multiplayer\\");
 }
 
 bool IsInstantPath(const std::string& folder) {
-  return Lies(folder, "data\\missions\\instant\\", "addon\\missions\\instant\\");
+  return IsBelowEither(folder, "data\\missions\\instant\\", "addon\\missions\\instant\\");
 }
 
 bool IsInModFolders(const std::string& folder) {

@@ -10,7 +10,7 @@
 // way: a map may well stand on one page and be described as another.
 namespace varnik {
 
-// `path` as the file lies while the selected mod is in force: the first of ModRenames that fits applies, and no other.
+// `path` as the file lies while the selected mod is active: the first of ModRenames that fits applies, and no other.
 // The mod hides a file by a target that no folder has.
 std::string TranslateMapPath(const std::string& path);
 

@@ -1,10 +1,10 @@
 #include "maps/mapconversion.h"
 
-#include "installs/installlist.h"
 #include "maps/mapclass.h"
 #include "platform/system/files/files.h"
 #include "platform/system/process/services.h"
 #include "support/ini_sm.h"
+#include "support/install.h"
 
 namespace varnik {
 namespace {
@@ -16,12 +16,6 @@ constexpr char kQuestion[] =
     "Some of your multiplayer map configuration files are not 1.3 ready. Would you like to convert them for 1.3 "
     "use?\r\n"
     "Note: This process is based on ivar information only and may produce inaccurate results.";
-
-void AskOnce() {
-  if (ConvertAsked || ConvertWanted) return;
-  ConvertAsked = true;
-  ConvertWanted = win::MsgBox(kQuestion, win::kYesNo, "Convert Maps?") == win::Answer::kYes;
-}
 
 // A map that names no type at all is taken for a deathmatch map.
 std::string TagOf(const MapEntry& entry) {
@@ -36,7 +30,10 @@ void ResetConversion() { ConvertAsked = ConvertWanted = false; }
 void OfferConversion(const MapEntry& entry, const win::ProfileFile& inf, const std::string& infPath) {
   if (!IsVersion13() || !IsMultiplayerPath(entry.Folder) || !IsInModFolders(entry.Folder)) return;
   if (!ReadIniValue("NetVars", "svar7", inf, "").empty()) return;
-  AskOnce();
+  if (!ConvertAsked) {
+    ConvertAsked = true;
+    ConvertWanted = win::MsgBox(kQuestion, win::kYesNo, "Convert Maps?") == win::Answer::kYes;
+  }
   if (!ConvertWanted) return;
   win::ClearReadOnly(infPath);
   WriteIniValue("NetVars", "svar7", TagOf(entry), infPath);

@@ -1,7 +1,7 @@
 #include "maps/mapdetails.h"
 
-#include "installs/installlist.h"
 #include "maps/mapclass.h"
+#include "support/install.h"
 #include "support/modfileexists.h"
 #include "support/modfindfile.h"
 

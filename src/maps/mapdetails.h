@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-// What the map page tells of a map besides its name.
+// What the map page shows of a map besides its name.
 namespace varnik {
 
 // The lines "Map Name", "Map Type" and, for a deathmatch map, the subtype.

@@ -39,9 +39,9 @@ std::string SearchInstall(const std::string& root, const std::string& pattern) {
 
 }  // namespace
 
-void MapFiles::Walk() {
-  if (walked_) return;
-  walked_ = true;
+void MapFiles::ReadFolders() {
+  if (isRead_) return;
+  isRead_ = true;
   const FileSearchParams params;
   std::string here, relative;
   std::size_t number = 0;
@@ -66,12 +66,12 @@ void MapFiles::NoteInf(const std::string& folder, std::size_t number, const win:
 }
 
 std::vector<std::string> MapFiles::FindMaps() {
-  Walk();
+  ReadFolders();
   return std::move(maps_);
 }
 
 bool MapFiles::HasInf(const std::string& path) {
-  Walk();
+  ReadFolders();
   const std::size_t nameAt = path.rfind('\\') + 1;
   const std::string name = win::LowerCase(std::string_view(path).substr(nameAt));
   const auto folder = folders_.find(path.substr(0, nameAt));
@@ -81,7 +81,7 @@ bool MapFiles::HasInf(const std::string& path) {
 
 std::string MapFiles::FindFirstInf(const std::string& name) {
   if (!IsPlain(name)) return SearchInstall(root_, name);
-  Walk();
+  ReadFolders();
   const auto first = firstInf_.find(win::LowerCase(name));
   return first == firstInf_.end() ? "" : first->second;
 }

@@ -9,8 +9,8 @@
 #include <vector>
 
 // The maps of an install and their .inf files, for one load of the catalogue. All that the load would search the whole
-// install for is answered from one walk, made when it is first needed: each name with the file that its search would
-// find first. What changes on disk after that walk is not seen, so every load makes its own.
+// install for is answered from one pass over its folders, made when it is first needed: each name with the file that
+// its search would find first. What changes on disk after that pass is not seen, so every load makes its own.
 namespace varnik {
 
 class MapFiles {
@@ -30,11 +30,11 @@ class MapFiles {
   std::string FindFirstInf(const std::string& name);
 
  private:
-  void Walk();
+  void ReadFolders();
   void NoteInf(const std::string& folder, std::size_t number, const win::FoundEntry& entry);
 
   std::string root_;
-  bool walked_ = false;
+  bool isRead_ = false;
   std::vector<std::string> maps_;
   std::unordered_map<std::string, std::string> firstInf_;  // name in lower case to full path
   std::unordered_map<std::string, std::size_t> folders_;   // relative to the root, as spelled on disk, to its number

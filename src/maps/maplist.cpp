@@ -1,6 +1,5 @@
 #include "maps/maplist.h"
 
-#include "installs/installlist.h"
 #include "maps/mapconversion.h"
 #include "maps/mapfiles.h"
 #include "maps/mapmetadata.h"
@@ -9,6 +8,7 @@
 #include "platform/system/process/services.h"
 #include "platform/system/text/text.h"
 #include "support/debuglog.h"
+#include "support/install.h"
 #include "support/modfileexists.h"
 #include "support/runstate.h"
 
@@ -38,10 +38,9 @@ class Load {
   void Scan(const std::string& cache);
 
  private:
-  void Say(const std::string& text);
+  void Report(const std::string& text);
   bool Lost() const { return generation_ != generation; }
   bool ReadCacheLine(const std::string& line);
-  bool ReadFoundMap(std::size_t row, std::string path, std::vector<std::string>& lines);
   bool ReadRow(std::size_t row, std::string& path, std::string& folder);
 
   const Progress& progress_;
@@ -49,15 +48,9 @@ class Load {
   const unsigned generation_;
 };
 
-void Load::Say(const std::string& text) {
+void Load::Report(const std::string& text) {
   if (progress_) progress_(text);
   win::DoEvents();
-}
-
-void WriteCache(const std::string& cache, const std::vector<std::string>& lines) {
-  win::LineWriter file(cache, win::WriteMode::kOutput);
-  for (const std::string& line : lines)
-    file.WriteLine(line);
 }
 
 std::string CountText(std::size_t row) { return "Processing Map: " + std::to_string(row); }
@@ -88,37 +81,35 @@ bool Load::ReadCacheLine(const std::string& line) {
 void Load::ReadCache(const std::string& cache) {
   win::LineReader file(cache);
   while (!file.AtEnd()) {
-    Say(CountText(mapList.size()));
+    Report(CountText(mapList.size()));
     if (Lost() || !ReadCacheLine(file.ReadLine())) return;
   }
 }
 
-bool Load::ReadFoundMap(std::size_t row, std::string path, std::vector<std::string>& lines) {
-  Say(CountText(row));
-  std::string folder;
-  if (Lost() || !ReadRow(row, path, folder)) return false;
-  lines.push_back(path + "," + folder);
-  return true;
-}
-
 void Load::Scan(const std::string& cache) {
-  Say("Loading Map File List");
-  const std::vector<std::string> found = files_.FindMaps();
+  Report("Loading Map File List");
+  std::vector<std::string> found = files_.FindMaps();
   if (found.empty() || Lost()) return;
   mapList.resize(found.size() + 1);
   win::DeleteFiles(cache);
   std::vector<std::string> lines;
   std::size_t row = 1;
-  while (row <= found.size() && ReadFoundMap(row, found[row - 1], lines))
-    ++row;
+  for (; row <= found.size(); ++row) {
+    Report(CountText(row));
+    std::string folder;
+    if (Lost() || !ReadRow(row, found[row - 1], folder)) break;
+    lines.push_back(found[row - 1] + "," + folder);
+  }
   if (Lost()) return;
   mapsLoaded = row > found.size();
-  // Only now: a cache is trusted for ever, and a program that is stopped during the scan must not leave half of one.
-  WriteCache(cache, lines);
+  // Only now: a cache is always trusted, and a program that is stopped during the scan must not leave half of one.
+  win::LineWriter file(cache, win::WriteMode::kOutput);
+  for (const std::string& line : lines)
+    file.WriteLine(line);
 }
 
 // The empty name at index 0 of SearchDirs counts here, for folders that begin with a backslash.
-bool LiesIn(const std::string& folder, const std::string& searchDir) {
+bool IsBelow(const std::string& folder, const std::string& searchDir) {
   return win::StartsWithNoCase(folder, searchDir + "\\");
 }
 
@@ -177,7 +168,7 @@ std::vector<std::size_t> MapRowsOfPage(int mapType, int subType) {
   for (const std::string& name : SearchDirs)
     for (std::size_t row = 1; row < mapList.size(); ++row) {
       const Placed& placed = places.Of(mapList[row].Folder);
-      if (LiesIn(placed.folder, name) && page->shows(mapList[row], placed.place)) rows.push_back(row);
+      if (IsBelow(placed.folder, name) && page->shows(mapList[row], placed.place)) rows.push_back(row);
     }
   return rows;
 }
@@ -186,7 +177,7 @@ std::vector<std::string> PagesOfMapRow(std::size_t row) {
   std::vector<std::string> keys;
   if (row == 0 || row >= mapList.size()) return keys;
   const Placed placed = Places().Of(mapList[row].Folder);
-  const auto holds = [&](const std::string& name) { return LiesIn(placed.folder, name); };
+  const auto holds = [&](const std::string& name) { return IsBelow(placed.folder, name); };
   if (std::none_of(SearchDirs.begin(), SearchDirs.end(), holds)) return keys;
   for (const MapPage& page : kMapPages)
     if (page.shows(mapList[row], placed.place)) keys.push_back(page.key);

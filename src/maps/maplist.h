@@ -25,9 +25,9 @@ extern const bool& MapLoadTried;
 void ClearMapList();
 
 // From `varnik.lst` in the install root when it exists and `rescan` is false, else by a scan that writes it. `progress`
-// is told each step in words and may be empty. What cannot be read on (a line of the cache without a comma, a number
+// gets each step in words and may be empty. What cannot be read on (a line of the cache without a comma, a number
 // beyond 16 bits) ends the load without a word: the rows so far stand, and the one that failed stays empty. So does a
-// catalogue that an event cleared meanwhile.
+// catalogue that an event cleared during the load.
 void LoadMapList(bool rescan, const std::function<void(const std::string&)>& progress = {});
 
 // Rows of MapList that a page shows, grouped by folder name as SearchDirs gives them; a row that matches two names

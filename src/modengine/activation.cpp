@@ -4,8 +4,8 @@
 #include "definition/crashmarker.h"
 #include "definition/currentline.h"
 #include "definition/includes.h"
-#include "definition/passdirective.h"
-#include "installs/installlist.h"
+#include "definition/recylist.h"
+#include "modengine/activationstate.h"
 #include "modengine/sessiondefaults.h"
 #include "platform/system/files/files.h"
 #include "platform/system/files/lines.h"
@@ -13,42 +13,42 @@
 #include "platform/system/process/services.h"
 #include "platform/system/text/text.h"
 #include "platform/system/text/wildcards.h"
+#include "support/install.h"
 #include "support/modfileexists.h"
 
 namespace varnik {
 
 namespace {
 
-std::array<std::string, 26> raceNames;
-
 // One file of the pass.
-struct Walk {
-  ActivationWalk& state;
+struct Pass {
+  ActivationState& state;
   const std::string& root;
   ReadBounds& bounds;
-  bool goOn = true;
+  bool exeTookOver = false;
 
   std::string Below(const std::string& name) const { return root + name; }
 };
 
-bool ActivateFile(win::LineReader& file, Walk walk);
+// False when an EXE took over.
+bool ActivateFile(win::LineReader& file, Pass pass);
 
-void Include(Walk& walk, const Args& args) {
+void Include(Pass& pass, const Args& args) {
   const std::string path = FindModFile(args[1]);
   if (path.empty()) return;
-  const FurtherFile further(walk.bounds);
-  if (!further.IsAllowed()) return;
-  const bool persistent = walk.state.persistent;
+  const IncludeScope scope(pass.bounds);
+  if (!scope.IsAllowed()) return;
+  const bool persistent = pass.state.persistent;
   win::LineReader file(path);
-  walk.goOn = ActivateFile(file, walk);
-  walk.state.persistent = persistent;
+  pass.exeTookOver = !ActivateFile(file, pass);
+  pass.state.persistent = persistent;
 }
 
-void RequireExe(Walk& walk, const Args& args) {
-  if (!walk.state.noActionYet || !FileExists(walk.Below(args[1]))) return;
-  walk.state.noActionYet = false;
-  walk.goOn = false;
-  win::ShellExecute(walk.Below(args[1]));
+void RequireExe(Pass& pass, const Args& args) {
+  if (!pass.state.noActionYet || !FileExists(pass.Below(args[1]))) return;
+  pass.state.noActionYet = false;
+  pass.exeTookOver = true;
+  win::ShellExecute(pass.Below(args[1]));
 }
 
 // Reading the attributes and storing them back changes none of them: a read-only file stays one.
@@ -56,61 +56,63 @@ void KeepAttributes(const std::string& path) {
   if (const auto attributes = win::GetAttributes(path)) win::SetAttributes(path, *attributes);
 }
 
-void Rename(Walk& walk, const Args& args) {
-  walk.state.noActionYet = false;
-  KeepAttributes(walk.Below(args[1]));
-  win::RenameFile(walk.Below(args[1]), walk.Below(args[2]));
+void Rename(Pass& pass, const Args& args) {
+  pass.state.noActionYet = false;
+  KeepAttributes(pass.Below(args[1]));
+  win::RenameFile(pass.Below(args[1]), pass.Below(args[2]));
 }
 
-void Replace(Walk& walk, const Args& args) {
-  walk.state.noActionYet = false;
-  KeepAttributes(walk.Below(args[1]));
-  KeepAttributes(walk.Below(args[2]));
-  win::RenameFile(walk.Below(args[1]), walk.Below(args[3]));
+void Replace(Pass& pass, const Args& args) {
+  pass.state.noActionYet = false;
+  KeepAttributes(pass.Below(args[1]));
+  KeepAttributes(pass.Below(args[2]));
+  win::RenameFile(pass.Below(args[1]), pass.Below(args[3]));
   win::DoEvents();
-  win::RenameFile(walk.Below(args[2]), walk.Below(args[1]));
+  win::RenameFile(pass.Below(args[2]), pass.Below(args[1]));
 }
 
-void Pak(Walk& walk, const Args& args) {
-  GeneratePackEntry(walk.root, args[1].ends_with(".pak") ? args[1] : args[1] + ".pak");
-  walk.state.noActionYet = false;
+void Pak(Pass& pass, const Args& args) {
+  GeneratePackEntry(pass.root, args[1].ends_with(".pak") ? args[1] : args[1] + ".pak");
+  pass.state.noActionYet = false;
 }
 
-void Fold(Walk& walk, const Args& args) {
-  GenerateFolderEntry(walk.root, args[1]);
-  walk.state.noActionYet = false;
+void Fold(Pass& pass, const Args& args) {
+  GenerateFolderEntry(pass.root, args[1]);
+  pass.state.noActionYet = false;
 }
 
+// The first value given counts.
 void SetFirst(std::string& field, const std::string& value) {
   if (field.empty()) field = value;
 }
 
-void DefaultName(Walk& walk, const Args& args) { SetFirst(walk.state.sessionName, args[1]); }
-void DefaultPassword(Walk& walk, const Args& args) { SetFirst(walk.state.password, args[1]); }
-void DefaultMessage(Walk& walk, const Args& args) { SetFirst(walk.state.message, args[1]); }
+template <std::string ActivationState::*kField>
+void SessionDefault(Pass& pass, const Args& args) {
+  SetFirst(pass.state.*kField, args[1]);
+}
 
-void RaceName(Walk&, const Args& args) {
+void RaceName(Pass& pass, const Args& args) {
   const std::string letter = win::UpperCase(args[1].substr(0, 1));
-  if (letter >= "A" && letter <= "Z") SetFirst(raceNames[letter[0] - 'A'], args[2]);
+  if (letter >= "A" && letter <= "Z") SetFirst(pass.state.RaceNames[letter[0] - 'A'], args[2]);
 }
 
-void Activated(Walk& walk, const Args&) {
-  if (!walk.state.noActionYet) return;
-  walk.state.persistent = true;
-  walk.state.noActionYet = false;
+void Activated(Pass& pass, const Args&) {
+  if (!pass.state.noActionYet) return;
+  pass.state.persistent = true;
+  pass.state.noActionYet = false;
 }
 
-void WriteId(Walk& walk, const Args& args) {
-  if (!win::HasWildcards(args[1])) win::LineWriter(walk.Below(args[1]), win::WriteMode::kOutput).Close();
+void WriteId(Pass& pass, const Args& args) {
+  if (!win::HasWildcards(args[1])) win::LineWriter(pass.Below(args[1]), win::WriteMode::kOutput).Close();
 }
 
-void AddRecy(Walk& walk, const Args& args) {
-  const std::string name = args.size() > 3 ? args[3] : "RecyList.txt";
+void AddRecy(Pass& pass, const Args& args) {
+  const std::string name = args.size() > 3 ? args[3] : kRecyList;
   if (!win::HasWildcards(name))
-    win::LineWriter(walk.Below(name), win::WriteMode::kAppend).WriteLine(args[1] + " " + args[2]);
+    win::LineWriter(pass.Below(name), win::WriteMode::kAppend).WriteLine(args[1] + " " + args[2]);
 }
 
-constexpr PassDirective<Walk> kDirectives[] = {
+constexpr PassDirective<Pass> kDirectives[] = {
     {"include", 1, Include},
     {"requireexe", 1, RequireExe},
     {"rename", 2, Rename},
@@ -118,56 +120,50 @@ constexpr PassDirective<Walk> kDirectives[] = {
     {"replace", 3, Replace},
     {"pak", 1, Pak},
     {"fold", 1, Fold},
-    {"defaultname", 1, DefaultName},
-    {"defaultpass", 1, DefaultPassword},
-    {"defaultsmsg", 1, DefaultMessage},
+    {"defaultname", 1, SessionDefault<&ActivationState::sessionName>},
+    {"defaultpass", 1, SessionDefault<&ActivationState::password>},
+    {"defaultsmsg", 1, SessionDefault<&ActivationState::message>},
     {"racename", 2, RaceName},
     {"activated", 0, Activated},  // works only above the first action, and is itself one
     {"writeid", 1, WriteId},
     {"addrecy", 2, AddRecy},
 };
 
-bool ActivateFile(win::LineReader& file, Walk walk) {
+bool ActivateFile(win::LineReader& file, Pass pass) {
   Args args;
-  while (walk.goOn && !file.AtEnd()) {
+  while (!pass.exeTookOver && !file.AtEnd()) {
     win::DoEvents();
     ParseDirective(file.ReadLine(), args);
-    const AtLine line(file);
-    ActOnDirective(kDirectives, walk, args);
+    const ScopedLine line(file);
+    ActOnDirective(kDirectives, pass, args);
   }
-  return walk.goOn;
-}
-
-// A persistent mod has no marker, since it stays in force across starts, and leaves the player's own files alone.
-void FinishRunOnlyMod(const ActivationWalk& walk, const CrashMarker& marker) {
-  if (IsVersion13()) {
-    ApplySessionDefaults(walk);
-    ApplyRaceNames();
-  }
-  WriteCrashMarker(marker);
+  return !pass.exeTookOver;
 }
 
 }  // namespace
 
 std::vector<DirectiveForm> ActivationDirectives() { return FormsOf(kDirectives); }
 
-const std::array<std::string, 26>& RaceNames = raceNames;
-
 bool ActivateMod(const std::string& definitionFile) {
   win::DoEvents();
-  raceNames.fill({});
   const std::string root = InstallRoot();
   win::LineReader file(definitionFile);
   if (root.empty() || !file.IsOpen()) return false;
   win::DoEvents();
-  ActivationWalk walk;
+  ActivationState state;
   ReadBounds bounds;
-  if (!ActivateFile(file, {walk, root, bounds})) {
+  if (!ActivateFile(file, {state, root, bounds})) {
     DropConfiguration(root);
     return false;
   }
-  PutConfigurationInForce(root, IsVersion13());
-  if (!walk.persistent) FinishRunOnlyMod(walk, {root, definitionFile});
+  ActivateConfiguration(root, IsVersion13());
+  // A persistent mod has no marker, since it stays active across starts, and leaves the player's own files alone.
+  if (state.persistent) return true;
+  if (IsVersion13()) {
+    ApplySessionDefaults(state);
+    ApplyRaceNames(state);
+  }
+  WriteCrashMarker({root, definitionFile});
   return true;
 }
 

@@ -1,24 +1,16 @@
 #pragma once
 
-#include <array>
+#include "definition/passdirective.h"
+
 #include <string>
+#include <vector>
 
 namespace varnik {
 
-// New race names by letter A to Z, from index 0. Written by the activation pass, cleared at its start.
-extern const std::array<std::string, 26>& RaceNames;
-
-// What one walk over a definition collects; goes through included files but for `persistent`.
-struct ActivationWalk {
-  std::string sessionName;
-  std::string password;
-  std::string message;
-  bool noActionYet = true;
-  bool persistent = false;
-};
-
-// Puts a mod of the current format into force on the selected install. False when an EXE took over or there is no such
-// file: the game is not to be run then. No roll-back: a step that fails is skipped.
+// Activates a mod of the current format on the selected install. False when an EXE took over or there is no such file:
+// the game is not to be run then. No roll-back: a step that fails is skipped.
 bool ActivateMod(const std::string& definitionFile);
+
+std::vector<DirectiveForm> ActivationDirectives();
 
 }  // namespace varnik

@@ -1,11 +1,12 @@
 #include "modengine/catalogue.h"
 
 #include "definition/directive.h"
-#include "installs/installlist.h"
-#include "legacy/legacy.h"
+#include "legacy/legacyloader.h"
+#include "modengine/definitionreader.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
 #include "support/debuglog.h"
+#include "support/install.h"
 #include "support/modfileexists.h"
 #include "support/modfindfile.h"
 #include "support/runstate.h"
@@ -31,14 +32,6 @@ std::unordered_set<std::string> knownFiles;
 
 std::string KeyOf(const std::string& path) { return win::LowerCase(win::FileNameOf(path)); }
 
-bool IsRow(int modIndex) { return modIndex > 0 && static_cast<std::size_t>(modIndex) < list.size(); }
-
-// The mod's own folders come first; the two that every install has follow unless it named them itself.
-void AddStandardFolders(std::vector<std::string>& folders) {
-  for (const char* standard : {"addon", "data"})
-    if (std::find(folders.begin() + 1, folders.end(), standard) == folders.end()) folders.emplace_back(standard);
-}
-
 void LoadCurrentMod(win::LineReader& file, const std::string& path, const std::string& marker) {
   if (knownFiles.contains(KeyOf(path))) return;
   ModEntry entry;
@@ -46,7 +39,10 @@ void LoadCurrentMod(win::LineReader& file, const std::string& path, const std::s
   entry.DefinitionFile = path;
   bool noActionYet = true;
   if (!ReadModDefinition(file, entry, noActionYet)) return;
-  AddStandardFolders(entry.Folders);
+  // The mod's own folders come first; the two that every install has follow unless it named them itself.
+  for (const char* standard : {"addon", "data"})
+    if (std::find(entry.Folders.begin() + 1, entry.Folders.end(), standard) == entry.Folders.end())
+      entry.Folders.emplace_back(standard);
   AppendModRow(std::move(entry));
 }
 
@@ -93,11 +89,8 @@ void LoadModFile(std::string path) {
   const std::string marker = win::Trim(file.ReadLine());
   double version = 0;
   if (!ReadMarker(marker, version)) return;
-  if (version == kCurrentFormat) {
-    LoadCurrentMod(file, path, marker);
-  } else if (version <= kLastLegacyFormat) {
-    if (ShowOldMods && !StandsInModsFolder(path)) LoadLegacyMod(file, path);
-  }
+  if (version == kCurrentFormat) LoadCurrentMod(file, path, marker);
+  if (version <= kLastLegacyFormat && ShowOldMods && !StandsInModsFolder(path)) AppendModRow(LoadLegacyMod(file, path));
 }
 
 bool StandsInModsFolder(const std::string& path) {
@@ -106,14 +99,7 @@ bool StandsInModsFolder(const std::string& path) {
 }
 
 std::string ModRowText(const ModEntry& entry) {
-  switch (entry.State) {
-    case 1:
-      return entry.Name + "(ACTIVE)";
-    case -1:
-      return entry.Name + "(INACTIVE)";
-    default:
-      return entry.Name;
-  }
+  return entry.Name + (entry.State == 1 ? "(ACTIVE)" : entry.State == -1 ? "(INACTIVE)" : "");
 }
 
 std::size_t FindMod(const std::string& nameOrPath) {
@@ -127,8 +113,14 @@ std::size_t FindMod(const std::string& nameOrPath) {
   return 0;
 }
 
+void AppendModRow(ModEntry entry) {
+  knownFiles.insert(KeyOf(entry.DefinitionFile));
+  list.push_back(std::move(entry));
+  listFilled = true;
+}
+
 void SelectModFolders(int modIndex) {
-  if (IsRow(modIndex)) {
+  if (modIndex > 0 && static_cast<std::size_t>(modIndex) < list.size()) {
     SearchDirs = list[modIndex].Folders;
     renames = list[modIndex].Renames;
   } else {
@@ -138,12 +130,6 @@ void SelectModFolders(int modIndex) {
   }
   renamesActive = renames.size() > 1;
   SelectedMapIndex = -1;
-}
-
-void AppendModRow(ModEntry entry) {
-  knownFiles.insert(KeyOf(entry.DefinitionFile));
-  list.push_back(std::move(entry));
-  listFilled = true;
 }
 
 }  // namespace varnik

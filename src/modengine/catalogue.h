@@ -10,7 +10,8 @@
 // The mods that fit the selected install.
 namespace varnik {
 
-// In the order in which their files were found; row 0 is unused. Written by LoadModFile and ClearModList only.
+// In the order in which their files were found; row 0 is unused. Written by LoadModFile, AppendModRow and ClearModList
+// only.
 extern const std::vector<ModEntry>& ModList;
 
 // At least one row was added.
@@ -23,9 +24,9 @@ extern const bool& ModRenamesActive;
 // Empties ModList, ModListFilled and ModRenames.
 void ClearModList();
 
-// Rebuilds the catalogue from the install root and then `mods\` of the program's folder. `progress` is told each step
-// in words and may be empty. Does nothing with no install selected. An event that rebuilds the list meanwhile has the
-// last word.
+// Rebuilds the catalogue from the install root and then `mods\` of the program's folder. `progress` gets each step
+// in words and may be empty. Does nothing with no install selected. When an event rebuilds the list during the call,
+// that list stays.
 void LoadModList(const std::function<void(const std::string&)>& progress = {});
 
 constexpr char kDefinitionPattern[] = "*.bzm";
@@ -36,8 +37,7 @@ bool StandsInModsFolder(const std::string& path);
 // Adds at most one row. A file without the marker line, and one whose mod does not fit, add none.
 void LoadModFile(std::string path);
 
-// False when the mod does not fit. `noActionYet` goes through included files, so one flag serves the whole walk.
-[[nodiscard]] bool ReadModDefinition(win::LineReader& file, ModEntry& entry, bool& noActionYet);
+void AppendModRow(ModEntry entry);
 
 // The row's name with its state behind it, as the list of mods shows it.
 std::string ModRowText(const ModEntry& entry);
@@ -47,8 +47,5 @@ std::size_t FindMod(const std::string& nameOrPath);
 
 // Sets SearchDirs, ModRenames and ModRenamesActive for a row of ModList, or for no mod (-1).
 void SelectModFolders(int modIndex);
-
-// For the reader of the older format: adds a row of its own making.
-void AppendModRow(ModEntry entry);
 
 }  // namespace varnik

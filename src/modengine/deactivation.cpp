@@ -3,9 +3,8 @@
 #include "definition/bzonecfg.h"
 #include "definition/crashmarker.h"
 #include "definition/includes.h"
-#include "definition/passdirective.h"
-#include "installs/installlist.h"
-#include "legacy/legacy.h"
+#include "definition/recylist.h"
+#include "legacy/legacydeactivation.h"
 #include "modengine/runguard.h"
 #include "modengine/sessiondefaults.h"
 #include "platform/system/files/files.h"
@@ -15,6 +14,7 @@
 #include "platform/system/process/services.h"
 #include "platform/system/text/wildcards.h"
 #include "support/debuglog.h"
+#include "support/install.h"
 #include "support/modfileexists.h"
 #include "support/runstate.h"
 #include "support/settings.h"
@@ -29,62 +29,63 @@ namespace {
 std::function<void()> refreshMapPage;
 
 // One file of the pass.
-struct Walk {
+struct Pass {
   const std::string& root;
   bool& noActionYet;
   bool& persistent;
   ReadBounds& bounds;
-  bool goOn = true;
+  bool exeTookOver = false;
 
   std::string Below(const std::string& name) const { return root + name; }
 };
 
-bool DeactivateFile(win::LineReader& file, Walk walk);
+// False when an EXE took over.
+bool DeactivateFile(win::LineReader& file, Pass pass);
 
-void Include(Walk& walk, const Args& args) {
-  const std::string path = walk.Below(args[1]);
+void Include(Pass& pass, const Args& args) {
+  const std::string path = pass.Below(args[1]);
   if (!FileExists(path)) return;
-  const FurtherFile further(walk.bounds);
-  if (!further.IsAllowed()) return;
+  const IncludeScope scope(pass.bounds);
+  if (!scope.IsAllowed()) return;
   win::LineReader file(path);
-  walk.goOn = DeactivateFile(file, walk);
+  pass.exeTookOver = !DeactivateFile(file, pass);
 }
 
 // Looks below the selected install, whatever the root of the pass; with none selected there is nothing to look at.
-void RequireExe(Walk& walk, const Args& args) {
+void RequireExe(Pass& pass, const Args& args) {
   const std::string selected = InstallRoot();
-  if (!walk.noActionYet || selected.empty() || !FileExists(selected + args[1])) return;
-  walk.noActionYet = false;
-  walk.goOn = false;
+  if (!pass.noActionYet || selected.empty() || !FileExists(selected + args[1])) return;
+  pass.noActionYet = false;
+  pass.exeTookOver = true;
   win::ShellExecute("\"" + selected + args[1] + "\" " + args[2]);
 }
 
-void Rename(Walk& walk, const Args& args) {
-  win::RenameFile(walk.Below(args[2]), walk.Below(args[1]));
-  walk.noActionYet = false;
+void Rename(Pass& pass, const Args& args) {
+  win::RenameFile(pass.Below(args[2]), pass.Below(args[1]));
+  pass.noActionYet = false;
 }
 
-void Replace(Walk& walk, const Args& args) {
-  win::RenameFile(walk.Below(args[1]), walk.Below(args[2]));
+void Replace(Pass& pass, const Args& args) {
+  win::RenameFile(pass.Below(args[1]), pass.Below(args[2]));
   win::DoEvents();
-  win::RenameFile(walk.Below(args[3]), walk.Below(args[1]));
-  walk.noActionYet = false;
+  win::RenameFile(pass.Below(args[3]), pass.Below(args[1]));
+  pass.noActionYet = false;
 }
 
-void PakOrFold(Walk& walk, const Args&) {
-  RestoreConfiguration(walk.root);
-  walk.noActionYet = false;
+void PakOrFold(Pass& pass, const Args&) {
+  RestoreConfiguration(pass.root);
+  pass.noActionYet = false;
 }
 
-void Activated(Walk& walk, const Args&) {
-  if (!walk.noActionYet) return;
-  walk.persistent = true;
-  walk.noActionYet = false;
+void Activated(Pass& pass, const Args&) {
+  if (!pass.noActionYet) return;
+  pass.persistent = true;
+  pass.noActionYet = false;
 }
 
 // A name with wildcards is no marker's: a deletion would take the player's files with it.
-void WriteId(Walk& walk, const Args& args) {
-  if (!win::HasWildcards(args[1]) && FileExists(walk.Below(args[1]))) win::DeleteFiles(walk.Below(args[1]));
+void WriteId(Pass& pass, const Args& args) {
+  if (!win::HasWildcards(args[1]) && FileExists(pass.Below(args[1]))) win::DeleteFiles(pass.Below(args[1]));
 }
 
 // Nothing when the list cannot be read.
@@ -108,38 +109,32 @@ void RemoveLines(const std::string& list, const std::string& copy, const std::st
 }
 
 // Looks below the selected install like RequireExe. A list of its own is left alone where there is no RecyList.txt.
-void AddRecy(Walk& walk, const Args& args) {
-  constexpr char kCopy[] = "tmp.recylist";
-  const std::string name = args.size() > 3 ? args[3] : "RecyList.txt";
+void AddRecy(Pass& pass, const Args& args) {
+  const std::string name = args.size() > 3 ? args[3] : kRecyList;
   if (win::HasWildcards(name)) return;
   // An earlier undo that died ahead of its last step left the list under the name of its copy.
-  if (!FileExists(walk.Below(name))) win::RenameFile(walk.Below(kCopy), walk.Below(name));
+  if (!FileExists(pass.Below(name))) win::RenameFile(pass.Below(kRecyListCopy), pass.Below(name));
   const std::string selected = InstallRoot();
-  if (!selected.empty() && FileExists(selected + "RecyList.txt"))
-    RemoveLines(selected + name, selected + kCopy, args[1] + " ");
+  if (!selected.empty() && FileExists(selected + kRecyList))
+    RemoveLines(selected + name, selected + kRecyListCopy, args[1] + " ");
 }
 
-constexpr PassDirective<Walk> kDirectives[] = {
+constexpr PassDirective<Pass> kDirectives[] = {
     {"include", 1, Include},  {"requireexe", 2, RequireExe}, {"rename", 2, Rename},
     {"renameex", 3, Replace}, {"replace", 3, Replace},       {"pak", 1, PakOrFold},
     {"fold", 1, PakOrFold},   {"activated", 0, Activated},  // works only above the first action, and is itself one
     {"writeid", 1, WriteId},  {"addrecy", 2, AddRecy},
 };
 
-bool DeactivateFile(win::LineReader& file, Walk walk) {
+bool DeactivateFile(win::LineReader& file, Pass pass) {
   LogLine("DeactivateFile Begin");
   Args args;
-  while (walk.goOn && !file.AtEnd()) {
+  while (!pass.exeTookOver && !file.AtEnd()) {
     win::DoEvents();
     ParseDirective(file.ReadLine(), args);
-    ActOnDirective(kDirectives, walk, args);
+    ActOnDirective(kDirectives, pass, args);
   }
-  return walk.goOn;
-}
-
-void ForgetSelectedMap() {
-  SelectedMapIndex = -1;
-  if (refreshMapPage) refreshMapPage();
+  return !pass.exeTookOver;
 }
 
 }  // namespace
@@ -154,7 +149,8 @@ bool DeactivateMod(const std::string& definitionFile, const std::string& root) {
   ReadBounds bounds;
   if (!DeactivateFile(file, {root, noActionYet, persistent, bounds})) return false;
   if (!persistent) RemoveCrashMarker();
-  ForgetSelectedMap();
+  SelectedMapIndex = -1;
+  if (refreshMapPage) refreshMapPage();
   if (persistent) return true;
   RestoreSessionDefaults();
   RestoreRaceNames();

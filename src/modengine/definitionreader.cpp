@@ -1,17 +1,17 @@
+#include "modengine/definitionreader.h"
+
 #include "definition/bzonecfg.h"
 #include "definition/includes.h"
-#include "definition/passdirective.h"
-#include "installs/installlist.h"
-#include "modengine/catalogue.h"
+#include "definition/recylist.h"
 #include "platform/system/files/lines.h"
 #include "platform/system/files/wholefile.h"
 #include "platform/system/text/text.h"
+#include "support/install.h"
 #include "support/modfileexists.h"
 
 #include <algorithm>
 #include <optional>
 
-// The catalogue pass over a definition: it judges and describes the mod and changes nothing on disk.
 namespace varnik {
 
 namespace {
@@ -38,6 +38,7 @@ struct Level {
   Verdict verdict = Verdict::kFits;
 
   std::string Below(const std::string& name) const { return pass.root + name; }
+  bool Has(const std::string& name, bool isFolder) const { return FileExists(Below(name) + (isFolder ? "\\" : "")); }
 };
 
 Verdict ReadLevel(win::LineReader& file, Pass& pass);
@@ -45,28 +46,26 @@ Verdict ReadLevel(win::LineReader& file, Pass& pass);
 void Include(Level& level, const Args& args) {
   const std::string path = FindModFile(args[1]);
   if (path.empty()) return;
-  const FurtherFile further(level.pass.bounds);
-  if (!further.IsAllowed()) return;
+  const IncludeScope scope(level.pass.bounds);
+  if (!scope.IsAllowed()) return;
   win::LineReader file(path);
   level.verdict = file.IsOpen() ? ReadLevel(file, level.pass) : Verdict::kAbandoned;
 }
 
-void SetFirst(std::string& field, const std::string& value) {
-  if (win::Trim(field).empty()) field = value;
+// The first text given counts.
+template <std::string ModEntry::*kField>
+void SetText(Level& level, const Args& args) {
+  std::string& field = level.pass.entry.*kField;
+  if (win::Trim(field).empty()) field = args[1];
 }
-
-void Name(Level& level, const Args& args) { SetFirst(level.pass.entry.Name, args[1]); }
-void Description(Level& level, const Args& args) { SetFirst(level.pass.entry.Description, args[1]); }
-void Image(Level& level, const Args& args) { SetFirst(level.pass.entry.Image, args[1]); }
-void Splash(Level& level, const Args& args) { SetFirst(level.pass.entry.Splash, args[1]); }
 
 void DescriptionFile(Level& level, const Args& args) {
   std::string& description = level.pass.entry.Description;
   if (!win::Trim(description).empty()) return;
   const std::string path = FindModFile(args[1]);
   if (path.empty()) return;
-  const FurtherFile further(level.pass.bounds);
-  if (!further.IsAllowed()) return;
+  const IncludeScope scope(level.pass.bounds);
+  if (!scope.IsAllowed()) return;
   std::optional<std::string> text = win::ReadWholeFile(path);
   if (text)
     description = std::move(*text);
@@ -79,17 +78,14 @@ void Version(Level& level, const Args& args) {
   if (NamesVersion(args, level.pass.version)) level.versionMatched = true;
 }
 
-void RequireFile(Level& level, const Args& args) {
-  if (!FileExists(level.Below(args[1]))) level.verdict = Verdict::kDoesNotFit;
-}
-
-void RequireFolder(Level& level, const Args& args) {
-  if (!FileExists(level.Below(args[1] + "\\"))) level.verdict = Verdict::kDoesNotFit;
+template <bool kFolder>
+void RequirePath(Level& level, const Args& args) {
+  if (!level.Has(args[1], kFolder)) level.verdict = Verdict::kDoesNotFit;
 }
 
 void RequireExe(Level& level, const Args& args) {
   if (!level.pass.noActionYet) return;
-  RequireFile(level, args);
+  RequirePath<false>(level, args);
   if (level.verdict != Verdict::kFits) return;
   level.pass.noActionYet = false;
   level.pass.entry.Standard = false;
@@ -107,21 +103,19 @@ void Rename(Level& level, const Args& args) {
   if (BeginAction(level)) level.pass.entry.Renames.push_back({args[1], args[2], ""});
 }
 
-// A mod that brings its own game configuration owns the folders named in it.
-void ReadFoldersOf(Level& level, const std::string& configuration) {
-  const FurtherFile further(level.pass.bounds);
-  if (!further.IsAllowed()) return;
-  win::LineReader file(configuration);
-  if (!file.IsOpen()) level.verdict = Verdict::kAbandoned;
-  while (!file.AtEnd())
-    if (const auto folder = FolderOfConfigurationLine(file.ReadLine())) level.pass.entry.Folders.push_back(*folder);
-}
-
 void Replace(Level& level, const Args& args) {
   if (!BeginAction(level)) return;
   level.pass.entry.Renames.push_back({args[1], args[3], ""});
   level.pass.entry.Renames.push_back({args[2], args[1], ""});
-  if (args[1] == "bzone.cfg" && FileExists(level.Below(args[2]))) ReadFoldersOf(level, level.Below(args[2]));
+  // A mod that brings its own game configuration owns the folders named in it.
+  if (args[1] != kGameConfig || !FileExists(level.Below(args[2]))) return;
+  const IncludeScope scope(level.pass.bounds);
+  if (!scope.IsAllowed()) return;
+  win::LineReader configuration(level.Below(args[2]));
+  if (!configuration.IsOpen()) level.verdict = Verdict::kAbandoned;
+  while (!configuration.AtEnd())
+    if (const auto folder = FolderOfConfigurationLine(configuration.ReadLine()))
+      level.pass.entry.Folders.push_back(*folder);
 }
 
 void Pak(Level& level, const Args&) { BeginAction(level); }
@@ -140,22 +134,19 @@ void CountAsInactive(Level& level) {
   if (level.pass.entry.State == 1) level.pass.entry.State = -1;
 }
 
-void ActivatedFile(Level& level, const Args& args) {
-  if (!FileExists(level.Below(args[1]))) CountAsInactive(level);
-}
-
-void ActivatedFolder(Level& level, const Args& args) {
-  if (!FileExists(level.Below(args[1] + "\\"))) CountAsInactive(level);
+template <bool kFolder>
+void ActivatedPath(Level& level, const Args& args) {
+  if (!level.Has(args[1], kFolder)) CountAsInactive(level);
 }
 
 // Any line of another mod keeps this one active; a list without such a line, an empty one too, makes it inactive.
 // Definitions rely on this sense of the test.
 void ActivatedRecy(Level& level, const Args& args) {
-  if (!FileExists(level.Below("RecyList.txt"))) return;
-  const std::string path = level.Below(args.size() > 2 ? args[2] : "RecyList.txt");
+  if (!FileExists(level.Below(kRecyList))) return;
+  const std::string path = level.Below(args.size() > 2 ? args[2] : kRecyList);
   if (!FileExists(path)) return;
-  const FurtherFile further(level.pass.bounds);
-  if (!further.IsAllowed()) return;
+  const IncludeScope scope(level.pass.bounds);
+  if (!scope.IsAllowed()) return;
   win::LineReader file(path);
   if (!file.IsOpen()) level.verdict = Verdict::kAbandoned;
   const std::string own = args[1] + " ";
@@ -167,14 +158,14 @@ void ActivatedRecy(Level& level, const Args& args) {
 
 constexpr PassDirective<Level> kDirectives[] = {
     {"include", 1, Include},
-    {"dname", 1, Name},
-    {"description", 1, Description},
+    {"dname", 1, SetText<&ModEntry::Name>},
+    {"description", 1, SetText<&ModEntry::Description>},
     {"descriptionf", 1, DescriptionFile},
-    {"image", 1, Image},
-    {"splash", 1, Splash},
+    {"image", 1, SetText<&ModEntry::Image>},
+    {"splash", 1, SetText<&ModEntry::Splash>},
     {"version", 1, Version},
-    {"requirefile", 1, RequireFile},
-    {"requirefolder", 1, RequireFolder},
+    {"requirefile", 1, RequirePath<false>},
+    {"requirefolder", 1, RequirePath<true>},
     {"requireexe", 1, RequireExe},
     {"rename", 2, Rename},
     {"renameex", 3, Replace},
@@ -182,8 +173,8 @@ constexpr PassDirective<Level> kDirectives[] = {
     {"pak", 1, Pak},
     {"fold", 1, Fold},
     {"activated", 0, Activated},
-    {"activatedfile", 1, ActivatedFile},
-    {"activatedfold", 1, ActivatedFolder},
+    {"activatedfile", 1, ActivatedPath<false>},
+    {"activatedfold", 1, ActivatedPath<true>},
     {"activatedrecy", 1, ActivatedRecy},
 };
 

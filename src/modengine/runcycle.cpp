@@ -1,10 +1,11 @@
 #include "modengine/runcycle.h"
 
+#include "cmdline/optionlist.h"
 #include "definition/directive.h"
 #include "definition/includes.h"
 #include "gameconfig/screenshots.h"
-#include "installs/installlist.h"
-#include "legacy/legacy.h"
+#include "legacy/legacyactivation.h"
+#include "legacy/legacydeactivation.h"
 #include "modengine/activation.h"
 #include "modengine/catalogue.h"
 #include "modengine/deactivation.h"
@@ -13,6 +14,7 @@
 #include "platform/system/files/lines.h"
 #include "platform/system/process/process.h"
 #include "platform/system/process/services.h"
+#include "support/install.h"
 #include "support/modfileexists.h"
 #include "support/modshellwait.h"
 #include "support/runstate.h"
@@ -40,7 +42,7 @@ void Call(const Hook& hook, const Values&... values) {
   if (hook) hook(values...);
 }
 
-// A copy, since a handler that runs meanwhile may reload the list; an empty row for an index that has gone.
+// A copy, since a handler may reload the list during a run; an empty row for an index that has gone.
 ModEntry RowOf(int modIndex) {
   const bool isRow = modIndex > 0 && static_cast<std::size_t>(modIndex) < ModList.size();
   return isRow ? ModList[modIndex] : ModEntry();
@@ -79,44 +81,29 @@ void RunGame(Run& run) {
       ShellAndWait(run.outcome.commandLine, HighPriority ? win::kHighPriorityClass : win::kNormalPriorityClass);
 }
 
-void RunCurrentMod(Run& run, const std::string& definitionFile) {
-  if (!ActivateMod(definitionFile)) return;
-  RunGame(run);
-  DeactivateMod(definitionFile, run.root);
-}
-
-void RunLegacyMod(Run& run, const std::string& definitionFile) {
-  if (!ActivateLegacyMod(definitionFile)) return;
-  RunGame(run);
-  DeactivateLegacyMod(definitionFile, run.root);
-}
-
 void EndWithProblem(Run& run, const std::string& problem) {
   run.outcome.problem = problem;
   win::MsgBox(problem);
   Call(run.hooks.reloadInstall);
 }
 
-void ShowSplash(const RunHooks& hooks, const std::string& splash) {
-  if (splash.empty()) return;
-  if (const std::string picture = FindModFile(splash); !picture.empty()) Call(hooks.showSplash, picture);
-}
-
 void RunMod(Run& run, const ModEntry& mod) {
-  if (!FileExists(mod.DefinitionFile)) {
-    EndWithProblem(run, std::string(kMissing) + kReloading);
-    return;
-  }
-  ShowSplash(run.hooks, mod.Splash);
+  const std::string& file = mod.DefinitionFile;
+  if (!FileExists(file)) return EndWithProblem(run, std::string(kMissing) + kReloading);
+  const std::string picture = mod.Splash.empty() ? "" : FindModFile(mod.Splash);
+  if (!picture.empty()) Call(run.hooks.showSplash, picture);
   double version = 0;
-  const bool isGood = ReadMarker(win::LineReader(mod.DefinitionFile).ReadLine(), version);
+  const bool isGood = ReadMarker(win::LineReader(file).ReadLine(), version);
   const RunFormat format = isGood ? RunFormatOf(version) : RunFormat::kNone;
-  if (format == RunFormat::kLegacy)
-    RunLegacyMod(run, mod.DefinitionFile);
-  else if (format == RunFormat::kCurrent)
-    RunCurrentMod(run, mod.DefinitionFile);
+  if (format == RunFormat::kNone)
+    return EndWithProblem(run, std::string(isGood ? kBadVersion : kBadFormat) + kDoNotEdit + kReloading);
+  const bool isLegacy = format == RunFormat::kLegacy;
+  if (!(isLegacy ? ActivateLegacyMod(file) : ActivateMod(file))) return;
+  RunGame(run);
+  if (isLegacy)
+    DeactivateLegacyMod(file, run.root);
   else
-    EndWithProblem(run, std::string(isGood ? kBadVersion : kBadFormat) + kDoNotEdit + kReloading);
+    DeactivateMod(file, run.root);
 }
 
 RunOutcome Refused(const std::string& problem) {
@@ -135,22 +122,6 @@ std::string RunnerProblem(int modIndex, bool useEditor, const RunHooks& hooks) {
   const std::string message = "The game cannot be run: " + problem;
   if (hooks.hideWindow) std::fprintf(stderr, "%s\n", message.c_str());
   return message + "\r\nNothing was changed.";
-}
-
-bool AsksForEditor(const std::string& line) {
-  for (const char* edit : {"/edit", "+edit", "-edit"})
-    if (line.find(edit) != std::string::npos) return true;
-  return false;
-}
-
-ClickOutcome RunSelected(int modIndex, const std::function<std::string()>& buildLine, const RunHooks& hooks) {
-  const std::string root = InstallRoot();
-  const bool useEditor = IsVersion13() && AsksForEditor(buildLine());
-  if (useEditor && !FileExists(root + "bz2edit.exe")) return {ClickOutcome::Act::kNone, false, Refused(kNoEditor)};
-  if (const std::string problem = RunnerProblem(modIndex, useEditor, hooks); !problem.empty())
-    return {ClickOutcome::Act::kNone, false, Refused(problem)};
-  if (ClearBindataOnLaunch) ClearBindata();
-  return {ClickOutcome::Act::kRun, false, LaunchBZ2(modIndex, buildLine(), useEditor, hooks)};
 }
 
 }  // namespace
@@ -175,11 +146,18 @@ RunOutcome LaunchBZ2(int modIndex, const std::string& commandLine, bool useEdito
 
 ClickOutcome LaunchClick(int modIndex, const std::function<std::string()>& buildLine, const RunHooks& hooks) {
   const RunGuard guard;
-  if (!guard.IsHeld()) return {ClickOutcome::Act::kNone, false, Refused(kRunRefused)};
+  const auto refuse = [](const std::string& problem) {
+    return ClickOutcome{ClickOutcome::Act::kNone, false, Refused(problem)};
+  };
+  if (!guard.IsHeld()) return refuse(kRunRefused);
   const ModEntry mod = modIndex == -1 ? ModEntry() : RowOf(modIndex);
   if (mod.State == 1) return {ClickOutcome::Act::kDeactivated, DeactivateMod(mod.DefinitionFile, InstallRoot()), {}};
   if (mod.State == -1) return {ClickOutcome::Act::kActivated, ActivateMod(mod.DefinitionFile), {}};
-  return RunSelected(modIndex, buildLine, hooks);
+  const bool useEditor = IsVersion13() && HasEditSwitch(buildLine());
+  if (useEditor && !FileExists(GameOf(InstallRoot(), true))) return refuse(kNoEditor);
+  if (const std::string problem = RunnerProblem(modIndex, useEditor, hooks); !problem.empty()) return refuse(problem);
+  if (ClearBindataOnLaunch) ClearBindata();
+  return {ClickOutcome::Act::kRun, false, LaunchBZ2(modIndex, buildLine(), useEditor, hooks)};
 }
 
 }  // namespace varnik

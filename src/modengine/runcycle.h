@@ -17,7 +17,7 @@ struct RunHooks {
   std::function<void()> reloadInstall;  // the catalogue no longer fits the disk
 };
 
-// How the last run went, for a caller that wants to tell.
+// How a run went, for a caller that reports it.
 struct RunOutcome {
   bool ran = false;         // the game was to be started; false without a problem: an EXE of the mod took over
   std::string program;      // full path of it
@@ -26,8 +26,8 @@ struct RunOutcome {
   std::string problem;      // the message that ended the run before the game, if any; it has been shown
 };
 
-// `modIndex` is a row of ModList, -1 for no mod. Holds a RunGuard; a person who is refused is told. A game that is
-// there and that this system has no runner for is refused ahead of any change.
+// `modIndex` is a row of ModList, -1 for no mod. Holds a RunGuard; a refusal is shown. A game that is there
+// and that this system has no runner for is refused before any change.
 RunOutcome LaunchBZ2(int modIndex, const std::string& commandLine, bool useEditor, const RunHooks& hooks);
 
 struct ClickOutcome {
@@ -38,8 +38,8 @@ struct ClickOutcome {
   RunOutcome run;        // for kNone it holds the problem alone
 };
 
-// A click on the launch button with this row selected: a persistent mod is put into force or taken out of it, any other
-// is run. `buildLine` gives the game's command line, with the edit switches.
+// A click on the launch button with this row selected: a persistent mod is activated or deactivated, any other is run.
+// `buildLine` gives the game's command line, with the edit switches.
 ClickOutcome LaunchClick(int modIndex, const std::function<std::string()>& buildLine, const RunHooks& hooks);
 
 }  // namespace varnik

@@ -1,10 +1,10 @@
 #pragma once
 
-// Keeps two programs of ours from changing an install, or running the game, at the same time.
+// Keeps two processes of Varnik from changing an install, or running the game, at the same time.
 namespace varnik {
 
-// Held from before the first change of an install to behind the last one. Guards nest within a process; another process
-// is refused. One that dies holds nothing.
+// Held from before the first change of an install until after the last one. Guards nest within a process; another
+// process is refused. The lock ends with its process.
 class RunGuard {
  public:
   RunGuard();
@@ -19,7 +19,7 @@ class RunGuard {
   bool held_;
 };
 
-// What a person is told who is refused.
+// Message shown when the guard is refused.
 extern const char kRunRefused[];
 
 }  // namespace varnik

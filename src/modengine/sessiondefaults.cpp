@@ -2,6 +2,7 @@
 
 #include "platform/system/files/wholefile.h"
 #include "support/ini_sm.h"
+#include "support/install.h"
 #include "support/modfindfile.h"
 #include "support/runstate.h"
 #include "support/settings.h"
@@ -47,9 +48,10 @@ void RestoreRaceName(char letter, const std::string& old) {
 
 }  // namespace
 
-void ApplySessionDefaults(const ActivationWalk& walk) {
-  const SessionDefaults defaults = {
-      {"DefaultSessionName", walk.sessionName}, {"DefaultPassword", walk.password}, {"DefaultMessage", walk.message}};
+void ApplySessionDefaults(const ActivationState& state) {
+  const SessionDefaults defaults = {{"DefaultSessionName", state.sessionName},
+                                    {"DefaultPassword", state.password},
+                                    {"DefaultMessage", state.message}};
   if (!AnyIsSet(defaults)) return;
   const std::string file = FindPlayerFile("gameprefs.ini");
   if (file.empty()) return;
@@ -60,9 +62,9 @@ void ApplySessionDefaults(const ActivationWalk& walk) {
   }
 }
 
-void ApplyRaceNames() {
-  for (std::size_t i = 0; i < RaceNames.size(); ++i)
-    if (!RaceNames[i].empty()) ApplyRaceName(static_cast<char>('A' + i), RaceNames[i]);
+void ApplyRaceNames(const ActivationState& state) {
+  for (std::size_t i = 0; i < state.RaceNames.size(); ++i)
+    if (!state.RaceNames[i].empty()) ApplyRaceName(static_cast<char>('A' + i), state.RaceNames[i]);
 }
 
 void RestoreSessionDefaults() {

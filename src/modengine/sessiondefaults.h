@@ -1,6 +1,6 @@
 #pragma once
 
-#include "modengine/activation.h"
+#include "modengine/activationstate.h"
 
 #include <optional>
 #include <string>
@@ -11,8 +11,8 @@
 namespace varnik {
 
 // A value whose old one could not be stored is not changed.
-void ApplySessionDefaults(const ActivationWalk& walk);
-void ApplyRaceNames();
+void ApplySessionDefaults(const ActivationState& state);
+void ApplyRaceNames(const ActivationState& state);
 
 // A session default whose old value was empty stays as the mod set it, and a race name file grows by one line end: the
 // game minds neither.

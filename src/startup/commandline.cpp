@@ -1,8 +1,9 @@
+#include "startup/commandline.h"
+
 #include "modengine/deactivation.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/paths/program.h"
 #include "platform/system/text/text.h"
-#include "startup/startup.h"
 #include "support/debuglog.h"
 #include "support/modfileexists.h"
 
@@ -27,12 +28,6 @@ Switches ReadSwitches(const std::vector<std::string>& arguments) {
     if (name == "/deactivate" && hasNext) switches.definitionFile = arguments[++i];
   }
   return switches;
-}
-
-// An empty root becomes a single backslash: the work then runs against the root of the current drive.
-void DeactivateNamedMod(const std::string& definitionFile, const std::string& root) {
-  if (definitionFile == root || definitionFile.empty() || !FileExists(definitionFile)) return;
-  DeactivateByMarker(definitionFile, win::WithSeparator(root));
 }
 
 }  // namespace
@@ -61,9 +56,10 @@ std::vector<std::string> SplitCommandLine(std::string_view line, int maxArgs) {
 
 std::int16_t ProcessCmdLine(int maxArgs) {
   LogLine("ProcessCmdLine Begin");
-  const Switches switches = ReadSwitches(SplitCommandLine(win::CommandLine(), maxArgs));
-  DeactivateNamedMod(switches.definitionFile, switches.root);
-  return switches.runMode;
+  const auto [runMode, root, file] = ReadSwitches(SplitCommandLine(win::CommandLine(), maxArgs));
+  // An empty root becomes a single backslash: the work then runs against the root of the current drive.
+  if (file != root && !file.empty() && FileExists(file)) DeactivateByMarker(file, win::WithSeparator(root));
+  return runMode;
 }
 
 }  // namespace varnik

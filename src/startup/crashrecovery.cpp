@@ -1,7 +1,8 @@
+#include "startup/crashrecovery.h"
+
 #include "definition/crashmarker.h"
 #include "modengine/deactivation.h"
 #include "modengine/runguard.h"
-#include "startup/startup.h"
 #include "support/debuglog.h"
 #include "support/modfileexists.h"
 #include "support/settings.h"
@@ -10,7 +11,7 @@ namespace varnik {
 
 bool RecoverFromCrash() {
   LogLine("RecoverFromCrash Begin");
-  // A marker that stands while another process of ours is at work belongs to a run that is well alive.
+  // While another process is at work, the marker belongs to a run that is still going on.
   const RunGuard guard;
   if (!guard.IsHeld()) return false;
   const CrashMarker marker = ReadCrashMarker();

@@ -13,13 +13,6 @@
 
 namespace varnik {
 
-namespace {
-
-// The settings of a program that works on an install are not to vanish under it, so it counts like a running instance.
-bool AnotherWorksOnAnInstall() { return !RunGuard().IsHeld(); }
-
-}  // namespace
-
 bool AnswerMaintenanceWord(win::Instance& instance) {
   const std::string line = win::LowerCase(win::Trim(win::CommandLine()));
   if (line != "clearreg" && line != "close") return false;
@@ -33,7 +26,8 @@ bool AnswerMaintenanceWord(win::Instance& instance) {
 
 bool ActivatePrevInstance(win::Instance& instance, bool closeOther) {
   LogLine("ActivatePrevInstance Start");
-  if (!instance.OtherIsRunning() && !AnotherWorksOnAnInstall()) return false;
+  // A program that works on an install counts like a running instance, so that its settings do not vanish.
+  if (!instance.OtherIsRunning() && RunGuard().IsHeld()) return false;
   if (closeOther) {
     instance.CloseOther();
     return false;

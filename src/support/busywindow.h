@@ -5,7 +5,7 @@
 
 namespace varnik {
 
-// The busy window as pages reach it: up over the main window, which takes no input meanwhile.
+// The busy window as pages reach it: while it is up, the main window takes no input.
 struct BusyWindow {
   std::function<void()> begin;  // shows it, disables the main window
   std::function<void(const std::string& status)> setStatus;

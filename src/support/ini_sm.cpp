@@ -5,7 +5,7 @@
 namespace varnik {
 namespace {
 
-constexpr std::size_t kLongestValue = 254;
+constexpr std::size_t kMaxValueLength = 254;
 
 std::string_view Trimmed(std::string_view text) {
   while (text.starts_with(' '))
@@ -34,7 +34,7 @@ std::string ReadIniValue(const std::string& section, const std::string& key, con
 
 std::string ReadIniValue(const std::string& section, const std::string& key, const win::ProfileFile& file,
                          const std::string& fallback) {
-  const std::string_view value = CleanValue(file.Find(section, key).value_or("").substr(0, kLongestValue));
+  const std::string_view value = CleanValue(file.Find(section, key).value_or("").substr(0, kMaxValueLength));
   win::DoEvents();
   return Trimmed(value).empty() ? fallback : std::string(value);
 }

@@ -1,20 +1,20 @@
 #include "support/modfindfile.h"
 
-#include "installs/installlist.h"
 #include "platform/system/files/findfile.h"
 #include "platform/system/filesystem/operations.h"
 #include "platform/system/process/services.h"
+#include "support/install.h"
 #include "support/runstate.h"
 
 namespace varnik {
 
 namespace {
 
-bool Walk(win::FolderReader folder, const std::string& path, bool recurse, const EntryVisitor& visit) {
+bool VisitFolder(win::FolderReader folder, const std::string& path, bool recurse, const EntryVisitor& visit) {
   win::DoEvents();
   for (win::FoundEntry entry; folder.Next(entry);) {
     if (entry.isFolder && recurse && !entry.name.starts_with('.') &&
-        !Walk(folder.Descend(entry.name), path + entry.name + "\\", recurse, visit))
+        !VisitFolder(folder.Descend(entry.name), path + entry.name + "\\", recurse, visit))
       return false;
     if (!visit(path, entry)) return false;
   }
@@ -31,7 +31,7 @@ void AddFile(FileSearchParams& params, FileSearchResults& results, const std::st
 }  // namespace
 
 void VisitEntries(const std::string& folder, bool recurse, const EntryVisitor& visit) {
-  Walk(win::FolderReader(folder), folder, recurse, visit);
+  VisitFolder(win::FolderReader(folder), folder, recurse, visit);
 }
 
 void FindFiles(const std::string& folder, FileSearchParams& params, FileSearchResults& results, bool stopAtFirst) {

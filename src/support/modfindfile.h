@@ -27,7 +27,7 @@ using FileSearchResults = std::vector<std::string>;
 // the first result: when that entry is a folder, all matches below it are added, and the caller uses entry 1.
 void FindFiles(const std::string& folder, FileSearchParams& params, FileSearchResults& results, bool stopAtFirst);
 
-// `folder` is that of the entry and ends in a separator. False ends the walk.
+// `folder` is that of the entry and ends in a separator. False ends the visit.
 using EntryVisitor = std::function<bool(const std::string& folder, const win::FoundEntry& entry)>;
 
 // Shows every entry of `folder` in the order of FindFiles, a sub-folder after what it holds; for callers who look for

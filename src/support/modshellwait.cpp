@@ -1,8 +1,8 @@
 #include "support/modshellwait.h"
 
-#include "installs/installlist.h"
 #include "platform/system/process/process.h"
 #include "platform/system/process/services.h"
+#include "support/install.h"
 #include "support/runstate.h"
 
 namespace varnik {

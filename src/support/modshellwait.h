@@ -4,9 +4,9 @@
 
 namespace varnik {
 
-// Runs `commandLine` in the folder of the selected install and returns when it, and what it leaves behind, has ended;
-// pumps events meanwhile, with GameRunning set. A failed start ends at once. Gives the exit status of the program, -1
-// for a failed start.
+// Runs `commandLine` in the folder of the selected install and returns when it, and what it leaves behind, has ended.
+// Pumps events while it waits, with GameRunning set. A failed start ends at once. Gives the exit status of the program,
+// -1 for a failed start.
 int ShellAndWait(const std::string& commandLine, unsigned creationFlags);
 
 }  // namespace varnik

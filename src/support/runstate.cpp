@@ -8,7 +8,6 @@ std::string AppPath;
 bool DebugLog = false;
 bool StartingUp = false;
 bool GameRunning = false;
-std::int16_t CurrentInstall = -1;
 std::vector<std::string> SearchDirs(1);
 int SelectedMapIndex = -1;
 bool ShowOldMods = true;

@@ -7,10 +7,10 @@
 // What the subsystems share while the program runs. Each variable says who writes it; nobody else does.
 namespace varnik {
 
-// The program's folder, ends in a backslash. Written once at start-up.
+// The program's folder, ends in a backslash. Written once, by Main or by the command-line tool.
 extern std::string AppPath;
 
-// Switches the debug log on. Nothing sets it: the log is compiled in and silent.
+// Switches the debug log on. Nobody writes it but a debugger: the log is compiled in and silent.
 extern bool DebugLog;
 
 // True while the start brings up the main window. Written by Main.
@@ -19,19 +19,16 @@ extern bool StartingUp;
 // True exactly while ShellAndWait waits. Written by ShellAndWait.
 extern bool GameRunning;
 
-// Row of InstallList that is selected, -1 for none. Written by the selection of an install and by the command-line
-// tool.
-extern std::int16_t CurrentInstall;
-
-// Folder names under the install root in which game files are looked for; index 0 is empty. Written by Main and by the
-// selection of a mod (SelectModFolders).
+// Folder names under the install root in which game files are looked for; index 0 is empty. Written by Main and by
+// SelectModFolders.
 extern std::vector<std::string> SearchDirs;
 
-// Row of MapList in use; -1 no map, -2 a name typed by hand. Written by the map page, by ClearMaps, by the selection of
-// a mod and by DeactivateMod.
+// Row of MapList in use; -1 no map, -2 a name typed by hand. Written by the map page, by ClearMapList, by
+// SelectModFolders and by DeactivateMod.
 extern int SelectedMapIndex;
 
-// Options. Written by the load of the main window, by the options dialog and by the command-line tool.
+// Options. Written by the options dialog and by ReadOptionFlags, which the main window and the command-line tool call
+// at their start.
 extern bool ShowOldMods;
 extern bool HighPriority;
 extern bool ClearBindataOnLaunch;

@@ -20,7 +20,7 @@ struct SettingKey {
   const char* fallback;
 };
 
-// The keys of section Settings, in the order in which they are told to a person.
+// The keys of section Settings, in the order in which they are listed.
 extern const std::vector<SettingKey> kSettingKeys;
 
 // The stored text of a key of section Settings, or its default.

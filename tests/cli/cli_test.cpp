@@ -68,7 +68,7 @@ struct Step {
 constexpr char kNotSelected[] =
     "no install is selected: name one with --root DIR, or choose one with `varnik-cli installs select N`";
 constexpr char kPlainIsIn[] =
-    "@\\plain.bzm: is in force: `varnik-cli deactivate` takes it out, or `varnik-cli recover` after a crash";
+    "@\\plain.bzm: is active: `varnik-cli deactivate` takes it out, or `varnik-cli recover` after a crash";
 
 constexpr char kBad[] = "dname(Caf\xE9);\r\nimage(\x1B[2J);\r\npak(a)";
 
@@ -121,7 +121,7 @@ const Step kSteps[] = {
     {"run keep.bzm", 1, "@\\keep.bzm: is persistent and inactive: use `varnik-cli activate`"},
     {"activate keep.bzm", 0, R"({"Done":true})"},
     {"run keep.bzm", 1, "@\\keep.bzm: is persistent and active: use `varnik-cli deactivate`"},
-    {"activate keep.bzm", 1, "@\\keep.bzm: is in force already"},
+    {"activate keep.bzm", 1, "@\\keep.bzm: is active already"},
     {"deactivate @/keep.bzm", 0, R"({"Done":true})"},
     {"activate plain.bzm", 0, R"({"Done":true})"},
     {"activate keep.bzm", 1, kPlainIsIn},

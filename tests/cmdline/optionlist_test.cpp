@@ -37,7 +37,7 @@ TEST(OptionLine, JoinsTickedRowsByOneBlank) {
             "A B D  12");
 }
 
-const std::tuple<LineParts, bool, const char*> kBuilds[] = {
+const std::tuple<CommandLineParts, bool, const char*> kBuilds[] = {
     {{"", "", false}, true, ""},
     {{"A B 12", "my m.bzn", false}, true, "\"my m.bzn\" A B 12"},
     {{"A -edit", "m.bzn", true}, true, "m.bzn A -edit"},

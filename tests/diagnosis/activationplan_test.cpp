@@ -1,7 +1,7 @@
 #include "diagnosis/activationplan.h"
 
 #include "definition/crashmarker.h"
-#include "modengine/force.h"
+#include "modengine/listedmod.h"
 #include "platform/system/store/settings.h"
 #include "support/settings.h"
 #include "tests/harness/difference.h"
@@ -96,11 +96,11 @@ TEST_F(Plan, TellsWhatAnActivationThenDoes) {
     PlanSteps taken;
     {
       const win::OperationObserver observer([&](const win::FileOperation& operation) { taken.Take(operation); });
-      EXPECT_EQ(PutIntoForce(mod), plan.inForce);
+      EXPECT_EQ(ActivateListedMod(mod), plan.active);
     }
     EXPECT_EQ(Written(taken.All()), Written(plan.steps));
     EXPECT_EQ(plan.configuration, Content("bzone.cfg") == own ? std::nullopt : Content("bzone.cfg"));
-    if (plan.inForce) TakeOutOfForce(mod);
+    if (plan.active) DeactivateListedMod(mod);
     std::set<std::string> told;
     for (const PlanStep& step : plan.left)
       told.insert(step.target);

@@ -4,6 +4,8 @@
 #include "legacy/legacyformat.h"
 #include "modengine/activation.h"
 #include "modengine/deactivation.h"
+#include "modengine/definitionreader.h"
+#include "support/install.h"
 #include "tests/modengine/modtest.h"
 
 #include <gtest/gtest.h>
@@ -122,7 +124,7 @@ const Case kInstalls[] = {
     {"defaultname(x);\ndefaultpass(x);", "not-undone@3"},
     {"defaultname(x);", "missing-extra@2", "gameprefs.ini"},
     {"defaultpass(x);\nracename(A,b);", "needs-1.3@2", "", "1.2"},
-    {"activated();\nactivatedfile(b);\nrename(a,b);", "", "b=1"},  // in force: what it needs has gone
+    {"activated();\nactivatedfile(b);\nrename(a,b);", "", "b=1"},  // active: what it needs has gone
     {"activated();\nactivatedfile(b);\nrename(a,b);", "missing-file@4"},
     {"include(none);\ninclude(mod.bzm);\ninclude(addon);", "include-missing@2 include-circular@3 include-unreadable@4"},
     {"include(shared.inc);\ninclude(a.inc);\ninclude(b.inc);\ninclude(c.inc);",
@@ -156,7 +158,7 @@ const Case kLegacyInstalls[] = {
 };
 
 TEST_F(Check, SeesHowADefinitionIsWritten) {
-  CurrentInstall = -1;
+  SelectInstall(-1);
   ExpectAll(kMarkers, "");
   ExpectAll(kLines, "BZ2HALD5\n", "\ndname(M);");
   ExpectAll(kLegacy, "BZ2HALD3\n");

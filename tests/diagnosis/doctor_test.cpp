@@ -13,13 +13,13 @@ class Doctor : public test::ModTest {
   // Items in order, `+` behind one that can be mended.
   static std::string Found() {
     std::string found;
-    for (const Leaving& leaving : FindLeavings())
+    for (const Leftover& leaving : FindLeftovers())
       found += leaving.item + (leaving.mend ? "+ " : " ");
     return found;
   }
 
   static void MendAll() {
-    for (const Leaving& leaving : FindLeavings())
+    for (const Leftover& leaving : FindLeftovers())
       EXPECT_EQ(Mend(leaving), leaving.mend != nullptr) << leaving.item;
   }
 };
@@ -75,7 +75,7 @@ TEST_F(Doctor, FinishesAnInterruptedRunWithThePlayersValues) {
 TEST_F(Doctor, LeavesWhatItCannotKnowToAPerson) {
   Put("on=x");
   ASSERT_TRUE(ActivateMod(Define("activated();\nrename(on,off);\npak(p);")));
-  EXPECT_EQ(Found(), "");  // the mod stays in force
+  EXPECT_EQ(Found(), "");  // the mod stays active
   Put("mod.bzm");
   EXPECT_EQ(Found(), "bzonevarnik.bak+ ");
   MakeInstall("1.2");

@@ -77,7 +77,7 @@ gone() { [ ! -e "$1" ]; }
 # Everything in the install but what a run leaves on purpose.
 checksums() { (cd "$1" && find . -type f ! -name battlezone.log -print0 | LC_ALL=C sort -z | xargs -0 cksum); }
 as_before() { [ "$before" = "$(checksums "$game")" ]; }
-was_in_force() { ! diff <(echo "$before" | cut -d' ' -f3-) <(cut -d' ' -f3- "$work/world/played/bz2-1.3.files") >/dev/null; }
+was_active() { ! diff <(echo "$before" | cut -d' ' -f3-) <(cut -d' ' -f3- "$work/world/played/bz2-1.3.files") >/dev/null; }
 
 # click X Y: in twips of the main window's inside
 click() {
@@ -142,7 +142,7 @@ run_plain_mod() {
   no_window Varnik || fail "the window stays while the game runs"
   await "window after the game" main_window
   grep -q "folder: $game" "$work/world/played/bz2-1.3.txt" || fail "the game ran elsewhere"
-  was_in_force || fail "the mod was not in force"
+  was_active || fail "the mod was not active"
   as_before || fail "files differ after the run"
   xdotool key alt+v
   sleep 0.3
@@ -155,7 +155,7 @@ run_killed_game() {
   start_and_play
   kill -9 "$program"
   kill -9 $(ours)
-  as_before && fail "the mod was not in force"
+  as_before && fail "the mod was not active"
   start
   await "end of the start that repairs" ended
   no_window Varnik || fail "the start that repairs shows a window"
@@ -345,7 +345,7 @@ mod_run_from_icon() {
   screen_jobs="$screen_jobs $!"
   icon_menu Down Down Down Right $(printf 'Down %.0s' $(seq "$row")) Return
   await "game" test -s "$work/world/played/bz2-1.3.txt"
-  was_in_force || fail "the mod was not in force"
+  was_active || fail "the mod was not active"
   tip_is "Varnik: Running Battlezone II" || fail "the tip does not tell of the run"
   icon_click 1 2
   icon_click 3
@@ -418,7 +418,7 @@ run_end_of_session() {
   kill -0 "$program" || fail "the program left the game alone"
   kill -9 $(ours | grep -vx "$tray_job")
   kill "$tray_job"
-  as_before && fail "the mod was not in force"
+  as_before && fail "the mod was not active"
 
   start_bus
   log_in varnik-autoload varnik-crash-recovery

@@ -1,5 +1,6 @@
 #include "installs/installlist.h"
 #include "installs/locations.h"
+#include "support/install.h"
 #include "support/runstate.h"
 #include "support/settings.h"
 #include "tests/harness/crash.h"

@@ -1,6 +1,7 @@
 #include "definition/crashmarker.h"
 #include "modengine/deactivation.h"
 #include "platform/system/store/registry.h"
+#include "support/install.h"
 #include "support/registry.h"
 #include "tests/legacy/legacytest.h"
 
@@ -42,12 +43,12 @@ const char* const kWalks[][5] = {
 };
 
 TEST_F(LegacyActivation, ChangesFilesAndPutsThemBack) {
-  for (const auto& [what, files, lines, inForce, afterwards] : kWalks) {
+  for (const auto& [what, files, lines, active, afterwards] : kWalks) {
     SCOPED_TRACE(what);
     StartWith(files);
     const std::string definition = DefineLegacy(lines);
     EXPECT_TRUE(ActivateLegacyMod(definition));
-    EXPECT_EQ(Files(), inForce);
+    EXPECT_EQ(Files(), active);
     DeactivateLegacyMod(definition, Root());
     EXPECT_EQ(Files(), afterwards);
     EXPECT_EQ(ReadCrashMarker().root, "");
@@ -87,7 +88,7 @@ TEST_F(LegacyActivation, EveryDirectiveComesBackAlsoAtAStart) {
         DefineLegacy("dynamic\npak p\nfold f\npilots @rootdir\\m\\p\nsaved @rootdir\\m\\s\nremove @rootdir\\r\n"
                      "replace @rootdir\\a,@rootdir\\m\\a\nmove @rootdir\\m\\n,@rootdir\\n\nexec @rootdir\\x.exe")));
     const CrashMarker marker = ReadCrashMarker();
-    if (!selected) CurrentInstall = -1;
+    if (!selected) SelectInstall(-1);
     EXPECT_EQ(DeactivateByMarker(marker.definitionFile, marker.root), UndoOutcome::kDone);
     EXPECT_EQ(test::Snapshot(sandbox_.Install()), before);
   }

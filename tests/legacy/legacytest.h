@@ -1,6 +1,7 @@
 #pragma once
 
-#include "legacy/legacy.h"
+#include "legacy/legacyactivation.h"
+#include "legacy/legacydeactivation.h"
 #include "tests/modengine/modtest.h"
 
 namespace test {

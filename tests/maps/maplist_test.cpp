@@ -1,6 +1,7 @@
 #include "maps/maplist.h"
 
 #include "maps/mapdetails.h"
+#include "support/install.h"
 #include "tests/maps/maptest.h"
 
 #include <tuple>
@@ -73,7 +74,7 @@ TEST_F(MapListTest, TheCacheIsTrustedUpToTheLineThatCannotBeRead) {
   EXPECT_EQ(Rows(), Strings{"||"});
   EXPECT_FALSE(MapsLoaded);
   EXPECT_EQ(Cache(), "");
-  CurrentInstall = -1;
+  SelectInstall(-1);
   LoadMapList(true);
   EXPECT_EQ(MapList.size(), 1u);
 }

@@ -3,6 +3,7 @@
 #include "definition/crashmarker.h"
 #include "modengine/deactivation.h"
 #include "platform/system/store/registry.h"
+#include "support/install.h"
 #include "support/registry.h"
 #include "support/settings.h"
 #include "tests/modengine/modtest.h"
@@ -32,13 +33,13 @@ TEST_F(Activation, GeneratesTheConfigurationToTheByte) {
       {"1.2", "bzone.cfg=own bzonevarnik.bak=other", "fold(x);", "own"},
       {"1.2", "bzone.cfg=own a=a", "rename(a,b);", "own"},
   };
-  for (const auto& [version, files, lines, inForce] : cases) {
+  for (const auto& [version, files, lines, active] : cases) {
     SCOPED_TRACE(files + lines);
     MakeInstall(version);
     Put(files);
     EXPECT_TRUE(Activate(lines));
-    EXPECT_EQ(Content("bzone.cfg"), inForce);
-    EXPECT_EQ(Content("bzonevarnik.bak") == "// the game's own\r\n", inForce != "own");
+    EXPECT_EQ(Content("bzone.cfg"), active);
+    EXPECT_EQ(Content("bzonevarnik.bak") == "// the game's own\r\n", active != "own");
     EXPECT_EQ(Content("bzonevarnik.cfg").has_value(), Content("bzonevarnik.bak") == "other");
   }
 }
@@ -151,7 +152,7 @@ TEST_F(Deactivation, UndoesLineByLine) {
     WriteCrashMarker({Root(), "file"});
     Store(kBackupSection, "RacenameA", "old");
     SelectedMapIndex = 4;
-    if (!c.selected) CurrentInstall = -1;
+    if (!c.selected) SelectInstall(-1);
     EXPECT_EQ(Deactivate(c.lines), c.outcome != kExeTookOver);
     EXPECT_EQ(SelectedMapIndex, c.outcome == kExeTookOver ? 4 : -1);
     Expect(c.after);

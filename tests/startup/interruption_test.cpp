@@ -1,5 +1,5 @@
 #include "definition/crashmarker.h"
-#include "modengine/force.h"
+#include "modengine/listedmod.h"
 #include "support/settings.h"
 #include "tests/harness/crash.h"
 #include "tests/modengine/modtest.h"
@@ -110,7 +110,7 @@ TEST_P(Interruption, ARecoveryThatIsKilledIsFinishedByTheNextOne) {
     ModEntry mod;
     mod.DefinitionFile = mod_;
     mod.Legacy = GetParam().name == std::string("Older");
-    ASSERT_TRUE(PutIntoForce(mod));
+    ASSERT_TRUE(ActivateListedMod(mod));
   };
   test::SweepKills(Cli({"recover"}), prepare, [this] {
     test::Run(Cli({"recover"}));

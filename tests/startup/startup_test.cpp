@@ -1,11 +1,12 @@
-#include "startup/startup.h"
-
 #include "definition/crashmarker.h"
 #include "modengine/runguard.h"
 #include "platform/system/paths/program.h"
 #include "platform/system/process/instance.h"
 #include "platform/system/store/registry.h"
+#include "startup/commandline.h"
+#include "startup/crashrecovery.h"
 #include "startup/maintenance.h"
+#include "support/install.h"
 #include "support/registry.h"
 #include "support/settings.h"
 #include "tests/modengine/modtest.h"
@@ -25,7 +26,7 @@ TEST(SplitCommandLine, DropsQuotesAndKeepsWhatTheyHold) {
 
 class Startup : public test::ModTest {
  protected:
-  Startup() { CurrentInstall = -1; }
+  Startup() { SelectInstall(-1); }
 
   static void SetArguments(const Words& words) {
     std::vector<const char*> argv = {"varnik"};

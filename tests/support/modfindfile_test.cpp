@@ -1,5 +1,6 @@
 #include "support/modfindfile.h"
 
+#include "support/install.h"
 #include "support/modfileexists.h"
 #include "tests/modengine/modtest.h"
 
@@ -68,7 +69,7 @@ TEST_F(FindFilesTest, SearchDirsAreSearchedFromTheOneGiven) {
   SearchDirs = {"", "none", "sub"};
   EXPECT_EQ(FindInSearchDirs("c.bzm", 1), Root() + "sub\\C.BZM");
   EXPECT_EQ(FindInSearchDirs("a.bzm", 1) + FindInSearchDirs("c.bzm", 9), "");
-  CurrentInstall = -1;
+  SelectInstall(-1);
   EXPECT_EQ(FindInSearchDirs("c.bzm", 1), "");
 }
 

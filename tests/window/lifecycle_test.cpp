@@ -1,3 +1,4 @@
+#include "support/install.h"
 #include "support/runstate.h"
 #include "support/settings.h"
 #include "tests/window/main_window.h"

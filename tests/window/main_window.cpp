@@ -1,5 +1,6 @@
 #include "tests/window/main_window.h"
 
+#include "support/install.h"
 #include "support/runstate.h"
 #include "support/settings.h"
 
@@ -7,7 +8,7 @@ namespace test {
 
 void MainWindowTest::SetUp() {
   varnik::AppPath = sandbox.AppText();
-  varnik::CurrentInstall = -1;
+  varnik::SelectInstall(-1);
   varnik::SearchDirs = {"", "addon", "data"};
   WriteFile(sandbox.App() / "varnik.cmd", "/nointro\r\n*/win\r\n/port:27\r\n");
 }

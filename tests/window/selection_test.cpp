@@ -1,4 +1,5 @@
 #include "modengine/catalogue.h"
+#include "support/install.h"
 #include "support/runstate.h"
 #include "support/settings.h"
 #include "tests/window/main_window.h"

@@ -1,6 +1,5 @@
 #include "maps/ui/frmmap.h"
 
-#include "installs/installlist.h"
 #include "maps/mapdetails.h"
 #include "maps/maplist.h"
 #include "platform/system/files/files.h"

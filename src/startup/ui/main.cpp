@@ -5,6 +5,6 @@
 int main(int argc, char** argv) {
   win::SetProgram({"varnik", "Varnik", ""});
   win::SetCommandLine(argc, argv);
-  const auto logIn = win::TakePartInLogIn();
+  const auto logIn = win::HandleAutostartEntry();
   return varnik::Main();
 }

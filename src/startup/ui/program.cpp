@@ -5,8 +5,9 @@
 #include "platform/system/process/instance.h"
 #include "platform/system/process/services.h"
 #include "platform/system/text/text.h"
+#include "startup/commandline.h"
+#include "startup/crashrecovery.h"
 #include "startup/maintenance.h"
-#include "startup/startup.h"
 #include "support/debuglog.h"
 #include "support/runstate.h"
 #include "support/settings.h"
@@ -45,7 +46,6 @@ void RunMainWindow(win::Application& application, frmSplash& busy, std::int16_t 
   StartingUp = true;
   win::DoEvents();
   SearchDirs = {"", "addon", "data"};
-  SelectedMapIndex = -1;
   FrmMain window(busy);
   window.EnsureLoaded();
   application.SetMainForm(&window);
@@ -65,9 +65,7 @@ int Main() {
   if (AnswerMaintenanceWord(instance)) return 0;
   if (ActivatePrevInstance(instance, false)) return 0;
   PublishHomePage();
-  GameRunning = false;
   FixAppPath();
-  DebugLog = false;
   LogLine("Varnik Startup");
   if (ActivatePrevInstance(instance, false)) return 0;
   application.Serve(instance);

@@ -55,12 +55,12 @@ TEST_F(Settings, NamesMatchWithoutCaseAndKeepTheirFirstSpelling) {
   EXPECT_TRUE(win::SaveSetting("App", "Another", "x", "\xFF") && win::SaveSetting("Other", "Section", "One", "4"));
   EXPECT_EQ(all(), "Another.x=\xFF;Section.One=2;Section.b=3;");
   EXPECT_TRUE(win::DeleteSetting("App", "section", "ONE"));
-  EXPECT_TRUE(win::SaveSection("app", "section", {{"a", "4"}, {"B", "5"}}, win::OtherKeys::kStay));
+  EXPECT_TRUE(win::SaveSection("app", "section", {{"a", "4"}, {"B", "5"}}, win::OtherKeys::kKeep));
   EXPECT_EQ(all(), "Another.x=\xFF;Section.a=4;Section.b=5;");
-  EXPECT_TRUE(win::SaveSection("App", "Section", {{"a", "6"}}, win::OtherKeys::kGo));
+  EXPECT_TRUE(win::SaveSection("App", "Section", {{"a", "6"}}, win::OtherKeys::kRemove));
   EXPECT_TRUE(win::DeleteSetting("App", "another"));
   EXPECT_EQ(all(), "Section.a=6;");
-  EXPECT_TRUE(win::SaveSection("App", "Section", {}, win::OtherKeys::kGo));
+  EXPECT_TRUE(win::SaveSection("App", "Section", {}, win::OtherKeys::kRemove));
   EXPECT_EQ(all(), "");
   EXPECT_TRUE(Save("c", "7") && win::DeleteSetting("app"));
   EXPECT_EQ(all() + win::GetSetting("Other", "Section", "One"), "4");
@@ -192,10 +192,10 @@ TEST_F(Registry, EntriesComeAndGoWithTheirValues) {
   const auto has = [&](const char* entry) { return fs::exists(entries_ / entry); };
   for (const char* name : {"Once", "Other"})
     Set(key, name, "varnik.exe /crash");
-  EXPECT_FALSE(win::TakePartInLogIn());
+  EXPECT_FALSE(win::HandleAutostartEntry());
   EXPECT_TRUE(has("once.desktop") && has("other.desktop"));
   setenv("VARNIK_RUNONCE", "Once", 1);
-  EXPECT_TRUE(win::TakePartInLogIn());
+  EXPECT_TRUE(win::HandleAutostartEntry());
   EXPECT_FALSE(has("once.desktop"));
   EXPECT_EQ(win::RegDeleteValue(key, "Once"), win::kErrorFileNotFound);
   EXPECT_EQ(std::getenv("VARNIK_RUNONCE"), nullptr);

@@ -179,7 +179,7 @@ long RegDeleteValue(RegistryHandle handle, const std::string& valueName) {
 
 long RegCloseKey(RegistryHandle handle) { return KeyOf(handle) ? kErrorSuccess : kErrorInvalidHandle; }
 
-std::unique_ptr<ExclusiveLock> TakePartInLogIn() {
+std::unique_ptr<ExclusiveLock> HandleAutostartEntry() {
   auto once = std::make_unique<ExclusiveLock>(kRunOnceLock);
   const StartingEntry entry = TakeStartingEntry();
   if (entry.once) {

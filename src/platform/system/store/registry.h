@@ -10,7 +10,7 @@
 // The machine-wide registry, kept per user in `registry.json` of the program's configuration folder. The keys below
 // exist from the start; no other key does, and none is ever created. Text values under `Run` and `RunOnce` also stand
 // as entries in the user's XDG autostart folder, so that the next log-in starts this program with the switch that the
-// value names; the entry of a RunOnce value removes itself, and the value, when it runs (TakePartInLogIn).
+// value names; the entry of a RunOnce value removes itself, and the value, when it runs (HandleAutostartEntry).
 //
 //   HKEY_LOCAL_MACHINE\Software\Microsoft\Windows\CurrentVersion\Run
 //   HKEY_LOCAL_MACHINE\Software\Microsoft\Windows\CurrentVersion\RunOnce
@@ -50,6 +50,6 @@ long RegCloseKey(RegistryHandle key);
 // value's name in an environment variable, <NAME>_RUN or <NAME>_RUNONCE (the program's name in upper case), which goes.
 // For RunOnce the value and its entry go, too. The desktop starts all entries at the same time, and Windows has RunOnce
 // done before it comes to Run: a Run entry waits for that here, ten seconds at most.
-[[nodiscard]] std::unique_ptr<ExclusiveLock> TakePartInLogIn();
+[[nodiscard]] std::unique_ptr<ExclusiveLock> HandleAutostartEntry();
 
 }  // namespace win

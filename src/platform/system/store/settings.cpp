@@ -32,7 +32,7 @@ bool SaveSection(const std::string& application, const std::string& section, con
                  OtherKeys others) {
   return store.Change([&](Json& tree) {
     const Json before = tree;
-    if (others == OtherKeys::kGo) EraseMember(FindMember(&tree, application), section);
+    if (others == OtherKeys::kRemove) EraseMember(FindMember(&tree, application), section);
     for (const SettingRow& row : rows)
       MakeMember(MakeMember(MakeMember(tree, application), section), row.key) = JsonFromBytes(row.value);
     return tree != before;

@@ -21,10 +21,10 @@ struct SettingRow {
   std::string key;
   std::string value;
 };
-enum class OtherKeys { kGo, kStay };
+enum class OtherKeys { kRemove, kKeep };
 
-// Stores all rows in one write: whatever happens, the section then holds all of them or is as it was. With kGo it holds
-// nothing else, and without rows it goes too.
+// Stores all rows in one write: whatever happens, the section then holds all of them or is as it was. With kRemove it
+// holds nothing else, and without rows it goes too.
 bool SaveSection(const std::string& application, const std::string& section, const std::vector<SettingRow>& rows,
                  OtherKeys others);
 

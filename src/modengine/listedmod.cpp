@@ -1,17 +1,18 @@
-#include "modengine/force.h"
+#include "modengine/listedmod.h"
 
-#include "installs/installlist.h"
-#include "legacy/legacy.h"
+#include "legacy/legacyactivation.h"
+#include "legacy/legacydeactivation.h"
 #include "modengine/activation.h"
 #include "modengine/deactivation.h"
+#include "support/install.h"
 
 namespace varnik {
 
-bool PutIntoForce(const ModEntry& mod) {
+bool ActivateListedMod(const ModEntry& mod) {
   return mod.Legacy ? ActivateLegacyMod(mod.DefinitionFile) : ActivateMod(mod.DefinitionFile);
 }
 
-bool TakeOutOfForce(const ModEntry& mod) {
+bool DeactivateListedMod(const ModEntry& mod) {
   if (!mod.Legacy) return DeactivateMod(mod.DefinitionFile, InstallRoot());
   DeactivateLegacyMod(mod.DefinitionFile, InstallRoot());
   return true;

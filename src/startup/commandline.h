@@ -19,8 +19,4 @@ std::vector<std::string> SplitCommandLine(std::string_view line, int maxArgs);
 // Takes the run mode from the program's own command line and performs the deactivation that it asks for.
 std::int16_t ProcessCmdLine(int maxArgs = 20);
 
-// Finishes a run that was interrupted, by its marker. True when a marker was acted on, whatever came of it. Does
-// nothing while another process of ours changes an install or runs the game.
-bool RecoverFromCrash();
-
 }  // namespace varnik

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <string>
+
+namespace varnik {
+
+// Undoes the lines of a definition of the older format on the install at `root`, which ends in a separator, and removes
+// the crash marker. A definition that cannot be read leaves both as they are.
+void DeactivateLegacyMod(const std::string& definitionFile, const std::string& root);
+
+}  // namespace varnik

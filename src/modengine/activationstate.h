@@ -1,0 +1,18 @@
+#pragma once
+
+#include <array>
+#include <string>
+
+namespace varnik {
+
+// What an activation collects from a definition and the files it includes.
+struct ActivationState {
+  std::string sessionName;
+  std::string password;
+  std::string message;
+  std::array<std::string, 26> RaceNames;  // new names by letter, A to Z
+  bool noActionYet = true;
+  bool persistent = false;  // that of an included file is not taken over
+};
+
+}  // namespace varnik

@@ -1,0 +1,9 @@
+#pragma once
+
+namespace varnik {
+
+// Finishes a run that was interrupted, by its marker. True when a marker was acted on, whatever came of it. Does
+// nothing while another process of Varnik changes an install or runs the game.
+bool RecoverFromCrash();
+
+}  // namespace varnik
