@@ -9,9 +9,9 @@
 #include "installs/installlist.h"
 #include "modengine/catalogue.h"
 #include "platform/system/files/files.h"
-#include "platform/system/files/findfile.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
+#include "platform/system/text/wildcards.h"
 #include "support/runstate.h"
 
 namespace varnik {

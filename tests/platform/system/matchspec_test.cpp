@@ -1,4 +1,4 @@
-#include "platform/system/files/findfile.h"
+#include "platform/system/text/wildcards.h"
 #include "tests/platform/system/vectors.h"
 
 #include <gtest/gtest.h>

@@ -2,9 +2,8 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
 
-// Enumeration of folders and the wildcard match of the shell.
+// Enumeration of folders.
 namespace win {
 
 struct FoundEntry {
@@ -40,9 +39,5 @@ class FolderReader {
 // matches. An empty text, a single separator and a name with a trailing separator are not found; trailing blanks and
 // dots are ignored.
 bool FindFirstFileSucceeds(const std::string& path);
-
-// PathMatchSpecW: without regard to case, beyond ASCII too; `*` and `?`; `;` separates alternatives; exactly `*.*`
-// matches every name. An empty pattern matches nothing. Both texts are bytes (UTF-8 if valid, else Windows-1252).
-bool PathMatchSpec(std::string_view name, std::string_view pattern);
 
 }  // namespace win
