@@ -1,20 +1,15 @@
 #include "platform/system/store/registry.h"
 
 #include "platform/system/filesystem/deeds.h"
+#include "platform/system/process/launch.h"
 #include "platform/system/store/autostart.h"
 #include "platform/system/store/jsonstore.h"
 #include "platform/system/text/text.h"
 
-#include <unistd.h>
-
 #include <array>
 #include <chrono>
-#include <cstdlib>
-#include <filesystem>
 #include <functional>
 #include <optional>
-#include <sstream>
-#include <system_error>
 #include <thread>
 
 namespace win {
@@ -54,16 +49,8 @@ const Key* KeyOf(RegistryHandle handle) {
 
 // The first of the tools in the order of the list that stands in PATH; empty when there is none.
 std::string SystemInformationTool() {
-  const char* path = std::getenv("PATH");
-  for (const char* tool : kSystemInformationTools) {
-    std::istringstream folders(path ? path : "");
-    for (std::string folder; std::getline(folders, folder, ':');) {
-      const std::string file = folder + "/" + tool;
-      std::error_code ignored;
-      const bool isFile = folder.starts_with('/') && std::filesystem::is_regular_file(file, ignored);
-      if (isFile && access(file.c_str(), X_OK) == 0) return file;
-    }
-  }
+  for (const char* tool : kSystemInformationTools)
+    if (const std::string path = FindExecutable(tool); path.starts_with('/')) return path;
   return "";
 }
 
