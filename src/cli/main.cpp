@@ -1,6 +1,7 @@
 #include "cli/commandtable.h"
 #include "cli/output.h"
 #include "cli/session.h"
+#include "modengine/runguard.h"
 #include "platform/system/paths/program.h"
 #include "support/version.h"
 
@@ -8,6 +9,7 @@
 
 #include <csignal>
 #include <exception>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -51,8 +53,13 @@ CLI::App* DeclareCommand(CLI::App& app, const Command& command, Arguments& argum
 }
 
 int RunCommand(const Command& command, const Arguments& arguments) {
-  varnik::cli::StartSession(arguments);
-  if (command.needsInstall && !varnik::cli::OpenInstall(arguments)) return varnik::cli::kFailed;
+  using namespace varnik::cli;
+  // Ahead of the first reading of the store, which may hold the marker of a run that is just ending.
+  std::optional<varnik::RunGuard> guard;
+  if (command.needs & kRunLock && !guard.emplace().IsHeld())
+    return Fail(arguments.mod == kNoMod ? command.name : arguments.mod, varnik::kRunRefused);
+  StartSession(arguments);
+  if (command.needs & kInstall && !OpenInstall(arguments)) return kFailed;
   return command.act(arguments);
 }
 

@@ -8,17 +8,12 @@
 #include "modengine/deactivation.h"
 #include "modengine/force.h"
 #include "modengine/runcycle.h"
-#include "modengine/runguard.h"
 #include "platform/system/paths/paths.h"
 #include "startup/startup.h"
 
 namespace varnik::cli {
 
 namespace {
-
-int Refuse(const std::string& subject) {
-  return Fail(subject, kRunRefused);
-}
 
 bool IsSamePath(const std::string& a, const std::string& b) {
   return win::NativePath(a) == win::NativePath(b);
@@ -27,7 +22,7 @@ bool IsSamePath(const std::string& a, const std::string& b) {
 // The marker of another mod, or of another install, that is still to be undone. Whatever follows would lose what the
 // store holds for that.
 std::string OtherModInForce(const std::string& definitionFile) {
-  const CrashMarker marker = ReadCrashMarker();
+  const CrashMarker marker = ReadCrashMarker(SessionSettings());
   const bool isOurs = IsSamePath(marker.definitionFile, definitionFile) && IsSamePath(marker.root, InstallRoot());
   return marker.root.empty() || isOurs ? "" : marker.definitionFile;
 }
@@ -43,7 +38,7 @@ int PrintDone(const Arguments& arguments, bool done, const std::string& what) {
 }
 
 std::string LineFor(const Arguments& arguments) {
-  LineParts parts{"", arguments.map, arguments.edit};
+  CommandLineParts parts{"", arguments.map, arguments.edit};
   parts.options = arguments.options ? *arguments.options : JoinTickedOptions(ReadOptionList(OptionListFile()));
   return BuildCommandLine(parts, true);
 }
@@ -65,7 +60,9 @@ int PrintRun(const Arguments& arguments, const RunOutcome& run) {
 
 int Launch(const Arguments& arguments, int row) {
   SilenceMessages();
-  const RunOutcome run = LaunchClick(row, [&] { return LineFor(arguments); }, {}).run;
+  const RunOutcome run = LaunchClick(
+                             row, [&] { return LineFor(arguments); }, {}, SessionSettings())
+                             .run;
   if (!run.problem.empty()) return Fail(arguments.mod, OneLine(run.problem));
   if (run.ran && run.exitStatus == -1) return Fail(run.program, "could not be started; everything was put back");
   return PrintRun(arguments, run);
@@ -86,8 +83,6 @@ int DeactivateListed(const Arguments& arguments, const ModEntry& mod) {
 }  // namespace
 
 int ActivateGivenMod(const Arguments& arguments) {
-  const RunGuard guard;
-  if (!guard.IsHeld()) return Refuse(arguments.mod);
   const std::size_t row = FindGivenMod(arguments.mod);
   if (row == 0) return FailWithoutMod(arguments.mod);
   SelectModFolders(static_cast<int>(row));
@@ -99,8 +94,6 @@ int ActivateGivenMod(const Arguments& arguments) {
 }
 
 int DeactivateGivenMod(const Arguments& arguments) {
-  const RunGuard guard;
-  if (!guard.IsHeld()) return Refuse(arguments.mod);
   const std::size_t row = FindGivenMod(arguments.mod);
   const std::string file = row == 0 ? FindGivenDefinition(arguments.mod) : ModList[row].DefinitionFile;
   if (file.empty()) return FailWithoutMod(arguments.mod);
@@ -110,22 +103,18 @@ int DeactivateGivenMod(const Arguments& arguments) {
 }
 
 int RunGivenMod(const Arguments& arguments) {
-  const RunGuard guard;
-  if (!guard.IsHeld()) return Refuse(arguments.mod);
   const std::optional<int> row = SelectMod(arguments.mod);
   if (!row) return kFailed;
   if (*row == -1) return Launch(arguments, *row);
   const ModEntry& mod = ModList[*row];
   if (mod.State == 1) return Fail(mod.DefinitionFile, "is persistent and active: use `varnik-cli deactivate`");
   if (mod.State == -1) return Fail(mod.DefinitionFile, "is persistent and inactive: use `varnik-cli activate`");
-  if (const CrashMarker marker = ReadCrashMarker(); !marker.root.empty())
+  if (const CrashMarker marker = ReadCrashMarker(SessionSettings()); !marker.root.empty())
     return FailOverModInForce(marker.definitionFile);
   return Launch(arguments, *row);
 }
 
 int Recover(const Arguments& arguments) {
-  const RunGuard guard;
-  if (!guard.IsHeld()) return Refuse("recover");
   const bool recovered = RecoverFromCrash();
   if (arguments.json) return Print({{"Recovered", recovered}});
   return PrintLine(recovered ? "An interrupted run was undone." : "There was no interrupted run.");

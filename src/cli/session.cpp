@@ -22,6 +22,7 @@ namespace {
 
 bool answerYes = false;
 bool silent = false;
+win::SettingsSnapshot settings;
 
 win::Answer AnswerBox(const std::string& text, int style, const std::string&) {
   const bool isQuestion = style & (win::kYesNo | win::kYesNoCancel);
@@ -52,8 +53,8 @@ bool OpenGivenInstall(const std::string& root) {
 }
 
 bool SelectStoredInstall() {
-  ReadInstallList();
-  return SelectInstall(StoredActiveInstall());
+  ReadInstallList(settings);
+  return SelectInstall(StoredActiveInstall(settings));
 }
 
 bool OpenStoredInstall() {
@@ -71,7 +72,12 @@ bool IsPath(const std::string& mod) {
 void StartSession(const Arguments& arguments) {
   AppPath = arguments.appPath ? GivenFolder(*arguments.appPath) : win::ProgramFolder("varnik.cmd");
   win::SetWindowServices({.doEvents = {}, .msgBox = AnswerBox, .inputBox = {}});
-  ReadOptionFlags();
+  settings = StoredSettings();
+  ReadOptionFlags(settings);
+}
+
+const win::SettingsSnapshot& SessionSettings() {
+  return settings;
 }
 
 void AnswerYes() {
@@ -127,7 +133,7 @@ std::string FindGivenDefinition(const std::string& mod) {
 }
 
 int RefuseActivation(const ModEntry& mod) {
-  if (const CrashMarker marker = ReadCrashMarker(); !marker.root.empty())
+  if (const CrashMarker marker = ReadCrashMarker(settings); !marker.root.empty())
     return FailOverModInForce(marker.definitionFile);
   if (mod.State == 1 && ConfigurationIsReplaced(InstallRoot())) return Fail(mod.DefinitionFile, "is in force already");
   return kDone;

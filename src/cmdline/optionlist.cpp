@@ -59,7 +59,7 @@ std::string JoinTickedOptions(const std::vector<OptionEntry>& options) {
   return win::Trim(line);
 }
 
-std::string BuildCommandLine(const LineParts& parts, bool keepEditSwitches) {
+std::string BuildCommandLine(const CommandLineParts& parts, bool keepEditSwitches) {
   std::string line = parts.options;
   if (!keepEditSwitches || win::Trim(parts.mapName).empty()) {
     CutEditSwitches(line);

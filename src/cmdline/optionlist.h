@@ -23,7 +23,7 @@ std::vector<OptionEntry> ReadOptionList(const std::string& file);
 // The ticked rows as one line, in row order, one blank between them.
 std::string JoinTickedOptions(const std::vector<OptionEntry>& options);
 
-struct LineParts {
+struct CommandLineParts {
   std::string options;  // the text of the options, as edited by hand perhaps
   std::string mapName;  // may be empty
   bool edit = false;    // the /edit box
@@ -31,6 +31,6 @@ struct LineParts {
 
 // The line for the game. Without `keepEditSwitches`, and without a map, no map goes on it and the edit switches are cut
 // out.
-std::string BuildCommandLine(const LineParts& parts, bool keepEditSwitches);
+std::string BuildCommandLine(const CommandLineParts& parts, bool keepEditSwitches);
 
 }  // namespace varnik

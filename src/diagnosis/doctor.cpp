@@ -37,7 +37,7 @@ Leaving Interrupted(const CrashMarker& marker) {
       marker.definitionFile + " is in force in " + marker.root + " without the game: a run was interrupted.";
   if (marker.root.empty() || marker.definitionFile.empty())
     return {kCrashSection, "The note of an interrupted run is incomplete: it names no definition or no install.",
-            "The note is removed.", RemoveCrashMarker};
+            "The note is removed.", [] { RemoveCrashMarker(); }};
   if (!IsSameFolder(marker.root, InstallRoot()))
     return {kCrashSection, run, "`varnik-cli --root DIR doctor --fix` with that install.", {}};
   if (!CanBeDeactivated(marker.definitionFile))
@@ -56,9 +56,10 @@ void TakeActiveModsOut() {
 }
 
 bool OtherInstallIsListed() {
-  for (std::size_t row = 0; !StoredInstallPath(row).empty(); ++row)
-    if (const std::string path = StoredInstallPath(row); !IsSameFolder(path, InstallRoot()) && IsBZ2Install(path))
-      return true;
+  const win::SettingsSnapshot stored = StoredSettings();
+  std::string path;
+  for (std::size_t row = 0; !(path = StoredInstallPath(row, stored)).empty(); ++row)
+    if (!IsSameFolder(path, InstallRoot()) && IsBZ2Install(path)) return true;
   return false;
 }
 
@@ -67,12 +68,6 @@ std::string PlayerFileOf(const std::string& key) {
   constexpr std::string_view kRaceName = "Racename";
   const bool isRaceName = key.starts_with(kRaceName) && key.size() > kRaceName.size();
   return FindInSearchDirs(isRaceName ? std::string("RaceName_") + key[kRaceName.size()] + ".txt" : "gameprefs.ini", 0);
-}
-
-void RestorePlayersValues() {
-  RestoreSessionDefaults();
-  RestoreRaceNames();
-  Forget(kBackupSection);
 }
 
 std::optional<Leaving> KeptValues() {
@@ -84,9 +79,9 @@ std::optional<Leaving> KeptValues() {
     allHaveFiles = allHaveFiles && !PlayerFileOf(setting.key).empty();
   }
   if (!isAny) return std::nullopt;
-  Leaving leaving{kBackupSection,
-                  "Session defaults or race names of the player were kept for a mod and never put back.",
-                  "They are put back into gameprefs.ini and the RaceName files of this install.", RestorePlayersValues};
+  Leaving leaving{
+      kBackupSection, "Session defaults or race names of the player were kept for a mod and never put back.",
+      "They are put back into gameprefs.ini and the RaceName files of this install.", [] { RestorePlayersValues(); }};
   if (!allHaveFiles || OtherInstallIsListed()) {
     leaving.remedy =
         "It is not known which install they are from: `varnik-cli settings --all` shows them. The next "

@@ -1,10 +1,8 @@
+#include "definition/crashmarker.h"
 #include "installs/installlist.h"
 #include "legacy/legacy.h"
 #include "legacy/legacyformat.h"
-#include "platform/system/store/registry.h"
 #include "support/modfileexists.h"
-#include "support/registry.h"
-#include "support/settings.h"
 
 namespace varnik {
 
@@ -101,8 +99,7 @@ void DeactivateLegacyMod(const std::string& definitionFile, const std::string& r
     ActOnLegacyLine(kDirectives, pass, ReadLegacyLine(file));
   // The folder goes while the marker still stands: a kill in between leaves nothing behind that a start would not find.
   win::RemoveFolder(pass.InRoot(kTempFolder));
-  Forget(kCrashSection);
-  RegRemoveValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue);
+  RemoveCrashMarker(win::OtherKeys::kGo);
 }
 
 }  // namespace varnik

@@ -145,10 +145,7 @@ bool ActivateFile(win::LineReader& file, Walk walk) {
 
 // A persistent mod has no marker, since it stays in force across starts, and leaves the player's own files alone.
 void FinishRunOnlyMod(const ActivationWalk& walk, const CrashMarker& marker) {
-  if (IsVersion13()) {
-    ApplySessionDefaults(walk);
-    ApplyRaceNames();
-  }
+  if (IsVersion13()) ApplyPlayersValues(walk);
   WriteCrashMarker(marker);
 }
 

@@ -15,7 +15,6 @@
 #include "support/debuglog.h"
 #include "support/modfileexists.h"
 #include "support/runstate.h"
-#include "support/settings.h"
 
 #include <optional>
 #include <utility>
@@ -153,12 +152,10 @@ bool DeactivateMod(const std::string& definitionFile, const std::string& root) {
   bool persistent = false;
   ReadBounds bounds;
   if (!DeactivateFile(file, {root, noActionYet, persistent, bounds})) return false;
-  if (!persistent) RemoveCrashMarker();
+  win::SettingsSnapshot stored;
+  if (!persistent) stored = RemoveCrashMarker();
   ForgetSelectedMap();
-  if (persistent) return true;
-  RestoreSessionDefaults();
-  RestoreRaceNames();
-  Forget(kBackupSection);
+  if (!persistent) RestorePlayersValues(stored);
   return true;
 }
 

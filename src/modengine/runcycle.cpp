@@ -15,7 +15,6 @@
 #include "support/modfileexists.h"
 #include "support/modshellwait.h"
 #include "support/runstate.h"
-#include "support/settings.h"
 
 #include <cstdio>
 
@@ -144,25 +143,27 @@ bool AsksForEditor(const std::string& line) {
   return false;
 }
 
-ClickOutcome RunSelected(int modIndex, const std::function<std::string()>& buildLine, const RunHooks& hooks) {
+ClickOutcome RunSelected(int modIndex, const std::function<std::string()>& buildLine, const RunHooks& hooks,
+                         const win::SettingsSnapshot& stored) {
   const std::string root = InstallRoot();
   const bool useEditor = IsVersion13() && AsksForEditor(buildLine());
   if (useEditor && !FileExists(root + "bz2edit.exe")) return {ClickOutcome::Act::kNone, false, Refused(kNoEditor)};
   if (const std::string problem = RunnerProblem(modIndex, useEditor, hooks); !problem.empty())
     return {ClickOutcome::Act::kNone, false, Refused(problem)};
   if (ClearBindataOnLaunch) ClearBindata();
-  return {ClickOutcome::Act::kRun, false, LaunchBZ2(modIndex, buildLine(), useEditor, hooks)};
+  return {ClickOutcome::Act::kRun, false, LaunchBZ2(modIndex, buildLine(), useEditor, hooks, stored)};
 }
 
 }  // namespace
 
-RunOutcome LaunchBZ2(int modIndex, const std::string& commandLine, bool useEditor, const RunHooks& hooks) {
+RunOutcome LaunchBZ2(int modIndex, const std::string& commandLine, bool useEditor, const RunHooks& hooks,
+                     const win::SettingsSnapshot& stored) {
   const RunGuard guard;
   if (!guard.IsHeld()) return Refused(kRunRefused);
   if (const std::string problem = RunnerProblem(modIndex, useEditor, hooks); !problem.empty()) return Refused(problem);
   Run run{commandLine, useEditor, hooks, InstallRoot(), {}};
   Call(hooks.setTrayTip, "Varnik: Running Battlezone II");
-  if (OptionIsOn("RenameLog")) RotateLog(run.root);
+  if (OptionIsOn("RenameLog", stored)) RotateLog(run.root);
   Call(hooks.hideWindow);
   win::DoEvents();
   if (modIndex == -1)
@@ -174,13 +175,14 @@ RunOutcome LaunchBZ2(int modIndex, const std::string& commandLine, bool useEdito
   return run.outcome;
 }
 
-ClickOutcome LaunchClick(int modIndex, const std::function<std::string()>& buildLine, const RunHooks& hooks) {
+ClickOutcome LaunchClick(int modIndex, const std::function<std::string()>& buildLine, const RunHooks& hooks,
+                         const win::SettingsSnapshot& stored) {
   const RunGuard guard;
   if (!guard.IsHeld()) return {ClickOutcome::Act::kNone, false, Refused(kRunRefused)};
   const ModEntry mod = modIndex == -1 ? ModEntry() : RowOf(modIndex);
   if (mod.State == 1) return {ClickOutcome::Act::kDeactivated, DeactivateMod(mod.DefinitionFile, InstallRoot()), {}};
   if (mod.State == -1) return {ClickOutcome::Act::kActivated, ActivateMod(mod.DefinitionFile), {}};
-  return RunSelected(modIndex, buildLine, hooks);
+  return RunSelected(modIndex, buildLine, hooks, stored);
 }
 
 }  // namespace varnik

@@ -37,7 +37,7 @@ TEST(OptionLine, JoinsTickedRowsByOneBlank) {
 }
 
 struct BuildCase {
-  LineParts parts;
+  CommandLineParts parts;
   bool keep;
   const char* line;
 };
