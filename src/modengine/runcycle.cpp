@@ -130,7 +130,8 @@ RunOutcome Refused(const std::string& problem) {
 // mod that brings its own program needs no runner for the game.
 std::string RunnerProblem(int modIndex, bool useEditor, const RunHooks& hooks) {
   if (!RowOf(modIndex).Standard) return "";
-  const std::string problem = win::RunnerProblem("\"" + GameOf(InstallRoot(), useEditor) + "\"");
+  const std::string game = GameOf(InstallRoot(), useEditor);
+  const std::string problem = win::RunnerProblem("\"" + game + "\"");
   if (problem.empty()) return "";
   const std::string message = "The game cannot be run: " + problem;
   if (hooks.hideWindow) std::fprintf(stderr, "%s\n", message.c_str());
