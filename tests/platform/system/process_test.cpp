@@ -137,7 +137,8 @@ TEST_F(ProcessTest, AMissingStartFolderFailsTheStart) {
 
 TEST_F(ProcessTest, TheWaitIsForAllThatIsLeftInTheSession) {
   const fs::path late = sandbox.Root() / "late";
-  win::Process process = Start(Program("(sleep 0.3; (sleep 0.3; echo > " + late.string() + ") & ) & kill -SEGV $$"));
+  win::Process process =
+      Start(Program("set -m; (sleep 0.3; (sleep 0.3; echo > " + late.string() + ") & ) & kill -SEGV $$"));
   EXPECT_EQ(process.Wait(150), WaitResult::kTimedOut);
   EXPECT_EQ(process.ExitStatus(), 128 + SIGSEGV);
   EXPECT_EQ(process.Wait(kLong), WaitResult::kEnded);
