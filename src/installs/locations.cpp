@@ -52,7 +52,7 @@ void AddSearchResults(LocationList& list, const FileSearchResults& results) {
   constexpr std::string_view kProgram = "bzone.exe";
   for (std::size_t i = 1; i < results.size(); ++i) {
     std::string folder = win::Trim(results[i]);
-    folder.resize(folder.size() - std::min(folder.size(), kProgram.size()));
+    folder.erase(folder.size() - std::min(folder.size(), kProgram.size()));
     if (IsBZ2Install(folder)) AddLocation(list, folder);
   }
 }
