@@ -10,10 +10,14 @@ class App;
 
 namespace varnik::cli {
 
+constexpr unsigned kNothing = 0;
+constexpr unsigned kInstall = 1;  // refused when none is selected
+constexpr unsigned kRunLock = 2;  // refused while another process changes an install or runs the game
+
 struct Command {
   const char* name;  // with a blank: one below the command of the first word
   const char* help;
-  bool needsInstall;
+  unsigned needs;                                        // of kInstall and kRunLock
   void (*declare)(CLI::App& app, Arguments& arguments);  // its own arguments; null for none
   int (*act)(const Arguments& arguments);
   const char* examples;  // behind `varnik-cli`, one a line

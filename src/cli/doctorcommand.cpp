@@ -1,7 +1,6 @@
 #include "cli/commands.h"
 #include "cli/output.h"
 #include "diagnosis/doctor.h"
-#include "modengine/runguard.h"
 
 #include <algorithm>
 
@@ -38,8 +37,6 @@ int PrintFindings(const Arguments& arguments, const std::vector<Finding>& findin
 }  // namespace
 
 int LookAtInstall(const Arguments& arguments) {
-  const RunGuard guard;
-  if (!guard.IsHeld()) return Fail("doctor", kRunRefused);
   std::vector<Finding> findings;
   for (Leftover& leftover : FindLeftovers())
     findings.push_back({std::move(leftover)});

@@ -1,6 +1,7 @@
 #include "cli/commandtable.h"
 #include "cli/output.h"
 #include "cli/session.h"
+#include "modengine/runguard.h"
 #include "platform/system/paths/program.h"
 #include "support/version.h"
 
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <csignal>
 #include <exception>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -45,6 +47,17 @@ CLI::App* DeclareCommand(CLI::App& app, const Command& command, Arguments& argum
   return declared;
 }
 
+int RunCommand(const Command& command, const Arguments& arguments) {
+  using namespace varnik::cli;
+  // Taken before the first reading of the store, which may hold the marker of a run that is just ending.
+  std::optional<varnik::RunGuard> guard;
+  if (command.needs & kRunLock && !guard.emplace().IsHeld())
+    return Fail(arguments.mod == kNoMod ? command.name : arguments.mod, varnik::kRunRefused);
+  StartSession(arguments);
+  if (command.needs & kInstall && !OpenInstall(arguments)) return kFailed;
+  return command.act(arguments);
+}
+
 int ParseAndRun(int argc, char** argv) {
   Arguments arguments;
   CLI::App app("Varnik without a window: the installs, mods and maps of Battlezone II", "varnik-cli");
@@ -63,10 +76,7 @@ int ParseAndRun(int argc, char** argv) {
   }
   // A command stands ahead of those below it, so the last one given is the one that is meant.
   const auto given = std::find_if(declared.rbegin(), declared.rend(), [](const auto* one) { return one->parsed(); });
-  const Command& command = kCommands[declared.rend() - given - 1];
-  varnik::cli::StartSession(arguments);
-  if (command.needsInstall && !varnik::cli::OpenInstall(arguments)) return varnik::cli::kFailed;
-  return command.act(arguments);
+  return RunCommand(kCommands[declared.rend() - given - 1], arguments);
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include "cli/session.h"
 #include "diagnosis/activationplan.h"
 #include "modengine/catalogue.h"
-#include "modengine/runguard.h"
 
 namespace varnik::cli {
 
@@ -36,8 +35,6 @@ int PrintConfiguration(const Arguments& arguments, const ActivationPlan& plan) {
 }  // namespace
 
 int PlanGivenMod(const Arguments& arguments) {
-  const RunGuard guard;
-  if (!guard.IsHeld()) return Fail(arguments.mod, kRunRefused);
   const std::size_t row = FindGivenMod(arguments.mod);
   if (row == 0) return FailWithoutMod(arguments.mod);
   SelectModFolders(static_cast<int>(row));

@@ -7,7 +7,6 @@
 #include "modengine/deactivation.h"
 #include "modengine/listedmod.h"
 #include "modengine/runcycle.h"
-#include "modengine/runguard.h"
 #include "platform/system/paths/paths.h"
 #include "startup/crashrecovery.h"
 #include "support/install.h"
@@ -19,7 +18,7 @@ namespace {
 // The marker of another mod, or of another install, that is still to be undone. Whatever follows would lose what the
 // store holds for that.
 std::string OtherActiveMod(const std::string& definitionFile) {
-  const CrashMarker marker = ReadCrashMarker();
+  const CrashMarker marker = ReadCrashMarker(SessionSettings());
   const bool isOurs =
       win::IsSamePath(marker.definitionFile, definitionFile) && win::IsSamePath(marker.root, InstallRoot());
   return marker.root.empty() || isOurs ? "" : marker.definitionFile;
@@ -54,7 +53,7 @@ int Launch(const Arguments& arguments, int row) {
     const std::string ticked = JoinTickedOptions(ReadOptionList(OptionListFile()));
     return BuildCommandLine({arguments.options.value_or(ticked), arguments.map, arguments.edit}, true);
   };
-  const RunOutcome run = LaunchClick(row, buildLine, {}).run;
+  const RunOutcome run = LaunchClick(row, buildLine, {}, SessionSettings()).run;
   if (!run.problem.empty()) return Fail(arguments.mod, OneLine(run.problem));
   if (run.ran && run.exitStatus == -1) return Fail(run.program, "could not be started; everything was put back");
   return PrintRun(arguments, run);
@@ -63,8 +62,6 @@ int Launch(const Arguments& arguments, int row) {
 }  // namespace
 
 int ActivateGivenMod(const Arguments& arguments) {
-  const RunGuard guard;
-  if (!guard.IsHeld()) return Fail(arguments.mod, kRunRefused);
   const std::size_t row = FindGivenMod(arguments.mod);
   if (row == 0) return FailWithoutMod(arguments.mod);
   SelectModFolders(static_cast<int>(row));
@@ -75,8 +72,6 @@ int ActivateGivenMod(const Arguments& arguments) {
 }
 
 int DeactivateGivenMod(const Arguments& arguments) {
-  const RunGuard guard;
-  if (!guard.IsHeld()) return Fail(arguments.mod, kRunRefused);
   const std::size_t row = FindGivenMod(arguments.mod);
   const std::string file = row == 0 ? FindGivenDefinition(arguments.mod) : ModList[row].DefinitionFile;
   if (file.empty()) return FailWithoutMod(arguments.mod);
@@ -92,22 +87,18 @@ int DeactivateGivenMod(const Arguments& arguments) {
 }
 
 int RunGivenMod(const Arguments& arguments) {
-  const RunGuard guard;
-  if (!guard.IsHeld()) return Fail(arguments.mod, kRunRefused);
   const std::optional<int> row = SelectMod(arguments.mod);
   if (!row) return kFailed;
   if (*row == -1) return Launch(arguments, *row);
   const ModEntry& mod = ModList[*row];
   if (mod.State == 1) return Fail(mod.DefinitionFile, "is persistent and active: use `varnik-cli deactivate`");
   if (mod.State == -1) return Fail(mod.DefinitionFile, "is persistent and inactive: use `varnik-cli activate`");
-  if (const CrashMarker marker = ReadCrashMarker(); !marker.root.empty())
+  if (const CrashMarker marker = ReadCrashMarker(SessionSettings()); !marker.root.empty())
     return FailOverActiveMod(marker.definitionFile);
   return Launch(arguments, *row);
 }
 
 int Recover(const Arguments& arguments) {
-  const RunGuard guard;
-  if (!guard.IsHeld()) return Fail("recover", kRunRefused);
   const bool recovered = RecoverFromCrash();
   if (arguments.json) return Print({{"Recovered", recovered}});
   return PrintLine(recovered ? "An interrupted run was undone." : "There was no interrupted run.");

@@ -22,6 +22,7 @@ namespace {
 
 bool answerYes = false;
 bool silent = false;
+win::SettingsSnapshot settings;
 
 win::Answer AnswerBox(const std::string& text, int style, const std::string&) {
   if (win::ButtonsOfStyle(style) != win::kOkOnly) {
@@ -43,8 +44,8 @@ bool OpenGivenInstall(const std::string& root) {
 }
 
 bool SelectStoredInstall() {
-  ReadInstallList();
-  return SelectInstall(StoredActiveInstall());
+  ReadInstallList(settings);
+  return SelectInstall(StoredActiveInstall(settings));
 }
 
 bool IsPath(const std::string& mod) { return mod.find_first_of("\\/") != std::string::npos; }
@@ -54,8 +55,11 @@ bool IsPath(const std::string& mod) { return mod.find_first_of("\\/") != std::st
 void StartSession(const Arguments& arguments) {
   AppPath = arguments.appPath ? GivenFolder(*arguments.appPath) : win::ProgramFolder("varnik.cmd");
   win::SetWindowServices({.doEvents = {}, .msgBox = AnswerBox, .inputBox = {}});
-  ReadOptionFlags();
+  settings = StoredSettings();
+  ReadOptionFlags(settings);
 }
+
+const win::SettingsSnapshot& SessionSettings() { return settings; }
 
 void AnswerYes() { answerYes = true; }
 
@@ -106,7 +110,7 @@ std::string FindGivenDefinition(const std::string& mod) {
 }
 
 int RefuseActivation(const ModEntry& mod) {
-  if (const CrashMarker marker = ReadCrashMarker(); !marker.root.empty())
+  if (const CrashMarker marker = ReadCrashMarker(settings); !marker.root.empty())
     return FailOverActiveMod(marker.definitionFile);
   if (mod.State == 1 && ConfigurationIsReplaced(InstallRoot())) return Fail(mod.DefinitionFile, "is active already");
   return kDone;

@@ -2,6 +2,7 @@
 
 #include "cli/arguments.h"
 #include "definition/modentry.h"
+#include "support/settings.h"
 
 #include <optional>
 #include <string>
@@ -24,6 +25,9 @@ std::string GivenPath(const std::string& path);
 
 // A folder from the command line: as above, with a separator behind it.
 std::string GivenFolder(const std::string& folder);
+
+// What was stored when the command began.
+const win::SettingsSnapshot& SessionSettings();
 
 // Makes the install of --root, or the one that the store names, the selected one, with the folders of no mod. False,
 // with a note on why, when there is none.

@@ -2,7 +2,6 @@
 
 #include "platform/system/store/registry.h"
 #include "support/registry.h"
-#include "support/settings.h"
 
 namespace varnik {
 
@@ -13,20 +12,20 @@ constexpr char kDefinitionKey[] = "filename";
 
 }  // namespace
 
-CrashMarker ReadCrashMarker() {
-  return {ReadStored(kCrashSection, kRootKey), ReadStored(kCrashSection, kDefinitionKey)};
+CrashMarker ReadCrashMarker(const win::SettingsSnapshot& stored) {
+  return {stored.Get(kCrashSection, kRootKey), stored.Get(kCrashSection, kDefinitionKey)};
 }
 
 void WriteCrashMarker(const CrashMarker& marker) {
-  Store(kCrashSection, kRootKey, marker.root);
-  Store(kCrashSection, kDefinitionKey, marker.definitionFile);
+  StoreAll(kCrashSection, {{kRootKey, marker.root}, {kDefinitionKey, marker.definitionFile}}, win::OtherKeys::kKeep);
   RegWriteValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue, RunOnceCommand(), win::kRegSz);
 }
 
-void RemoveCrashMarker() {
-  Forget(kCrashSection, kRootKey);
-  Forget(kCrashSection, kDefinitionKey);
+win::SettingsSnapshot RemoveCrashMarker(win::OtherKeys others) {
+  win::SettingsSnapshot after;
+  StoreAll(kCrashSection, {{kRootKey, {}}, {kDefinitionKey, {}}}, others, &after);
   RegRemoveValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue);
+  return after;
 }
 
 }  // namespace varnik

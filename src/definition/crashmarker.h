@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/settings.h"
+
 #include <string>
 
 // What a start needs to finish a run that was interrupted: two values of section Crash, which every start reads, and an
@@ -12,11 +14,11 @@ struct CrashMarker {
 };
 
 // Both texts are empty when there is no marker.
-CrashMarker ReadCrashMarker();
+CrashMarker ReadCrashMarker(const win::SettingsSnapshot& stored = StoredSettings());
 
 void WriteCrashMarker(const CrashMarker& marker);
 
-// Value by value; another value of the section stays.
-void RemoveCrashMarker();
+// Gives what is stored then.
+win::SettingsSnapshot RemoveCrashMarker(win::OtherKeys others = win::OtherKeys::kKeep);
 
 }  // namespace varnik

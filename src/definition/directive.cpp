@@ -8,11 +8,6 @@ namespace varnik {
 
 namespace {
 
-std::string_view Trimmed(std::string_view text) {
-  const std::size_t first = std::min(text.find_first_not_of(' '), text.size());
-  return text.substr(first, text.find_last_not_of(' ') + 1 - first);
-}
-
 void TrimInPlace(std::string& text) {
   text.resize(text.find_last_not_of(' ') + 1);
   text.erase(0, text.find_first_not_of(' '));
@@ -91,10 +86,10 @@ LineParts CutLine(std::string_view line) {
   const std::size_t mark = line.find("//");
   if (mark != std::string_view::npos) {
     parts.comment = line.substr(mark + 2);
-    line = Trimmed(line.substr(0, mark));
+    line = win::Trimmed(line.substr(0, mark));
   }
   parts.isClosed = line.ends_with(");");
-  parts.text = parts.isClosed ? Trimmed(line.substr(0, line.size() - 2)) : line;
+  parts.text = parts.isClosed ? win::Trimmed(line.substr(0, line.size() - 2)) : line;
   return parts;
 }
 

@@ -8,10 +8,10 @@
 #include "diagnosis/legacycheck.h"
 #include "modengine/catalogue.h"
 #include "modengine/definitionreader.h"
-#include "platform/system/files/findfile.h"
 #include "platform/system/files/lines.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
+#include "platform/system/text/wildcards.h"
 #include "support/install.h"
 #include "support/runstate.h"
 

@@ -28,7 +28,7 @@ Leftover Interrupted(const CrashMarker& marker) {
       marker.definitionFile + " is active in " + marker.root + " without the game: a run was interrupted.";
   if (marker.root.empty() || marker.definitionFile.empty())
     return {kCrashSection, "The note of an interrupted run is incomplete: it names no definition or no install.",
-            "The note is removed.", RemoveCrashMarker};
+            "The note is removed.", [] { RemoveCrashMarker(); }};
   if (!win::IsSamePath(marker.root, InstallRoot()))
     return {kCrashSection, run, "`varnik-cli --root DIR doctor --fix` with that install.", {}};
   double version = 0;
@@ -45,9 +45,10 @@ Leftover Interrupted(const CrashMarker& marker) {
 }
 
 bool OtherInstallIsListed() {
-  for (std::size_t row = 0; !StoredInstallPath(row).empty(); ++row)
-    if (const std::string path = StoredInstallPath(row); !win::IsSamePath(path, InstallRoot()) && IsBZ2Install(path))
-      return true;
+  const win::SettingsSnapshot stored = StoredSettings();
+  std::string path;
+  for (std::size_t row = 0; !(path = StoredInstallPath(row, stored)).empty(); ++row)
+    if (!win::IsSamePath(path, InstallRoot()) && IsBZ2Install(path)) return true;
   return false;
 }
 
@@ -56,12 +57,6 @@ std::string PlayerFileOf(const std::string& key) {
   constexpr std::string_view kRaceName = "Racename";
   const bool isRaceName = key.starts_with(kRaceName) && key.size() > kRaceName.size();
   return FindInSearchDirs(isRaceName ? std::string("RaceName_") + key[kRaceName.size()] + ".txt" : "gameprefs.ini", 0);
-}
-
-void RestorePlayersValues() {
-  RestoreSessionDefaults();
-  RestoreRaceNames();
-  Forget(kBackupSection);
 }
 
 std::optional<Leftover> KeptValues() {
@@ -75,7 +70,7 @@ std::optional<Leftover> KeptValues() {
   if (!isAny) return std::nullopt;
   Leftover leftover{
       kBackupSection, "Session defaults or race names of the player were kept for a mod and never put back.",
-      "They are put back into gameprefs.ini and the RaceName files of this install.", RestorePlayersValues};
+      "They are put back into gameprefs.ini and the RaceName files of this install.", [] { RestorePlayersValues(); }};
   if (!allHaveFiles || OtherInstallIsListed()) {
     leftover.remedy =
         "It is not known which install they are from: `varnik-cli settings --all` shows them. The next "

@@ -6,6 +6,8 @@
 #include "support/install.h"
 #include "support/modfindfile.h"
 
+#include <vector>
+
 namespace varnik {
 
 const std::array<CraftView, 4> kCraftViews = {{
@@ -91,13 +93,15 @@ void ApplyUserPrefs(const UserPrefs& prefs) {
   const std::string file = FindInSearchDirs(kGamePrefs, 0);
   if (file.empty()) return;
   win::ClearReadOnly(file);
+  std::vector<win::ProfileValue> values;
   for (const FlagKey& flag : kFlags)
-    WriteIniValue(kSection, flag.key, prefs.*flag.field ? "true" : "false", file);
+    values.push_back({flag.key, prefs.*flag.field ? "true" : "false"});
   for (const ViewKey& view : kViews)
     if (IsCraftView(prefs.*view.field))
-      WriteIniValue(kSection, view.key, std::to_string(kCraftViews[prefs.*view.field].value), file);
+      values.push_back({view.key, std::to_string(kCraftViews[prefs.*view.field].value)});
   for (const TextKey& text : kTexts)
-    WriteIniValue(kSection, text.key, prefs.*text.field, file);
+    values.push_back({text.key, prefs.*text.field});
+  win::WriteProfileValues(kSection, values, file);
 }
 
 }  // namespace varnik

@@ -7,17 +7,14 @@
 #include "support/modfileexists.h"
 #include "support/modfindfile.h"
 #include "support/runstate.h"
-#include "support/settings.h"
 
 namespace varnik {
 namespace {
 
 // The game shipped without this file first; its patches bring it somewhere below addon.
 std::string DetectVersion(const std::string& root) {
-  FileSearchParams params{.Recurse = true, .Pattern = "localize.odf"};
-  FileSearchResults found(1);
-  FindFiles(root + "addon\\", params, found, true);
-  return params.FoundCount == 0 ? "1.0" : ReadIniValue("Network", "VersionStr", found[1], "N/A");
+  const std::string file = FindFirstFile(root + "addon\\", "localize.odf");
+  return file.empty() ? "1.0" : ReadIniValue("Network", "VersionStr", file, "N/A");
 }
 
 InstallEntry MakeInstallEntry(const std::string& path, const std::string& description) {
@@ -37,34 +34,34 @@ bool IsBZ2Install(const std::string& path) {
   return FileExists(folder + "bzone.exe") && FileExists(folder + "data.pak") && FileExists(folder + "binkw32.dll");
 }
 
-std::string StoredInstallPath(std::size_t row) {
-  const std::string path = ReadStored(kInstallsSection, "BZ2Loc" + std::to_string(row));
+std::string StoredInstallPath(std::size_t row, const win::SettingsSnapshot& stored) {
+  const std::string path = stored.Get(kInstallsSection, "BZ2Loc" + std::to_string(row));
   const std::string kept = row == 0 ? win::Trim(path) : path;
   return kept.empty() ? kept : win::WithSeparator(kept);
 }
 
-std::string StoredInstallDescription(std::size_t row) {
-  return win::Trim(ReadStored(kInstallsSection, "BZ2Des" + std::to_string(row)));
+std::string StoredInstallDescription(std::size_t row, const win::SettingsSnapshot& stored) {
+  return win::Trim(stored.Get(kInstallsSection, "BZ2Des" + std::to_string(row)));
 }
 
-bool StoredInstallIsTicked(std::size_t row) {
-  return win::Trim(ReadStored(kInstallsSection, "BZ2Sel" + std::to_string(row), "No")) == "Yes";
+bool StoredInstallIsTicked(std::size_t row, const win::SettingsSnapshot& stored) {
+  return win::Trim(stored.Get(kInstallsSection, "BZ2Sel" + std::to_string(row), "No")) == "Yes";
 }
 
-void ReadInstallList() {
+void ReadInstallList(const win::SettingsSnapshot& stored) {
   LogLine("LoadBZ2List Begin");
   std::vector<InstallEntry> rows;
-  for (std::string path = StoredInstallPath(0); !path.empty(); path = StoredInstallPath(rows.size()))
-    rows.push_back(MakeInstallEntry(path, StoredInstallDescription(rows.size())));
+  for (std::string path; !(path = StoredInstallPath(rows.size(), stored)).empty();)
+    rows.push_back(MakeInstallEntry(path, StoredInstallDescription(rows.size(), stored)));
   if (!rows.empty()) SetInstallList(std::move(rows));
 }
 
-bool IsOffered(std::size_t row) {
-  return row < InstallList.size() && !InstallList[row].Description.empty() && StoredInstallIsTicked(row);
+bool IsOffered(std::size_t row, const win::SettingsSnapshot& stored) {
+  return row < InstallList.size() && !InstallList[row].Description.empty() && StoredInstallIsTicked(row, stored);
 }
 
-std::int16_t StoredActiveInstall() {
-  return win::RoundToInt16(win::LeadingNumber(ReadStored(kInstallsSection, "Active", "-1"))).value_or(-1);
+std::int16_t StoredActiveInstall(const win::SettingsSnapshot& stored) {
+  return win::RoundToInt16(win::LeadingNumber(stored.Get(kInstallsSection, "Active", "-1"))).value_or(-1);
 }
 
 void StoreActiveInstall(std::int16_t row) { Store(kInstallsSection, "Active", std::to_string(row)); }

@@ -12,13 +12,14 @@ namespace varnik {
 
 LocationList LoadLocations() {
   LocationList list;
+  const win::SettingsSnapshot stored = StoredSettings();
   std::size_t n = 0;
-  for (std::string path = StoredInstallPath(0); !path.empty(); path = StoredInstallPath(++n)) {
+  for (std::string path = StoredInstallPath(0, stored); !path.empty(); path = StoredInstallPath(++n, stored)) {
     AddLocation(list, path);
     list.Descriptions.resize(std::max(list.Descriptions.size(), n + 1));
-    list.Descriptions[n] = StoredInstallDescription(n);
+    list.Descriptions[n] = StoredInstallDescription(n, stored);
     // Behind a path that stood twice there is no row of this number.
-    if (n < list.rows.size()) list.rows[n].Offered = StoredInstallIsTicked(n);
+    if (n < list.rows.size()) list.rows[n].Offered = StoredInstallIsTicked(n, stored);
   }
   return list;
 }
@@ -51,7 +52,7 @@ void AddSearchResults(LocationList& list, const FileSearchResults& results) {
   constexpr std::string_view kProgram = "bzone.exe";
   for (std::size_t i = 1; i < results.size(); ++i) {
     std::string folder = win::Trim(results[i]);
-    folder.resize(folder.size() - std::min(folder.size(), kProgram.size()));
+    folder.erase(folder.size() - std::min(folder.size(), kProgram.size()));
     if (IsBZ2Install(folder)) AddLocation(list, folder);
   }
 }

@@ -1,14 +1,12 @@
 #include "legacy/legacydeactivation.h"
 
 #include "definition/bzonecfg.h"
+#include "definition/crashmarker.h"
 #include "legacy/legacyformat.h"
 #include "platform/system/files/files.h"
 #include "platform/system/files/lines.h"
-#include "platform/system/store/registry.h"
 #include "support/install.h"
 #include "support/modfileexists.h"
-#include "support/registry.h"
-#include "support/settings.h"
 
 #include <set>
 
@@ -98,8 +96,7 @@ void DeactivateLegacyMod(const std::string& definitionFile, const std::string& r
     ActOnLegacyLine(kDirectives, pass, ReadLegacyLine(file));
   // The folder goes while the marker still stands: a kill in between leaves nothing behind that a start would not find.
   win::RemoveFolder(pass.InRoot(kParkingFolder));
-  Forget(kCrashSection);
-  RegRemoveValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue);
+  RemoveCrashMarker(win::OtherKeys::kRemove);
 }
 
 }  // namespace varnik

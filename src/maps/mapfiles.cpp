@@ -28,15 +28,6 @@ std::string KeyOf(std::size_t folder, const std::string& lowerName) {
   return lowerName + '\\' + std::to_string(folder);
 }
 
-std::string SearchInstall(const std::string& root, const std::string& pattern) {
-  FileSearchParams params;
-  params.Recurse = true;
-  params.Pattern = pattern;
-  FileSearchResults found(1);
-  FindFiles(root, params, found, true);
-  return params.FoundCount > 0 ? found[1] : "";
-}
-
 }  // namespace
 
 void MapFiles::ReadFolders() {
@@ -80,7 +71,7 @@ bool MapFiles::HasInf(const std::string& path) {
 }
 
 std::string MapFiles::FindFirstInf(const std::string& name) {
-  if (!IsPlain(name)) return SearchInstall(root_, name);
+  if (!IsPlain(name)) return FindFirstFile(root_, name);
   ReadFolders();
   const auto first = firstInf_.find(win::LowerCase(name));
   return first == firstInf_.end() ? "" : first->second;

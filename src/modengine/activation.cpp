@@ -160,8 +160,7 @@ bool ActivateMod(const std::string& definitionFile) {
   // A persistent mod has no marker, since it stays active across starts, and leaves the player's own files alone.
   if (state.persistent) return true;
   if (IsVersion13()) {
-    ApplySessionDefaults(state);
-    ApplyRaceNames(state);
+    ApplyPlayersValues(state);
   }
   WriteCrashMarker({root, definitionFile});
   return true;

@@ -17,7 +17,6 @@
 #include "support/install.h"
 #include "support/modfileexists.h"
 #include "support/runstate.h"
-#include "support/settings.h"
 
 #include <optional>
 #include <utility>
@@ -148,13 +147,11 @@ bool DeactivateMod(const std::string& definitionFile, const std::string& root) {
   bool persistent = false;
   ReadBounds bounds;
   if (!DeactivateFile(file, {root, noActionYet, persistent, bounds})) return false;
-  if (!persistent) RemoveCrashMarker();
+  win::SettingsSnapshot stored;
+  if (!persistent) stored = RemoveCrashMarker();
   SelectedMapIndex = -1;
   if (refreshMapPage) refreshMapPage();
-  if (persistent) return true;
-  RestoreSessionDefaults();
-  RestoreRaceNames();
-  Forget(kBackupSection);
+  if (!persistent) RestorePlayersValues(stored);
   return true;
 }
 

@@ -18,7 +18,6 @@
 #include "support/modfileexists.h"
 #include "support/modshellwait.h"
 #include "support/runstate.h"
-#include "support/settings.h"
 
 #include <cstdio>
 
@@ -117,7 +116,8 @@ RunOutcome Refused(const std::string& problem) {
 // mod that brings its own program needs no runner for the game.
 std::string RunnerProblem(int modIndex, bool useEditor, const RunHooks& hooks) {
   if (!RowOf(modIndex).Standard) return "";
-  const std::string problem = win::RunnerProblem("\"" + GameOf(InstallRoot(), useEditor) + "\"");
+  const std::string game = GameOf(InstallRoot(), useEditor);
+  const std::string problem = win::RunnerProblem("\"" + game + "\"");
   if (problem.empty()) return "";
   const std::string message = "The game cannot be run: " + problem;
   if (hooks.hideWindow) std::fprintf(stderr, "%s\n", message.c_str());
@@ -126,13 +126,14 @@ std::string RunnerProblem(int modIndex, bool useEditor, const RunHooks& hooks) {
 
 }  // namespace
 
-RunOutcome LaunchBZ2(int modIndex, const std::string& commandLine, bool useEditor, const RunHooks& hooks) {
+RunOutcome LaunchBZ2(int modIndex, const std::string& commandLine, bool useEditor, const RunHooks& hooks,
+                     const win::SettingsSnapshot& stored) {
   const RunGuard guard;
   if (!guard.IsHeld()) return Refused(kRunRefused);
   if (const std::string problem = RunnerProblem(modIndex, useEditor, hooks); !problem.empty()) return Refused(problem);
   Run run{commandLine, useEditor, hooks, InstallRoot(), {}};
   Call(hooks.setTrayTip, "Varnik: Running Battlezone II");
-  if (OptionIsOn("RenameLog")) RotateLog(run.root);
+  if (OptionIsOn("RenameLog", stored)) RotateLog(run.root);
   Call(hooks.hideWindow);
   win::DoEvents();
   if (modIndex == -1)
@@ -144,7 +145,8 @@ RunOutcome LaunchBZ2(int modIndex, const std::string& commandLine, bool useEdito
   return run.outcome;
 }
 
-ClickOutcome LaunchClick(int modIndex, const std::function<std::string()>& buildLine, const RunHooks& hooks) {
+ClickOutcome LaunchClick(int modIndex, const std::function<std::string()>& buildLine, const RunHooks& hooks,
+                         const win::SettingsSnapshot& stored) {
   const RunGuard guard;
   const auto refuse = [](const std::string& problem) {
     return ClickOutcome{ClickOutcome::Act::kNone, false, Refused(problem)};
@@ -157,7 +159,7 @@ ClickOutcome LaunchClick(int modIndex, const std::function<std::string()>& build
   if (useEditor && !FileExists(GameOf(InstallRoot(), true))) return refuse(kNoEditor);
   if (const std::string problem = RunnerProblem(modIndex, useEditor, hooks); !problem.empty()) return refuse(problem);
   if (ClearBindataOnLaunch) ClearBindata();
-  return {ClickOutcome::Act::kRun, false, LaunchBZ2(modIndex, buildLine(), useEditor, hooks)};
+  return {ClickOutcome::Act::kRun, false, LaunchBZ2(modIndex, buildLine(), useEditor, hooks, stored)};
 }
 
 }  // namespace varnik

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/settings.h"
+
 #include <functional>
 #include <string>
 
@@ -28,7 +30,8 @@ struct RunOutcome {
 
 // `modIndex` is a row of ModList, -1 for no mod. Holds a RunGuard; a refusal is shown. A game that is there
 // and that this system has no runner for is refused before any change.
-RunOutcome LaunchBZ2(int modIndex, const std::string& commandLine, bool useEditor, const RunHooks& hooks);
+RunOutcome LaunchBZ2(int modIndex, const std::string& commandLine, bool useEditor, const RunHooks& hooks,
+                     const win::SettingsSnapshot& stored = StoredSettings());
 
 struct ClickOutcome {
   enum class Act { kNone, kActivated, kDeactivated, kRun };
@@ -40,6 +43,7 @@ struct ClickOutcome {
 
 // A click on the launch button with this row selected: a persistent mod is activated or deactivated, any other is run.
 // `buildLine` gives the game's command line, with the edit switches.
-ClickOutcome LaunchClick(int modIndex, const std::function<std::string()>& buildLine, const RunHooks& hooks);
+ClickOutcome LaunchClick(int modIndex, const std::function<std::string()>& buildLine, const RunHooks& hooks,
+                         const win::SettingsSnapshot& stored = StoredSettings());
 
 }  // namespace varnik

@@ -7,7 +7,6 @@
 #include "support/runstate.h"
 #include "support/settings.h"
 
-#include <algorithm>
 #include <vector>
 
 namespace varnik {
@@ -16,15 +15,9 @@ namespace {
 
 constexpr char kPreferencesSection[] = "UserPrefs";
 
-struct SessionDefault {
-  const char* key;  // in the game's file and in the backup
-  std::string value;
-};
-using SessionDefaults = std::vector<SessionDefault>;
+constexpr const char* kSessionKeys[] = {"DefaultSessionName", "DefaultPassword", "DefaultMessage"};
 
-bool AnyIsSet(const SessionDefaults& defaults) {
-  return std::any_of(defaults.begin(), defaults.end(), [](const SessionDefault& one) { return !one.value.empty(); });
-}
+using Values = std::vector<win::ProfileValue>;
 
 // From index 0 of SearchDirs, which is empty: the whole install comes first.
 std::string FindPlayerFile(const std::string& name) {
@@ -34,53 +27,58 @@ std::string FindPlayerFile(const std::string& name) {
 std::string RaceFile(char letter) { return FindPlayerFile(std::string("RaceName_") + letter + ".txt"); }
 std::string RaceKey(char letter) { return std::string("Racename") + letter; }
 
-void ApplyRaceName(char letter, const std::string& name) {
-  const std::string file = RaceFile(letter);
-  if (file.empty()) return;
-  const std::optional<std::string> old = win::ReadWholeFile(file);
-  if (old && Store(kBackupSection, RaceKey(letter), *old)) win::WriteWholeFile(file, name + "\r\n");
+// The session defaults of a mod, as far as they are set and there is a file for them.
+Values SessionValues(const ActivationState& state, const std::string& file) {
+  Values values;
+  for (const auto& [key, value] : Values{
+           {kSessionKeys[0], state.sessionName}, {kSessionKeys[1], state.password}, {kSessionKeys[2], state.message}})
+    if (!value.empty() && !file.empty()) values.push_back({key, value});
+  return values;
 }
 
-void RestoreRaceName(char letter, const std::string& old) {
-  const std::string file = RaceFile(letter);
-  if (!file.empty()) win::WriteWholeFile(file, old + "\r\n");
-}
+bool AnyIsSet(const ActivationState& state) { return !(state.sessionName + state.password + state.message).empty(); }
+
+struct RaceChange {
+  std::string file;
+  std::string name;
+};
 
 }  // namespace
 
-void ApplySessionDefaults(const ActivationState& state) {
-  const SessionDefaults defaults = {{"DefaultSessionName", state.sessionName},
-                                    {"DefaultPassword", state.password},
-                                    {"DefaultMessage", state.message}};
-  if (!AnyIsSet(defaults)) return;
-  const std::string file = FindPlayerFile("gameprefs.ini");
-  if (file.empty()) return;
-  for (const auto& [key, value] : defaults) {
-    if (value.empty()) continue;
-    if (Store(kBackupSection, key, ReadIniValue(kPreferencesSection, key, file, "")))
-      WriteIniValue(kPreferencesSection, key, value, file);
+void ApplyPlayersValues(const ActivationState& state) {
+  std::vector<win::SettingRow> backup;
+  const std::string preferences = AnyIsSet(state) ? FindPlayerFile("gameprefs.ini") : "";
+  const Values values = SessionValues(state, preferences);
+  for (const auto& [key, value] : values)
+    backup.push_back({key, ReadIniValue(kPreferencesSection, key, preferences, "")});
+  std::vector<RaceChange> races;
+  for (std::size_t i = 0; i < state.RaceNames.size(); ++i) {
+    const char letter = static_cast<char>('A' + i);
+    const std::string file = state.RaceNames[i].empty() ? "" : RaceFile(letter);
+    const std::optional<std::string> old = file.empty() ? std::nullopt : win::ReadWholeFile(file);
+    if (!old) continue;
+    backup.push_back({RaceKey(letter), old});
+    races.push_back({file, state.RaceNames[i]});
   }
+  // Before the first change, so that a kill in between loses no value.
+  if (backup.empty() || !StoreAll(kBackupSection, backup, win::OtherKeys::kKeep)) return;
+  if (!values.empty()) win::WriteProfileValues(kPreferencesSection, values, preferences);
+  for (const RaceChange& race : races)
+    win::WriteWholeFile(race.file, race.name + "\r\n");
 }
 
-void ApplyRaceNames(const ActivationState& state) {
-  for (std::size_t i = 0; i < state.RaceNames.size(); ++i)
-    if (!state.RaceNames[i].empty()) ApplyRaceName(static_cast<char>('A' + i), state.RaceNames[i]);
-}
-
-void RestoreSessionDefaults() {
-  SessionDefaults defaults;
-  for (const char* key : {"DefaultSessionName", "DefaultPassword", "DefaultMessage"})
-    defaults.push_back({key, ReadStored(kBackupSection, key)});
-  if (!AnyIsSet(defaults)) return;
-  const std::string file = FindPlayerFile("gameprefs.ini");
-  if (file.empty()) return;
-  for (const auto& [key, value] : defaults)
-    if (!value.empty()) WriteIniValue(kPreferencesSection, key, value, file);
-}
-
-void RestoreRaceNames() {
-  for (char letter = 'A'; letter <= 'Z'; ++letter)
-    if (const std::string old = ReadStored(kBackupSection, RaceKey(letter)); !old.empty()) RestoreRaceName(letter, old);
+void RestorePlayersValues(const win::SettingsSnapshot& stored) {
+  Values values;
+  for (const char* key : kSessionKeys)
+    if (const std::string old = stored.Get(kBackupSection, key); !old.empty()) values.push_back({key, old});
+  const std::string preferences = values.empty() ? "" : FindPlayerFile("gameprefs.ini");
+  if (!preferences.empty()) win::WriteProfileValues(kPreferencesSection, values, preferences);
+  for (char letter = 'A'; letter <= 'Z'; ++letter) {
+    const std::string old = stored.Get(kBackupSection, RaceKey(letter));
+    const std::string file = old.empty() ? "" : RaceFile(letter);
+    if (!file.empty()) win::WriteWholeFile(file, old + "\r\n");
+  }
+  Forget(kBackupSection);
 }
 
 std::optional<std::string> PresentSessionDefault(const std::string& key) {

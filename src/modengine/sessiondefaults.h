@@ -1,23 +1,22 @@
 #pragma once
 
 #include "modengine/activationstate.h"
+#include "support/settings.h"
 
 #include <optional>
 #include <string>
 
 // What a mod changes for the length of a run in the player's own files below the selected install: session defaults in
 // gameprefs.ini and race names in RaceName_A.txt to RaceName_Z.txt. The old values wait in section Backup of the
-// settings store. A file that is not found is passed over; with no install selected none is.
+// settings store. A file that is not found is skipped, and all are with no install selected.
 namespace varnik {
 
-// A value whose old one could not be stored is not changed.
-void ApplySessionDefaults(const ActivationState& state);
-void ApplyRaceNames(const ActivationState& state);
+// All old values are stored in one write before the first change; when that fails, nothing is changed.
+void ApplyPlayersValues(const ActivationState& state);
 
-// A session default whose old value was empty stays as the mod set it, and a race name file grows by one line end: the
-// game minds neither.
-void RestoreSessionDefaults();
-void RestoreRaceNames();
+// Puts back what `stored` holds and then forgets it. A session default whose old value was empty stays as the mod set
+// it, and a race name file grows by one line end: the game minds neither.
+void RestorePlayersValues(const win::SettingsSnapshot& stored = StoredSettings());
 
 // What gameprefs.ini holds now under DefaultSessionName, DefaultPassword or DefaultMessage; nothing without such a
 // file.

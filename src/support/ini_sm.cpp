@@ -1,26 +1,19 @@
 #include "support/ini_sm.h"
 
 #include "platform/system/process/services.h"
+#include "platform/system/text/text.h"
 
 namespace varnik {
 namespace {
 
 constexpr std::size_t kMaxValueLength = 254;
 
-std::string_view Trimmed(std::string_view text) {
-  while (text.starts_with(' '))
-    text.remove_prefix(1);
-  while (text.ends_with(' '))
-    text.remove_suffix(1);
-  return text;
-}
-
 // In this order, so that a `//` inside quotes cuts too, and a blank ahead of the closing quote stays.
 std::string_view CleanValue(std::string_view text) {
   if (const std::size_t comment = text.find("//"); comment != std::string_view::npos)
-    text = Trimmed(text.substr(0, comment));
+    text = win::Trimmed(text.substr(0, comment));
   if (text.starts_with('"')) text.remove_prefix(1);
-  text = Trimmed(text);
+  text = win::Trimmed(text);
   if (text.ends_with('"')) text.remove_suffix(1);
   return text;
 }
@@ -36,7 +29,7 @@ std::string ReadIniValue(const std::string& section, const std::string& key, con
                          const std::string& fallback) {
   const std::string_view value = CleanValue(file.Find(section, key).value_or("").substr(0, kMaxValueLength));
   win::DoEvents();
-  return Trimmed(value).empty() ? fallback : std::string(value);
+  return win::Trimmed(value).empty() ? fallback : std::string(value);
 }
 
 bool WriteIniValue(const std::string& section, const std::string& key, const std::string& value,

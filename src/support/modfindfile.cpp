@@ -3,6 +3,7 @@
 #include "platform/system/files/findfile.h"
 #include "platform/system/filesystem/operations.h"
 #include "platform/system/process/services.h"
+#include "platform/system/text/wildcards.h"
 #include "support/install.h"
 #include "support/runstate.h"
 
@@ -44,6 +45,13 @@ void FindFiles(const std::string& folder, FileSearchParams& params, FileSearchRe
   });
 }
 
+std::string FindFirstFile(const std::string& folder, const std::string& pattern) {
+  FileSearchParams params{.Recurse = true, .Pattern = pattern};
+  FileSearchResults found(1);
+  FindFiles(folder, params, found, true);
+  return params.FoundCount > 0 ? found[1] : "";
+}
+
 std::string TrimAtNul(const std::string& text) { return text.substr(0, text.find('\0')); }
 
 bool MatchesPattern(const std::string& name, const std::string& pattern, const FileSearchParams& params) {
@@ -55,12 +63,8 @@ namespace {
 std::string SearchDirsFor(const std::string& fileName, std::size_t firstDir) {
   if (InstallRoot().empty()) return "";
   for (std::size_t row = firstDir; row < SearchDirs.size(); ++row) {
-    FileSearchParams params;
-    params.Recurse = true;
-    params.Pattern = fileName;
-    FileSearchResults results(1);
-    FindFiles(InstallRoot() + SearchDirs[row] + "\\", params, results, true);
-    if (params.FoundCount > 0) return results[1];
+    const std::string found = FindFirstFile(InstallRoot() + SearchDirs[row] + "\\", fileName);
+    if (!found.empty()) return found;
   }
   return "";
 }

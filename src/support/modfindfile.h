@@ -34,6 +34,9 @@ using EntryVisitor = std::function<bool(const std::string& folder, const win::Fo
 // many names at once. With `recurse` it enters the folders that FindFiles enters, and pumps events as it does.
 void VisitEntries(const std::string& folder, bool recurse, const EntryVisitor& visit);
 
+// Full path of the first file below `folder`, sub-folders included, whose name matches; empty when there is none.
+std::string FindFirstFile(const std::string& folder, const std::string& pattern);
+
 // `text` up to its first NUL.
 std::string TrimAtNul(const std::string& text);
 

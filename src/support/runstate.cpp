@@ -1,7 +1,5 @@
 #include "support/runstate.h"
 
-#include "support/settings.h"
-
 namespace varnik {
 
 std::string AppPath;
@@ -14,10 +12,10 @@ bool ShowOldMods = true;
 bool HighPriority = false;
 bool ClearBindataOnLaunch = false;
 
-void ReadOptionFlags() {
-  ShowOldMods = OptionIsOn("OldMods");
-  HighPriority = OptionIsOn("HighPri");
-  ClearBindataOnLaunch = OptionIsOn("BinDat");
+void ReadOptionFlags(const win::SettingsSnapshot& stored) {
+  ShowOldMods = OptionIsOn("OldMods", stored);
+  HighPriority = OptionIsOn("HighPri", stored);
+  ClearBindataOnLaunch = OptionIsOn("BinDat", stored);
 }
 
 }  // namespace varnik

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/settings.h"
+
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -34,6 +36,6 @@ extern bool HighPriority;
 extern bool ClearBindataOnLaunch;
 
 // Sets the three options from the settings store.
-void ReadOptionFlags();
+void ReadOptionFlags(const win::SettingsSnapshot& stored = StoredSettings());
 
 }  // namespace varnik

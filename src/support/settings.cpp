@@ -7,14 +7,16 @@ const std::vector<SettingKey> kSettingKeys = {
     {"OldMods", "On"}, {"HighPri", "Off"},   {"BinDat", "Off"}, {"RenameLog", "Off"}, {"StatusBar", "On"},
 };
 
-std::string ReadOption(const std::string& key) {
+win::SettingsSnapshot StoredSettings() { return win::SettingsSnapshot(kApplication); }
+
+std::string ReadOption(const std::string& key, const win::SettingsSnapshot& stored) {
   const char* fallback = "";
   for (const SettingKey& row : kSettingKeys)
     if (key == row.name) fallback = row.fallback;
-  return ReadStored(kSettingsSection, key, fallback);
+  return stored.Get(kSettingsSection, key, fallback);
 }
 
-bool OptionIsOn(const std::string& key) { return ReadOption(key) == "On"; }
+bool OptionIsOn(const std::string& key, const win::SettingsSnapshot& stored) { return ReadOption(key, stored) == "On"; }
 
 void StoreOption(const std::string& key, const std::string& value) { Store(kSettingsSection, key, value); }
 
@@ -26,8 +28,9 @@ bool Store(const char* section, const std::string& key, const std::string& value
   return win::SaveSetting(kApplication, section, key, value);
 }
 
-bool StoreAll(const char* section, const std::vector<win::SettingRow>& rows, win::OtherKeys others) {
-  return win::SaveSection(kApplication, section, rows, others);
+bool StoreAll(const char* section, const std::vector<win::SettingRow>& rows, win::OtherKeys others,
+              win::SettingsSnapshot* after) {
+  return win::SaveSection(kApplication, section, rows, others, after);
 }
 
 void Forget(const char* section, const std::string& key) { win::DeleteSetting(kApplication, section, key); }

@@ -23,15 +23,20 @@ struct SettingKey {
 // The keys of section Settings, in the order in which they are listed.
 extern const std::vector<SettingKey> kSettingKeys;
 
+// All that is stored, read now. What is asked together is asked of one snapshot; a new action of the player takes a new
+// one, since other processes write too.
+win::SettingsSnapshot StoredSettings();
+
 // The stored text of a key of section Settings, or its default.
-std::string ReadOption(const std::string& key);
-bool OptionIsOn(const std::string& key);
+std::string ReadOption(const std::string& key, const win::SettingsSnapshot& stored = StoredSettings());
+bool OptionIsOn(const std::string& key, const win::SettingsSnapshot& stored = StoredSettings());
 void StoreOption(const std::string& key, const std::string& value);
 
 std::string ReadStored(const char* section, const std::string& key, const std::string& fallback = "");
 // False when the value could not be stored; the old one stands then.
 bool Store(const char* section, const std::string& key, const std::string& value);
-bool StoreAll(const char* section, const std::vector<win::SettingRow>& rows, win::OtherKeys others);
+bool StoreAll(const char* section, const std::vector<win::SettingRow>& rows, win::OtherKeys others,
+              win::SettingsSnapshot* after = nullptr);
 void Forget(const char* section, const std::string& key = "");
 
 }  // namespace varnik

@@ -4,10 +4,9 @@
 
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
-// Enumeration of folders and the wildcard match of the shell.
+// Enumeration of folders.
 namespace win {
 
 // Enumerates one folder: every entry, `.` and `..` included, hidden ones too, in the order of the file system. Memory
@@ -37,9 +36,5 @@ class FolderReader {
 // matches. An empty text, a single separator and a name with a trailing separator are not found; trailing blanks and
 // dots are ignored.
 bool FindFirstFileSucceeds(const std::string& path);
-
-// PathMatchSpecW: without regard to case, beyond ASCII too; `*` and `?`; `;` separates alternatives; exactly `*.*`
-// matches every name. An empty pattern matches nothing. Both texts are bytes (UTF-8 if valid, else Windows-1252).
-bool PathMatchSpec(std::string_view name, std::string_view pattern);
 
 }  // namespace win

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <functional>
 #include <vector>
 
 namespace win {
@@ -285,18 +286,22 @@ std::string GetPrivateProfileString(std::string_view section, std::string_view k
 
 namespace {
 
-bool WriteProfile(std::optional<std::string_view> section, std::optional<std::string_view> key,
-                  std::optional<std::string_view> value, const std::string& file) {
-  if (!section) return false;
+using Change = std::function<std::string(const std::string& bytes)>;
+
+bool ChangeProfile(const std::string& file, const Change& change) {
   const std::optional<std::string> content = ReadWholeFile(file);
   // A file that is there and cannot be read must not be taken for an empty one.
   if (const auto attributes = GetAttributes(file); !content && attributes) {
     errno = *attributes & kAttributeDirectory ? EISDIR : EACCES;
     return false;
   }
-  const std::string bytes = content.value_or("");
+  return WriteWholeFile(file, change(content.value_or("")));
+}
+
+std::string Changed(const std::string& bytes, std::string_view section, std::optional<std::string_view> key,
+                    std::optional<std::string_view> value) {
   const ProfileText text = Decode(bytes);
-  const std::string_view sectionName = TrimGiven(*section);
+  const std::string_view sectionName = TrimGiven(section);
   const auto found = FindSection(std::string_view(text.characters).substr(0, TextEnd(text.characters)), sectionName);
   std::vector<Edit> edits;
   if (!key)
@@ -305,7 +310,7 @@ bool WriteProfile(std::optional<std::string_view> section, std::optional<std::st
     edits = DeleteKey(found, TrimGiven(*key));
   else
     edits = {SetKey(text.characters, found, sectionName, TrimGiven(*key), *value)};
-  return WriteWholeFile(file, Apply(bytes, text, edits));
+  return Apply(bytes, text, edits);
 }
 
 }  // namespace
@@ -313,7 +318,24 @@ bool WriteProfile(std::optional<std::string_view> section, std::optional<std::st
 bool WritePrivateProfileString(std::optional<std::string_view> section, std::optional<std::string_view> key,
                                std::optional<std::string_view> value, const std::string& file) {
   const std::string assignment = std::string(key.value_or("")) + "=" + std::string(value.value_or(""));
-  return ReportOperation(Operation::kSet, file, assignment, [&] { return WriteProfile(section, key, value, file); });
+  return ReportOperation(Operation::kSet, file, assignment, [&] {
+    return section && ChangeProfile(file, [&](const auto& bytes) { return Changed(bytes, *section, key, value); });
+  });
+}
+
+bool WriteProfileValues(const std::string& section, const std::vector<ProfileValue>& values, const std::string& file) {
+  const bool written = ChangeProfile(file, [&](std::string bytes) {
+    for (const auto& [key, value] : values)
+      bytes = Changed(bytes, section, key, value);
+    return bytes;
+  });
+  const int error = errno;
+  for (const auto& [key, value] : values)
+    ReportOperation(Operation::kSet, file, key + "=" + value, [&] {
+      errno = error;
+      return written;
+    });
+  return written;
 }
 
 }  // namespace win

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 // Profile (INI) files, one key at a time, as the Windows calls of these names treat them: sections and keys match
 // without regard to case, the first section and the first key of a name count, and an edit touches the one line that it
@@ -37,5 +38,13 @@ class ProfileFile {
 // that is missing in a folder that exists.
 bool WritePrivateProfileString(std::optional<std::string_view> section, std::optional<std::string_view> key,
                                std::optional<std::string_view> value, const std::string& file);
+
+struct ProfileValue {
+  std::string key;
+  std::string value;
+};
+
+// Sets several keys of one section in one write of the file: all of them or none.
+bool WriteProfileValues(const std::string& section, const std::vector<ProfileValue>& values, const std::string& file);
 
 }  // namespace win

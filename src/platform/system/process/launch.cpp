@@ -86,19 +86,6 @@ bool IsSetUp(const std::string& prefix) {
   return CurrentFileSystem().Exists(prefix + "/drive_c/windows/system32/kernel32.dll");
 }
 
-// Empty when there is none.
-std::string FindExecutable(const std::string& name) {
-  const auto isProgram = [](const std::string& path) {
-    return CurrentFileSystem().IsFile(path) && CurrentFileSystem().IsAllowed(path, X_OK);
-  };
-  if (name.find('/') != std::string::npos) return isProgram(name) ? name : "";
-  const std::string given = Variable("PATH");
-  std::istringstream folders(given.empty() ? "/bin:/usr/bin" : given);
-  for (std::string folder; std::getline(folders, folder, ':');)
-    if (const std::string path = (folder.empty() ? "." : folder) + "/" + name; isProgram(path)) return path;
-  return "";
-}
-
 // Whether a Wine that was installed around `programs`, its folder of programs, holds what every program of so many bits
 // needs: the innermost of the system files or, in Debian's layout, a loader of its own.
 bool HasPart(const std::string& programs, std::string_view bits) {
@@ -156,6 +143,19 @@ void GoThroughRunner(Launch& launch, const std::string& program, const std::stri
 bool IsWindowsHeader(std::string_view header) { return header.starts_with("MZ"); }
 
 }  // namespace
+
+std::string FindExecutable(const std::string& name) {
+  const auto isProgram = [](const std::string& path) {
+    std::error_code failed;
+    return fs::is_regular_file(path, failed) && access(path.c_str(), X_OK) == 0;
+  };
+  if (name.find('/') != std::string::npos) return isProgram(name) ? name : "";
+  const std::string given = Variable("PATH");
+  std::istringstream folders(given.empty() ? "/bin:/usr/bin" : given);
+  for (std::string folder; std::getline(folders, folder, ':');)
+    if (const std::string path = (folder.empty() ? "." : folder) + "/" + name; isProgram(path)) return path;
+  return "";
+}
 
 bool IsWindowsProgram(const std::string& program) { return IsWindowsHeader(HeaderOf(program)); }
 

@@ -23,6 +23,10 @@ Launch PrepareLaunch(const std::string& program, const std::string& tail);
 
 bool IsWindowsProgram(const std::string& program);
 
+// The path of the program of that name in PATH, or of `name` itself when it is a path. Empty when there is none that
+// may be started.
+std::string FindExecutable(const std::string& name);
+
 // Why the runner could not run this program: see RunnerProblem of process.h. `program` is an absolute native path.
 std::string RunnerProblemOf(const std::string& program);
 

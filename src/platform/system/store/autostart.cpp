@@ -95,7 +95,7 @@ std::string ExecLine(const std::string& name, const std::string& command, bool o
     words.push_back(argument);
   std::string line = "env";
   for (const std::string& word : words)
-    line += " " + ExecArgument(word);
+    line.append(" ").append(ExecArgument(word));
   return line;
 }
 

@@ -57,25 +57,6 @@ Content ReadBytes(const std::string& path, std::string& bytes) {
   return Content::kRead;
 }
 
-bool NestsTooDeep(std::string_view json) {
-  int depth = 0;
-  bool inString = false;
-  for (std::size_t i = 0; i < json.size(); ++i) {
-    const char c = json[i];
-    if (inString) {
-      if (c == '\\') ++i;
-      if (c == '"') inString = false;
-    } else if (c == '"') {
-      inString = true;
-    } else if (c == '[' || c == '{') {
-      if (++depth > kMaxNesting) return true;
-    } else if (c == ']' || c == '}') {
-      --depth;
-    }
-  }
-  return false;
-}
-
 bool HasObjectLevels(const Json& node, int levels) {
   if (levels == 0) return true;
   if (!node.is_object()) return false;
@@ -87,9 +68,16 @@ bool HasObjectLevels(const Json& node, int levels) {
 // A discarded value when the text is no store.
 Json ParseStore(std::string_view bytes) {
   const Json damaged = Json::value_t::discarded;
-  if (bytes.size() > kMaxStoreBytes || NestsTooDeep(bytes)) return damaged;
-  Json tree = Json::parse(bytes, nullptr, false);
-  return HasObjectLevels(tree, kObjectLevels) ? tree : damaged;
+  if (bytes.size() > kMaxStoreBytes) return damaged;
+  // Writing a tree takes one call for each level.
+  bool tooDeep = false;
+  const auto checkDepth = [&tooDeep](int depth, Json::parse_event_t event, const Json&) {
+    const bool opens = event == Json::parse_event_t::object_start || event == Json::parse_event_t::array_start;
+    tooDeep = tooDeep || (opens && depth >= kMaxNesting);
+    return !tooDeep;
+  };
+  Json tree = Json::parse(bytes, checkDepth, false);
+  return !tooDeep && HasObjectLevels(tree, kObjectLevels) ? tree : damaged;
 }
 
 // Moves the file to the first free name; an empty file reserves that name, so that nothing is ever replaced.

@@ -22,6 +22,9 @@ class JsonStore {
   // damaged one is moved to `<file>.damaged-N`.
   const Json& Tree();
 
+  // What the last call read or wrote, without another reading.
+  const Json& LastTree() const { return tree_; }
+
   // Reads, lets `change` alter the tree and writes it back, all under a lock against other processes. `change` returns
   // false when it altered nothing. False, with the store as it was, when it cannot be read or written.
   bool Change(const std::function<bool(Json& tree)>& change);

@@ -1,19 +1,15 @@
 #include "platform/system/store/registry.h"
 
-#include "platform/system/filesystem/currentfilesystem.h"
 #include "platform/system/filesystem/operations.h"
-#include "platform/system/paths/environment.h"
+#include "platform/system/process/launch.h"
 #include "platform/system/store/autostart.h"
 #include "platform/system/store/jsonstore.h"
 #include "platform/system/text/text.h"
-
-#include <unistd.h>
 
 #include <array>
 #include <chrono>
 #include <functional>
 #include <optional>
-#include <sstream>
 #include <thread>
 
 namespace win {
@@ -51,14 +47,8 @@ const Key* KeyOf(RegistryHandle handle) { return handle >= 1 && handle <= kKeys.
 
 // The first of the tools in the order of the list that stands in PATH; empty when there is none.
 std::string SystemInformationTool() {
-  for (const char* tool : kSystemInformationTools) {
-    std::istringstream folders(Variable("PATH"));
-    for (std::string folder; std::getline(folders, folder, ':');) {
-      const std::string file = folder + "/" + tool;
-      const bool isFile = folder.starts_with('/') && CurrentFileSystem().IsFile(file);
-      if (isFile && CurrentFileSystem().IsAllowed(file, X_OK)) return file;
-    }
-  }
+  for (const char* tool : kSystemInformationTools)
+    if (const std::string path = FindExecutable(tool); path.starts_with('/')) return path;
   return "";
 }
 

@@ -3,40 +3,74 @@
 #include "platform/system/filesystem/operations.h"
 #include "platform/system/store/jsonstore.h"
 
+#include <cerrno>
+
 namespace win {
 namespace {
 
 JsonStore store("settings.json");
 
+// A row without a value changes nothing where there is no such key.
+void StoreRow(Json& tree, const std::string& application, const std::string& section, const SettingRow& row) {
+  if (row.value)
+    MakeMember(MakeMember(MakeMember(tree, application), section), row.key) = JsonFromBytes(*row.value);
+  else
+    EraseMember(FindMember(FindMember(&tree, application), section), row.key);
+}
+
+void Report(const std::string& section, const SettingRow& row, bool stored, int error) {
+  ReportOperation(row.value ? Operation::kStore : Operation::kForget, section + "\\" + row.key, row.value.value_or(""),
+                  [stored, error] {
+                    errno = error;
+                    return stored;
+                  });
+}
+
 }  // namespace
+
+struct SettingsSnapshot::Tree {
+  Json sections;
+};
+
+SettingsSnapshot::SettingsSnapshot(const std::string& application) {
+  if (const Json* sections = FindMember(&store.Tree(), application)) tree_ = std::make_shared<Tree>(Tree{*sections});
+}
+
+std::string SettingsSnapshot::Get(const std::string& section, const std::string& key,
+                                  const std::string& fallback) const {
+  const Json* value = FindMember(FindMember(tree_ ? &tree_->sections : nullptr, section), key);
+  return value ? BytesFromJson(*value).value_or(fallback) : fallback;
+}
 
 std::string GetSetting(const std::string& application, const std::string& section, const std::string& key,
                        const std::string& fallback) {
-  const Json* value = FindMember(FindMember(FindMember(&store.Tree(), application), section), key);
-  return value ? BytesFromJson(*value).value_or(fallback) : fallback;
+  return SettingsSnapshot(application).Get(section, key, fallback);
 }
 
 bool SaveSetting(const std::string& application, const std::string& section, const std::string& key,
                  const std::string& value) {
-  const auto change = [&](Json& tree) {
-    Json& stored = MakeMember(MakeMember(MakeMember(tree, application), section), key);
-    Json wanted = JsonFromBytes(value);
-    if (stored == wanted) return false;
-    stored = std::move(wanted);
-    return true;
-  };
-  return ReportOperation(Operation::kStore, section + "\\" + key, value, [&] { return store.Change(change); });
+  return SaveSection(application, section, {{key, value}}, OtherKeys::kKeep);
 }
 
 bool SaveSection(const std::string& application, const std::string& section, const std::vector<SettingRow>& rows,
-                 OtherKeys others) {
-  return store.Change([&](Json& tree) {
+                 OtherKeys others, SettingsSnapshot* after) {
+  const bool stored = store.Change([&](Json& tree) {
     const Json before = tree;
     if (others == OtherKeys::kRemove) EraseMember(FindMember(&tree, application), section);
     for (const SettingRow& row : rows)
-      MakeMember(MakeMember(MakeMember(tree, application), section), row.key) = JsonFromBytes(row.value);
+      StoreRow(tree, application, section, row);
     return tree != before;
   });
+  const int error = errno;
+  for (const SettingRow& row : rows)
+    Report(section, row, stored, error);
+  if (after && stored) {
+    const Json* sections = FindMember(&store.LastTree(), application);
+    after->tree_ = sections ? std::make_shared<SettingsSnapshot::Tree>(SettingsSnapshot::Tree{*sections}) : nullptr;
+  } else if (after) {
+    *after = SettingsSnapshot(application);
+  }
+  return stored;
 }
 
 bool DeleteSetting(const std::string& application, const std::string& section, const std::string& key) {

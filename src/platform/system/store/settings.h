@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,14 +21,30 @@ bool SaveSetting(const std::string& application, const std::string& section, con
 
 struct SettingRow {
   std::string key;
-  std::string value;
+  std::optional<std::string> value;  // without one the key goes
 };
 enum class OtherKeys { kRemove, kKeep };
 
+// Everything stored for one application at one moment: one reading of the store for all that is asked together. Not to
+// be kept for longer than that.
+class SettingsSnapshot {
+ public:
+  SettingsSnapshot() = default;  // of nothing
+  explicit SettingsSnapshot(const std::string& application);
+
+  std::string Get(const std::string& section, const std::string& key, const std::string& fallback = "") const;
+
+ private:
+  friend bool SaveSection(const std::string&, const std::string&, const std::vector<SettingRow>&, OtherKeys,
+                          SettingsSnapshot*);
+  struct Tree;
+  std::shared_ptr<const Tree> tree_;
+};
+
 // Stores all rows in one write: whatever happens, the section then holds all of them or is as it was. With kRemove it
-// holds nothing else, and without rows it goes too.
+// holds nothing else, and without rows it goes too. `after` receives what the application then has, stored or not.
 bool SaveSection(const std::string& application, const std::string& section, const std::vector<SettingRow>& rows,
-                 OtherKeys others);
+                 OtherKeys others, SettingsSnapshot* after = nullptr);
 
 // Without `key` the section goes, without `section` the application. Deleting what is not there does nothing.
 bool DeleteSetting(const std::string& application, const std::string& section = "", const std::string& key = "");

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-// Text and number parsing by the rules of the game's own files. Text is bytes; only ASCII letters have a case here.
+// Text and number parsing. Text is bytes as the game's files hold them; only ASCII letters have a case here.
 namespace win {
 
 std::string LowerCase(std::string_view text);
@@ -13,6 +13,7 @@ std::string UpperCase(std::string_view text);
 
 // Without the space characters at both ends. Tabs, carriage returns and other blanks stay.
 std::string Trim(std::string_view text);
+std::string_view Trimmed(std::string_view text);  // the same as a part of `text`
 
 bool EqualNoCase(std::string_view a, std::string_view b);
 bool StartsWithNoCase(std::string_view text, std::string_view prefix);
