@@ -7,7 +7,6 @@
 #include "modengine/deactivation.h"
 #include "modengine/listedmod.h"
 #include "modengine/sessiondefaults.h"
-#include "platform/system/files/files.h"
 #include "platform/system/files/lines.h"
 #include "platform/system/files/rehearsal.h"
 #include "platform/system/files/wholefile.h"

@@ -5,6 +5,7 @@
 #include "legacy/legacyformat.h"
 #include "platform/system/files/files.h"
 #include "platform/system/files/findfile.h"
+#include "platform/system/files/lines.h"
 #include "support/modfileexists.h"
 
 #include <algorithm>

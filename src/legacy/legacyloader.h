@@ -1,7 +1,7 @@
 #pragma once
 
 #include "definition/modentry.h"
-#include "platform/system/files/files.h"
+#include "platform/system/files/lines.h"
 
 #include <string>
 

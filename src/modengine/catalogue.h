@@ -1,7 +1,6 @@
 #pragma once
 
 #include "definition/modentry.h"
-#include "platform/system/files/lines.h"
 
 #include <functional>
 #include <string>

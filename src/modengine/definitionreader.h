@@ -2,7 +2,7 @@
 
 #include "definition/modentry.h"
 #include "definition/passdirective.h"
-#include "platform/system/files/files.h"
+#include "platform/system/files/lines.h"
 
 #include <string>
 #include <vector>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/system/files/files.h"
 #include "platform/system/filesystem/filesystem.h"
 #include "platform/system/filesystem/nativepath.h"
 

@@ -1,8 +1,8 @@
 #include "platform/system/text/text.h"
 
-#include "platform/system/files/files.h"
 #include "platform/system/files/findfile.h"
 #include "platform/system/files/profile.h"
+#include "platform/system/files/wholefile.h"
 #include "platform/system/text/argumentlist.h"
 #include "platform/system/text/compare.h"
 #include "platform/system/text/wildcards.h"

@@ -146,8 +146,7 @@ bool IsWindowsHeader(std::string_view header) { return header.starts_with("MZ");
 
 std::string FindExecutable(const std::string& name) {
   const auto isProgram = [](const std::string& path) {
-    std::error_code failed;
-    return fs::is_regular_file(path, failed) && access(path.c_str(), X_OK) == 0;
+    return CurrentFileSystem().IsFile(path) && CurrentFileSystem().IsAllowed(path, X_OK);
   };
   if (name.find('/') != std::string::npos) return isProgram(name) ? name : "";
   const std::string given = Variable("PATH");
