@@ -127,7 +127,9 @@ TEST(Architecture, HeadersHaveTheirSource) {
   const auto files = Includes();
   const std::regex declaration("^[A-Za-z][\\w:<>,&* ]* [\\w]+\\([^;{}=]*\\)( const)?;$");
   for (const auto& [header, includes] : files) {
-    if (!header.ends_with(".h") || header == "mainwindow/frmmain.h" || header == "cli/commands.h") continue;
+    // artwork.h is implemented by a generated file.
+    const bool isOfMany = header == "mainwindow/frmmain.h" || header == "cli/commands.h";
+    if (!header.ends_with(".h") || isOfMany || header == "support/ui/artwork.h") continue;
     const std::string source = Component(header) + ".cpp";
     if (files.contains(source)) continue;
     std::ifstream file(fs::path(SOURCE_DIR) / "src" / header);

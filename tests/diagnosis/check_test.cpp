@@ -1,6 +1,7 @@
 #include "diagnosis/check.h"
 
 #include "definition/passdirective.h"
+#include "legacy/legacyactivation.h"
 #include "legacy/legacyformat.h"
 #include "modengine/activation.h"
 #include "modengine/deactivation.h"
@@ -76,7 +77,8 @@ const Case kLines[] = {
      "ignored-directive@7"},
     {"\trename(a,b);\nrename(c,\td);", "tab@2 tab@3"},
     {"rename(a);\ndescription(a, b);\nfold();\nrename(a,);\nrename(,a,b);\nrename(c,,d);",
-     "too-few-arguments@2 surplus-arguments@3 empty-argument@4 empty-argument@5 skipped-argument@6 skipped-argument@7"},
+     "too-few-arguments@2 surplus-arguments@3 empty-argument@4 empty-argument@5 skipped-argument@6 "
+     "skipped-argument@7"},
     {"rename(a,b\nrename(c,d)\nrename(e,f);  \nrename(g,h);\t// note\nrename(i,j); ; note",
      "not-closed@2 close-in-argument@3 trailing-blanks@4 trailing-blanks@5 text-behind-close@6"},
     {"rename(a,b); rename(c,d);\nrename(e,\"f);", "text-behind-close@2 surplus-arguments@2 open-quote@3"},
@@ -211,7 +213,7 @@ TEST_F(Check, EndsSoonWithHostileFiles) {
   for (int i = 0; i < 30'000; ++i)
     many += "x\n";
   const auto full = CheckDefinition(Define(many));
-  ASSERT_EQ(full->findings.size(), Findings::kMax + 1);
+  ASSERT_EQ(full->findings.size(), Findings::kMaxFindings + 1);
   EXPECT_EQ(full->findings.back().problem, Problem::kTooManyFindings);
   EXPECT_EQ(CodesOf("BZ2HALD5\nfold(" + std::string(3'000'000, '(') + ");\n"), "long-path@2 too-large@2");
   for (int depth = 0; depth < 70; ++depth)
