@@ -2,7 +2,6 @@
 
 #include "platform/system/paths/program.h"
 #include "platform/system/process/instance.h"
-#include "platform/windowing/formimpl.h"
 #include "platform/windowing/qtsupport.h"
 #include "windowing/dialogs.h"
 #include "windowing/form.h"
@@ -43,7 +42,7 @@ void RunEvents() {
   if (next > now) return;
   next += kEventPause;
   QCoreApplication::processEvents(QEventLoop::AllEvents, kMaxRun);
-  AwaitShownForms();
+  Form::AwaitShownForms();
 }
 
 int signalPipe[2] = {-1, -1};
@@ -111,7 +110,7 @@ Application::Impl::Impl() {
   QApplication::setQuitOnLastWindowClosed(false);
   retry.setSingleShot(true);
   QObject::connect(&retry, &QTimer::timeout, &retry, [this] { PutRequest(); });
-  SetNoFormLeft([this] { quit.start(); });
+  Form::SetNoFormLeft([this] { quit.start(); });
   quit.setSingleShot(true);
   QObject::connect(&quit, &QTimer::timeout, &quit, [this] {
     if (running && OpenForms().empty()) QCoreApplication::exit();
@@ -135,7 +134,7 @@ void Application::Impl::Request(UnloadMode mode) {
 
 void Application::Impl::PutRequest() {
   if (!requested) return;
-  if (!mainForm || !mainForm->Enabled() || IsLoading(*mainForm)) {
+  if (!mainForm || !mainForm->Enabled() || mainForm->IsLoading()) {
     retry.start(kRetryDelay);
     return;
   }
@@ -151,7 +150,7 @@ Application::Application() : impl_(std::make_unique<Impl>()) {
 
 Application::~Application() {
   SetWindowServices({});
-  SetNoFormLeft({});
+  Form::SetNoFormLeft({});
   // What was destroyed behind the last run of the events.
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   ReleaseSignals();

@@ -1,20 +1,41 @@
 #include "windowing/form.h"
 
-#include "platform/windowing/formimpl.h"
+#include "platform/windowing/formwindow.h"
 #include "platform/windowing/qtsupport.h"
 #include "windowing/button.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
 #include <QGuiApplication>
+#include <QPointer>
 #include <QScreen>
 #include <QWindow>
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace win {
 
 namespace {
+
+constexpr int kMaxAwait = 200;  // milliseconds
+constexpr int kAwaitPause = 5;  // milliseconds
+
+std::vector<Form*> openForms;
+std::function<void()> noFormLeft;
+
+void Forget(Form* form) {
+  if (std::erase(openForms, form) && openForms.empty() && noFormLeft) noFormLeft();
+}
+
+QList<QRect> Screens() {
+  QList<QRect> screens;
+  for (const QScreen* screen : QGuiApplication::screens())
+    screens.append(screen->availableGeometry());
+  return screens;
+}
 
 Qt::WindowFlags Flags(bool owned, bool titleBar) {
   const Qt::WindowFlags kind = owned ? Qt::Dialog : Qt::Window;
@@ -37,8 +58,64 @@ Qt::WindowStates Native(WindowState state) {
 
 }  // namespace
 
-Form::Form(const char* name, double clientWidth, double clientHeight) : impl_(std::make_shared<FormImpl>(*this)) {
+// What a form holds. It outlives the form as long as one of its events is under way.
+struct Form::Impl {
+  bool Usable() const { return alive && window; }
+  void Place();  // moves the window to where it opens
+  bool IsOnScreen() const;
+  void EndModal();
+
+  QPointer<FormWindow> window = new FormWindow;
+  QPointer<QWidget> owner;
+  QEventLoop* modalLoop = nullptr;
+  std::string name, caption;
+  std::optional<QPoint> place;  // asked for by Move
+  WindowState state = WindowState::kNormal;
+  QElapsedTimer shownSince;
+  bool alive = true;
+  bool loaded = false, loading = false, unloading = false;
+  bool enabled = true;
+  bool titleBar = true;
+  bool placed = false;   // since it was loaded; afterwards it shows where it was
+  bool awaited = false;  // shown, not yet seen on the screen
+};
+
+void Form::Impl::Place() {
+  QRect frame(window->pos(), window->size());
+  if (place)
+    frame.moveTopLeft(*place);
+  else if (owner && owner->isVisible())
+    frame.moveCenter(owner->frameGeometry().center());
+  else
+    frame.moveCenter(window->screen()->availableGeometry().center());
+  QPoint at = ReachablePlace(frame, Screens());
+  if (window->size() != window->FullSize()) {
+    // Cut to the height of the screen, it has its last row of controls there only when it hangs out nowhere.
+    const QRect screen = window->screen()->availableGeometry();
+    at = {std::clamp(at.x(), screen.left(), std::max(screen.left(), screen.right() + 1 - frame.width())), screen.top()};
+  }
+  window->move(at);
+}
+
+bool Form::Impl::IsOnScreen() const {
+  const QWindow* shown = window ? window->windowHandle() : nullptr;
+  return !shown || !shown->isVisible() || shown->isExposed() || state == WindowState::kMinimized ||
+         shownSince.hasExpired(kMaxAwait);
+}
+
+void Form::Impl::EndModal() {
+  if (modalLoop) modalLoop->quit();
+}
+
+Form::Form(const char* name, double clientWidth, double clientHeight) : impl_(std::make_shared<Impl>()) {
   impl_->name = name;
+  impl_->window->closeAsked = [this] { Close(UnloadMode::kControlMenu); };
+  impl_->window->stateChanged = [impl = impl_.get()] {
+    const FormWindow& window = *impl->window;
+    impl->state = window.isMinimized()   ? WindowState::kMinimized
+                  : window.isMaximized() ? WindowState::kMaximized
+                                         : WindowState::kNormal;
+  };
   impl_->window->setObjectName(QString::fromUtf8(name));
   SetClientSize(clientWidth, clientHeight);
 }
@@ -46,9 +123,9 @@ Form::Form(const char* name, double clientWidth, double clientHeight) : impl_(st
 Form::~Form() {
   impl_->alive = false;
   impl_->EndModal();
-  ForgetForm(this);
+  Forget(this);
   if (!impl_->window) return;
-  impl_->window->Detach();
+  impl_->window->closeAsked = impl_->window->stateChanged = {};
   impl_->window->hide();
   impl_->window->deleteLater();
 }
@@ -66,7 +143,7 @@ void Form::EnsureLoaded() {
   if (impl_->loaded) return;
   const auto impl = impl_;
   impl->loaded = impl->loading = true;
-  RememberForm(this);
+  openForms.push_back(this);
   Raise(Load);
   impl->loading = false;
 }
@@ -135,7 +212,7 @@ bool Form::Close(UnloadMode mode) {
   if (!impl->alive) return true;
   impl->loaded = impl->placed = false;
   Hide();
-  if (impl->alive) ForgetForm(this);
+  if (impl->alive) Forget(this);
   return true;
 }
 
@@ -182,9 +259,13 @@ void Form::BringToFront() {
 
 void Form::Refresh() { impl_->window->repaint(); }
 
-void Form::SetDefaultButton(Button& button) { impl_->defaultButton = qobject_cast<QAbstractButton*>(button.Widget()); }
+void Form::SetDefaultButton(Button& button) {
+  impl_->window->defaultButton = qobject_cast<QAbstractButton*>(button.Widget());
+}
 
-void Form::SetCancelButton(Button& button) { impl_->cancelButton = qobject_cast<QAbstractButton*>(button.Widget()); }
+void Form::SetCancelButton(Button& button) {
+  impl_->window->cancelButton = qobject_cast<QAbstractButton*>(button.Widget());
+}
 
 void Form::SetTitleBar(bool shown) {
   impl_->titleBar = shown;
@@ -195,6 +276,21 @@ QWidget* Form::Area() const { return impl_->window->Client(); }
 QWidget* Form::Window() const { return impl_->window; }
 QMenuBar* Form::MenuBar() const { return impl_->window->Bar(); }
 
-std::vector<Form*> OpenForms() { return LoadedForms(); }
+std::vector<Form*> OpenForms() { return openForms; }
+
+bool Form::IsLoading() const { return impl_->loading; }
+
+void Form::SetNoFormLeft(std::function<void()> handler) { noFormLeft = std::move(handler); }
+
+void Form::AwaitShownForms() {
+  std::vector<std::shared_ptr<Impl>> shown;
+  for (const Form* form : openForms)
+    shown.push_back(form->impl_);
+  for (const auto& form : shown) {
+    if (!std::exchange(form->awaited, false)) continue;
+    while (form->alive && !form->IsOnScreen())
+      RunEventsFor(kAwaitPause);
+  }
+}
 
 }  // namespace win

@@ -1,8 +1,5 @@
 #include "platform/windowing/formwindow.h"
 
-#include "platform/windowing/formimpl.h"
-
-#include <QAbstractButton>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDropEvent>
@@ -28,7 +25,7 @@ QRect Grip(const QRect& frame, const QRect& screen) {
 
 }  // namespace
 
-FormWindow::FormWindow(Form& form) : form_(&form), scroll_(new QScrollArea(this)), client_(new QFrame) {
+FormWindow::FormWindow() : scroll_(new QScrollArea(this)), client_(new QFrame) {
   scroll_->setWidget(client_);
   scroll_->setFrameShape(QFrame::NoFrame);
   scroll_->setFocusPolicy(Qt::NoFocus);
@@ -94,23 +91,21 @@ void FormWindow::resizeEvent(QResizeEvent*) { Arrange(); }
 void FormWindow::closeEvent(QCloseEvent* event) {
   // Whether the window goes is the form's decision, and Close hides it.
   event->ignore();
-  if (form_ && form_->Enabled()) form_->Close(UnloadMode::kControlMenu);
+  if (closeAsked && !inputIsBlocked_) closeAsked();
 }
 
 void FormWindow::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
-  if (form_ && isVisible() && event->type() == QEvent::WindowStateChange) FormImpl::Of(*form_).StateChanged();
+  if (stateChanged && isVisible() && event->type() == QEvent::WindowStateChange) stateChanged();
 }
 
 void FormWindow::keyPressEvent(QKeyEvent* event) {
-  if (!form_) return;
-  FormImpl& form = FormImpl::Of(*form_);
   QAbstractButton* button = nullptr;
   if (event->key() == Qt::Key_Escape) {
-    button = form.cancelButton;
+    button = cancelButton;
   } else if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
     button = qobject_cast<QAbstractButton*>(focusWidget());
-    if (!button) button = form.defaultButton;
+    if (!button) button = defaultButton;
   }
   if (button && button->isVisible())
     button->click();

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "windowing/form.h"
-
+#include <QAbstractButton>
 #include <QEvent>
 #include <QFrame>
 #include <QMenuBar>
@@ -9,12 +8,14 @@
 #include <QScrollArea>
 #include <QWidget>
 
+#include <functional>
+
 namespace win {
 
 // The window of a form: a menu bar, if it has one, over a client area that scrolls when the window has to be smaller.
 class FormWindow : public QWidget {
  public:
-  explicit FormWindow(Form& form);
+  FormWindow();
 
   QWidget* Client() const { return client_; }
   QMenuBar* Bar();
@@ -30,7 +31,9 @@ class FormWindow : public QWidget {
   // as before and keeps its focus.
   void BlockInput(bool block);
 
-  void Detach() { form_ = nullptr; }  // the form is gone, the window about to be
+  std::function<void()> closeAsked;    // by a person, while input is not blocked
+  std::function<void()> stateChanged;  // a person minimised it or brought it back
+  QPointer<QAbstractButton> defaultButton, cancelButton;
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -43,7 +46,6 @@ class FormWindow : public QWidget {
   int BarHeight() const;
   void Arrange();
 
-  Form* form_;
   QScrollArea* scroll_;
   QFrame* client_;
   QMenuBar* bar_ = nullptr;

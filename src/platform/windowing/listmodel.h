@@ -1,10 +1,11 @@
 #pragma once
 
-#include "windowing/listbox.h"
+#include "windowing/liststyle.h"
 
 #include <QAbstractListModel>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>

@@ -32,7 +32,6 @@ class QMenuBar;
 namespace win {
 
 class Button;
-struct FormImpl;
 
 enum class UnloadMode { kControlMenu = 0, kFormCode = 1, kAppWindows = 2 };  // close box; Close(); the session ends
 enum class WindowState { kNormal = 0, kMinimized = 1, kMaximized = 2 };
@@ -102,9 +101,17 @@ class Form : public Container {
   QWidget* Window() const;    // the window itself; for this layer and its tests
   QMenuBar* MenuBar() const;  // made when first asked for; for this layer
 
+  // For Application.
+  bool IsLoading() const;                                    // its Load event is under way
+  static void SetNoFormLeft(std::function<void()> handler);  // called when the last loaded form has gone
+
+  // Waits until the forms shown last are on the screen, at most a short while: a display server draws no window before
+  // that.
+  static void AwaitShownForms();
+
  private:
-  friend struct FormImpl;
-  std::shared_ptr<FormImpl> impl_;
+  struct Impl;
+  std::shared_ptr<Impl> impl_;
 };
 
 // The loaded forms, the one loaded first at index 0.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "windowing/control.h"
+#include "windowing/liststyle.h"
 
 #include <cstdint>
 #include <functional>
@@ -8,8 +9,6 @@
 #include <string>
 
 namespace win {
-
-enum class ListStyle { kPlain, kSorted, kCheckBoxes };  // kCheckBoxes: a tick for each row, unsorted
 
 // A list of rows, from index 0. A sorted list (order: compare.h) decides itself where a row lands; among equal texts
 // the later one stands behind. Data, tick and selection travel with their row. An index outside the list changes
