@@ -28,13 +28,13 @@ void AddFolder(win::ImageList& list, const std::string& folder, const char* patt
 void loadimglist(win::ImageList& imglstnomap) {
   LogLine("LoadImgList Begin");
   imglstnomap.Add(NoMapPicture(), kArtworkCredit);
-  AddFolder(imglstnomap, AppPath + "nomappics\\", "*.bmp");
+  imglstnomap.AddOnDemand([](auto& list) { AddFolder(list, AppPath + "nomappics\\", "*.bmp"); });
 }
 
 void loadiconlist(win::ImageList& imglstIcon) {
   LogLine("LoadIconList Begin");
   imglstIcon.Add(WindowIcon(), kArtworkCredit);
-  AddFolder(imglstIcon, AppPath + "trayicons\\", "*.ico");
+  imglstIcon.AddOnDemand([](auto& list) { AddFolder(list, AppPath + "trayicons\\", "*.ico"); });
 }
 
 }  // namespace varnik

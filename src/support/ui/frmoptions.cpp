@@ -11,9 +11,9 @@
 
 namespace varnik {
 
-int ChosenPicture(const win::ImageList& list, const char* option) {
+int ChosenPicture(win::ImageList& list, const char* option) {
   const double index = std::nearbyint(win::LeadingNumber(ReadOption(option)));
-  return index >= 1 && index <= list.Count() ? static_cast<int>(index) : 1;
+  return index > 1 && index <= list.Count() ? static_cast<int>(index) : 1;
 }
 
 frmOptions::frmOptions(OptionsHost host) : Form("frmOptions", 6240, 6960), host_(std::move(host)) {
@@ -76,7 +76,7 @@ void frmOptions::Form_Load() {
 
 // The change handling runs once, at the end, so that opening the dialog puts an index that is out of range right in the
 // store and never shows or stores one in between.
-void frmOptions::LoadSlider(win::Slider& slider, const win::ImageList& pictures, const char* key,
+void frmOptions::LoadSlider(win::Slider& slider, win::ImageList& pictures, const char* key,
                             const std::function<void()>& change) {
   slider.Change = {};
   slider.SetRange(1, pictures.Count());

@@ -14,12 +14,12 @@
 namespace varnik {
 
 // The entry of the list that the option names; 1 when the list has no such entry. The store is not corrected.
-int ChosenPicture(const win::ImageList& list, const char* option);
+int ChosenPicture(win::ImageList& list, const char* option);
 
 // What the options need of the main window.
 struct OptionsHost {
-  const win::ImageList& noMapPictures;
-  const win::ImageList& trayIcons;
+  win::ImageList& noMapPictures;
+  win::ImageList& trayIcons;
   std::function<void(const win::Picture&)> showNoMapPicture;
   std::function<void(const win::Picture&)> showTrayIcon;  // does nothing while the icon is off
   std::function<void(bool shown)> showStatusBar;
@@ -53,7 +53,7 @@ class frmOptions : public win::Form {
   void WireControls();
   void WireOption(win::CheckBox& box, const char* key, std::function<void(bool on)> effect);
   void Form_Load();
-  static void LoadSlider(win::Slider& slider, const win::ImageList& pictures, const char* key,
+  static void LoadSlider(win::Slider& slider, win::ImageList& pictures, const char* key,
                          const std::function<void()>& change);
   void chkOnBoot_Click();
   void sldNoMapImage_Change();
