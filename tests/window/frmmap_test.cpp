@@ -1,17 +1,12 @@
 #include "maps/frmmap.h"
 
 #include <QTimer>
-#include <functional>
-#include <memory>
 
-#include "installs/installlist.h"
 #include "maps/maplist.h"
-#include "modengine/catalogue.h"
-#include "platform/windowing/form.h"
-#include "support/runstate.h"
-#include "tests/harness/sandbox.h"
-#include "tests/harness/window_app.h"
+#include "tests/window/pagetest.h"
 #include "tests/window/picture_corpus.h"
+
+using namespace varnik;
 
 namespace {
 
@@ -28,13 +23,13 @@ struct MapForm : win::Form {
     page.SetNoMapPicture(win::Picture::FromPixels(10, 10, green));
   }
 
-  varnik::MapPageHost Host() {
-    varnik::MapPageHost host;
+  MapPageHost Host() {
+    MapPageHost host;
     host.markMaps = [this](bool mark) { bold = mark, ++marks; };
     host.mapName = [this] { return txtMapFileName.Text(); };
     host.setMapName = [this](const std::string& name) { txtMapFileName.SetText(name); };
     host.askForMapName = [this] { ++asked; };
-    host.showSelectedPage = [this] { page.PopulateMapList(0, varnik::kAllSubTypes); };
+    host.showSelectedPage = [this] { page.PopulateMapList(0, kAllSubTypes); };
     host.busy.begin = [this] { ++busy, SetEnabled(false); };
     host.busy.end = [this] { busy = 0, SetEnabled(true); };
     host.busy.isUp = [this] { return busy > 0; };
@@ -45,253 +40,204 @@ struct MapForm : win::Form {
   bool bold = false;
   int marks = 0, asked = 0, busy = 0;
   win::TextBox txtMapFileName{*this, "txtMapFileName"};
-  varnik::FrmMap page;
+  FrmMap page;
 };
 
-class MapPage : public test::WindowTest {
+class MapPage : public test::PageTest {
  protected:
   MapPage() {
-    sandbox.MakeInstall();
-    varnik::UseInstallFolder(sandbox.InstallText());
-    varnik::ClearModList();
-    varnik::SelectModFolders(-1);
+    ClearModList();
     PutMap("Alpha", "mapDesc=text.odf\nmapTga=picture.tga\n[NetVars]\nivar5=1\nivar7=2\n");
     PutMap("Beta", "[NetVars]\nivar5=2\n");
     PutMap("Gamma", "");
     Put("data/gone.bzn", "");
     Put("data/text.odf", "First line.\r\nSecond line.");
-    Put("addon/pictures/picture.png", test::PictureCorpus()[0].content);
-    form = std::make_unique<MapForm>();
-    form->page.ClearMaps();
-    form->Show();
-    form->page.lstmap.SetFocus();
+    Put("addon/pictures/picture.png", test::SoundPicture("png"));
+    page.ClearMaps();
+    form.Show();
+    ShowAll();
+    AwaitTimer();
+    page.lstmap.SetFocus();
   }
 
-  void Put(const std::string& name, const std::string& content) const {
-    test::WriteFile(sandbox.Install() / name, content);
-  }
   void PutMap(const std::string& title, const std::string& lines) const {
     Put("addon/maps/" + title + ".bzn", "");
     Put("addon/maps/" + title + ".inf", "[DESCRIPTION]\nmissionName=" + title + "\n" + lines);
   }
 
-  void ShowAll() const { form->page.PopulateMapList(0, varnik::kAllSubTypes); }
-  Strings Rows() const {
-    Strings rows;
-    for (int i = 0; i < form->page.lstmap.ListCount(); ++i)
-      rows.push_back(form->page.lstmap.List(i));
-    return rows;
-  }
+  void ShowAll() { page.PopulateMapList(0, kAllSubTypes); }
+  Strings Rows() const { return test::RowsOf(page.lstmap); }
   int RowOf(const std::string& title) const {
     const Strings rows = Rows();
     return static_cast<int>(std::find(rows.begin(), rows.end(), title) - rows.begin());
   }
-  static int IndexOf(const std::string& title) {
-    for (std::size_t row = 1; row < varnik::MapList.size(); ++row)
-      if (varnik::MapList[row].Title == title) return static_cast<int>(row);
-    return 0;
+  static std::string Selected() {
+    return SelectedMapIndex < 0 ? std::to_string(SelectedMapIndex) : MapList[SelectedMapIndex].Title;
   }
   void AwaitTimer() const {
-    EXPECT_TRUE(test::Await([this] { return !form->page.tmrMap.Enabled(); }));
+    EXPECT_TRUE(test::Await([this] { return !page.tmrMap.Enabled(); }));
   }
   void Choose(const std::string& title) const {
-    test::ClickRow(form->page.lstmap, RowOf(title));
+    test::ClickRow(page.lstmap, RowOf(title));
     AwaitTimer();
   }
-  std::uint32_t Corner() const { return form->page.imgmap.Shown().Pixel(0, 0); }
+  std::uint32_t Corner() const { return page.imgmap.Shown().Pixel(0, 0); }
 
-  test::Sandbox sandbox;
-  std::unique_ptr<MapForm> form;
+  MapForm form;
+  FrmMap& page = form.page;
 };
 
 TEST_F(MapPage, AClickShowsTheMapWhenTheTimerHasFired) {
-  ShowAll();
   EXPECT_EQ(Rows(), (Strings{"*No Map*", "Alpha", "Beta", "Gamma", "gone.bzn"}));
+  EXPECT_EQ(page.lstmap.ListIndex(), RowOf("*No Map*"));
+  test::ClickRow(page.lstmap, RowOf("Alpha"));
+  EXPECT_EQ(page.txtMapDesc.Text() + Selected(), "No Map Selected-1");
   AwaitTimer();
-  test::ClickRow(form->page.lstmap, RowOf("Alpha"));
-  EXPECT_EQ(form->page.txtMapDesc.Text(), "No Map Selected");
-  EXPECT_EQ(varnik::SelectedMapIndex, -1);
-  AwaitTimer();
-  EXPECT_EQ(varnik::SelectedMapIndex, IndexOf("Alpha"));
-  EXPECT_EQ(form->page.txtMapDesc.Text(), "First line.\r\nSecond line.");
-  EXPECT_EQ(form->page.lblMapDetails.Caption(), "Map Name: Alpha\r\nMap Type: Deathmatch\r\n Subtype: CTF");
-  EXPECT_EQ(form->txtMapFileName.Text(), "Alpha.bzn");
+  EXPECT_EQ(Selected(), "Alpha");
+  EXPECT_EQ(page.txtMapDesc.Text(), "First line.\r\nSecond line.");
+  EXPECT_EQ(page.lblMapDetails.Caption(), "Map Name: Alpha\r\nMap Type: Deathmatch\r\n Subtype: CTF");
+  EXPECT_EQ(form.txtMapFileName.Text(), "Alpha.bzn");
   EXPECT_EQ(Corner(), kRed);
-  EXPECT_TRUE(form->bold);
-}
-
-TEST_F(MapPage, WhatAMapLacksIsSaidOrStays) {
-  ShowAll();
-  Choose("Alpha");
+  EXPECT_TRUE(form.bold);
   Choose("gone.bzn");
-  EXPECT_EQ(form->page.txtMapDesc.Text(), "First line.\r\nSecond line.") << "there is no name to look for";
-  EXPECT_EQ(form->page.lblMapDetails.Caption(), "Map Name: gone.bzn\r\nMap Type: N/A");
+  EXPECT_EQ(page.txtMapDesc.Text(), "First line.\r\nSecond line.") << "there is no name to look for";
+  EXPECT_EQ(page.lblMapDetails.Caption(), "Map Name: gone.bzn\r\nMap Type: N/A");
   EXPECT_EQ(Corner(), kGreen);
   Choose("Gamma");
-  EXPECT_EQ(form->page.txtMapDesc.Text(), "No Description Available");
+  EXPECT_EQ(page.txtMapDesc.Text(), "No Description Available");
   Choose("*No Map*");
-  EXPECT_EQ(form->page.txtMapDesc.Text(), "No Map Selected");
-  EXPECT_EQ(form->page.lblMapDetails.Caption(), "No Map Selected");
-  EXPECT_EQ(form->txtMapFileName.Text(), "");
-  EXPECT_EQ(varnik::SelectedMapIndex, -1);
-  EXPECT_FALSE(form->bold);
+  EXPECT_EQ(page.txtMapDesc.Text() + page.lblMapDetails.Caption(), "No Map SelectedNo Map Selected");
+  EXPECT_EQ(form.txtMapFileName.Text() + Selected(), "-1");
+  EXPECT_FALSE(form.bold);
 }
 
-TEST_F(MapPage, ADamagedPictureShowsTheStandBy) {
-  Put("addon/maps/picture.tga", "not a picture");
-  ShowAll();
+TEST_F(MapPage, ADamagedPictureShowsTheNoMapPicture) {
+  Put("addon/pictures/picture.png", test::SoundPicture("bmp").substr(0, 30));
   Choose("Alpha");
   EXPECT_EQ(Corner(), kGreen);
-  Put("addon/maps/picture.tga", test::PictureCorpus()[3].content);
-  Choose("Beta");
-  Choose("Alpha");
-  EXPECT_EQ(Corner(), kRed) << "a picture is what its content is";
 }
 
 TEST_F(MapPage, OfManyClicksOnlyTheLastIsServed) {
-  ShowAll();
-  Choose("*No Map*");
-  form->marks = 0;
-  test::ClickRow(form->page.lstmap, RowOf("Alpha"));
-  test::PressKey(form->page.lstmap, Qt::Key_Down);
-  test::PressKey(form->page.lstmap, Qt::Key_Down);
+  form.marks = 0;
+  test::ClickRow(page.lstmap, RowOf("Alpha"));
+  test::PressKey(page.lstmap, Qt::Key_Down, {}, 2);
   AwaitTimer();
-  EXPECT_EQ(form->marks, 1);
-  EXPECT_EQ(varnik::SelectedMapIndex, IndexOf("Gamma"));
+  EXPECT_EQ(form.marks, 1);
+  EXPECT_EQ(Selected(), "Gamma");
 }
 
 // The search for the text of a map runs events.
 TEST_F(MapPage, WhatIsDoneDuringTheWorkComesNext) {
   const struct {
     std::function<void()> act;
-    const char* title;
+    const char* selected;
     const char* file;
   } cases[] = {
-      {[this] { test::ClickRow(form->page.lstmap, RowOf("Beta")); }, "Beta", "Beta.bzn"},
-      {[this] { form->page.ClearMaps(); }, nullptr, "Beta.bzn"},
+      {[this] { test::ClickRow(page.lstmap, RowOf("Beta")); }, "Beta", "Beta.bzn"},
+      {[this] { page.ClearMaps(); }, "-1", "Beta.bzn"},
   };
   for (const auto& c : cases) {
     ShowAll();
     AwaitTimer();
-    form->marks = 0;
+    form.marks = 0;
     bool done = false;
     QTimer events;
     QObject::connect(&events, &QTimer::timeout, [&] {
-      if (done || form->marks > 0 || varnik::SelectedMapIndex != IndexOf("Alpha")) return;
+      if (done || form.marks > 0 || Selected() != "Alpha") return;
       done = true;
       c.act();
     });
     events.start(0);
-    test::ClickRow(form->page.lstmap, RowOf("Alpha"));
+    test::ClickRow(page.lstmap, RowOf("Alpha"));
     AwaitTimer();
     EXPECT_TRUE(done);
-    EXPECT_EQ(varnik::SelectedMapIndex, c.title ? IndexOf(c.title) : -1);
-    EXPECT_EQ(form->txtMapFileName.Text(), c.file);
-    EXPECT_EQ(form->bold, c.title != nullptr);
-    EXPECT_EQ(form->marks, 1);
+    EXPECT_EQ(Selected(), c.selected);
+    EXPECT_EQ(form.txtMapFileName.Text(), c.file);
+    EXPECT_EQ(form.marks, 1);
   }
 }
 
 TEST_F(MapPage, TheSelectionComesBackWithThePage) {
-  ShowAll();
-  EXPECT_EQ(form->page.lstmap.ListIndex(), RowOf("*No Map*"));
   Choose("Beta");
-  form->page.PopulateMapList(1, varnik::kAllSubTypes);
-  EXPECT_EQ(Rows(), (Strings{"*No Map*"}));
-  EXPECT_EQ(form->page.lstmap.ListIndex(), -1);
-  varnik::SearchDirs = {"", "addon", "addon"};
+  page.PopulateMapList(1, kAllSubTypes);
+  EXPECT_EQ(Rows(), Strings{"*No Map*"});
+  EXPECT_EQ(page.lstmap.ListIndex(), -1);
+  SearchDirs = {"", "addon", "addon"};
   ShowAll();
   EXPECT_EQ(Rows(), (Strings{"*No Map*", "Alpha", "Alpha", "Beta", "Beta", "Gamma", "Gamma"}));
-  EXPECT_EQ(form->page.lstmap.ListIndex(), 4);
+  EXPECT_EQ(page.lstmap.ListIndex(), 4);
   AwaitTimer();
-  EXPECT_EQ(varnik::SelectedMapIndex, IndexOf("Beta"));
+  EXPECT_EQ(Selected(), "Beta");
+  form.txtMapFileName.SetText("my.bzn");
+  form.busy = 1;
+  page.txtMapFileName_LostFocus();
+  EXPECT_EQ(Selected(), "Beta") << "the busy window is up";
+  form.busy = 0;
+  page.txtMapFileName_LostFocus();
+  page.PopulateMapList(5, kAllSubTypes);
+  EXPECT_EQ(Selected() + page.txtMapDesc.Text(), "-2Manual Entry");
+  EXPECT_EQ(page.lstmap.ListIndex(), -1);
 }
-
-TEST_F(MapPage, ACacheWithoutRowsLeavesTheListAlone) {
-  Put("varnik.lst", "");
-  ShowAll();
-  EXPECT_EQ(Rows(), Strings{});
-}
-
-struct NameCase {
-  const char* typed;
-  const char* complaint;  // null: none
-  const char* text;       // of the page afterwards, null: as it was
-};
 
 constexpr char kBadEnding[] = "Invalid Map Filename. Must end in .bzn or .trn";
 constexpr char kBadCharacters[] = "Invalid Chars in map name.\r\n\\, +, and - are not valid in map names.";
 
-const NameCase kNames[] = {
-    {"my.bzn", nullptr, "Manual Entry"},      {"MY.TRN  ", nullptr, "Manual Entry"},
-    {"my\\map.bzn", nullptr, "Manual Entry"}, {"ALPHA.bzn", nullptr, nullptr},
-    {"Alpha.bzn ", nullptr, "Manual Entry"},  {"  ", nullptr, "No Map Selected"},
-    {"my.bz", kBadEnding, nullptr},           {"m-y.txt", kBadEnding, nullptr},
-    {"m-y.bzn", kBadCharacters, nullptr},     {"m+y.bzn", kBadCharacters, nullptr},
-    {"m/y.trn", kBadCharacters, nullptr},
+const struct {
+  const char* typed;
+  const char* complaint;  // null: none
+  const char* selected;
+} kNames[] = {
+    {"MY.TRN  ", nullptr, "-2"},
+    {"my\\map.bzn", nullptr, "-2"},
+    {"ALPHA.bzn", nullptr, "Alpha"},
+    {"Alpha.bzn ", nullptr, "-2"},
+    {"  ", nullptr, "-1"},
+    {"m-y.txt", kBadEnding, "Alpha"},
+    {"m-y.bzn", kBadCharacters, "Alpha"},
+    {"m+y.bzn", kBadCharacters, "Alpha"},
+    {"m/y.trn", kBadCharacters, "Alpha"},
 };
 
 TEST_F(MapPage, ATypedNameIsJudgedWhenTheBoxIsLeft) {
-  ShowAll();
-  for (const NameCase& c : kNames) {
+  for (const auto& c : kNames) {
     SCOPED_TRACE(c.typed);
     Choose("*No Map*");
     Choose("Alpha");
-    const std::string before = form->page.txtMapDesc.Text();
-    form->asked = 0;
-    form->txtMapFileName.SetFocus();
-    form->txtMapFileName.SetText("");
-    test::Type(form->txtMapFileName, c.typed);
-    if (c.complaint) boxes.ExpectMsgBox(c.complaint);
-    form->page.lstmap.SetFocus();
-    EXPECT_EQ(form->asked, c.complaint ? 1 : 0);
-    EXPECT_EQ(form->page.txtMapDesc.Text(), c.text ? c.text : before);
-    const bool manual = c.text && std::string(c.text) == "Manual Entry";
-    EXPECT_EQ(varnik::SelectedMapIndex, manual ? -2 : c.text ? -1 : IndexOf("Alpha"));
-    EXPECT_EQ(Corner(), c.text ? kGreen : kRed);
-    EXPECT_EQ(form->bold, varnik::SelectedMapIndex != -1);
+    const std::string before = page.txtMapDesc.Text();
+    form.asked = 0;
+    form.txtMapFileName.SetFocus();
+    form.txtMapFileName.SetText(c.typed);
+    if (c.complaint) ExpectMsgBox(c.complaint);
+    page.lstmap.SetFocus();
+    EXPECT_EQ(form.asked, c.complaint ? 1 : 0);
+    EXPECT_EQ(Selected(), c.selected);
+    EXPECT_EQ(page.txtMapDesc.Text(), Selected() == "-2"   ? "Manual Entry"
+                                      : Selected() == "-1" ? "No Map Selected"
+                                                           : before);
+    EXPECT_EQ(Corner(), Selected() == "Alpha" ? kRed : kGreen);
+    EXPECT_EQ(form.bold, Selected() != "-1");
   }
 }
 
-TEST_F(MapPage, ATypedNameSurvivesAChangeOfPage) {
-  ShowAll();
-  AwaitTimer();
-  form->txtMapFileName.SetText("my.bzn");
-  form->busy = 1;
-  form->page.txtMapFileName_LostFocus();
-  EXPECT_EQ(varnik::SelectedMapIndex, -1) << "the busy window is up";
-  form->busy = 0;
-  form->page.txtMapFileName_LostFocus();
-  form->page.PopulateMapList(5, varnik::kAllSubTypes);
-  EXPECT_EQ(varnik::SelectedMapIndex, -2);
-  EXPECT_EQ(form->page.lstmap.ListIndex(), -1);
-  EXPECT_EQ(form->page.txtMapDesc.Text(), "Manual Entry");
-}
-
 TEST_F(MapPage, RefreshScansAgain) {
-  ShowAll();
   Choose("Alpha");
   PutMap("Delta", "");
-  form->page.PopulateMapList(0, varnik::kAllSubTypes);
+  ShowAll();
   EXPECT_EQ(RowOf("Delta"), 5) << "the catalogue is loaded once";
-  test::ClickOn(form->page.cmdMapLstRefresh);
+  test::ClickOn(page.cmdMapLstRefresh);
   EXPECT_EQ(RowOf("Delta"), 3);
-  EXPECT_EQ(form->busy, 0);
-  EXPECT_TRUE(form->Enabled());
-  EXPECT_EQ(varnik::SelectedMapIndex, -1);
+  EXPECT_TRUE(form.busy == 0 && form.Enabled());
+  EXPECT_EQ(Selected(), "-1");
   AwaitTimer();
-  EXPECT_EQ(form->txtMapFileName.Text(), "") << "the row of no map is selected now";
+  EXPECT_EQ(form.txtMapFileName.Text(), "") << "the row of no map is selected now";
 }
 
 TEST_F(MapPage, AClickDoesNotOutliveItsList) {
-  ShowAll();
+  form.txtMapFileName.SetText("Beta.bzn");
+  test::ClickRow(page.lstmap, RowOf("Alpha"));
+  page.ClearMaps();
   AwaitTimer();
-  form->txtMapFileName.SetText("Beta.bzn");
-  test::ClickRow(form->page.lstmap, RowOf("Alpha"));
-  form->page.ClearMaps();
-  AwaitTimer();
-  EXPECT_EQ(form->txtMapFileName.Text(), "") << "the game would be given a map that no page shows as chosen";
-  EXPECT_EQ(Rows(), Strings{});
+  EXPECT_EQ(form.txtMapFileName.Text(), "") << "the game would be given a map that no page shows as chosen";
   EXPECT_EQ(Corner(), kGreen);
 }
 
