@@ -45,17 +45,26 @@ class OptionEditor : public test::PageTest {
   Page& page_ = form_.page;
 };
 
-void LeaveRow(Page& page) {
-  test::ClickRow(page.lstCmdLineParam, 2);
-}
-
+// A question and the button that answers it.
 struct Asked {
   const char* text;
   Answer answer;
 };
+constexpr Asked kKeep = {kAsk, Answer::kYes}, kDrop = {kAsk, Answer::kNo}, kStay = {kAsk, Answer::kCancel};
+constexpr Asked kKeepMany = {kAskMany, Answer::kYes}, kDropMany = {kAskMany, Answer::kNo};
+constexpr Asked kRemove = {kAskRemove, Answer::kYes}, kLeave = {kAskRemove, Answer::kNo};
+
+void LeaveRow(Page& page) {
+  test::ClickRow(page.lstCmdLineParam, 2);
+}
+void Add(Page& page) {
+  test::ClickOn(page.cmdAdd);
+}
+void MoveUp(Page& page) {
+  test::PressKey(page.lstCmdLineParam, Qt::Key_Up, Qt::ControlModifier, 2);
+}
 
 const struct {
-  const char* what;
   int row;
   const char* typed;  // into the box for the row's text
   std::vector<Asked> asked;
@@ -63,60 +72,29 @@ const struct {
   const char* saved;
   const char* text;  // in the box at last
 } kSteps[] = {
-    {"tick", 0, "", {}, [](Page& p) { test::ClickTick(p.lstCmdLineParam, 2); }, "a *b:1 *c ", "c"},
-    {"Enter", 1, "0", {}, [](Page& p) { test::PressKey(p.txtCmdEdit, Qt::Key_Return); }, "a *b:10 c ", "b:10"},
-    {"keep", 1, "0", {{kAsk, Answer::kYes}}, LeaveRow, "a *b:10 c ", "c"},
-    {"drop", 1, "0", {{kAsk, Answer::kNo}}, LeaveRow, "a *b:1 c ", "c"},
-    {"stay", 1, "0", {{kAsk, Answer::kCancel}, {kAskMany, Answer::kYes}}, LeaveRow, "a *b:10 c ", "b:10"},
-    {"retract",
-     1,
-     "0",
-     {},
-     [](Page& p) { test::PressKey(p.txtCmdEdit, Qt::Key_Backspace), LeaveRow(p); },
-     "a *b:1 c ",
-     "c"},
-    {"add",
-     1,
-     "0",
-     {{kAsk, Answer::kNo}, {kAsk, Answer::kNo}},
-     [](Page& p) { test::ClickOn(p.cmdAdd); },
-     "a *b:1 c <New Option> ",
-     "<New Option>"},
-    {"add none",
-     1,
-     "0",
-     {{kAsk, Answer::kCancel}, {kAskMany, Answer::kNo}},
-     [](Page& p) { test::ClickOn(p.cmdAdd); },
-     "a *b:1 c ",
-     "b:10"},
-    {"remove", 1, "0", {{kAskRemove, Answer::kYes}}, [](Page& p) { test::ClickOn(p.cmdRemove); }, "a c ", "c"},
-    {"remove none",
-     1,
-     "",
-     {{kAskRemove, Answer::kNo}},
-     [](Page& p) { test::PressKey(p.lstCmdLineParam, Qt::Key_Delete); },
-     "a *b:1 c ",
-     "b:1"},
-    {"up",
-     1,
-     "",
-     {},
-     [](Page& p) { test::PressKey(p.lstCmdLineParam, Qt::Key_Up, Qt::ControlModifier, 2); },
-     "*b:1 a c ",
-     "b:1"},
-    {"down", 1, "0", {{kAsk, Answer::kYes}}, [](Page& p) { test::ClickOn(p.cmdMoveDown); }, "a c *b:10 ", "b:10"},
+    {0, "", {}, [](Page& p) { test::ClickTick(p.lstCmdLineParam, 2); }, "a *b:1 *c ", "c"},
+    {1, "0", {}, [](Page& p) { test::PressKey(p.txtCmdEdit, Qt::Key_Return); }, "a *b:10 c ", "b:10"},
+    {1, "0", {kKeep}, LeaveRow, "a *b:10 c ", "c"},
+    {1, "0", {kDrop}, LeaveRow, "a *b:1 c ", "c"},
+    {1, "0", {kStay, kKeepMany}, LeaveRow, "a *b:10 c ", "b:10"},
+    {1, "0", {kDrop, kDrop}, Add, "a *b:1 c <New Option> ", "<New Option>"},
+    {1, "0", {kStay, kDropMany}, Add, "a *b:1 c ", "b:10"},
+    {1, "0", {kRemove}, [](Page& p) { test::ClickOn(p.cmdRemove); }, "a c ", "c"},
+    {1, "", {kLeave}, [](Page& p) { test::PressKey(p.lstCmdLineParam, Qt::Key_Delete); }, "a *b:1 c ", "b:1"},
+    {1, "", {}, MoveUp, "*b:1 a c ", "b:1"},
+    {1, "0", {kKeep}, [](Page& p) { test::ClickOn(p.cmdMoveDown); }, "a c *b:10 ", "b:10"},
 };
 
 TEST_F(OptionEditor, AsksBeforeAnEditIsLost) {
   for (const auto& c : kSteps) {
-    SCOPED_TRACE(c.what);
+    SCOPED_TRACE(&c - kSteps);
     std::filesystem::remove(InRoot("varnik.cmd"));
     test::ClickOn(page_.cmdSaveChanges);  // nothing waits from the case before
     Open();
     test::ClickRow(page_.lstCmdLineParam, c.row);
     test::Type(page_.txtCmdEdit, c.typed);
     for (const Asked& asked : c.asked)
-      ExpectMsgBox(asked.text, asked.answer, asked.text == kAskRemove ? "Remove?" : "Save Changes?");
+      ExpectMsgBox(asked.text, asked.answer);
     c.act(page_);
     EXPECT_EQ(Saved(), c.saved);
     EXPECT_EQ(page_.txtCmdEdit.Text(), c.text);
@@ -129,7 +107,7 @@ TEST_F(OptionEditor, LeavingThePageSavesOrForgets) {
   for (const Answer answer : {Answer::kNo, Answer::kCancel, Answer::kYes}) {
     test::ClickTick(page_.lstCmdLineParam, 0);
     ExpectMsgBox(kAskFile, answer, "Save Changes?");
-    if (answer == Answer::kYes) ExpectMsgBox(kConfirm, Answer::kNo, "Save Changes?");
+    if (answer == Answer::kYes) ExpectMsgBox(kConfirm, Answer::kNo);
     page_.OfferToSave();
     EXPECT_EQ(Content("varnik.cmd"), "");
     if (answer != Answer::kYes) page_.OfferToSave();

@@ -46,12 +46,6 @@ inline std::vector<std::string> RowsOf(const win::ListBox& list) {
   return rows;
 }
 
-// The name of the control that takes the keys.
-inline std::string Focused(const win::Form& form) {
-  const QWidget* widget = form.Window()->focusWidget();
-  return widget ? widget->objectName().toStdString() : "";
-}
-
 // The main window on an install that is row 0 of the list and selected.
 class MainWindowTest : public PageTest {
  protected:
