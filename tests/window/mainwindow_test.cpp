@@ -3,10 +3,10 @@
 #include <QLabel>
 #include <QTimer>
 
-#include "editor/frmnewmod.h"
 #include "installs/frmaddrembz2.h"
 #include "maps/maplist.h"
 #include "tests/window/pagetest.h"
+#include "tests/window/picture_corpus.h"
 
 using varnik::CurrentInstall;
 using varnik::ReadOption;
@@ -19,43 +19,35 @@ constexpr int kEventBudget = 250;  // milliseconds, after which a call for event
 class MainWindow : public test::MainWindowTest {
  protected:
   void ListSecond(const std::string& version) {
-    const auto folder = sandbox.Root() / "second";
+    const std::filesystem::path folder = sandbox.Root() / "second";
     for (const char* file : {"bzone.exe", "data.pak", "binkw32.dll"})
       test::WriteFile(folder / file, "");
     test::WriteFile(folder / "addon" / "localize.odf", "[Network]\r\nVersionStr=" + version + "\r\n");
     test::WriteFile(folder / "two.bzm", "BZ2HALD5\r\ndname(Two);\r\n");
-    varnik::Store(varnik::kInstallsSection, "BZ2Loc1", folder.string());
-    varnik::Store(varnik::kInstallsSection, "BZ2Des1", "Second & last");
-    varnik::Store(varnik::kInstallsSection, "BZ2Sel1", "Yes");
+    for (const auto& [key, value] : {std::pair{"Loc1", folder.string()}, {"Des1", "Second & last"}, {"Sel1", "Yes"}})
+      varnik::Store(varnik::kInstallsSection, std::string("BZ2") + key, value);
   }
 
   // What can be used with the install that is selected, and the page that shows.
-  std::string State() {
-    const std::pair<const char*, bool> parts[] = {
-        {"tree ", main->SettingTree.Enabled()},
-        {"launch ", main->cmdLaunchBZ2.Enabled()},
-        {"new ", main->menu.mnuFileNew.Enabled()},
-        {"reload ", main->menu.mnubz2reload.Enabled()},
-        {"run ", main->hidden.mnuRunModH.Visible()},
-        {"mods ", main->modPage.frmMod.Visible()},
-        {"please ", main->lblNoBZ2Dir.Visible()},
-        {"tray ", main->tray.IsHooked()},
-        {"install 0 ", main->menu.mnuBZ2Sel[0].Visible()},
-    };
+  std::string State() const {
     std::string state;
-    for (const auto& [name, holds] : parts)
-      state += holds ? name : "";
+    if (main->SettingTree.Enabled()) state += "tree ";
+    if (main->cmdLaunchBZ2.Enabled()) state += "launch ";
+    if (main->menu.mnuFileNew.Enabled()) state += "new ";
+    if (main->menu.mnubz2reload.Enabled()) state += "reload ";
+    if (main->hidden.mnuRunModH.Visible()) state += "run ";
+    if (main->modPage.frmMod.Visible()) state += "mods ";
+    if (main->lblNoBZ2Dir.Visible()) state += "please ";
+    if (main->menu.mnuBZ2Sel[0].Visible()) state += "row ";
     return state + main->txtActivePage.Text();
   }
 };
 
 TEST_F(MainWindow, TheFirstStartOpensWithoutAnInstall) {
-  std::filesystem::create_directory(sandbox.App() / "nomappics");
-  std::filesystem::copy_file(SOURCE_DIR "/data/nomappics/stars.bmp", sandbox.App() / "nomappics/stars.bmp");
+  test::WriteFile(sandbox.App() / "nomappics/own.bmp", test::SoundPicture("bmp"));
   Open();
   EXPECT_NEAR(main->Left(), 1000, 30);
   EXPECT_NEAR(main->Top(), 1000, 30);
-  EXPECT_TRUE(main->StatusBar1.Visible());
   EXPECT_EQ(State(), "please No BZ2 Location Selected");
   EXPECT_EQ(main->lblBZ2LocVer.Caption(), "Current BZ2 Dir: None\r\nVersion: N/A");
   EXPECT_FALSE(main->menu.mnuBZ2DirSpacer.Visible() || main->hidden.mnuBZ2DirH.Visible());
@@ -76,19 +68,15 @@ TEST_F(MainWindow, TheStatusBarTakesItsHeightAlongAndBringsItBack) {
 }
 
 TEST_F(MainWindow, StoredValuesOutOfRangeDoNoHarm) {
-  for (const auto& [key, value] : {std::pair{"NoMapPic", "99"},
-                                   {"TrayIcon", "1"},
-                                   {"TrayIconNum", "abc"},
-                                   {"MainLeft", "letters"},
-                                   {"MainTop", "1e300"}})
-    StoreOption(key, value);
+  StoreOption("NoMapPic", "99");
+  StoreOption("TrayIcon", "1");
+  StoreOption("MainTop", "1e300");
   varnik::Store(varnik::kInstallsSection, "Active", "123456789");
   Open();
   EXPECT_EQ(CurrentInstall, -1);
   EXPECT_FALSE(main->mapPage.imgnomap.Image().Empty());
-  EXPECT_EQ(ReadOption("NoMapPic"), "99");
   EXPECT_LT(main->Top(), 200000);
-  EXPECT_EQ(ReadOption("TrayIcon"), "0") << "there is no tray";
+  EXPECT_EQ(ReadOption("NoMapPic") + ReadOption("TrayIcon"), "990") << "there is no tray";
   EXPECT_FALSE(main->menu.mnuShowTray.Checked() || main->menu.mnuFileHide.Visible());
 }
 
@@ -98,8 +86,7 @@ TEST_F(MainWindow, ClosesTheOtherFormsAndKeepsItsPlaceUnlessMinimized) {
   win::Form other("frmOther", 1500, 1500);
   other.Show();
   varnik::GameRunning = true;
-  for (const auto mode : {win::UnloadMode::kControlMenu, win::UnloadMode::kFormCode, win::UnloadMode::kAppWindows})
-    EXPECT_FALSE(main->Close(mode)) << "the game runs";
+  EXPECT_FALSE(main->Close(win::UnloadMode::kControlMenu) || main->Close(win::UnloadMode::kAppWindows));
   varnik::GameRunning = false;
   EXPECT_TRUE(main->Close());
   EXPECT_FALSE(other.Loaded());
@@ -116,11 +103,15 @@ TEST_F(MainWindow, FollowsTheSelectedInstall) {
   ListInstall("1.2");
   ListSecond("1.3");
   Put("addon/map.bzn", "");
+  test::WriteFile(sandbox.App() / "Readme.txt", "Read this.\r\n");
   Open();
-  EXPECT_EQ(State(), "tree launch new reload run mods install 0 Mods");
+  EXPECT_EQ(State(), "tree launch new reload run mods row Mods");
   EXPECT_EQ(main->lblBZ2LocVer.Caption(), "Current BZ2 Dir: " + sandbox.InstallText() + "\r\nVersion: 1.2");
   EXPECT_EQ(main->SettingTree.SelectedItem(), "RMod");
   EXPECT_TRUE(main->menu.mnuBZ2Sel[0].Checked() && !main->menu.mnuBZ2Sel[0].Enabled());
+  EXPECT_TRUE(main->modPage.txtModDesc.Text().starts_with("Standalone Battlezone II\r\nVersion 1.2 right out of"));
+  EXPECT_TRUE(main->modPage.txtModDesc.Text().ends_with(std::string(100, '-') + "\r\nRead this.\r\n"));
+  EXPECT_FALSE(main->menu.mnuFileEdit.Enabled() || main->menu.mnuEmergencyDeactivate.Enabled());
   EXPECT_EQ(main->menu.mnuBZ2Sel[1].Caption(), "Second && last");
   EXPECT_EQ(main->cmdLinePage.lstCmdLine.ListCount(), 3);
   EXPECT_EQ(main->cmdLinePage.txtCmdLine.Text(), "/win");
@@ -129,6 +120,7 @@ TEST_F(MainWindow, FollowsTheSelectedInstall) {
   for (const int index : {1, 1, 0, 0, 1}) {
     main->hidden.mnuBZ2SelH.Click(index);
     EXPECT_EQ(main->SettingTree.Exists("CCFG1"), index == 1);
+    EXPECT_EQ(main->modPage.txtModDesc.Text().find("have been enabled") != std::string::npos, index == 1);
     EXPECT_EQ(varnik::ReadStored(varnik::kInstallsSection, "Active"), std::to_string(index));
     EXPECT_EQ(main->hidden.mnuRunModHBZ2.Caption(), main->menu.mnuBZ2Sel[index].Caption());
     EXPECT_EQ(varnik::MapList.size(), 1u) << "the maps of the last install are forgotten";
@@ -258,36 +250,7 @@ TEST_F(MainWindow, EachRowOfTheMenuOpensItsWindow) {
   }
 }
 
-TEST_F(MainWindow, TheModPageDescribesTheGameAlone) {
-  test::WriteFile(sandbox.App() / "Readme.txt", "Read this.\r\n");
-  for (const std::string version : {"1.3", "1.2"}) {
-    SCOPED_TRACE(version);
-    ListInstall(version);
-    Open();
-    const std::string text = main->modPage.txtModDesc.Text();
-    EXPECT_TRUE(text.starts_with("Standalone Battlezone II\r\nVersion " + version + " right out of the box"));
-    EXPECT_NE(text.find(version == "1.3" ? "have been enabled" : "have been disabled"), std::string::npos);
-    EXPECT_TRUE(text.ends_with("Varnik Readme:\r\n" + std::string(100, '-') + "\r\nRead this.\r\n"));
-    EXPECT_EQ(varnik::SearchDirs.size(), version == "1.3" ? 2u : 3u);
-    EXPECT_EQ(main->modPage.frmMod.Caption(), "No Mod");
-    EXPECT_FALSE(main->menu.mnuFileEdit.Enabled() || main->menu.mnuEmergencyDeactivate.Enabled());
-  }
-}
-
 TEST_F(MainWindow, NotesStackUpAndButtonsFollowTheMod) {
-  ListInstall();
-  std::filesystem::copy_file(SOURCE_DIR "/data/nomappics/stars.bmp", InRoot("shot.bmp"));
-  Put("own.exe", "");
-  AddMod("plain.bzm", "dname(Plain);\r\ndescription(Words);\r\nimage(shot.bmp);\r\n");
-  AddMod("nameless.bzm", "description(Unnamed);\r\n");
-  AddMod("mute.bzm", "dname(Mute);\r\ndescription( );\r\n");
-  AddMod("exe.bzm", "dname(Exe);\r\ndescription(Words);\r\nrequireexe(own.exe);\r\n");
-  AddMod("undo.bzm", "dname(Undo);\r\ndescription(Words);\r\nrequireexe(own.exe,/off);\r\n");
-  AddMod("on.bzm", "dname(On);\r\ndescription(Words);\r\nactivated();\r\n");
-  AddMod("off.bzm", "dname(Off);\r\ndescription(Words);\r\nactivated();\r\nactivatedfile(gone);\r\n");
-  Put("old.bzm", "bz2hald1\r\ndesc Old\r\n\r\n\r\n\r\nmove a,b\r\n");
-  Put("locked.bzm", "BZ2HALD5 /x\r\ndname(Locked);\r\ndescription(Words);\r\n");
-  Open();
   const std::string caution = "Caution: Emergeny deactivation is NOT available for this mod.\r\n\r\n";
   const std::string foreign =
       "This mod is a seperate EXE that Varnik has no control over. Thus, Map and Command line information are not "
@@ -296,33 +259,36 @@ TEST_F(MainWindow, NotesStackUpAndButtonsFollowTheMod) {
       "This mod is in the older Halder style. You may want to contact the creator of the mod to get a newer definition "
       "file.\r\n\r\n";
   const struct {
-    const char* row;
-    std::string text;
-    const char* launch;
-    bool edit, emergency, pages;
+    std::string name, state, lines, text, buttons;
   } cases[] = {
-      {"", "Unnamed", "Launch", true, true, true},
-      {"Plain", "Words", "Launch", true, true, true},
-      {"Mute", "Sorry, but Mute has no description.", "Launch", true, true, true},
-      {"Exe", foreign + caution + "Words", "Launch", true, false, false},
-      {"Undo", foreign + "Words", "Launch", true, true, false},
-      {"On(ACTIVE)", "Words", "Deactivate", true, true, true},
-      {"Off(INACTIVE)", "Words", "Activate", true, true, true},
-      {"Old", legacy + "Sorry, but Old has no description.", "Launch", false, true, true},
-      {"Locked", "Words", "Launch", false, true, true},
+      {"Plain", "", "image(shot.bmp);", "Words", "Launch edit emergency pages"},
+      {"Exe", "", "requireexe(own.exe);", foreign + caution + "Words", "Launch edit "},
+      {"Undo", "", "requireexe(own.exe,/off);", foreign + "Words", "Launch edit emergency "},
+      {"On", "(ACTIVE)", "activated();", "Words", "Deactivate edit emergency pages"},
+      {"Off", "(INACTIVE)", "activated();\r\nactivatedfile(gone);", "Words", "Activate edit emergency pages"},
+      {"", "", "", "Words", "Launch edit emergency pages"},
+      {"Locked", "", "", "Words", "Launch emergency pages"},
+      {"Old", "", "", legacy + "Sorry, but Old has no description.", "Launch emergency pages"},
   };
+  ListInstall();
+  Put("shot.bmp", test::SoundPicture("bmp"));
+  Put("own.exe", "");
+  for (const auto& c : cases)
+    AddMod(c.name + ".bzm", "dname(" + c.name + ");\r\ndescription(Words);\r\n" + c.lines + "\r\n");
+  Put("Locked.bzm", "BZ2HALD5 /x\r\ndname(Locked);\r\ndescription(Words);\r\n");
+  Put("Old.bzm", "bz2hald1\r\ndesc Old\r\n\r\n\r\n\r\nmove a,b\r\n");
+  Open();
   for (const auto& c : cases) {
-    SCOPED_TRACE(c.row);
-    ASSERT_TRUE(SelectMod(c.row));
+    SCOPED_TRACE(c.name);
+    ASSERT_TRUE(SelectMod(c.name + c.state));
     EXPECT_EQ(main->modPage.txtModDesc.Text(), c.text);
-    EXPECT_NEAR(main->modPage.txtModDesc.Height(), std::string(c.row) == "Plain" ? 1635 : 3255, 20);
-    EXPECT_FALSE(main->modPage.picModPic.Visible());
-    EXPECT_EQ(main->cmdLaunchBZ2.Caption(), c.launch);
-    EXPECT_EQ(main->menu.mnuFileEdit.Enabled(), c.edit);
-    EXPECT_EQ(main->menu.mnuEmergencyDeactivate.Enabled(), c.emergency);
-    EXPECT_EQ(main->SettingTree.Exists("SMap1.4"), c.pages);
-    EXPECT_EQ(main->SettingTree.Exists("CCMD1"), c.pages);
-    EXPECT_TRUE(main->SettingTree.Bold("RMod"));
+    EXPECT_NEAR(main->modPage.txtModDesc.Height(), c.name == "Plain" ? 1635 : 3255, 20);
+    std::string buttons = main->cmdLaunchBZ2.Caption() + " ";
+    if (main->menu.mnuFileEdit.Enabled()) buttons += "edit ";
+    if (main->menu.mnuEmergencyDeactivate.Enabled()) buttons += "emergency ";
+    if (main->SettingTree.Exists("SMap1.4") && main->SettingTree.Exists("CCMD1")) buttons += "pages";
+    EXPECT_EQ(buttons, c.buttons);
+    EXPECT_TRUE(main->SettingTree.Bold("RMod") && !main->modPage.picModPic.Visible());
   }
   ASSERT_TRUE(SelectMod("Exe") && SelectMod("<No Mod>"));
   EXPECT_FALSE(main->SettingTree.Bold("RMod"));
