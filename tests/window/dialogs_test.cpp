@@ -14,13 +14,13 @@ void PressThrice(frmAddRemBZ2& dialog, Qt::Key key, Qt::KeyboardModifiers modifi
 
 class LocationDialog : public test::PageTest {
  protected:
+  LocationDialog() { StoreRows(); }
+
   static void StoreRows() {
-    int row = 0;
-    for (const std::string name : {"a", "b", "c"}) {
-      const std::string n = std::to_string(row++);
-      Store(kInstallsSection, "BZ2Loc" + n, "/" + name + "\\");
-      Store(kInstallsSection, "BZ2Des" + n, name);
-      Store(kInstallsSection, "BZ2Sel" + n, name == "b" ? "Yes" : "No");
+    for (const std::string row : {"0a", "1b", "2c"}) {
+      Store(kInstallsSection, "BZ2Loc" + row.substr(0, 1), "/" + row.substr(1) + "\\");
+      Store(kInstallsSection, "BZ2Des" + row.substr(0, 1), row.substr(1));
+      Store(kInstallsSection, "BZ2Sel" + row.substr(0, 1), row == "1b" ? "Yes" : "No");
     }
   }
 
@@ -67,10 +67,10 @@ TEST_F(LocationDialog, AddsWhatIsTypedWhenItIsAnInstall) {
     std::string typed, becomes, told;
     int rows;
   } cases[] = {
-      {"", "\\", "That location does not appear to be valid.", 0},
-      {install, install + "\\", "", 1},
-      {install, install + "\\", "That location is already listed", 1},
-      {install + "/", install + "/", "", 2},
+      {"", "\\", "That location does not appear to be valid.", 3},
+      {install, install + "\\", "", 4},
+      {install, install + "\\", "That location is already listed", 4},
+      {install + "/", install + "/", "", 5},
   };
   frmAddRemBZ2 dialog([] {});
   test::ShowActive(dialog);
@@ -83,11 +83,10 @@ TEST_F(LocationDialog, AddsWhatIsTypedWhenItIsAnInstall) {
   }
   QTest::keyClick(dialog.Window(), Qt::Key_Escape);
   EXPECT_FALSE(dialog.Visible());
-  EXPECT_EQ(Stored(), "") << "nothing was saved";
+  EXPECT_EQ(Stored(), "/a\\=a;*/b\\=b;/c\\=c;") << "nothing was saved";
 }
 
 TEST_F(LocationDialog, ASearchListsEachInstallOnceAndTakesNoInput) {
-  StoreRows();
   for (const char* file : {"bzone.exe", "data.pak", "binkw32.dll", "two/bzone.exe", "two/data.pak", "two/binkw32.dll",
                            "BZONE.EXE", "not/bzone.exe"})
     test::WriteFile(sandbox.Root() / "disk" / file, "");
@@ -167,8 +166,14 @@ TEST_F(OptionsDialog, StoresEachBoxAtOnce) {
   }
   EXPECT_EQ(told_, "bar;");
   test::ClickOn(dialog_->chkOldMods);
-  EXPECT_FALSE(ShowOldMods);
-  EXPECT_EQ(ReadOption("OldMods"), "Off");
+  EXPECT_EQ(ReadOption("OldMods") + (ShowOldMods ? " is on" : ""), "Off");
+  const std::filesystem::path entry = sandbox.Home() / "config/autostart/varnik-autoload.desktop";
+  test::ClickOn(dialog_->chkOnBoot);
+  test::WriteFile(entry, "out of date");
+  Open();
+  EXPECT_NE(test::ReadFile(entry).find("\"/boot\""), std::string::npos) << "written anew with the present path";
+  test::ClickOn(dialog_->chkOnBoot);
+  EXPECT_FALSE(std::filesystem::exists(entry));
 }
 
 TEST_F(OptionsDialog, SlidersShowAndStoreWhatTheyStandOn) {
@@ -186,18 +191,6 @@ TEST_F(OptionsDialog, SlidersShowAndStoreWhatTheyStandOn) {
   test::PressKey(dialog_->sldtrayicon, Qt::Key_End);
   EXPECT_EQ(ReadOption("NoMapPic") + ReadOption("TrayIconNum"), "33");
   EXPECT_EQ(makers(), "Picture made by: CIcon made by: C");
-}
-
-TEST_F(OptionsDialog, TheStartAtLogInIsAnEntryOfTheDesktop) {
-  const std::filesystem::path entry = sandbox.Home() / "config/autostart/varnik-autoload.desktop";
-  Open();
-  test::ClickOn(dialog_->chkOnBoot);
-  EXPECT_NE(test::ReadFile(entry).find("\"/boot\""), std::string::npos) << test::ReadFile(entry);
-  test::WriteFile(entry, "out of date");
-  Open();
-  EXPECT_NE(test::ReadFile(entry), "out of date") << "written anew with the present path";
-  test::ClickOn(dialog_->chkOnBoot);
-  EXPECT_FALSE(std::filesystem::exists(entry));
 }
 
 }  // namespace

@@ -93,9 +93,7 @@ TEST_F(Launch, ForcedDeactivationAsksFirst) {
   std::filesystem::rename(InRoot("old.txt"), InRoot("new.txt"));
   ASSERT_TRUE(SelectMod("Plain"));
   for (const win::Answer answer : {win::Answer::kNo, win::Answer::kYes}) {
-    const win::Box warning = {win::BoxKind::kMessage, "WARNING: CLICKING ON 'YES' COULD CAUSE DAMAGE TO YOUR",
-                              "Varnik WARNING", win::kYesNo + win::kCritical, ""};
-    Expect(warning, {answer, ""});
+    Expect({win::BoxKind::kMessage, "WARNING: CLICKING ON 'YES'", "Varnik WARNING", 20, ""}, {answer, ""});
     test::ClickMenu(main->menu.mnuEmergencyDeactivate);
     EXPECT_EQ(Exists("old.txt"), answer == win::Answer::kYes);
   }

@@ -35,10 +35,8 @@ TEST_F(PictureTest, FilesAreReadByTheirContent) {
     test::WriteFile(sandbox.Root() / "Shot.bmp", file.data().left(20).toStdString());
     EXPECT_TRUE(Picture::FromFile(path).Empty()) << format;
   }
-  const std::string drawing = "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>";
-  EXPECT_TRUE(Picture::FromFileContent(drawing).Empty()) << "it could name other files";
+  EXPECT_TRUE(Picture::FromFileContent("<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>").Empty());
   EXPECT_TRUE(Picture::FromFile("").Empty() && Picture::FromFile(sandbox.Root().string()).Empty());
-  EXPECT_TRUE(Picture::FromPixels(2, 2, std::vector<std::uint32_t>(3)).Empty());
 }
 
 TEST_F(PictureTest, ABoxShowsItsPictureAsItsSizeSays) {
