@@ -6,10 +6,8 @@ using namespace varnik;
 
 namespace {
 
-constexpr char kPrompt[] = "Please specify a filename.";
-constexpr char kInvalid[] = "Invalid Filename. Please specify a (different) filename. Aborting save.";
-constexpr char kInclusion[] = "File will be saved for inclusion only.";
-constexpr char kDone[] = "Done. No error checking preformed.";
+const std::string kInvalid = "Invalid Filename.", kInclusion = "File will be saved for inclusion only.",
+                  kDone = "Done.";
 
 class ModEditor : public test::PageTest {
  protected:
@@ -18,6 +16,10 @@ class ModEditor : public test::PageTest {
     dialog_.EnsureLoaded();
     dialog_.loadmod(sandbox.InstallText() + "mod.bzm");
     test::ShowActive(dialog_);
+  }
+
+  void ExpectName(const std::string& proposed, const std::string& typed) {
+    Expect({win::BoxKind::kInput, "Please specify a filename.", "BZM Filename", 0, proposed}, {{}, typed});
   }
 
   std::string Rows() const {
@@ -88,7 +90,7 @@ TEST_F(ModEditor, SavesUnderTheNameThatItIsGiven) {
   const struct {
     const char* answer;
     bool locked;
-    std::vector<const char*> told;
+    std::vector<std::string> told;
     const char* file;
     const char* content;
   } cases[] = {
@@ -101,8 +103,8 @@ TEST_F(ModEditor, SavesUnderTheNameThatItIsGiven) {
   Open("DName(a);\r\n\r\n");
   for (const auto& c : cases) {
     dialog_.chkLock.SetValue(c.locked);
-    Expect({win::BoxKind::kInput, kPrompt, "BZM Filename", 0, "mod.bzm"}, {{}, c.answer});
-    for (const char* told : c.told)
+    ExpectName("mod.bzm", c.answer);
+    for (const std::string& told : c.told)
       ExpectMsgBox(told);
     test::PressKey(dialog_.txtParam, Qt::Key_S, Qt::ControlModifier);
     EXPECT_EQ(Content(c.file), c.content) << c.answer;
@@ -114,7 +116,7 @@ TEST_F(ModEditor, SavesAnEmptyFileOnlyWithARowAndReloadsWhenItIsLeft) {
   ExpectMsgBox("Nothing to save. And yes, I will save all blank lines and comments.");
   test::ClickOn(dialog_.cmdSave);
   test::ClickOn(dialog_.cmdAdd);
-  Expect({win::BoxKind::kInput, kPrompt, "BZM Filename", 0, "yourmod.bzm"}, {{}, "new.bzm"});
+  ExpectName("yourmod.bzm", "new.bzm");
   ExpectMsgBox(kDone);
   test::ClickOn(dialog_.cmdSave);
   EXPECT_EQ(Content("new.bzm"), "BZ2HALD5\r\n\r\n");
