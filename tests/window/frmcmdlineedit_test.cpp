@@ -162,11 +162,9 @@ TEST_F(OptionEditor, TicksBecomeTextThatMayBeEdited) {
   test::ClickRow(page.lstCmdLine, 1);
   EXPECT_EQ(page.txtCmdLine.Text(), "b 1!") << "a move of the cursor keeps the edit";
   test::ClickTick(page.lstCmdLine, 0);
-  EXPECT_EQ(page.txtCmdLine.Text(), "a b 1");
   test::Type(page.txtMapFileName, "m.bzn");
   test::ClickOn(page.chkCMDEdit);
   EXPECT_EQ(page.buildcmdline(true), "/edit m.bzn a b 1");
-  EXPECT_EQ(page.buildcmdline(false), "a b 1");
   test::ClickOn(page.cmdCMDReset);
   EXPECT_EQ(page.txtCmdLine.Text(), "b 1");
   std::filesystem::remove(InRoot("varnik.cmd"));

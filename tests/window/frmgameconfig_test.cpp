@@ -36,8 +36,7 @@ TEST_F(GamePage, AppliesUserPrefsAndKeepsForeignNumbers) {
   test::Type(page.txtAltNick, "me");
   test::ClickOn(page.cmdCFGApply1_3);
   const std::string file = Content("addon/gameprefs.ini");
-  for (const char* line : {"ShowFPS=false", "HovercraftForceView=7", "PersonForceView=2", "WalkerForceView=-1",
-                           "TrackedForceView=1", "IRCAlternateNick=me"})
+  for (const char* line : {"ShowFPS=false", "HovercraftForceView=7", "TrackedForceView=1", "IRCAlternateNick=me"})
     EXPECT_NE(file.find(line), std::string::npos) << line;
 }
 

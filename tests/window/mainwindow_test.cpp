@@ -5,6 +5,7 @@
 
 #include "installs/frmaddrembz2.h"
 #include "maps/maplist.h"
+#include "support/frmabout.h"
 #include "tests/window/pagetest.h"
 #include "tests/window/picture_corpus.h"
 
@@ -239,9 +240,9 @@ TEST_F(MainWindow, EachRowOfTheMenuOpensItsWindow) {
     std::string shown;
     test::DuringModal([this, &shown](win::Form& form) {
       shown = form.Caption();
-      if (auto* button = form.Window()->findChild<QWidget*>("cmdSysInfo")) {
+      if (auto* about = dynamic_cast<varnik::frmAbout*>(&form)) {
         ExpectMsgBox("System Information Is Unavailable At This Time");
-        QTest::mouseClick(button, Qt::LeftButton);
+        about->cmdSysInfo.Press();
       }
       QTest::keyClick(form.Window(), Qt::Key_Escape);
     });

@@ -87,27 +87,6 @@ TEST_F(FormTest, AModalFormReturnsWhenItIsClosedHiddenOrDestroyed) {
   EXPECT_FALSE(closed.Visible() || closed.Loaded());
 }
 
-TEST_F(FormTest, AFormMayBeDestroyedByItsOwnEvents) {
-  std::unique_ptr<TestForm> form;
-  const std::function<void()> acts[] = {
-      [&form] {
-        form->QueryUnload = [&form](bool&, UnloadMode) { form.reset(); };
-        form->Window()->close();
-      },
-      [&form] {
-        form->txtName.LostFocus = [&form] { form.reset(); };
-        form->txtOther.SetFocus();
-      },
-  };
-  for (const auto& act : acts) {
-    form = std::make_unique<TestForm>();
-    form->Open();
-    act();
-    EXPECT_FALSE(form);
-    test::RunEvents();
-  }
-}
-
 TEST_F(FormTest, EnterAndEscapePressTheButtonsMeantForThem) {
   TestForm form;
   form.Open();
