@@ -12,18 +12,13 @@ constexpr char kAsk[] = "Would you like to save your changes to the current comm
 constexpr char kAskMany[] = "Would you like to save your changes to the current command line parameters?";
 constexpr char kAskFile[] = "Would you like to save your changes to the current file?";
 constexpr char kAskRemove[] = "Are you sure you want to remove this parameter?";
-constexpr char kAskDelete[] = "Are you sure you want to delete the custom command line config file for this install?";
-constexpr char kConfirm[] =
-    "Are you sure you want to save your changes? This cannot be undone! Note: This will only affect the current BZ2 "
-    "install.";
-constexpr char kSaved[] =
-    "The list has been saved. Changes will take effect the next time you run Varnik, reset defaults, or change to this "
-    "BZ2 Directory again.";
-constexpr char kTitle[] = "Save Changes?";
+constexpr char kConfirm[] = "Are you sure you want to save your changes? This cannot be undone! Note: This will only";
+
+using Page = FrmCMDLineEdit;
 
 class OptionEditor : public test::PageTest {
  protected:
-  OptionEditor() { test::WriteFile(sandbox_.App() / "varnik.cmd", "a\r\n*b:1\r\nc\r\n"); }
+  OptionEditor() { test::WriteFile(sandbox.App() / "varnik.cmd", "a\r\n*b:1\r\nc\r\n"); }
 
   void Open() {
     page_.LoadList();
@@ -31,8 +26,8 @@ class OptionEditor : public test::PageTest {
   }
 
   void ExpectSave() {
-    boxes.ExpectMsgBox(kConfirm, Answer::kYes, kTitle);
-    boxes.ExpectMsgBox(kSaved, Answer::kOk, "Saved");
+    ExpectMsgBox(kConfirm, Answer::kYes, "Save Changes?");
+    ExpectMsgBox("The list has been saved. Changes will take effect the next time", Answer::kOk, "Saved");
   }
 
   // What a save leaves in the install, its lines joined by blanks.
@@ -40,73 +35,52 @@ class OptionEditor : public test::PageTest {
     ExpectSave();
     page_.cmdSaveFile_Click();
     std::string text = Content("varnik.cmd");
-    for (std::size_t at = text.find("\r\n"); at != std::string::npos; at = text.find("\r\n"))
-      text.replace(at, 2, " ");
+    std::erase(text, '\r');
+    std::replace(text.begin(), text.end(), '\n', ' ');
     return text;
   }
 
   std::string calls_;
-  test::PageForm<FrmCMDLineEdit> form_{OptionEditHost{[this] { calls_ += "page;"; }, [this] { calls_ += "reload;"; }}};
-  FrmCMDLineEdit& page_ = form_.page;
+  test::PageForm<Page> form_{OptionEditHost{[this] { calls_ += "page;"; }, [this] { calls_ += "reload;"; }}};
+  Page& page_ = form_.page;
 };
 
-using Page = FrmCMDLineEdit;
-
-constexpr auto kTick = [](Page& p) { test::ClickTick(p.lstCmdLineParam, 2); };
-constexpr auto kLeaveRow = [](Page& p) { test::ClickRow(p.lstCmdLineParam, 2); };
-constexpr auto kAdd = [](Page& p) { test::ClickOn(p.cmdAdd); };
-constexpr auto kAddTwo = [](Page& p) { kAdd(p), kAdd(p); };
-constexpr auto kRemove = [](Page& p) { test::ClickOn(p.cmdRemove); };
-constexpr auto kRemoveByKey = [](Page& p) { test::PressKey(p.lstCmdLineParam, Qt::Key_Delete); };
-constexpr auto kDown = [](Page& p) { test::ClickOn(p.cmdMoveDown); };
-constexpr auto kUpTwice = [](Page& p) {
-  test::PressCtrl(p.lstCmdLineParam, Qt::Key_Up), test::PressCtrl(p.lstCmdLineParam, Qt::Key_Up);
-};
-constexpr auto kPressEnter = [](Page& p) { test::PressKey(p.txtCmdEdit, Qt::Key_Return); };
-constexpr auto kRetract = [](Page& p) { test::PressKey(p.txtCmdEdit, Qt::Key_Backspace), kLeaveRow(p); };
-// The edit ends in the text of the row that is selected next.
-constexpr auto kTypeNextRow = [](Page& p) {
-  p.txtCmdEdit.SetText("c"), kLeaveRow(p), test::ClickRow(p.lstCmdLineParam, 1);
-};
-
+// A question and the button that answers it.
 struct Asked {
   const char* text;
   Answer answer;
 };
+constexpr Asked kKeep = {kAsk, Answer::kYes}, kDrop = {kAsk, Answer::kNo}, kKeep = {kAsk, Answer::kCancel};
+constexpr Asked kKeepMany = {kAskMany, Answer::kYes}, kDropMany = {kAskMany, Answer::kNo};
+constexpr Asked kRemove = {kAskRemove, Answer::kYes}, kLeave = {kAskRemove, Answer::kNo};
 
-struct StepCase {
+void LeaveRow(Page& page) { test::ClickRow(page.lstCmdLineParam, 2); }
+void Add(Page& page) { test::ClickOn(page.cmdAdd); }
+void MoveUp(Page& page) { test::PressKey(page.lstCmdLineParam, Qt::Key_Up, Qt::ControlModifier, 2); }
+
+const struct {
   int row;
   const char* typed;  // into the box for the row's text
   std::vector<Asked> asked;
   void (*act)(Page& page);
   const char* saved;
   const char* text;  // in the box at last
-};
-
-const StepCase kSteps[] = {
-    {0, "", {}, kTick, "a *b:1 *c ", "c"},
-    {1, "0", {}, kPressEnter, "a *b:10 c ", "b:10"},
-    {1, "0", {{kAsk, Answer::kYes}}, kLeaveRow, "a *b:10 c ", "c"},
-    {1, "0", {{kAsk, Answer::kNo}}, kLeaveRow, "a *b:1 c ", "c"},
-    {1, "0", {{kAsk, Answer::kCancel}, {kAskMany, Answer::kYes}}, kLeaveRow, "a *b:10 c ", "b:10"},
-    {1, "0", {}, kRetract, "a *b:1 c ", "c"},
-    {0, "", {{kAsk, Answer::kNo}}, kTypeNextRow, "a *b:1 c ", "b:1"},
-    {1,
-     "0",
-     {{kAsk, Answer::kNo}, {kAsk, Answer::kNo}},
-     kAddTwo,
-     "a *b:1 c <New Option> <New Option> ",
-     "<New Option>"},
-    {1, "0", {{kAsk, Answer::kCancel}, {kAskMany, Answer::kNo}}, kAdd, "a *b:1 c ", "b:10"},
-    {1, "0", {{kAskRemove, Answer::kYes}}, kRemove, "a c ", "c"},
-    {1, "", {{kAskRemove, Answer::kNo}}, kRemoveByKey, "a *b:1 c ", "b:1"},
-    {1, "", {}, kUpTwice, "*b:1 a c ", "b:1"},
-    {1, "0", {{kAsk, Answer::kYes}}, kDown, "a c *b:10 ", "b:10"},
-    {1, "0", {{kAsk, Answer::kCancel}, {kAskMany, Answer::kCancel}}, kDown, "a *b:1 c ", "b:10"},
+} kSteps[] = {
+    {0, "", {}, [](Page& p) { test::ClickTick(p.lstCmdLineParam, 2); }, "a *b:1 *c ", "c"},
+    {1, "0", {}, [](Page& p) { test::PressKey(p.txtCmdEdit, Qt::Key_Return); }, "a *b:10 c ", "b:10"},
+    {1, "0", {kKeep}, LeaveRow, "a *b:10 c ", "c"},
+    {1, "0", {kDrop}, LeaveRow, "a *b:1 c ", "c"},
+    {1, "0", {kKeep, kKeepMany}, LeaveRow, "a *b:10 c ", "b:10"},
+    {1, "0", {kDrop, kDrop}, Add, "a *b:1 c <New Option> ", "<New Option>"},
+    {1, "0", {kKeep, kDropMany}, Add, "a *b:1 c ", "b:10"},
+    {1, "0", {kRemove}, [](Page& p) { test::ClickOn(p.cmdRemove); }, "a c ", "c"},
+    {1, "", {kLeave}, [](Page& p) { test::PressKey(p.lstCmdLineParam, Qt::Key_Delete); }, "a *b:1 c ", "b:1"},
+    {1, "", {}, MoveUp, "*b:1 a c ", "b:1"},
+    {1, "0", {kKeep}, [](Page& p) { test::ClickOn(p.cmdMoveDown); }, "a c *b:10 ", "b:10"},
 };
 
 TEST_F(OptionEditor, AsksBeforeAnEditIsLost) {
-  for (const StepCase& c : kSteps) {
+  for (const auto& c : kSteps) {
     SCOPED_TRACE(&c - kSteps);
     std::filesystem::remove(InRoot("varnik.cmd"));
     test::ClickOn(page_.cmdSaveChanges);  // nothing waits from the case before
@@ -114,7 +88,7 @@ TEST_F(OptionEditor, AsksBeforeAnEditIsLost) {
     test::ClickRow(page_.lstCmdLineParam, c.row);
     test::Type(page_.txtCmdEdit, c.typed);
     for (const Asked& asked : c.asked)
-      boxes.ExpectMsgBox(asked.text, asked.answer, asked.text == kAskRemove ? "Remove?" : kTitle);
+      ExpectMsgBox(asked.text, asked.answer);
     c.act(page_);
     EXPECT_EQ(Saved(), c.saved);
     EXPECT_EQ(page_.txtCmdEdit.Text(), c.text);
@@ -124,96 +98,74 @@ TEST_F(OptionEditor, AsksBeforeAnEditIsLost) {
 TEST_F(OptionEditor, LeavingThePageSavesOrForgets) {
   Open();
   page_.OfferToSave();  // nothing to ask
-  for (const Answer answer : {Answer::kNo, Answer::kCancel, Answer::kYes}) {
-    test::ClickTick(page_.lstCmdLineParam, 0);
-    boxes.ExpectMsgBox(kAskFile, answer, kTitle);
-    if (answer == Answer::kYes) boxes.ExpectMsgBox(kConfirm, Answer::kNo, kTitle);
-    page_.OfferToSave();
-    EXPECT_EQ(Content("varnik.cmd"), "");
-    if (answer != Answer::kYes) page_.OfferToSave();
-  }
+  test::ClickTick(page_.lstCmdLineParam, 0);
+  ExpectMsgBox(kAskFile, Answer::kCancel, "Save Changes?");
+  page_.OfferToSave();
+  page_.OfferToSave();
+  test::ClickTick(page_.lstCmdLineParam, 2);
+  ExpectMsgBox(kAskFile, Answer::kYes);
+  ExpectMsgBox(kConfirm, Answer::kNo);
+  page_.OfferToSave();
+  EXPECT_EQ(Content("varnik.cmd"), "");
+  // The list is still that of the install that was selected when it was loaded.
+  UseInstallFolder(sandbox.AppText());
+  ExpectMsgBox(kAskFile, Answer::kYes);
+  ExpectSave();
+  page_.OfferToSave();
+  EXPECT_EQ(Content("varnik.cmd"), "*a\r\n*b:1\r\n*c\r\n");
 }
 
 TEST_F(OptionEditor, AnEditWaitsForItsRowWhileThePageIsAway) {
   Open();
   test::ClickRow(page_.lstCmdLineParam, 1);
   test::Type(page_.txtCmdEdit, "0");
-  boxes.ExpectMsgBox(kAsk, Answer::kYes, kTitle);
+  ExpectMsgBox(kAsk, Answer::kYes);
   Open();
   EXPECT_EQ(Saved(), "a *b:10 c ");
 }
 
-TEST_F(OptionEditor, SavesForTheInstallThatTheListIsOf) {
-  Open();
-  test::ClickTick(page_.lstCmdLineParam, 0);
-  UseInstallFolder(sandbox_.AppText());
-  boxes.ExpectMsgBox(kAskFile, Answer::kYes, kTitle);
-  ExpectSave();
-  page_.OfferToSave();
-  EXPECT_EQ(Content("varnik.cmd"), "*a\r\n*b:1\r\nc\r\n");
-  EXPECT_EQ(test::ReadFile(sandbox_.App() / "varnik.cmd"), "a\r\n*b:1\r\nc\r\n");
-}
-
 TEST_F(OptionEditor, AnEmptyListHidesTheProgramsUntilItIsDeleted) {
   Open();
-  test::ClickOn(page_.cmdDeleteCustom);  // there is none
   for (int i = 0; i < 3; ++i) {
-    boxes.ExpectMsgBox(kAskRemove, Answer::kYes, "Remove?");
+    ExpectMsgBox(kAskRemove, Answer::kYes);
     test::ClickOn(page_.cmdRemove);
   }
-  EXPECT_EQ(page_.txtCmdEdit.Text(), "");
   EXPECT_FALSE(page_.txtCmdEdit.Enabled() || page_.cmdRemove.Enabled() || page_.cmdSaveChanges.Enabled() ||
                page_.cmdSaveFile.Enabled());
   test::PressKey(page_.lstCmdLineParam, Qt::Key_Delete);
-  test::PressCtrl(page_.lstCmdLineParam, Qt::Key_S);
-  EXPECT_EQ(Saved(), "");
-  EXPECT_TRUE(std::filesystem::exists(InRoot("varnik.cmd")));
+  EXPECT_EQ(Saved() + page_.txtCmdEdit.Text(), "");
   Open();
   EXPECT_EQ(page_.lstCmdLineParam.ListCount(), 0);
   for (const Answer answer : {Answer::kNo, Answer::kYes}) {
     EXPECT_TRUE(std::filesystem::exists(InRoot("varnik.cmd")));
-    boxes.ExpectMsgBox(kAskDelete, answer, "Are you sure?");
+    ExpectMsgBox("Are you sure you want to delete the custom command line config file", answer, "Are you sure?");
     test::ClickOn(page_.cmdDeleteCustom);
   }
   EXPECT_FALSE(std::filesystem::exists(InRoot("varnik.cmd")));
   EXPECT_EQ(calls_, "page;reload;");
 }
 
-class OptionPage : public test::PageTest {
- protected:
-  test::PageForm<FrmCmdLine> form_{std::function<void()>()};
-  FrmCmdLine& page_ = form_.page;
-};
-
-TEST_F(OptionPage, TicksBecomeTextThatMayBeEdited) {
-  test::WriteFile(InRoot("varnik.cmd"), "a\r\n*b:1\r\n");
-  page_.populatecmdlinelist();
-  test::ShowActive(form_);
-  EXPECT_EQ(page_.txtCmdLine.Text(), "b 1");
-  test::Type(page_.txtCmdLine, "!");
-  test::ClickRow(page_.lstCmdLine, 1);
-  EXPECT_EQ(page_.txtCmdLine.Text(), "b 1!") << "a move of the cursor keeps the edit";
-  test::ClickTick(page_.lstCmdLine, 0);
-  EXPECT_EQ(page_.txtCmdLine.Text(), "a b 1");
-  test::PressKey(page_.lstCmdLine, Qt::Key_Space);
-  EXPECT_EQ(page_.txtCmdLine.Text(), "b 1");
-  test::Type(page_.txtMapFileName, "m.bzn");
-  test::ClickOn(page_.chkCMDEdit);
-  EXPECT_EQ(page_.buildcmdline(true), "/edit m.bzn b 1");
-  EXPECT_EQ(page_.buildcmdline(false), "b 1");
-  test::ClickTick(page_.lstCmdLine, 1);
-  test::ClickOn(page_.cmdCMDReset);
-  EXPECT_EQ(page_.txtCmdLine.Text(), "b 1");
-}
-
-TEST_F(OptionPage, SaysThatThereIsNoList) {
-  test::WriteFile(InRoot("varnik.cmd"), "*a\r\n");
-  page_.populatecmdlinelist();
+TEST_F(OptionEditor, TicksBecomeTextThatMayBeEdited) {
+  Put("varnik.cmd", "a\r\n*b:1\r\n");
+  test::PageForm<FrmCmdLine> form{std::function<void()>()};
+  FrmCmdLine& page = form.page;
+  page.populatecmdlinelist();
+  test::ShowActive(form);
+  EXPECT_EQ(page.txtCmdLine.Text(), "b 1");
+  test::Type(page.txtCmdLine, "!");
+  test::ClickRow(page.lstCmdLine, 1);
+  EXPECT_EQ(page.txtCmdLine.Text(), "b 1!") << "a move of the cursor keeps the edit";
+  test::ClickTick(page.lstCmdLine, 0);
+  test::Type(page.txtMapFileName, "m.bzn");
+  test::ClickOn(page.chkCMDEdit);
+  EXPECT_EQ(page.buildcmdline(true), "/edit m.bzn a b 1");
+  test::ClickOn(page.cmdCMDReset);
+  EXPECT_EQ(page.txtCmdLine.Text(), "b 1");
   std::filesystem::remove(InRoot("varnik.cmd"));
-  boxes.ExpectMsgBox("varnik.cmd not found. Command Line Parameter listing disabled.");
-  page_.populatecmdlinelist();
-  EXPECT_EQ(page_.lstCmdLine.ListCount(), 0);
-  EXPECT_EQ(page_.buildcmdline(true), "");
+  std::filesystem::remove(sandbox.App() / "varnik.cmd");
+  ExpectMsgBox("varnik.cmd not found. Command Line Parameter listing disabled.");
+  page.populatecmdlinelist();
+  EXPECT_EQ(page.lstCmdLine.ListCount(), 0);
 }
 
 }  // namespace

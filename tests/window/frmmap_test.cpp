@@ -1,18 +1,12 @@
 #include "maps/ui/frmmap.h"
 
-#include "installs/installlist.h"
 #include "maps/maplist.h"
-#include "modengine/catalogue.h"
-#include "support/runstate.h"
-#include "tests/harness/sandbox.h"
-#include "tests/harness/window_app.h"
+#include "tests/window/pagetest.h"
 #include "tests/window/picture_corpus.h"
-#include "windowing/form.h"
 
 #include <QTimer>
 
-#include <functional>
-#include <memory>
+using namespace varnik;
 
 namespace {
 
@@ -20,287 +14,153 @@ using Strings = std::vector<std::string>;
 
 constexpr std::uint32_t kGreen = 0xFF00FF00, kRed = 0xFFFF0000;
 
-// A window round the page: the box for the name stands on another page there.
-struct MapForm : win::Form {
-  MapForm() : Form("frmMain", 9000, 6000), page(*this, Host()) {
-    txtMapFileName.Move(120, 5500, 2000, 315);
-    txtMapFileName.LostFocus = [this] { page.txtMapFileName_LostFocus(); };
-    QImage green(10, 10, QImage::Format_RGB32);
-    green.fill(Qt::green);
-    page.SetNoMapPicture(win::Picture(green));
-  }
-
-  varnik::MapPageHost Host() {
-    varnik::MapPageHost host;
-    host.markMaps = [this](bool mark) { bold = mark, ++marks; };
-    host.mapName = [this] { return txtMapFileName.Text(); };
-    host.setMapName = [this](const std::string& name) { txtMapFileName.SetText(name); };
-    host.askForMapName = [this] { ++asked; };
-    host.showSelectedPage = [this] { page.PopulateMapList(0, varnik::kAllSubTypes); };
-    host.busy.begin = [this] { ++busy, SetEnabled(false); };
-    host.busy.end = [this] { busy = 0, SetEnabled(true); };
-    host.busy.isUp = [this] { return busy > 0; };
-    host.busy.setStatus = [this](const std::string&) { EXPECT_GT(busy, 0); };
-    return host;
-  }
-
-  bool bold = false;
-  int marks = 0, asked = 0, busy = 0;
-  win::TextBox txtMapFileName{*this, "txtMapFileName"};
-  varnik::FrmMap page;
-};
-
-class MapPage : public test::WindowTest {
+class MapPage : public test::MainWindowTest {
  protected:
   MapPage() {
-    sandbox.MakeInstall();
-    varnik::UseInstallFolder(sandbox.InstallText());
-    varnik::ClearModList();
-    varnik::SelectModFolders(-1);
+    ListInstall();
     PutMap("Alpha", "mapDesc=text.odf\nmapTga=picture.tga\n[NetVars]\nivar5=1\nivar7=2\n");
     PutMap("Beta", "[NetVars]\nivar5=2\n");
     PutMap("Gamma", "");
     Put("data/gone.bzn", "");
     Put("data/text.odf", "First line.\r\nSecond line.");
-    Put("addon/pictures/picture.png", test::PictureCorpus()[0].content);
-    form = std::make_unique<MapForm>();
-    form->page.ClearMaps();
-    form->Show();
-    form->page.lstmap.SetFocus();
+    Put("addon/pictures/picture.png", test::SoundPicture("png"));
+    Open();
+    Page().SetNoMapPicture(win::Picture::FromPixels(10, 10, std::vector<std::uint32_t>(100, kGreen)));
+    test::ClickNode(main->SettingTree, "Maps");
+    AwaitTimer();
   }
 
-  void Put(const std::string& name, const std::string& content) const {
-    test::WriteFile(sandbox.Install() / name, content);
-  }
   void PutMap(const std::string& title, const std::string& lines) const {
     Put("addon/maps/" + title + ".bzn", "");
     Put("addon/maps/" + title + ".inf", "[DESCRIPTION]\nmissionName=" + title + "\n" + lines);
   }
 
-  void ShowAll() const { form->page.PopulateMapList(0, varnik::kAllSubTypes); }
-  Strings Rows() const {
-    Strings rows;
-    for (int i = 0; i < form->page.lstmap.ListCount(); ++i)
-      rows.push_back(form->page.lstmap.List(i));
-    return rows;
-  }
+  Strings Rows() const { return test::RowsOf(Page().lstmap); }
   int RowOf(const std::string& title) const {
     const Strings rows = Rows();
     return static_cast<int>(std::find(rows.begin(), rows.end(), title) - rows.begin());
   }
-  static int IndexOf(const std::string& title) {
-    for (std::size_t row = 1; row < varnik::MapList.size(); ++row)
-      if (varnik::MapList[row].Title == title) return static_cast<int>(row);
-    return 0;
+  static std::string Selected() {
+    return SelectedMapIndex < 0 ? std::to_string(SelectedMapIndex) : MapList[SelectedMapIndex].Title;
   }
   void AwaitTimer() const {
-    EXPECT_TRUE(test::Await([this] { return !form->page.tmrMap.Enabled(); }));
+    EXPECT_TRUE(test::Await([this] { return !Page().tmrMap.Enabled(); }));
   }
   void Choose(const std::string& title) const {
-    test::ClickRow(form->page.lstmap, RowOf(title));
+    test::ClickRow(Page().lstmap, RowOf(title));
     AwaitTimer();
   }
-  std::uint32_t Corner() const { return form->page.imgmap.Shown().Pixel(0, 0); }
 
-  test::Sandbox sandbox;
-  std::unique_ptr<MapForm> form;
+  // The selected map and what the page says of it; the name that the game is given; whether it has a picture.
+  void ExpectShown(const std::string& text, const std::string& details, const std::string& name, bool picture) const {
+    EXPECT_EQ(Selected() + "|" + Page().txtMapDesc.Text(), text);
+    EXPECT_EQ(Page().lblMapDetails.Caption(), details);
+    EXPECT_EQ(Name().Text(), name);
+    EXPECT_EQ(Page().imgmap.Shown().Pixel(0, 0), picture ? kRed : kGreen);
+    EXPECT_EQ(main->SettingTree.Bold("RMap"), Selected() != "-1");
+  }
+
+  FrmMap& Page() const { return main->mapPage; }
+  win::TextBox& Name() const { return main->cmdLinePage.txtMapFileName; }
 };
 
 TEST_F(MapPage, AClickShowsTheMapWhenTheTimerHasFired) {
-  ShowAll();
   EXPECT_EQ(Rows(), (Strings{"*No Map*", "Alpha", "Beta", "Gamma", "gone.bzn"}));
+  EXPECT_EQ(Page().lstmap.ListIndex(), RowOf("*No Map*"));
+  test::ClickRow(Page().lstmap, RowOf("Alpha"));
+  ExpectShown("-1|No Map Selected", "No Map Selected", "", false);
   AwaitTimer();
-  test::ClickRow(form->page.lstmap, RowOf("Alpha"));
-  EXPECT_EQ(form->page.txtMapDesc.Text(), "No Map Selected");
-  EXPECT_EQ(varnik::SelectedMapIndex, -1);
-  AwaitTimer();
-  EXPECT_EQ(varnik::SelectedMapIndex, IndexOf("Alpha"));
-  EXPECT_EQ(form->page.txtMapDesc.Text(), "First line.\r\nSecond line.");
-  EXPECT_EQ(form->page.lblMapDetails.Caption(), "Map Name: Alpha\r\nMap Type: Deathmatch\r\n Subtype: CTF");
-  EXPECT_EQ(form->txtMapFileName.Text(), "Alpha.bzn");
-  EXPECT_EQ(Corner(), kRed);
-  EXPECT_TRUE(form->bold);
-}
-
-TEST_F(MapPage, WhatAMapLacksIsSaidOrStays) {
-  ShowAll();
-  Choose("Alpha");
-  Choose("gone.bzn");
-  EXPECT_EQ(form->page.txtMapDesc.Text(), "First line.\r\nSecond line.") << "there is no name to look for";
-  EXPECT_EQ(form->page.lblMapDetails.Caption(), "Map Name: gone.bzn\r\nMap Type: N/A");
-  EXPECT_EQ(Corner(), kGreen);
+  const std::string alpha = "Map Name: Alpha\r\nMap Type: Deathmatch\r\n Subtype: CTF";
+  ExpectShown("Alpha|First line.\r\nSecond line.", alpha, "Alpha.bzn", true);
+  Choose("gone.bzn");  // it has no name to look for a text under
+  ExpectShown("gone.bzn|First line.\r\nSecond line.", "Map Name: gone.bzn\r\nMap Type: N/A", "gone.bzn", false);
   Choose("Gamma");
-  EXPECT_EQ(form->page.txtMapDesc.Text(), "No Description Available");
+  EXPECT_EQ(Page().txtMapDesc.Text(), "No Description Available");
+  Put("addon/pictures/picture.png", test::SoundPicture("bmp").substr(0, 30));
+  Choose("Alpha");
+  ExpectShown("Alpha|First line.\r\nSecond line.", alpha, "Alpha.bzn", false);
   Choose("*No Map*");
-  EXPECT_EQ(form->page.txtMapDesc.Text(), "No Map Selected");
-  EXPECT_EQ(form->page.lblMapDetails.Caption(), "No Map Selected");
-  EXPECT_EQ(form->txtMapFileName.Text(), "");
-  EXPECT_EQ(varnik::SelectedMapIndex, -1);
-  EXPECT_FALSE(form->bold);
-}
-
-TEST_F(MapPage, ADamagedPictureFallsToTheNextNameAndAtLastToTheStandBy) {
-  Put("addon/maps/picture.tga", "not a picture");
-  Put("addon/maps/picture.bmp", test::PictureCorpus()[3].content);
-  ShowAll();
-  Choose("Alpha");
-  EXPECT_EQ(Corner(), kRed);
-  Put("addon/maps/picture.bmp", "not a picture");
-  Put("addon/pictures/picture.png", "not a picture");
-  Choose("Beta");
-  Choose("Alpha");
-  EXPECT_EQ(Corner(), kGreen);
-  Put("addon/maps/picture.tga", test::PictureCorpus()[3].content);
-  Choose("Beta");
-  Choose("Alpha");
-  EXPECT_EQ(Corner(), kRed) << "a picture is what its content is";
-}
-
-TEST_F(MapPage, OfManyClicksOnlyTheLastIsServed) {
-  ShowAll();
-  Choose("*No Map*");
-  form->marks = 0;
-  test::ClickRow(form->page.lstmap, RowOf("Alpha"));
-  test::PressKey(form->page.lstmap, Qt::Key_Down);
-  test::PressKey(form->page.lstmap, Qt::Key_Down);
-  AwaitTimer();
-  EXPECT_EQ(form->marks, 1);
-  EXPECT_EQ(varnik::SelectedMapIndex, IndexOf("Gamma"));
+  ExpectShown("-1|No Map Selected", "No Map Selected", "", false);
 }
 
 // The search for the text of a map runs events.
 TEST_F(MapPage, WhatIsDoneDuringTheWorkComesNext) {
-  const struct {
-    std::function<void()> act;
-    const char* title;
-    const char* file;
-  } cases[] = {
-      {[this] { test::ClickRow(form->page.lstmap, RowOf("Beta")); }, "Beta", "Beta.bzn"},
-      {[this] { form->page.ClearMaps(); }, nullptr, "Beta.bzn"},
+  const std::pair<std::function<void()>, std::string> cases[] = {
+      {[this] { test::ClickRow(Page().lstmap, RowOf("Beta")); }, "Beta"},
+      {[this] { Page().ClearMaps(); }, "-1"},
   };
-  for (const auto& c : cases) {
-    ShowAll();
-    AwaitTimer();
-    form->marks = 0;
+  for (const auto& [act, selected] : cases) {
     bool done = false;
     QTimer events;
-    QObject::connect(&events, &QTimer::timeout, [&] {
-      if (done || form->marks > 0 || varnik::SelectedMapIndex != IndexOf("Alpha")) return;
+    QObject::connect(&events, &QTimer::timeout, [&, act = act] {
+      if (done || Selected() != "Alpha" || Name().Text() == "Alpha.bzn") return;
       done = true;
-      c.act();
+      act();
     });
     events.start(0);
-    test::ClickRow(form->page.lstmap, RowOf("Alpha"));
+    test::ClickRow(Page().lstmap, RowOf("Alpha"));
     AwaitTimer();
     EXPECT_TRUE(done);
-    EXPECT_EQ(varnik::SelectedMapIndex, c.title ? IndexOf(c.title) : -1);
-    EXPECT_EQ(form->txtMapFileName.Text(), c.file);
-    EXPECT_EQ(form->bold, c.title != nullptr);
-    EXPECT_EQ(form->marks, 1);
+    EXPECT_EQ(Selected(), selected);
+    EXPECT_EQ(Name().Text(), "Beta.bzn");
   }
+  test::RunEvents();
+  test::ClickNode(main->SettingTree, "Maps");
+  AwaitTimer();
+  test::ClickRow(Page().lstmap, RowOf("Alpha"));
+  Page().ClearMaps();
+  AwaitTimer();
+  ExpectShown("-1|No Map Selected", "No Map Selected", "", false);
 }
 
 TEST_F(MapPage, TheSelectionComesBackWithThePage) {
-  ShowAll();
-  EXPECT_EQ(form->page.lstmap.ListIndex(), RowOf("*No Map*"));
   Choose("Beta");
-  form->page.PopulateMapList(1, varnik::kAllSubTypes);
-  EXPECT_EQ(Rows(), (Strings{"*No Map*"}));
-  EXPECT_EQ(form->page.lstmap.ListIndex(), -1);
-  varnik::SearchDirs = {"", "addon", "addon"};
-  ShowAll();
+  main->SettingTree_NodeClick("CMap1");
+  EXPECT_EQ(Rows(), Strings{"*No Map*"});
+  EXPECT_EQ(Page().lstmap.ListIndex(), -1);
+  SearchDirs = {"", "addon", "addon"};
+  test::ClickNode(main->SettingTree, "Maps");
   EXPECT_EQ(Rows(), (Strings{"*No Map*", "Alpha", "Alpha", "Beta", "Beta", "Gamma", "Gamma"}));
-  EXPECT_EQ(form->page.lstmap.ListIndex(), 4);
+  EXPECT_EQ(Page().lstmap.ListIndex(), 4);
   AwaitTimer();
-  EXPECT_EQ(varnik::SelectedMapIndex, IndexOf("Beta"));
+  EXPECT_EQ(Selected(), "Beta");
+  PutMap("Delta", "");
+  test::ClickNode(main->SettingTree, "Maps");
+  EXPECT_EQ(Rows().size(), 7u) << "the catalogue is loaded once";
+  test::ClickOn(Page().cmdMapLstRefresh);
+  EXPECT_EQ(Rows().size(), 9u);
+  EXPECT_TRUE(main->Enabled() && !busy.Visible());
+  AwaitTimer();
+  EXPECT_EQ(Selected() + Name().Text(), "-1");
 }
-
-TEST_F(MapPage, ACacheWithoutRowsLeavesTheListAlone) {
-  Put("varnik.lst", "");
-  ShowAll();
-  EXPECT_EQ(Rows(), Strings{});
-}
-
-struct NameCase {
-  const char* typed;
-  const char* complaint;  // null: none
-  const char* text;       // of the page afterwards, null: as it was
-};
-
-constexpr char kBadEnding[] = "Invalid Map Filename. Must end in .bzn or .trn";
-constexpr char kBadCharacters[] = "Invalid Chars in map name.\r\n\\, +, and - are not valid in map names.";
-
-const NameCase kNames[] = {
-    {"my.bzn", nullptr, "Manual Entry"},      {"MY.TRN  ", nullptr, "Manual Entry"},
-    {"my\\map.bzn", nullptr, "Manual Entry"}, {"ALPHA.bzn", nullptr, nullptr},
-    {"Alpha.bzn ", nullptr, "Manual Entry"},  {"  ", nullptr, "No Map Selected"},
-    {"my.bz", kBadEnding, nullptr},           {"m-y.txt", kBadEnding, nullptr},
-    {"m-y.bzn", kBadCharacters, nullptr},     {"m+y.bzn", kBadCharacters, nullptr},
-    {"m/y.trn", kBadCharacters, nullptr},
-};
 
 TEST_F(MapPage, ATypedNameIsJudgedWhenTheBoxIsLeft) {
-  ShowAll();
-  for (const NameCase& c : kNames) {
+  const std::string alpha = "Alpha|First line.\r\nSecond line.", manual = "-2|Manual Entry";
+  const std::string ending = "Invalid Map Filename. Must end in .bzn or .trn";
+  const std::string characters = "Invalid Chars in map name.\r\n\\, +, and - are not valid in map names.";
+  const struct {
+    std::string typed, complaint, shown;
+  } cases[] = {
+      {"MY.TRN  ", "", manual},       {"my\\map.bzn", "", manual},    {"Alpha.bzn ", "", manual},
+      {"ALPHA.bzn", "", alpha},       {"m-y.txt", ending, alpha},     {"m-y.bzn", characters, alpha},
+      {"m+y.bzn", characters, alpha}, {"m/y.trn", characters, alpha}, {"  ", "", "-1|No Map Selected"},
+  };
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.typed);
+    test::ClickNode(main->SettingTree, "Maps");
     Choose("*No Map*");
     Choose("Alpha");
-    const std::string before = form->page.txtMapDesc.Text();
-    form->asked = 0;
-    form->txtMapFileName.SetFocus();
-    form->txtMapFileName.SetText("");
-    test::Type(form->txtMapFileName, c.typed);
-    if (c.complaint) boxes.ExpectMsgBox(c.complaint);
-    form->page.lstmap.SetFocus();
-    EXPECT_EQ(form->asked, c.complaint ? 1 : 0);
-    EXPECT_EQ(form->page.txtMapDesc.Text(), c.text ? c.text : before);
-    const bool manual = c.text && std::string(c.text) == "Manual Entry";
-    EXPECT_EQ(varnik::SelectedMapIndex, manual ? -2 : c.text ? -1 : IndexOf("Alpha"));
-    EXPECT_EQ(Corner(), c.text ? kGreen : kRed);
-    EXPECT_EQ(form->bold, varnik::SelectedMapIndex != -1);
+    const std::string details = Page().lblMapDetails.Caption();
+    main->SettingTree_NodeClick("RCMD");
+    test::ShowActive(*main);
+    Name().SetFocus();
+    Name().SetText(c.typed);
+    if (!c.complaint.empty()) ExpectMsgBox(c.complaint);
+    main->SettingTree.SetFocus();
+    EXPECT_EQ(Name().HasFocus(), !c.complaint.empty());
+    ExpectShown(c.shown, c.shown == alpha ? details : c.shown.substr(3), c.typed, c.shown == alpha);
+    Name().SetText("Alpha.bzn");
   }
-}
-
-TEST_F(MapPage, ATypedNameSurvivesAChangeOfPage) {
-  ShowAll();
-  AwaitTimer();
-  form->txtMapFileName.SetText("my.bzn");
-  form->busy = 1;
-  form->page.txtMapFileName_LostFocus();
-  EXPECT_EQ(varnik::SelectedMapIndex, -1) << "the busy window is up";
-  form->busy = 0;
-  form->page.txtMapFileName_LostFocus();
-  form->page.PopulateMapList(5, varnik::kAllSubTypes);
-  EXPECT_EQ(varnik::SelectedMapIndex, -2);
-  EXPECT_EQ(form->page.lstmap.ListIndex(), -1);
-  EXPECT_EQ(form->page.txtMapDesc.Text(), "Manual Entry");
-}
-
-TEST_F(MapPage, RefreshScansAgain) {
-  ShowAll();
-  Choose("Alpha");
-  PutMap("Delta", "");
-  form->page.PopulateMapList(0, varnik::kAllSubTypes);
-  EXPECT_EQ(RowOf("Delta"), 5) << "the catalogue is loaded once";
-  test::ClickOn(form->page.cmdMapLstRefresh);
-  EXPECT_EQ(RowOf("Delta"), 3);
-  EXPECT_EQ(form->busy, 0);
-  EXPECT_TRUE(form->Enabled());
-  EXPECT_EQ(varnik::SelectedMapIndex, -1);
-  AwaitTimer();
-  EXPECT_EQ(form->txtMapFileName.Text(), "") << "the row of no map is selected now";
-}
-
-TEST_F(MapPage, AClickDoesNotOutliveItsList) {
-  ShowAll();
-  AwaitTimer();
-  form->txtMapFileName.SetText("Beta.bzn");
-  test::ClickRow(form->page.lstmap, RowOf("Alpha"));
-  form->page.ClearMaps();
-  AwaitTimer();
-  EXPECT_EQ(form->txtMapFileName.Text(), "") << "the game would be given a map that no page shows as chosen";
-  EXPECT_EQ(Rows(), Strings{});
-  EXPECT_EQ(Corner(), kGreen);
 }
 
 }  // namespace
