@@ -50,7 +50,7 @@ struct Asked {
   const char* text;
   Answer answer;
 };
-constexpr Asked kKeep = {kAsk, Answer::kYes}, kDrop = {kAsk, Answer::kNo}, kKeep = {kAsk, Answer::kCancel};
+constexpr Asked kKeep = {kAsk, Answer::kYes}, kDrop = {kAsk, Answer::kNo}, kStay = {kAsk, Answer::kCancel};
 constexpr Asked kKeepMany = {kAskMany, Answer::kYes}, kDropMany = {kAskMany, Answer::kNo};
 constexpr Asked kRemove = {kAskRemove, Answer::kYes}, kLeave = {kAskRemove, Answer::kNo};
 
@@ -70,9 +70,9 @@ const struct {
     {1, "0", {}, [](Page& p) { test::PressKey(p.txtCmdEdit, Qt::Key_Return); }, "a *b:10 c ", "b:10"},
     {1, "0", {kKeep}, LeaveRow, "a *b:10 c ", "c"},
     {1, "0", {kDrop}, LeaveRow, "a *b:1 c ", "c"},
-    {1, "0", {kKeep, kKeepMany}, LeaveRow, "a *b:10 c ", "b:10"},
+    {1, "0", {kStay, kKeepMany}, LeaveRow, "a *b:10 c ", "b:10"},
     {1, "0", {kDrop, kDrop}, Add, "a *b:1 c <New Option> ", "<New Option>"},
-    {1, "0", {kKeep, kDropMany}, Add, "a *b:1 c ", "b:10"},
+    {1, "0", {kStay, kDropMany}, Add, "a *b:1 c ", "b:10"},
     {1, "0", {kRemove}, [](Page& p) { test::ClickOn(p.cmdRemove); }, "a c ", "c"},
     {1, "", {kLeave}, [](Page& p) { test::PressKey(p.lstCmdLineParam, Qt::Key_Delete); }, "a *b:1 c ", "b:1"},
     {1, "", {}, MoveUp, "*b:1 a c ", "b:1"},

@@ -25,7 +25,9 @@ class MapPage : public test::MainWindowTest {
     Put("data/text.odf", "First line.\r\nSecond line.");
     Put("addon/pictures/picture.png", test::SoundPicture("png"));
     Open();
-    Page().SetNoMapPicture(win::Picture::FromPixels(10, 10, std::vector<std::uint32_t>(100, kGreen)));
+    QImage green(10, 10, QImage::Format_RGB32);
+    green.fill(kGreen);
+    Page().SetNoMapPicture(win::Picture(green));
     test::ClickNode(main->SettingTree, "Maps");
     AwaitTimer();
   }

@@ -33,22 +33,25 @@ inline std::string Tga(int width, int height) {
   return file;
 }
 
-// Each of 60 by 40 pixels, red on the left and blue on the right.
-inline std::vector<PictureCase> PictureCorpus() {
+// Of 60 by 40 pixels, red on the left and blue on the right.
+inline std::string SoundPicture(const char* format, QImage::Format depth = QImage::Format_RGB888) {
   QImage picture(60, 40, QImage::Format_RGB32);
   picture.fill(Qt::blue);
   for (int pixel = 0; pixel < 30 * 40; ++pixel)
     picture.setPixel(pixel % 30, pixel / 30, 0xFFFF0000);
-  const auto with = [&](QImage::Format depth) { return picture.convertToFormat(depth); };
-  return {{"24.png", EncodePicture(with(QImage::Format_RGB888), "png")},
-          {"8.png", EncodePicture(with(QImage::Format_Indexed8), "png")},
-          {"64.png", EncodePicture(with(QImage::Format_RGBA64), "png")},
-          {"24.bmp", EncodePicture(with(QImage::Format_RGB888), "bmp")},
-          {"24.jpg", EncodePicture(picture, "jpg")},
-          {"24.ppm", EncodePicture(picture, "ppm")},
-          {"24.ico", EncodePicture(picture, "ico")},
+  return EncodePicture(picture.convertToFormat(depth), format);
+}
+
+inline std::vector<PictureCase> PictureCorpus() {
+  return {{"24.png", SoundPicture("png")},
+          {"8.png", SoundPicture("png", QImage::Format_Indexed8)},
+          {"64.png", SoundPicture("png", QImage::Format_RGBA64)},
+          {"24.bmp", SoundPicture("bmp")},
+          {"24.jpg", SoundPicture("jpg")},
+          {"24.ppm", SoundPicture("ppm")},
+          {"24.ico", SoundPicture("ico")},
           {"24.tga", Tga(60, 40)},
-          {"a png in disguise.tga", EncodePicture(picture, "png")}};
+          {"a png in disguise.tga", SoundPicture("png")}};
 }
 
 }  // namespace test
