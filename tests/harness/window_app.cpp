@@ -15,7 +15,14 @@ namespace test {
 
 namespace {
 
-void Click(QWidget* widget, const QRect& target) { QTest::mouseClick(widget, Qt::LeftButton, {}, target.center()); }
+// Through the native window, where a blocked form stops input, unless none is shown.
+void Click(QWidget* widget, const QRect& target) {
+  QWidget* window = widget->window();
+  if (window->isVisible())
+    QTest::mouseClick(window->windowHandle(), Qt::LeftButton, {}, widget->mapTo(window, target.center()));
+  else
+    QTest::mouseClick(widget, Qt::LeftButton, {}, target.center());
+}
 
 }  // namespace
 
