@@ -43,26 +43,10 @@ class Maps : public test::ModTest {
     AppendModRow(mod);
     SelectModFolders(1);
   }
-
-  // What the load makes of one path. `path_` and `folder_` are as it left them.
-  void Parse(const std::string& path, const std::string& folder) {
-    path_ = path;
-    folder_ = folder;
-    entry_ = MapEntry();
-    MapFiles files(Root());
-    EXPECT_TRUE(ParseMapEntry(entry_, path_, folder_, files));
-  }
-
-  MapEntry entry_;
-  std::string path_, folder_;
 };
 
-using MapListTest = Maps;
-using MapMetadata = Maps;
-using MapClass = Maps;
-
 // The cache knows the .inf, and a row's folder is taken from there.
-TEST_F(MapListTest, AMapWhoseInfLiesElsewhereMovesThereInTheCache) {
+TEST_F(Maps, AMapWhoseInfLiesElsewhereMovesThereInTheCache) {
   PutFile("addon/m.BZN");
   PutFile("data/infs/m.inf");
   const std::pair<bool, const char*> loads[] = {
@@ -75,7 +59,7 @@ TEST_F(MapListTest, AMapWhoseInfLiesElsewhereMovesThereInTheCache) {
   }
 }
 
-TEST_F(MapListTest, TheCacheIsTrustedUpToTheLineThatCannotBeRead) {
+TEST_F(Maps, TheCacheIsTrustedUpToTheLineThatCannotBeRead) {
   PutFile("a/bad.inf", "[NetVars]\nivar5=1\nivar7=40000\n");
   PutFile("varnik.lst", "a\\x.inf,a\\\r\n");
   LoadMapList(true);
@@ -100,7 +84,7 @@ TEST_F(MapListTest, TheCacheIsTrustedUpToTheLineThatCannotBeRead) {
 }
 
 // The load must not go on into the other install's catalogue.
-TEST_F(MapListTest, AnotherInstallMayBeSelectedAtAnyMomentOfALoad) {
+TEST_F(Maps, AnotherInstallMayBeSelectedAtAnyMomentOfALoad) {
   PutFile("a/1.bzn");
   PutFile("a/1.inf", "[NetVars]\nivar5=1\n");
   PutFile("a/2.bzn");
@@ -128,7 +112,7 @@ TEST_F(MapListTest, AnotherInstallMayBeSelectedAtAnyMomentOfALoad) {
   }
 }
 
-TEST_F(MapListTest, APageGroupsByTheFoldersOfTheMod) {
+TEST_F(Maps, APageGroupsByTheFoldersOfTheMod) {
   // Rows of a page by title.
   const auto titles = [](int mapType, int subType) {
     std::string rows;
@@ -152,7 +136,7 @@ TEST_F(MapListTest, APageGroupsByTheFoldersOfTheMod) {
 
 constexpr char kMultiplayer[] = "addon/missions/multiplayer/";
 
-TEST_F(MapListTest, PagesDetailsAndConversionEachReadTheNumbersInTheirWay) {
+TEST_F(Maps, PagesDetailsAndConversionEachReadTheNumbersInTheirWay) {
   answer_ = win::Answer::kYes;
   for (const test::Case& c : test::Cases("maps/types.jsonl")) {
     SCOPED_TRACE(c);
@@ -168,7 +152,7 @@ TEST_F(MapListTest, PagesDetailsAndConversionEachReadTheNumbersInTheirWay) {
   }
 }
 
-TEST_F(MapListTest, OffersAConversionOnceInALoadOfVersion13) {
+TEST_F(Maps, OffersAConversionOnceInALoadOfVersion13) {
   PutMap("x", kMultiplayer, "ivar5=1");
   LoadMapList(true);
   MakeInstall("1.3");
@@ -189,31 +173,21 @@ TEST_F(MapListTest, OffersAConversionOnceInALoadOfVersion13) {
   EXPECT_EQ(test::Snapshot(InRoot("addon")), before);
 }
 
-TEST_F(MapMetadata, FindsTheInfAndNamesTheMapAfterIt) {
+TEST_F(Maps, AreNamedAfterTheirInfAndTitledByIt) {
   for (const test::Case& c : test::Cases("maps/infs.jsonl")) {
-    StartWith(c.at("files"));
-    Parse(c.at("path"), "old\\");
-    EXPECT_EQ(test::Case({path_, folder_, entry_.FileName, entry_.DescFile}), c.at("found")) << c;
-  }
-}
-
-TEST_F(MapMetadata, TitleIsGivenOrTheBaseName) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"", "m"},
-      {"missionName = \"A  map \" // by me", "A  map "},
-      {"missionName =   ", "m.bzn"},
-      {"missionName = \"  \"", "m.bzn"},
-      {"missionname=two\r\nmissionName=three", "two"},
-  };
-  for (const auto& [lines, title] : cases) {
-    PutFile("a/m.inf", std::string("[Description]\r\n") + lines);
-    Parse("a\\m.bzn", "");
-    EXPECT_EQ(entry_.Title, title) << lines;
+    StartWith(c.value("files", ""));
+    if (c.contains("section")) PutFile("a/m.inf", "[Description]\r\n" + c["section"].get<std::string>());
+    MapEntry entry;
+    std::string path = c.at("path"), folder = "old\\";
+    MapFiles files(Root());
+    EXPECT_TRUE(ParseMapEntry(entry, path, folder, files));
+    EXPECT_EQ(test::Case({path, folder, entry.FileName, entry.DescFile}), c.at("found")) << c;
+    EXPECT_EQ(entry.Title, c.at("title")) << c;
   }
 }
 
 // One walk answers as searches and looks at the disk would, whatever the names.
-TEST_F(MapMetadata, TheWalkAnswersAsSearchesDo) {
+TEST_F(Maps, TheWalkAnswersAsSearchesDo) {
   const std::vector<std::string> names = {"m.inf", "M.INF",  "m n.inf",  " m.inf",   "m;x.inf",
                                           "x.inf", "m?.inf", "\xC4.inf", "\xE4.inf", "\xC3\xA4.inf",
                                           "*.inf", "inf",    "n.INF"};
@@ -247,29 +221,19 @@ TEST_F(MapMetadata, TheWalkAnswersAsSearchesDo) {
   EXPECT_EQ(maps, search("*.bzn", false));
 }
 
-// Version, folder, and what it is: in a folder of the mod, for multiplayer, for instant action.
-const char* const kFolders[][3] = {
-    {"1.2", "data\\missions\\multiplayer\\", "mod multi"},
-    {"1.3", "data\\missions\\multiplayer\\", ""},
-    {"1.3", "addon\\missions\\multiplayer\\sub\\", "mod multi"},
-    {"1.2", "addon\\missions\\multiplayer", "mod"},
-    {"1.3", "ADDON\\missions\\instant\\", "mod instant"},
-    {"1.0", "Data\\missions\\instant\\", "mod instant"},
-    {"1.2", "addonx\\", ""},
-};
-
-TEST_F(MapClass, FoldersCountByVersionAndMod) {
-  for (const auto& [version, folder, is] : kFolders) {
-    SCOPED_TRACE(std::string(folder) + " " + version);
-    MakeInstall(version);
-    const std::string_view expected = is;
-    EXPECT_EQ(IsInModFolders(folder), expected.starts_with("mod"));
-    EXPECT_EQ(IsMultiplayerPath(folder), expected.ends_with("multi"));
-    EXPECT_EQ(IsInstantPath(folder), expected.ends_with("instant"));
+TEST_F(Maps, FoldersCountByVersionAndMod) {
+  for (const test::Case& c : test::Cases("maps/folders.jsonl")) {
+    MakeInstall(c.at("version").get<std::string>());
+    const std::string folder = c.at("folder");
+    Strings isFor;
+    if (IsInModFolders(folder)) isFor.push_back("mod");
+    if (IsMultiplayerPath(folder)) isFor.push_back("multiplayer");
+    if (IsInstantPath(folder)) isFor.push_back("instant");
+    EXPECT_EQ(isFor, c.at("isFor")) << c;
   }
 }
 
-TEST_F(MapClass, TheFirstRenameOfTheModThatFitsApplies) {
+TEST_F(Maps, TheFirstRenameOfTheModThatFitsApplies) {
   SelectedMapIndex = 3;
   SelectMod({}, {{"Mod\\Maps\\", "addon\\", ""}, {"mod\\", "data\\", ""}, {"addon\\", "far\\", ""}});
   EXPECT_EQ(SelectedMapIndex, -1);
@@ -280,19 +244,20 @@ TEST_F(MapClass, TheFirstRenameOfTheModThatFitsApplies) {
   EXPECT_EQ(TranslateMapPath("mod\\x"), "mod\\x");
 }
 
-TEST_F(MapClass, ThePictureIsTheFirstCandidateThatIsThere) {
-  entry_.Folder = "maps\\";
+TEST_F(Maps, ThePictureIsTheFirstCandidateThatIsThere) {
+  MapEntry entry;
+  entry.Folder = "maps\\";
   for (const test::Case& c : test::Cases("maps/pictures.jsonl")) {
     StartWith(c.at("files"));
-    entry_.PictureFile = c.at("named");
+    entry.PictureFile = c.at("named");
     const std::string found = c.at("found");
-    EXPECT_EQ(FindMapPicture(entry_), found.empty() ? "" : Root() + found) << c;
+    EXPECT_EQ(FindMapPicture(entry), found.empty() ? "" : Root() + found) << c;
   }
-  entry_.DescFile = "m.odf";
+  entry.DescFile = "m.odf";
   StartWith("maps/m.png=");
-  EXPECT_EQ(FindMapDescription(entry_), "");
+  EXPECT_EQ(FindMapDescription(entry), "");
   Put("data/m.odf=");
-  EXPECT_EQ(FindMapDescription(entry_), Root() + "data\\m.odf");
+  EXPECT_EQ(FindMapDescription(entry), Root() + "data\\m.odf");
 }
 
 }  // namespace

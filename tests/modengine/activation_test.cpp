@@ -45,22 +45,13 @@ TEST_F(Activation, GeneratesTheConfigurationToTheByte) {
   }
 }
 
-const std::pair<const char*, bool> kPersistent[] = {
-    {"dname(x);\nactivated();\nrename(a,b);", true},
-    {"rename(a,b);\nactivated();", false},
-    {"rename(a);\nactivated();", true},  // too few arguments: no action
-    {"replace(no,nor,this);\nactivated();", false},
-    {"addrecy(a,b);\nwriteid(id);\nactivated();", true},
-    {"include(inner);", false},                // an included file cannot make the mod persistent,
-    {"include(inner);\nactivated();", false},  // and takes the first place all the same
-};
-
 TEST_F(Activation, LeavesAMarkerUnlessTheModIsPersistent) {
   Put("inner=activated();");
-  for (const auto& [lines, persistent] : kPersistent) {
-    SCOPED_TRACE(lines);
+  for (const test::Case& c : test::Cases("modengine/persistence.jsonl")) {
+    SCOPED_TRACE(c);
     RemoveCrashMarker();
-    EXPECT_TRUE(Activate(lines));
+    EXPECT_TRUE(Activate(c.at("lines")));
+    const bool persistent = c.at("persistent");
     const CrashMarker marker = ReadCrashMarker();
     EXPECT_EQ(marker.root + marker.definitionFile, persistent ? "" : Root() + Root() + "mod.bzm");
     EXPECT_EQ(RegReadValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue).empty(), persistent);

@@ -21,17 +21,11 @@ TEST(ParseDirective, SplitsNameArgumentsAndComment) {
   }
 }
 
-// The version, which stays -9 where the line is no marker.
-const std::pair<const char*, double> kMarkers[] = {
-    {"  bz2Hald5 /x ", 5}, {"bz2hald2.5", 2.5}, {"bz2hald-1", -1}, {"bz2haldx", 0},
-    {"bz2hald5 5", 5},     {"bz2hald ", -9},    {"xbz2hald5", -9}, {"\tbz2hald5", -9},
-};
-
 TEST(ReadMarker, NeedsTheWordAndSomethingBehindIt) {
-  for (const auto& [line, expected] : kMarkers) {
+  for (const test::Case& c : test::Cases("modengine/markers.jsonl")) {
     double version = -9;
-    EXPECT_EQ(ReadMarker(line, version), expected != -9) << line;
-    EXPECT_EQ(version, expected) << line;
+    EXPECT_EQ(ReadMarker(c.at("line").get<std::string>(), version), c.contains("version")) << c;
+    EXPECT_EQ(version, c.value("version", -9.0)) << c;
   }
 }
 

@@ -3,6 +3,7 @@
 #include "modengine/runguard.h"
 #include "platform/system/process/instance.h"
 #include "support/settings.h"
+#include "tests/harness/cases.h"
 #include "tests/modengine/modtest.h"
 
 #include <sys/resource.h>
@@ -99,25 +100,14 @@ TEST_F(RunCycle, AsksForHighPriorityWhenThatIsChosen) {
 }
 
 TEST_F(RunCycle, RefusesADefinitionThatChangedBehindTheCatalogue) {
-  const std::string edited =
-      "\r\nDon't edit files once Varnik has loaded your mod list, or reload your BZ2 location once you have edited "
-      "them.\r\nReloading BZ2 location for you now.";
-  const std::pair<const char*, std::string> cases[] = {
-      {"mod.bzm",
-       "Mod File is Missing.\r\nDon't delete files once Varnik has loaded, or reload your BZ2 location once you "
-       "have.\r\nReloading BZ2 location for you now."},
-      {"mod.bzm=bz2hald4", "Mod has an invalid version #." + edited},
-      {"mod.bzm=bz2hald1e9", "Mod has an invalid version #." + edited},
-      {"mod.bzm=text", "Mod File is improperly formatted." + edited},
-      {"mod.bzm=bz2hald4.6", ""},  // rounded to 5
-  };
   const int mod = AddMod("");
-  for (const auto& [definition, told] : cases) {
+  for (const test::Case& c : test::Cases("modengine/refusals.jsonl")) {
     steps_ = told_ = "";
-    Put(definition);
+    Put(c.at("definition"));
+    const std::string told = c.at("told");
     EXPECT_EQ(Launch(mod).problem, told);
     EXPECT_EQ(told_, told);
-    EXPECT_TRUE(steps_.ends_with(told.empty() ? "hide finish restore tip " : "hide reload restore tip ")) << definition;
+    EXPECT_TRUE(steps_.ends_with(told.empty() ? "hide finish restore tip " : "hide reload restore tip ")) << c;
   }
 }
 
