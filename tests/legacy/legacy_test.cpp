@@ -54,19 +54,12 @@ TEST_F(LegacyActivation, GeneratesAConfiguration) {
   Expect("bzone.tmp.old=own");
 }
 
-const std::pair<const char*, bool> kExecs[] = {
-    {"pak p\nfold f\nreplace @rootdir\\a,@rootdir\\b\nexec none.exe", false},
-    {"pilots @rootdir\\p\nexec none.exe", true},
-    {"remove @rootdir\\a\nexec none.exe", true},
-    {"nobzonecfg\nexec none.exe", true},
-};
-
 TEST_F(LegacyActivation, AProgramTakesOverBeforeAnyChangeButReplace) {
-  for (const auto& [lines, activates] : kExecs) {
+  for (const test::Case& c : test::Cases("legacy/programs.jsonl")) {
     StartWith("");
     RemoveCrashMarker();
-    EXPECT_EQ(ActivateLegacyMod(DefineLegacy(lines)), activates) << lines;
-    EXPECT_EQ(ReadCrashMarker().root, activates ? Root() : "") << lines;
+    EXPECT_EQ(test::Case(ActivateLegacyMod(DefineLegacy(c.at("lines")))), c.at("activates")) << c;
+    EXPECT_EQ(ReadCrashMarker().root, c.at("activates") ? Root() : "") << c;
   }
 }
 

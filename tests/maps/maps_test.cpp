@@ -21,8 +21,7 @@ class Maps : public test::ModTest {
   void PutFile(const std::string& name, std::string_view content = "") { test::WriteFile(InRoot(name), content); }
   void PutMap(const std::string& name, const std::string& folder, const std::string& numbers) {
     PutFile(folder + name + ".bzn");
-    PutFile(folder + name + ".inf", "[NetVars]\r\n" + numbers + "\r\n");
-    std::filesystem::permissions(InRoot(folder + name + ".inf"), std::filesystem::perms::owner_read);
+    PutReadOnly(folder + name + ".inf", "[NetVars]\r\n" + numbers + "\r\n");
   }
   std::string Cache() const { return Content("varnik.lst").value_or("none"); }
 

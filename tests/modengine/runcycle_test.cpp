@@ -139,18 +139,13 @@ TEST_F(RunCycle, StartsTheEditorOfVersion13Only) {
 }
 
 TEST_F(RunCycle, MovesTheLastLogToTheFirstFreeNumber) {
-  const auto runWithLog = [&](const std::string& option, const std::string& files) {
-    StoreOption("RenameLog", option);
-    Put(files);
+  for (const test::Case& c : test::Cases("modengine/logs.jsonl")) {
+    SCOPED_TRACE(c);
+    StoreOption("RenameLog", c.at("option"));
+    Put(c.at("files"));
     Launch(-1);
-  };
-  runWithLog("on", "battlezone.log=1");
-  Expect("battlezone.log=1");
-  runWithLog("On", "");
-  runWithLog("On", "battlezone.log=2 logs/battlezone.002=x");
-  Expect("battlezone.log logs/battlezone.000=1 logs/battlezone.001=2");
-  runWithLog("On", "battlezone.log=3");
-  Expect("battlezone.log logs/battlezone.002=x logs/battlezone.003=3");
+    Expect(c.at("after"));
+  }
 }
 
 TEST_F(RunCycle, RefusesASecondProcess) {
