@@ -1,9 +1,8 @@
 #include "cmdline/optionlist.h"
 
 #include "cmdline/optionfile.h"
+#include "tests/harness/cases.h"
 #include "tests/modengine/modtest.h"
-
-#include <tuple>
 
 using namespace varnik;
 
@@ -37,19 +36,11 @@ TEST(OptionLine, JoinsTickedRowsByOneBlank) {
             "A B D  12");
 }
 
-const std::tuple<CommandLineParts, bool, const char*> kBuilds[] = {
-    {{"", "", false}, true, ""},
-    {{"A B 12", "my m.bzn", false}, true, "\"my m.bzn\" A B 12"},
-    {{"A -edit", "m.bzn", true}, true, "m.bzn A -edit"},
-    {{"-EDIT", "m.bzn", true}, true, "/edit m.bzn -EDIT"},
-    {{"/edit A +edit -edit", " ", true}, true, " A  "},
-    {{"/e/editdit A -editor", "", true}, true, " A or"},
-    {{"/edit A", "m.bzn", true}, false, " A"},
-};
-
 TEST(OptionLine, PutsMapAndSwitchAround) {
-  for (const auto& [parts, keepEditSwitches, line] : kBuilds)
-    EXPECT_EQ(BuildCommandLine(parts, keepEditSwitches), line) << parts.options;
+  for (const test::Case& c : test::Cases("cmdline/lines.jsonl")) {
+    const CommandLineParts parts = {c.at("options"), c.at("map"), c.at("editBox")};
+    EXPECT_EQ(BuildCommandLine(parts, c.at("keepsEditSwitches")), c.at("line")) << c;
+  }
 }
 
 }  // namespace

@@ -6,13 +6,7 @@ using namespace varnik;
 
 namespace {
 
-class GameConfig : public test::ModTest {
- protected:
-  void PutReadOnly(const std::string& name, const std::string& content) {
-    test::WriteFile(InRoot(name), content);
-    std::filesystem::permissions(InRoot(name), std::filesystem::perms(0444));
-  }
-};
+using GameConfig = test::ModTest;
 
 TEST_F(GameConfig, ReadsDarkPlantsAndAppliesThemToAReadOnlyFile) {
   EXPECT_EQ(ReadDarkPlants(), 1);

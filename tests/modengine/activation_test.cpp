@@ -6,6 +6,7 @@
 #include "support/install.h"
 #include "support/registry.h"
 #include "support/settings.h"
+#include "tests/harness/cases.h"
 #include "tests/modengine/modtest.h"
 
 namespace varnik {
@@ -44,22 +45,13 @@ TEST_F(Activation, GeneratesTheConfigurationToTheByte) {
   }
 }
 
-const std::pair<const char*, bool> kPersistent[] = {
-    {"dname(x);\nactivated();\nrename(a,b);", true},
-    {"rename(a,b);\nactivated();", false},
-    {"rename(a);\nactivated();", true},  // too few arguments: no action
-    {"replace(no,nor,this);\nactivated();", false},
-    {"addrecy(a,b);\nwriteid(id);\nactivated();", true},
-    {"include(inner);", false},                // an included file cannot make the mod persistent,
-    {"include(inner);\nactivated();", false},  // and takes the first place all the same
-};
-
 TEST_F(Activation, LeavesAMarkerUnlessTheModIsPersistent) {
   Put("inner=activated();");
-  for (const auto& [lines, persistent] : kPersistent) {
-    SCOPED_TRACE(lines);
+  for (const test::Case& c : test::Cases("modengine/persistence.jsonl")) {
+    SCOPED_TRACE(c);
     RemoveCrashMarker();
-    EXPECT_TRUE(Activate(lines));
+    EXPECT_TRUE(Activate(c.at("lines")));
+    const bool persistent = c.at("persistent");
     const CrashMarker marker = ReadCrashMarker();
     EXPECT_EQ(marker.root + marker.definitionFile, persistent ? "" : Root() + Root() + "mod.bzm");
     EXPECT_EQ(RegReadValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue).empty(), persistent);
@@ -77,15 +69,9 @@ TEST_F(Activation, HandsOverToAnExeOnlyAboveTheFirstAction) {
   EXPECT_TRUE(Activate("rename(a,b);\nrequireexe(tool);"));
 }
 
-constexpr char kEveryDirective[] =
-    "dname(All);\ndescription(d);\ninclude(more.inc);\nrename(a,hidden/a);\nreplace(b,new/b,b.orig);\n"
-    "RenameEx(dir,new/dir,dir.orig);\npak(p);\nfold(new);\ndefaultname( First );\ndefaultname(Second);\n"
-    "defaultpass();\ndefaultsmsg(Mod);\nracename(a,Mod);\nracename(A,Other);\nracename(b,Lost);\nracename(,n);"
-    "\nracename(1,n);\nwriteid(id);\n"
-    "addrecy(mod,line);\naddrecy(mod,line,list.txt);\n";
-
 TEST_F(Deactivation, BringsBackEveryByteOfTheInstall) {
   const std::string preferences = "[UserPrefs]\r\nDefaultSessionName=Mine\r\nDefaultPassword=p\r\nDefaultMessage=";
+  const std::string everyDirective = test::ReadFile(SOURCE_DIR "/tests/modengine/everydirective.bzm");
   const std::string set = "[UserPrefs]\r\nDefaultSessionName=First\r\nDefaultPassword=p\r\nDefaultMessage=Mod\r\n";
   const std::pair<const char*, std::string> cases[] = {{"1.2", ""}, {"1.3", "activated();\n"}, {"1.3", ""}};
   for (const auto& [version, first] : cases) {
@@ -96,7 +82,7 @@ TEST_F(Deactivation, BringsBackEveryByteOfTheInstall) {
     WriteFile(InRoot("list.txt"), "own\r\n");
     WriteFile(InRoot("RecyList.txt"), "first 1\r\nmodest 2\r\n");
     WriteFile(InRoot("gameprefs.ini"), preferences + "\r\n");
-    const std::string mod = Define(first + kEveryDirective);
+    const std::string mod = Define(first + everyDirective);
     auto before = test::Snapshot(sandbox_.Install());
     ASSERT_TRUE(ActivateMod(mod));
     Expect("b=modded dir.orig/f=f inc.off=i RaceName_B.txt");
@@ -113,51 +99,22 @@ TEST_F(Deactivation, BringsBackEveryByteOfTheInstall) {
   }
 }
 
-enum Outcome { kUndone, kStaysActive, kExeTookOver };
-
-struct UndoCase {
-  const char* files;  // as for Put
-  const char* lines;
-  const char* after;
-  Outcome outcome = kUndone;
-  bool selected = true;  // the install
-};
-
-const UndoCase kUndo[] = {
-    {"c=1", "rename(a,b);\nrename(b,c);", "a b=1 c"},  // from the top, not reversed
-    {"b=mod orig=own", "replace(b,new,orig);", "new=mod b=own orig"},
-    {"bzone.cfg=gen bzonevarnik.bak=own", "fold(x);\npak(y);", "bzone.cfg=own bzonevarnik.bak"},
-    {"bzone.cfg=gen bzonevarnik.bak=own", "rename(a,b);", "bzone.cfg=gen bzonevarnik.bak=own"},
-    {"id=1 keep=2 dir/f=3", "writeid(ID);\nwriteid(ke*);\nwriteid(dir);", "id keep=2 dir/f=3"},
-    {"own=mod", "addrecy(mod,x,own);", "own=mod RecyList.txt"},  // needs RecyList.txt, too
-    {"RecyList.txt=other", "addrecy(other,x,own);", "RecyList.txt=other"},
-    {"b=1", "include(shared.inc);", "a b=1"},  // not looked for in the mods folder
-    {"inner=rename(a,b); b=1", "include(inner);", "a=1 b"},
-    {"tool=x b=1", "requireexe(tool);\nrename(a,b);", "a=1 b"},
-    {"tool=x b=1", "requireexe(tool,/undo);\nrename(a,b);", "a b=1", kExeTookOver},
-    {"RaceName_A.txt=mod", "activated();\nfold(x);", "RaceName_A.txt=mod", kStaysActive},
-    {"RaceName_A.txt=mod inner=activated();", "include(inner);", "RaceName_A.txt=mod", kStaysActive},
-    // With no install selected neither programs nor lists nor race names are found.
-    {"tool=x b=1 RaceName_A.txt=mod RecyList.txt=mod", "requireexe(tool,/undo);\nrename(a,b);\naddrecy(mod,1);",
-     "a=1 RaceName_A.txt=mod RecyList.txt=mod", kUndone, false},
-    {"RaceName_A.txt=mod", "fold(x);\nactivated();", ""},
-};
-
 TEST_F(Deactivation, UndoesLineByLine) {
   WriteFile(InMods("shared.inc"), "rename(a,b);");
-  for (const UndoCase& c : kUndo) {
-    SCOPED_TRACE(c.lines);
+  for (const test::Case& c : test::Cases("modengine/undo.jsonl")) {
+    SCOPED_TRACE(c);
     MakeInstall("1.2");
-    Put(c.files);
+    Put(c.at("files"));
     WriteCrashMarker({Root(), "file"});
     Store(kBackupSection, "RacenameA", "old");
     SelectedMapIndex = 4;
-    if (!c.selected) SelectInstall(-1);
-    EXPECT_EQ(Deactivate(c.lines), c.outcome != kExeTookOver);
-    EXPECT_EQ(SelectedMapIndex, c.outcome == kExeTookOver ? 4 : -1);
-    Expect(c.after);
-    EXPECT_EQ(ReadCrashMarker().root, c.outcome == kUndone ? "" : Root());
-    EXPECT_EQ(ReadStored(kBackupSection, "RacenameA", "none"), c.outcome == kUndone ? "none" : "old");
+    if (c.value("install", "") == "none") SelectInstall(-1);  // no program, list or race name is found
+    const std::string outcome = c.value("outcome", "undone");
+    EXPECT_EQ(Deactivate(c.at("lines")), outcome != "exe took over");
+    EXPECT_EQ(SelectedMapIndex, outcome == "exe took over" ? 4 : -1);
+    Expect(c.at("after"));
+    EXPECT_EQ(ReadCrashMarker().root, outcome == "undone" ? "" : Root());
+    EXPECT_EQ(ReadStored(kBackupSection, "RacenameA", "none"), outcome == "undone" ? "none" : "old");
   }
   EXPECT_EQ(Content("RaceName_A.txt"), "old\r\n");  // in any version of the game
 }

@@ -66,10 +66,11 @@ class ModTest : public testing::Test {
     for (const auto& [name, content] : Listed(files))
       EXPECT_EQ(Content(name), content) << name;
   }
-  void PutProgram(const std::string& name, const std::string& script) {
-    WriteFile(InRoot(name), "#!/bin/sh\n" + script + "\n");
-    std::filesystem::permissions(InRoot(name), std::filesystem::perms::owner_all);
+  void PutReadOnly(const std::string& name, std::string_view content) {
+    WriteFile(InRoot(name), content);
+    std::filesystem::permissions(InRoot(name), std::filesystem::perms::owner_read);
   }
+  void PutProgram(const std::string& name, const std::string& script) { WriteScript(InRoot(name), script); }
 
   static void OnEvents(const std::function<void()>& handler) { win::SetWindowServices({handler, {}, {}}); }
 

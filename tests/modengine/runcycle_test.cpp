@@ -3,6 +3,7 @@
 #include "modengine/runguard.h"
 #include "platform/system/process/instance.h"
 #include "support/settings.h"
+#include "tests/harness/cases.h"
 #include "tests/modengine/modtest.h"
 
 #include <sys/resource.h>
@@ -99,25 +100,14 @@ TEST_F(RunCycle, AsksForHighPriorityWhenThatIsChosen) {
 }
 
 TEST_F(RunCycle, RefusesADefinitionThatChangedBehindTheCatalogue) {
-  const std::string edited =
-      "\r\nDon't edit files once Varnik has loaded your mod list, or reload your BZ2 location once you have edited "
-      "them.\r\nReloading BZ2 location for you now.";
-  const std::pair<const char*, std::string> cases[] = {
-      {"mod.bzm",
-       "Mod File is Missing.\r\nDon't delete files once Varnik has loaded, or reload your BZ2 location once you "
-       "have.\r\nReloading BZ2 location for you now."},
-      {"mod.bzm=bz2hald4", "Mod has an invalid version #." + edited},
-      {"mod.bzm=bz2hald1e9", "Mod has an invalid version #." + edited},
-      {"mod.bzm=text", "Mod File is improperly formatted." + edited},
-      {"mod.bzm=bz2hald4.6", ""},  // rounded to 5
-  };
   const int mod = AddMod("");
-  for (const auto& [definition, told] : cases) {
+  for (const test::Case& c : test::Cases("modengine/refusals.jsonl")) {
     steps_ = told_ = "";
-    Put(definition);
+    Put(c.at("definition"));
+    const std::string told = c.at("told");
     EXPECT_EQ(Launch(mod).problem, told);
     EXPECT_EQ(told_, told);
-    EXPECT_TRUE(steps_.ends_with(told.empty() ? "hide finish restore tip " : "hide reload restore tip ")) << definition;
+    EXPECT_TRUE(steps_.ends_with(told.empty() ? "hide finish restore tip " : "hide reload restore tip ")) << c;
   }
 }
 
@@ -149,18 +139,13 @@ TEST_F(RunCycle, StartsTheEditorOfVersion13Only) {
 }
 
 TEST_F(RunCycle, MovesTheLastLogToTheFirstFreeNumber) {
-  const auto runWithLog = [&](const std::string& option, const std::string& files) {
-    StoreOption("RenameLog", option);
-    Put(files);
+  for (const test::Case& c : test::Cases("modengine/logs.jsonl")) {
+    SCOPED_TRACE(c);
+    StoreOption("RenameLog", c.at("option"));
+    Put(c.at("files"));
     Launch(-1);
-  };
-  runWithLog("on", "battlezone.log=1");
-  Expect("battlezone.log=1");
-  runWithLog("On", "");
-  runWithLog("On", "battlezone.log=2 logs/battlezone.002=x");
-  Expect("battlezone.log logs/battlezone.000=1 logs/battlezone.001=2");
-  runWithLog("On", "battlezone.log=3");
-  Expect("battlezone.log logs/battlezone.002=x logs/battlezone.003=3");
+    Expect(c.at("after"));
+  }
 }
 
 TEST_F(RunCycle, RefusesASecondProcess) {
