@@ -1,7 +1,5 @@
 #include "tests/harness/cases.h"
-#include "tests/harness/sandbox.h"
-
-#include <gtest/gtest.h>
+#include "tests/modengine/modtest.h"
 
 #include <stdlib.h>
 #include <sys/wait.h>
@@ -24,14 +22,12 @@ std::string Replaced(const std::string& text, const std::string& from, const std
 }
 
 // The real varnik-cli, run as a script runs it, with an install of its own.
-class Cli : public testing::Test {
+class Cli : public test::ModTest {
  protected:
   Cli() {
-    sandbox_.MakeInstall("1.2");
-    WriteFile(sandbox_.Install() / "plain.odf", "plain");
-    WriteMod("plain.bzm", "rename(plain.odf,modded.odf);\r\nfold(extra);\r\n");
-    WriteFile(sandbox_.Install() / "keep.odf", "keep");
-    WriteMod("keep.bzm", "activated();\r\nactivatedfile(kept.odf);\r\nrename(keep.odf,kept.odf);\r\npak(keep);\r\n");
+    Put("plain.odf=plain keep.odf=keep");
+    Define("rename(plain.odf,modded.odf);\r\nfold(extra);\r\n", "plain.bzm");
+    Define("activated();\r\nactivatedfile(kept.odf);\r\nrename(keep.odf,kept.odf);\r\npak(keep);\r\n", "keep.bzm");
   }
 
   // `arguments` go through a shell. In them and in what comes back, `@` stands for the install.
@@ -50,11 +46,6 @@ class Cli : public testing::Test {
     return Json::parse(result.out);
   }
 
-  void WriteMod(const std::string& name, const std::string& lines) const {
-    WriteFile(sandbox_.Install() / name, "BZ2HALD5\r\n" + lines);
-  }
-
-  test::Sandbox sandbox_;
   const std::string root_ = sandbox_.Install().string();
   const std::string program_ = BINARY_DIR "/varnik-cli";
 };
@@ -63,17 +54,16 @@ class Cli : public testing::Test {
 // of it.
 TEST_F(Cli, AnswersStepByStep) {
   WriteFile(sandbox_.App() / "varnik.cmd", "*/nointro\r\n/win:3\r\n");
-  WriteFile(sandbox_.Install() / "p.inc", "Rename( \"a, b\" );// why\r\n; no directive\r\n");
-  WriteFile(sandbox_.Install() / "v4.bzm", "BZ2HALD4\r\n");
-  WriteMod("bad.bzm", "dname(Caf\xE9);\r\npak(a)\r\nimage(\x1B[2J);");
-  WriteMod("old.bzm", "version(9.9);");
-  WriteMod("list.bzm", "activated();\r\naddrecy(mine,1);");
-  WriteMod("taker.bzm", "requireexe(taker.exe);");
-  WriteFile(sandbox_.Install() / "taker.exe", "#!/bin/sh\n");
+  WriteFile(InRoot("p.inc"), "Rename( \"a, b\" );// why\r\n; no directive\r\n");
+  Put("v4.bzm=BZ2HALD4");
+  Define("dname(Caf\xE9);\r\npak(a)\r\nimage(\x1B[2J);", "bad.bzm");
+  Define("version(9.9);", "old.bzm");
+  Define("activated();\r\naddrecy(mine,1);", "list.bzm");
+  Define("requireexe(taker.exe);", "taker.bzm");
+  WriteFile(InRoot("taker.exe"), "#!/bin/sh\n");
   std::filesystem::copy(root_, root_ + "2", std::filesystem::copy_options::recursive);
   const std::string log = sandbox_.Root() / "seen";
-  WriteFile(sandbox_.Install() / "bzone.exe",
-            "#!/bin/sh\necho noise; { pwd; ls *.odf; echo \"[$1] [$2] [$3]\"; } >>" + log + "; exit 5");
+  PutProgram("bzone.exe", "echo noise; { pwd; ls *.odf; echo \"[$1] [$2] [$3]\"; } >>" + log + "; exit 5");
   const auto before = test::Snapshot(sandbox_.Install());
   for (const test::Case& step : test::Cases("cli/steps.jsonl")) {
     SCOPED_TRACE(step);
@@ -96,9 +86,8 @@ TEST_F(Cli, AnswersStepByStep) {
 }
 
 TEST_F(Cli, ListsModsWithTheirKeysInOrder) {
-  WriteMod("a.bzm",
-           "dname(Caf\xE9);\r\ndescription(Text);\r\nimage(a.bmp);\r\nsplash(s.bmp);\r\n"
-           "rename(x.odf,y.odf);\r\nfold(extra);\r\n");
+  Define("dname(Caf\xE9);\ndescription(Text);\nimage(a.bmp);\nsplash(s.bmp);\nrename(x.odf,y.odf);\nfold(extra);",
+         "a.bzm");
   const Json expected = Json::parse(R"({"Name":"Café","Description":"Text","Image":"a.bmp","Splash":"s.bmp",
     "DefinitionFile":"@\\a.bzm","State":0,"Standard":true,"ExeDeactivates":false,"Legacy":false,"MarkedX":false,
     "Folders":["extra","addon","data"],"Renames":[["x.odf","y.odf"]]})");
@@ -114,8 +103,8 @@ TEST_F(Cli, StoresSettingsItKnows) {
 }
 
 TEST_F(Cli, AnswersNoUnlessToldToConvertMaps) {
-  sandbox_.MakeInstall("1.3");
-  const auto folder = sandbox_.Install() / "addon/missions/multiplayer";
+  MakeInstall("1.3");
+  const auto folder = InRoot("addon/missions/multiplayer");
   WriteFile(folder / "duel.bzn", "");
   WriteFile(folder / "duel.odf", "Two players.");
   WriteFile(folder / "duel.inf", "[DESCRIPTION]\r\nmissionName=Duel\r\n[NetVars]\r\nivar5=1\r\nivar7=2\r\n");
@@ -133,10 +122,10 @@ TEST_F(Cli, AnswersNoUnlessToldToConvertMaps) {
 
 TEST_F(Cli, RefusesASecondOneMeanwhile) {
   const std::string log = sandbox_.Root() / "statuses";
-  std::string script = "#!/bin/sh\n";
+  std::string script;
   for (const char* command : {"run -", "activate keep.bzm", "deactivate plain.bzm", "recover", "mods"})
     script += program_ + " --root . " + command + "; echo $? >>" + log + "\n";
-  WriteFile(sandbox_.Install() / "bzone.exe", script);
+  PutProgram("bzone.exe", script);
   EXPECT_EQ(Ask("run plain.bzm")["ExitStatus"], 0);
   EXPECT_EQ(ReadFile(log), "1\n1\n1\n1\n0\n");
 }
