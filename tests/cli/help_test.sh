@@ -93,7 +93,7 @@ for mod in "$work"/demo/games/*/*.bzm; do
 done
 
 before 1.2 </dev/null
-printf 'BZ2HALD5\r\ndname(Ice);\r\n' | tee ice.bzm >"snow \$(touch $$).bzm"
+printf 'BZ2HALD5\r\ndname(Ice);\r\n' | tee ice.bzm >"snow \$(touch ran).bzm"
 cd "$work"
 # shellcheck source=/dev/null
 source "$source_dir/completion/varnik-cli.bash"
@@ -103,18 +103,8 @@ while IFS='|' read -r words expected; do
   COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
   _varnik_cli "$cli" || true
   [ "${COMPREPLY[*]}" = "$expected" ] || fail "\`$words\` is completed by \`${COMPREPLY[*]}\`, not \`$expected\`"
-done <<TABLE
-installs select |0
-settings set Rename|RenameLog
-settings set RenameLog |On Off
-maps --page SMap1.3|SMap1.3
-run ice.bzm --map |
-run ice.bzm --e|--edit
---root $install run IC|ice.bzm
-run sn|snow\\ \\\$\\(touch\\ $$\\).bzm
---json bogus |
-TABLE
-[ -e "$work/$$" ] && fail "completing a file name ran it"
+done < <(sed "s|@|$install|" "$source_dir/tests/cli/completions.txt")
+[ -e "$work/ran" ] && fail "completing a file name ran it"
 
 page=$(sed -E 's/\\-/-/g; s/\bF[lL] Fl /--/g' "$source_dir/man/varnik-cli.1")
 check_page() {

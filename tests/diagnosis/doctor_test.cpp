@@ -3,6 +3,7 @@
 #include "definition/crashmarker.h"
 #include "modengine/activation.h"
 #include "support/settings.h"
+#include "tests/harness/cases.h"
 #include "tests/modengine/modtest.h"
 
 namespace varnik {
@@ -24,36 +25,16 @@ class Doctor : public test::ModTest {
   }
 };
 
-struct LeftCase {
-  const char* files;
-  const char* found;
-  const char* afterwards;
-};
-
-const LeftCase kLeft[] = {
-    {"bzonevarnik.cfg=x bzonevarnik.cfg.kept-1=y", "bzonevarnik.cfg+ ",
-     "bzonevarnik.cfg bzonevarnik.cfg.kept-1=y bzonevarnik.cfg.kept-2=x"},
-    {"bzone.cfg=mod bzonevarnik.bak=own", "bzonevarnik.bak+ ", "bzone.cfg=own bzonevarnik.bak bzone.cfg.kept-1=mod"},
-    {"bzone.cfg bzone.tmp.old=own newbzone.tmp=n", "newbzone.tmp+ bzone.tmp.old+ ",
-     "bzone.cfg=own bzone.tmp.old newbzone.tmp newbzone.tmp.kept-1=n bzone.cfg.kept-1"},
-    {"bzone.cfg=a bzonevarnik.bak=b bzone.tmp.old=c", "bzonevarnik.bak bzone.tmp.old ",
-     "bzone.cfg=a bzonevarnik.bak=b bzone.tmp.old=c"},
-    {"tmp.recylist=x tempstuff/1=x", "tmp.recylist+ tempstuff ", "RecyList.txt=x tmp.recylist tempstuff/1=x"},
-    {"tmp.recylist=x RecyList.txt=x", "tmp.recylist+ ", "RecyList.txt=x tmp.recylist tmp.recylist.kept-1=x"},
-    {"tmp.recylist=x RecyList.txt=y", "tmp.recylist ", "RecyList.txt=y tmp.recylist=x"},
-    {"pilots.orig/p=1 saved.orig/s=2 saved/m=3", "pilots.orig+ saved.orig ", "pilots/p=1 saved.orig/s=2 saved/m=3"},
-};
-
 TEST_F(Doctor, KnowsWhatIsLeftAndMendsWhatIsSafe) {
-  for (const LeftCase& c : kLeft) {
-    SCOPED_TRACE(c.files);
+  for (const test::Case& c : test::Cases("diagnosis/cases/leftovers.jsonl")) {
+    SCOPED_TRACE(c.dump());
     MakeInstall("1.2");
-    Put(c.files);
+    Put(c["files"]);
     const auto before = test::Snapshot(sandbox_.Install());
-    EXPECT_EQ(Found(), c.found);
+    EXPECT_EQ(Found(), c["found"]);
     EXPECT_EQ(test::Snapshot(sandbox_.Install()), before);
     MendAll();
-    Expect(c.afterwards);
+    Expect(c["mended"]);
   }
 }
 

@@ -1,53 +1,16 @@
 #include "editor/definitiondraft.h"
 #include "installs/installlist.h"
+#include "tests/harness/cases.h"
 #include "tests/harness/sandbox.h"
-
-#include <gtest/gtest.h>
 
 namespace varnik {
 namespace {
 
-const char* const kRows[][2] = {
-    {"-", "-"},
-    {"//  note", "//  note"},
-    {"RENAME ( a.txt , \"b, c.txt\" );", "Rename(\"a.txt\",\"b, c.txt\");"},
-    {"replace(a); // why", "Replace(\"a\"); // why"},
-    {"rename(,b);", "Rename(\"b\");"},
-    {"launch(a,b); // why", "// why"},
-    {"just text", "-"},
-    {"defaultsmsg(a);", "-"},  // the one directive that the editor spells in another way than its readers
-};
-
-// The directives that take so many parameters.
-const std::vector<std::string> kDirectives[] = {
-    {"activated"},
-    {"Include", "DName", "Description", "DescriptionF", "Image", "Splash", "RequireFile", "RequireFolder", "Pak",
-     "Fold", "DefaultName", "DefaultPass", "DefaultMSG", "writeid", "activatedfold", "activatedfile"},
-    {"SetDirectory", "RequireEXE", "Rename", "RaceName", "activatedrecy"},
-    {"Version", "Replace", "RenameEX", "addrecy"},
-};
-
 TEST(DirectiveRow, IsRebuiltFromTheCatalogue) {
-  for (const auto& [row, rebuilt] : kRows)
-    EXPECT_EQ(DirectiveRow(row).BuildRowText(), rebuilt) << row;
-  const std::string taken[] = {"();", "(\"a\");", "(\"a\",\"b\");", "(\"a\",\"b\",\"c\");"};
-  for (std::size_t count = 0; count < std::size(taken); ++count)
-    for (const std::string& name : kDirectives[count])
-      EXPECT_EQ(DirectiveRow(name + "(a, b, c, d); // why").BuildRowText(), name + taken[count] + " // why");
-}
-
-const char* const kChanges[][3] = {
-    {"dname(a); // why", "Version", "Version(\"a\"); // why"},
-    {"replace(a,b,c); // why", "Rename", "Rename(\"a\",\"b\"); // why"},
-    {"rename(a,b); // why", "<Blank>", "// why"},
-    {"// why", "Image", "Image(); // why"},
-};
-
-TEST(DirectiveRow, KeepsParametersAndCommentWhenTheDirectiveChanges) {
-  for (const auto& [text, directive, rebuilt] : kChanges) {
-    DirectiveRow row(text);
-    row.ChangeDirective(FindDirective(directive));
-    EXPECT_EQ(row.BuildRowText(), rebuilt);
+  for (const test::Case& c : test::Cases("editor/rows.jsonl")) {
+    DirectiveRow row(c.value("row", ""));
+    if (c.contains("changed to")) row.ChangeDirective(FindDirective(c.value("changed to", "")));
+    EXPECT_EQ(row.BuildRowText(), c["rebuilt"]) << c;
   }
 }
 

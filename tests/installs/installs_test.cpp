@@ -3,10 +3,9 @@
 #include "support/install.h"
 #include "support/runstate.h"
 #include "support/settings.h"
+#include "tests/harness/cases.h"
 #include "tests/harness/crash.h"
 #include "tests/harness/sandbox.h"
-
-#include <gtest/gtest.h>
 
 namespace varnik {
 namespace {
@@ -59,16 +58,11 @@ TEST_F(Installs, ReadRowsUpToTheFirstGap) {
 }
 
 TEST_F(Installs, DetectTheVersion) {
-  const char* const cases[][3] = {
-      {"data/localize.odf", "[Network]\r\nVersionStr=9\r\n", "1.0"},  // counts below addon only
-      {"addon/deep/er/Localize.ODF", "[Network]\r\nVersionStr = \"1.3\" // now\r\n", "1.3"},
-      {"addon/deep/er/Localize.ODF", "[Other]\r\nVersionStr=1.3\r\n", "N/A"},
-  };
   std::filesystem::remove_all(sandbox_.Install() / "addon");
-  for (const auto& [file, content, version] : cases) {
-    test::WriteFile(sandbox_.Install() / file, content);
+  for (const test::Case& c : test::Cases("installs/versions.jsonl")) {
+    test::WriteFile(sandbox_.Install() / c["file"], c.value("content", ""));
     UseInstallFolder(folder_);
-    EXPECT_EQ(InstallVersion(), version) << content;
+    EXPECT_EQ(InstallVersion(), c["version"]) << c;
     EXPECT_EQ(IsVersion13(), InstallVersion() == "1.3");
     EXPECT_EQ(InstallRoot(), folder_ + "\\");
   }
@@ -100,14 +94,9 @@ TEST_F(Installs, AreSelectedByRowsOfTheListOnly) {
 }
 
 TEST_F(Locations, LoadAsTheStoreHoldsThem) {
-  const std::pair<std::vector<std::string>, const char*> cases[] = {
-      {{" /a ", "/b/", " "}, "*/a\\=d0;/b/=d1;* \\=d2;"},
-      {{"/a", "/A", "", "/c"}, "*/a\\=d0;/A\\=d1;"},
-      {{"/a", "/a", "/a", "/b"}, "*/a\\=d0;/b\\=d1;"},  // rows go, the descriptions stay where they are
-  };
-  for (const auto& [stored, told] : cases) {
-    StoreAll(stored);
-    EXPECT_EQ(Told(LoadLocations()), told);
+  for (const test::Case& c : test::Cases("installs/lists.jsonl")) {
+    StoreAll(c["stored"]);
+    EXPECT_EQ(Told(LoadLocations()), c["loaded"]) << c;
   }
 }
 

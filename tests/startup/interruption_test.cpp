@@ -15,21 +15,13 @@ namespace fs = std::filesystem;
 using Files = std::map<std::string, std::string>;
 
 struct ModCase {
-  const char* name;
-  const char* definition;
+  const char* name;  // of the definition beside this file
   const char* files;
 };
 
 const ModCase kMods[] = {
-    {"Current",
-     "BZ2HALD5\nrename(a,hidden/a);\nreplace(b,new/"
-     "b,b.orig);\npak(p);\nfold(new);\ndefaultname(Mod);\nracename(a,Mod);\n"
-     "writeid(id);\naddrecy(mod,line);\n",
-     "a=a b=b new/b=modded hidden/x=x"},
-    {"Older",
-     "BZ2HALD3\ndesc M\n\n\n\ndynamic\npak p\npilots @rootdir\\m\\p\nsaved @rootdir\\m\\s\nremove @rootdir\\r\n"
-     "replace @rootdir\\a,@rootdir\\m\\a\nmove @rootdir\\m\\n,@rootdir\\n",
-     "bzone.cfg=own pilots/b=2 saved/d=4 m/p/a=1 m/s/c=3 m/a=mods a=own m/n=new r=gone"},
+    {"current", "a=a b=b new/b=modded hidden/x=x"},
+    {"older", "bzone.cfg=own pilots/b=2 saved/d=4 m/p/a=1 m/s/c=3 m/a=mods a=own m/n=new r=gone"},
 };
 
 // What activation changes in place: a start has no install selected yet, and leaves them as they are.
@@ -41,7 +33,7 @@ class Interruption : public test::ModTest, public testing::WithParamInterface<Mo
 
   void Prepare() {
     MakeInstall("1.3");
-    test::WriteFile(mod_, GetParam().definition);
+    fs::copy_file(SOURCE_DIR "/tests/startup/" + std::string(GetParam().name) + ".bzm", mod_);
     Put("RaceName_A.txt=player " + std::string(GetParam().files));
     test::WriteFile(InRoot("RecyList.txt"), "first 1\r\n");
     test::WriteFile(InRoot("gameprefs.ini"), "[UserPrefs]\r\nDefaultSessionName=Mine\r\n");
@@ -109,7 +101,7 @@ TEST_P(Interruption, ARecoveryThatIsKilledIsFinishedByTheNextOne) {
     Prepare();
     ModEntry mod;
     mod.DefinitionFile = mod_;
-    mod.Legacy = GetParam().name == std::string("Older");
+    mod.Legacy = GetParam().name == std::string("older");
     ASSERT_TRUE(ActivateListedMod(mod));
   };
   test::SweepKills(Cli({"recover"}), prepare, [this] {
