@@ -59,18 +59,16 @@ std::string FullDiskFrom(std::map<std::string, int> seen) {
   return options;
 }
 
-using RunAt = Outcome(const Operation&, const Command&);
-
+// `options` tell strace how to interfere.
 void Sweep(const Command& command, const std::function<void()>& prepare, const std::function<void()>& judge,
-           RunAt* run) {
+           std::string Operation::*options) {
   prepare();
   const std::vector<Operation> operations = Operations(command);
-  testing::Test::RecordProperty("operations", static_cast<int>(operations.size()));
   EXPECT_FALSE(operations.empty());
   for (const Operation& operation : operations) {
     if (testing::Test::HasFailure()) return;
     prepare();
-    const Outcome outcome = run(operation, command);
+    const Outcome outcome = RunLine(Strace("-o /dev/null " + operation.*options), command);
     SCOPED_TRACE("at " + operation.line + "\n" + outcome.output);
     judge();
   }
@@ -104,20 +102,12 @@ std::vector<Operation> Operations(const Command& command) {
   return operations;
 }
 
-Outcome RunKilledAt(const Operation& operation, const Command& command) {
-  return RunLine(Strace("-o /dev/null " + operation.kill), command);
-}
-
-Outcome RunWithFullDisk(const Operation& operation, const Command& command) {
-  return RunLine(Strace("-o /dev/null " + operation.fillsDisk), command);
-}
-
 void SweepKills(const Command& command, const std::function<void()>& prepare, const std::function<void()>& judge) {
-  Sweep(command, prepare, judge, RunKilledAt);
+  Sweep(command, prepare, judge, &Operation::kill);
 }
 
 void SweepFullDisk(const Command& command, const std::function<void()>& prepare, const std::function<void()>& judge) {
-  Sweep(command, prepare, judge, RunWithFullDisk);
+  Sweep(command, prepare, judge, &Operation::fillsDisk);
 }
 
 }  // namespace test
