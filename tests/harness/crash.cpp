@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -70,6 +71,7 @@ void Sweep(const Command& command, const std::function<void()>& prepare, const s
     prepare();
     const Outcome outcome = RunLine(Strace("-o /dev/null " + operation.*options), command);
     SCOPED_TRACE("at " + operation.line + "\n" + outcome.output);
+    EXPECT_TRUE(options != &Operation::kill || outcome.exitStatus == 128 + SIGKILL) << "it was not killed";
     judge();
   }
 }
