@@ -52,14 +52,6 @@ bool ChangesTheDisk(const std::string& line) {
   return !std::regex_search(line, opens) || std::regex_search(line, forWriting);
 }
 
-// `seen` counts the calls of each name before the operation.
-std::string FullDiskFrom(std::map<std::string, int> seen) {
-  std::string options;
-  for (const char* write : kWrites)
-    options += std::string("-e inject=") + write + ":error=ENOSPC:when=" + std::to_string(seen[write] + 1) + "+ ";
-  return options;
-}
-
 // `options` tell strace how to interfere.
 void Sweep(const Command& command, const std::function<void()>& prepare, const std::function<void()>& judge,
            std::string Operation::*options) {
@@ -96,8 +88,10 @@ std::vector<Operation> Operations(const Command& command) {
     if (first.empty()) first = thread;
     if (ChangesTheDisk(line)) {
       EXPECT_EQ(thread, first) << "an operation of another thread, which cannot be stopped there: " << line;
-      const std::string kill = "-e inject=" + call + ":signal=KILL:when=" + std::to_string(seen[call] + 1);
-      operations.push_back({line, kill, FullDiskFrom(seen)});
+      Operation& operation = operations.emplace_back(line);
+      operation.kill = "-e inject=" + call + ":signal=KILL:when=" + std::to_string(seen[call] + 1);
+      for (const std::string write : kWrites)
+        operation.fillsDisk += "-e inject=" + write + ":error=ENOSPC:when=" + std::to_string(seen[write] + 1) + "+ ";
     }
     if (thread == first) ++seen[call];
   }

@@ -21,11 +21,7 @@ class FaultyFileSystem : public win::OverlayFileSystem {
   int Calls() const { return calls_; }
 
   // Call `n` fails with `error` and changes nothing. With `cutShort` an append writes its first half before it fails.
-  void FailAt(int n, int error, bool cutShort = false) {
-    failAt_ = n;
-    error_ = error;
-    cutShort_ = cutShort;
-  }
+  void FailAt(int n, int error, bool cutShort = false) { fault_ = {n, error, cutShort}; }
 
   // Content waits for the sync of its file, a name for that of its folder.
   void ForgetUnsynced() {
@@ -44,8 +40,15 @@ class FaultyFileSystem : public win::OverlayFileSystem {
     if (!name.now) name.now = std::make_shared<std::string>();
     return std::make_unique<File>(*this, path, std::move(file));
   }
-  bool Rename(const std::string& from, const std::string& to) override { return Move(from, to, true); }
-  bool RenameWithoutReplacing(const std::string& from, const std::string& to) override { return Move(from, to, false); }
+  bool Rename(const std::string& from, const std::string& to) override {
+    Name &source = NameOf(from), &target = NameOf(to);
+    if (Fails() || !OverlayFileSystem::Rename(from, to)) return false;
+    target.now = std::exchange(source.now, nullptr);
+    return true;
+  }
+  bool RenameWithoutReplacing(const std::string& from, const std::string& to) override {
+    return HasEntry(to) ? win::FailWith(EEXIST) : Rename(from, to);
+  }
   bool Remove(const std::string& path) override {
     Name& name = NameOf(path);
     if (Fails() || !OverlayFileSystem::Remove(path)) return false;
@@ -82,8 +85,8 @@ class FaultyFileSystem : public win::OverlayFileSystem {
         : files_(files), path_(std::move(path)), file_(std::move(file)) {}
     bool Append(std::string_view content) override {
       const bool fails = files_.Fails();
-      if (fails && files_.cutShort_) file_->Append(content.substr(0, content.size() / 2));
-      return fails ? win::FailWith(files_.error_) : file_->Append(content);
+      if (fails && files_.fault_.cutShort) file_->Append(content.substr(0, content.size() / 2));
+      return fails ? win::FailWith(files_.fault_.error) : file_->Append(content);
     }
     bool Sync() override { return files_.Sync(path_); }
     bool Close() override { return file_->Close(); }
@@ -94,7 +97,7 @@ class FaultyFileSystem : public win::OverlayFileSystem {
     std::unique_ptr<win::WritableFile> file_;
   };
 
-  bool Fails() { return ++calls_ == failAt_ && !win::FailWith(error_); }
+  bool Fails() { return ++calls_ == fault_.call && !win::FailWith(fault_.error); }
   std::optional<std::string> Content(const std::string& path) {
     win::FileStatus status;
     const auto file = win::OpenFile(*this, path, status);
@@ -106,20 +109,12 @@ class FaultyFileSystem : public win::OverlayFileSystem {
       found->second.synced = found->second.now = std::make_shared<std::string>(*content);
     return found->second;
   }
-  bool Move(const std::string& from, const std::string& to, bool replace) {
-    Name &source = NameOf(from), &target = NameOf(to);
-    if (Fails()) return false;
-    if (!(replace ? OverlayFileSystem::Rename(from, to) : OverlayFileSystem::RenameWithoutReplacing(from, to)))
-      return false;
-    target.now = std::exchange(source.now, nullptr);
-    return true;
-  }
-
   std::map<std::string, Name> names_;  // by path, those that have been changed
   int calls_ = 0;
-  int failAt_ = 0;
-  int error_ = 0;
-  bool cutShort_ = false;
+  struct {
+    int call, error;
+    bool cutShort;
+  } fault_ = {};
 };
 
 }  // namespace test

@@ -60,8 +60,8 @@ TEST_F(ProcessTest, ANativeProgramGetsItsArgumentsFolderAndEnvironment) {
 
 TEST_F(ProcessTest, AChildStartsFromACleanSlate) {
   const int open = ::open("/dev/null", O_RDONLY);  // without O_CLOEXEC
-  for (const int ignored : {SIGINT, SIGCHLD})
-    signal(ignored, SIG_IGN);
+  signal(SIGINT, SIG_IGN);
+  signal(SIGCHLD, SIG_IGN);
   win::Process process =
       Start(Program("grep SigIgn /proc/$$/status | tail -c 6; read -r line && echo has input\n"
                     "[ -e /proc/$$/fd/" +
@@ -71,8 +71,8 @@ TEST_F(ProcessTest, AChildStartsFromACleanSlate) {
   EXPECT_EQ(process.Wait(kLong), WaitResult::kEnded);
   EXPECT_EQ(process.ExitStatus(), 5);
   EXPECT_EQ(test::ReadFile(out), "00000\n1\n");  // leads its group and its session
-  for (const int ignored : {SIGINT, SIGCHLD})
-    signal(ignored, SIG_DFL);
+  signal(SIGINT, SIG_DFL);
+  signal(SIGCHLD, SIG_DFL);
   ::close(open);
 }
 

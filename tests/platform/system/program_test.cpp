@@ -54,10 +54,10 @@ TEST_F(ProgramTest, ItsDataFolderIsTheGivenOneOrFilledOnceAndNeverReplacesAFile)
   EXPECT_EQ(win::ProgramFolder(program.filename().string()), program.parent_path().string() + "\\");
   win::SetProgram({name, "", ""});
   const fs::path shipped = program.parent_path().parent_path() / "share" / name;
+  const fs::path data = sandbox.Home() / "data" / name;
   for (const char* file : {"start.cmd", "mods/a.bzm", "mods/b.bzm"})
     test::WriteFile(shipped / file, "shipped");
   fs::permissions(shipped / "mods/b.bzm", fs::perms::owner_read);
-  const fs::path data = sandbox.Home() / "data" / name;
   test::WriteFile(data / "mods/a.bzm", "the user's");
   EXPECT_EQ(win::ProgramFolder("start.cmd"), data.string() + "\\");
   std::map<std::string, std::string> full = {

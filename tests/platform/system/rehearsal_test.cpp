@@ -139,18 +139,18 @@ TEST_F(RehearsalTest, AnswersAsTheDiskWouldAndChangesNothing) {
 TEST_F(RehearsalTest, StoresNothingAndStartsNothing) {
   const fs::path tool = game / "tool", ran = game / "ran";
   WriteFile(tool, "#!/bin/sh\n");
+  const auto settings = [] { return win::GetSetting("App", "s", "kept") + win::GetSetting("App", "s", "further"); };
   win::SaveSetting("App", "s", "kept", "old");
   {
     win::Rehearsal rehearsal;
     EXPECT_TRUE(win::SaveSetting("App", "s", "kept", "new") && win::SaveSetting("App", "s", "further", "x"));
-    EXPECT_EQ(win::GetSetting("App", "s", "kept"), "new");
+    EXPECT_EQ(settings(), "newx");
     EXPECT_FALSE(win::ShellExecute(tool.string()));  // it may not be executed
     test::WriteScript(tool, "touch '" + ran.string() + "'");
-    EXPECT_TRUE(win::ShellExecute(tool.string()));
-    EXPECT_FALSE(win::ShellExecute(tool.string() + "2"));
+    EXPECT_TRUE(win::ShellExecute(tool.string()) && !win::ShellExecute(tool.string() + "2"));
     EXPECT_TRUE(rehearsal.Differences(root).empty());
   }
-  EXPECT_EQ(win::GetSetting("App", "s", "kept") + win::GetSetting("App", "s", "further"), "old");
+  EXPECT_EQ(settings(), "old");
   EXPECT_FALSE(fs::exists(ran));
   using namespace std::string_literals;
   for (const std::string& name : {""s, "\0"s, "\0a\\"s}) {  // a name ends at its first NUL
