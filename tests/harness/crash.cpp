@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -51,27 +52,18 @@ bool ChangesTheDisk(const std::string& line) {
   return !std::regex_search(line, opens) || std::regex_search(line, forWriting);
 }
 
-// `seen` counts the calls of each name before the operation.
-std::string FullDiskFrom(std::map<std::string, int> seen) {
-  std::string options;
-  for (const char* write : kWrites)
-    options += std::string("-e inject=") + write + ":error=ENOSPC:when=" + std::to_string(seen[write] + 1) + "+ ";
-  return options;
-}
-
-using RunAt = Outcome(const Operation&, const Command&);
-
+// `options` tell strace how to interfere.
 void Sweep(const Command& command, const std::function<void()>& prepare, const std::function<void()>& judge,
-           RunAt* run) {
+           std::string Operation::*options) {
   prepare();
   const std::vector<Operation> operations = Operations(command);
-  testing::Test::RecordProperty("operations", static_cast<int>(operations.size()));
   EXPECT_FALSE(operations.empty());
   for (const Operation& operation : operations) {
     if (testing::Test::HasFailure()) return;
     prepare();
-    const Outcome outcome = run(operation, command);
+    const Outcome outcome = RunLine(Strace("-o /dev/null " + operation.*options), command);
     SCOPED_TRACE("at " + operation.line + "\n" + outcome.output);
+    EXPECT_TRUE(options != &Operation::kill || outcome.exitStatus == 128 + SIGKILL) << "it was not killed";
     judge();
   }
 }
@@ -96,28 +88,22 @@ std::vector<Operation> Operations(const Command& command) {
     if (first.empty()) first = thread;
     if (ChangesTheDisk(line)) {
       EXPECT_EQ(thread, first) << "an operation of another thread, which cannot be stopped there: " << line;
-      const std::string kill = "-e inject=" + call + ":signal=KILL:when=" + std::to_string(seen[call] + 1);
-      operations.push_back({line, kill, FullDiskFrom(seen)});
+      Operation& operation = operations.emplace_back(line);
+      operation.kill = "-e inject=" + call + ":signal=KILL:when=" + std::to_string(seen[call] + 1);
+      for (const std::string write : kWrites)
+        operation.fillsDisk += "-e inject=" + write + ":error=ENOSPC:when=" + std::to_string(seen[write] + 1) + "+ ";
     }
     if (thread == first) ++seen[call];
   }
   return operations;
 }
 
-Outcome RunKilledAt(const Operation& operation, const Command& command) {
-  return RunLine(Strace("-o /dev/null " + operation.kill), command);
-}
-
-Outcome RunWithFullDisk(const Operation& operation, const Command& command) {
-  return RunLine(Strace("-o /dev/null " + operation.fillsDisk), command);
-}
-
 void SweepKills(const Command& command, const std::function<void()>& prepare, const std::function<void()>& judge) {
-  Sweep(command, prepare, judge, RunKilledAt);
+  Sweep(command, prepare, judge, &Operation::kill);
 }
 
 void SweepFullDisk(const Command& command, const std::function<void()>& prepare, const std::function<void()>& judge) {
-  Sweep(command, prepare, judge, RunWithFullDisk);
+  Sweep(command, prepare, judge, &Operation::fillsDisk);
 }
 
 }  // namespace test

@@ -30,15 +30,10 @@ Outcome Run(const Command& command);
 // The operations of a run that must end with status 0; anything else fails the test.
 std::vector<Operation> Operations(const Command& command);
 
-// Kills with SIGKILL before the operation is done. A kill right after an operation leaves the same disk as one before
-// the next.
-Outcome RunKilledAt(const Operation& operation, const Command& command);
-
-// From the operation on each write fails as on a full disk, output to pipes as well; the program goes on.
-Outcome RunWithFullDisk(const Operation& operation, const Command& command);
-
 // Interferes at each operation in turn, each time on what `prepare` set up, and has the result judged. Stops at the
-// first failure.
+// first failure. SweepKills kills with SIGKILL before the operation is done. A kill right after an operation leaves the
+// same disk as one before the next. With SweepFullDisk each write fails from the operation on as on a full disk, output
+// to pipes as well; the program goes on.
 void SweepKills(const Command& command, const std::function<void()>& prepare, const std::function<void()>& judge);
 void SweepFullDisk(const Command& command, const std::function<void()>& prepare, const std::function<void()>& judge);
 

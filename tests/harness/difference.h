@@ -4,6 +4,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <utility>
 
 // What changed between two snapshots of a folder.
 namespace test {
@@ -13,10 +14,9 @@ using Contents = std::map<std::string, std::string>;
 // The names that came, went or have another content. A folder's name ends in a slash.
 inline std::set<std::string> NamesThatDiffer(const Contents& before, const Contents& after) {
   std::set<std::string> names;
-  for (const auto& [name, content] : before)
-    if (const auto found = after.find(name); found == after.end() || found->second != content) names.insert(name);
-  for (const auto& [name, content] : after)
-    if (!before.contains(name)) names.insert(name);
+  for (const auto& [one, other] : {std::pair(&before, &after), std::pair(&after, &before)})
+    for (const auto& [name, content] : *one)
+      if (!other->contains(name) || other->at(name) != content) names.insert(name);
   return names;
 }
 
@@ -27,10 +27,9 @@ inline bool AreTold(const std::set<std::string>& names, const std::set<std::stri
   for (std::string name : names) {
     std::replace(name.begin(), name.end(), '/', '\\');
     bool isTold = false;
-    for (std::size_t end = 0; end < name.size(); ++end) {
-      end = std::min(name.find('\\', end), name.size());
-      if (!told.contains(name.substr(0, end))) continue;
-      borneOut.insert(name.substr(0, end));
+    for (const std::string& one : told) {
+      if (!(name + '\\').starts_with(one + '\\')) continue;
+      borneOut.insert(one);
       isTold = true;
     }
     if (!isTold) return false;

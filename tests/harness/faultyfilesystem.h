@@ -1,11 +1,9 @@
 #pragma once
 
-#include "platform/system/files/files.h"
-#include "platform/system/filesystem/filesystem.h"
 #include "platform/system/filesystem/nativepath.h"
+#include "platform/system/filesystem/overlayfilesystem.h"
 
-#include <functional>
-#include <list>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -13,86 +11,72 @@
 
 namespace test {
 
-// Another file system, failing as disks do. Calls that change something are counted from 1, syncs and appends included.
-// What has been written and not synced can be taken back, newest first, as a power cut may; permissions and times stay.
-class FaultyFileSystem : public win::FileSystem {
+// Another file system with changes in memory, failing as disks do. Calls that change something are counted from 1,
+// syncs and appends included. A power cut may take back what is written and not synced; folders, permissions and times
+// stay.
+class FaultyFileSystem : public win::OverlayFileSystem {
  public:
-  explicit FaultyFileSystem(win::FileSystem& base) : base_(base) {}
+  using OverlayFileSystem::OverlayFileSystem;
 
   int Calls() const { return calls_; }
 
   // Call `n` fails with `error` and changes nothing. With `cutShort` an append writes its first half before it fails.
-  void FailAt(int n, int error, bool cutShort = false) {
-    failAt_ = n;
-    error_ = error;
-    cutShort_ = cutShort;
-  }
+  void FailAt(int n, int error, bool cutShort = false) { fault_ = {n, error, cutShort}; }
 
   // Content waits for the sync of its file, a name for that of its folder.
   void ForgetUnsynced() {
-    for (; !unsynced_.empty(); unsynced_.pop_back())
-      unsynced_.back().undo(unsynced_.back().path);
+    for (const auto& [path, name] : names_) {
+      OverlayFileSystem::Remove(path);
+      if (name.synced) OverlayFileSystem::OpenForWriting(path, win::OpenMode::kTruncate, 0666)->Append(*name.synced);
+    }
+    names_.clear();
   }
 
-  std::unique_ptr<win::ReadableFile> OpenForReading(const std::string& path) override {
-    return base_.OpenForReading(path);
-  }
   std::unique_ptr<win::WritableFile> OpenForWriting(const std::string& path, win::OpenMode mode,
                                                     mode_t permissions) override {
-    const Content before = Read(path);
-    if (Fails()) return nullptr;
-    auto file = base_.OpenForWriting(path, mode, permissions);
+    Name& name = NameOf(path);
+    auto file = Fails() ? nullptr : OverlayFileSystem::OpenForWriting(path, mode, permissions);
     if (!file) return nullptr;
-    if (!before.exists) Note(path, win::FolderAbove(path), [this](const auto& at) { base_.Remove(at); });
-    Note(path, path, [this, before](const auto& at) { Write(at, before); });
+    if (!name.now) name.now = std::make_shared<std::string>();
     return std::make_unique<File>(*this, path, std::move(file));
   }
-  std::unique_ptr<win::FolderListing> OpenFolder(const std::string& path) override { return base_.OpenFolder(path); }
-  bool Status(const std::string& path, win::FileStatus& status) override { return base_.Status(path, status); }
-  bool LinkStatus(const std::string& path, win::FileStatus& status) override { return base_.LinkStatus(path, status); }
-  std::string LinkTarget(const std::string& path) override { return base_.LinkTarget(path); }
-  bool IsAllowed(const std::string& path, int how) override { return base_.IsAllowed(path, how); }
   bool Rename(const std::string& from, const std::string& to) override {
-    const Content replaced = Read(to);
-    return !Fails() && base_.Rename(from, to) && NoteRename(from, to, replaced);
+    Name &source = NameOf(from), &target = NameOf(to);
+    if (Fails() || !OverlayFileSystem::Rename(from, to)) return false;
+    target.now = std::exchange(source.now, nullptr);
+    return true;
   }
   bool RenameWithoutReplacing(const std::string& from, const std::string& to) override {
-    return !Fails() && base_.RenameWithoutReplacing(from, to) && NoteRename(from, to, {});
+    return HasEntry(to) ? win::FailWith(EEXIST) : Rename(from, to);
   }
   bool Remove(const std::string& path) override {
-    const Content before = Read(path);
-    return !Fails() && base_.Remove(path) &&
-           Note(path, win::FolderAbove(path), [this, before](const auto& at) { Write(at, before); });
+    Name& name = NameOf(path);
+    if (Fails() || !OverlayFileSystem::Remove(path)) return false;
+    name.now.reset();
+    return true;
   }
   bool MakeFolder(const std::string& path, mode_t permissions) override {
-    return !Fails() && base_.MakeFolder(path, permissions) &&
-           Note(path, win::FolderAbove(path), [this](const auto& at) { base_.RemoveFolder(at); });
+    return !Fails() && OverlayFileSystem::MakeFolder(path, permissions);
   }
-  bool RemoveFolder(const std::string& path) override {
-    return !Fails() && base_.RemoveFolder(path) &&
-           Note(path, win::FolderAbove(path), [this](const auto& at) { base_.MakeFolder(at, 0777); });
-  }
+  bool RemoveFolder(const std::string& path) override { return !Fails() && OverlayFileSystem::RemoveFolder(path); }
   bool SetPermissions(const std::string& path, mode_t permissions) override {
-    return !Fails() && base_.SetPermissions(path, permissions);
+    return !Fails() && OverlayFileSystem::SetPermissions(path, permissions);
   }
   bool SetModified(const std::string& path, const timespec& time) override {
-    return !Fails() && base_.SetModified(path, time);
+    return !Fails() && OverlayFileSystem::SetModified(path, time);
   }
-  bool Sync(const std::string& path) override { return !Fails() && base_.Sync(path) && Keep(path); }
-  std::unique_ptr<win::FileLock> TryLock(const std::string& path) override { return base_.TryLock(path); }
-  const win::FolderNames* NamesIn(const std::string& folder) override { return base_.NamesIn(folder); }
-  std::uint64_t NameChanges() override { return base_.NameChanges(); }
-  bool IsSeenByPrograms() const override { return base_.IsSeenByPrograms(); }
+  bool Sync(const std::string& path) override {
+    if (Fails() || !OverlayFileSystem::Sync(path)) return false;
+    if (const auto& file = NameOf(path).now) *file = *Content(path);
+    for (auto& [below, name] : names_)
+      if (win::FolderAbove(below) == path) name.synced = name.now;
+    return true;
+  }
 
  private:
-  struct Content {
-    bool exists = false;
-    std::string bytes = {};
-  };
-  struct Change {
-    std::string path;
-    std::string awaited;  // what has to be synced
-    std::function<void(const std::string& path)> undo;
+  // The files that have a name after a power cut and now, each with the content that is synced. Null for none.
+  struct Name {
+    std::shared_ptr<std::string> synced, now;
   };
 
   class File : public win::WritableFile {
@@ -101,10 +85,10 @@ class FaultyFileSystem : public win::FileSystem {
         : files_(files), path_(std::move(path)), file_(std::move(file)) {}
     bool Append(std::string_view content) override {
       const bool fails = files_.Fails();
-      if (fails && files_.cutShort_) file_->Append(content.substr(0, content.size() / 2));
-      return fails ? win::FailWith(files_.error_) : file_->Append(content);
+      if (fails && files_.fault_.cutShort) file_->Append(content.substr(0, content.size() / 2));
+      return fails ? win::FailWith(files_.fault_.error) : file_->Append(content);
     }
-    bool Sync() override { return !files_.Fails() && file_->Sync() && files_.Keep(path_); }
+    bool Sync() override { return files_.Sync(path_); }
     bool Close() override { return file_->Close(); }
 
    private:
@@ -113,42 +97,24 @@ class FaultyFileSystem : public win::FileSystem {
     std::unique_ptr<win::WritableFile> file_;
   };
 
-  bool Fails() { return ++calls_ == failAt_ && !win::FailWith(error_); }
-  bool Note(const std::string& path, const std::string& awaited, std::function<void(const std::string&)> undo) {
-    unsynced_.push_back({path, awaited, std::move(undo)});
-    return true;
-  }
-  bool Keep(const std::string& synced) {
-    unsynced_.remove_if([&](const Change& change) { return change.awaited == synced; });
-    return true;
-  }
-
-  // Unsynced content goes with its file.
-  bool NoteRename(const std::string& from, const std::string& to, const Content& replaced) {
-    for (Change& change : unsynced_)
-      if (change.awaited == from) change.path = change.awaited = to;
-    return Note(to, win::FolderAbove(to), [this, from, to, replaced](const auto&) {
-      base_.Rename(to, from);
-      for (Change& change : unsynced_)
-        if (change.awaited == to) change.path = change.awaited = from;
-      if (replaced.exists) Write(to, replaced);
-    });
-  }
-  Content Read(const std::string& path) {
+  bool Fails() { return ++calls_ == fault_.call && !win::FailWith(fault_.error); }
+  std::optional<std::string> Content(const std::string& path) {
     win::FileStatus status;
-    const auto file = win::OpenFile(base_, path, status);
-    return file ? Content{true, win::ReadUpTo(*file, status.size, status.size + 1).value_or("")} : Content{};
+    const auto file = win::OpenFile(*this, path, status);
+    return file ? win::ReadUpTo(*file, status.size, status.size + 1) : std::nullopt;
   }
-  void Write(const std::string& path, const Content& content) {
-    if (const auto file = base_.OpenForWriting(path, win::OpenMode::kTruncate, 0666)) file->Append(content.bytes);
+  Name& NameOf(const std::string& path) {
+    const auto [found, isNew] = names_.try_emplace(path);
+    if (const auto content = isNew ? Content(path) : std::nullopt)
+      found->second.synced = found->second.now = std::make_shared<std::string>(*content);
+    return found->second;
   }
-
-  win::FileSystem& base_;
-  std::list<Change> unsynced_;
+  std::map<std::string, Name> names_;  // by path, those that have been changed
   int calls_ = 0;
-  int failAt_ = 0;
-  int error_ = 0;
-  bool cutShort_ = false;
+  struct {
+    int call, error;
+    bool cutShort;
+  } fault_ = {};
 };
 
 }  // namespace test

@@ -21,12 +21,11 @@ Sandbox::Sandbox() {
   home_ = root_ / "home";
   for (const fs::path& folder : {install_, app_, home_, home_ / "run"})
     fs::create_directories(folder);
-  setenv("HOME", home_.c_str(), 1);
-  setenv("XDG_CONFIG_HOME", (home_ / "config").c_str(), 1);
-  setenv("XDG_DATA_HOME", (home_ / "data").c_str(), 1);
-  setenv("XDG_RUNTIME_DIR", (home_ / "run").c_str(), 1);
-  setenv("VARNIK_HOME", app_.c_str(), 1);
-  setenv("WINEPREFIX", (home_ / "wine").c_str(), 1);
+  const std::pair<const char*, fs::path> variables[] = {
+      {"HOME", home_},       {"XDG_CONFIG_HOME", home_ / "config"}, {"XDG_DATA_HOME", home_ / "data"},
+      {"VARNIK_HOME", app_}, {"XDG_RUNTIME_DIR", home_ / "run"},    {"WINEPREFIX", home_ / "wine"}};
+  for (const auto& [name, value] : variables)
+    setenv(name, value.c_str(), 1);
   win::SetProgram({"varnik", "Varnik", ""});
 }
 

@@ -1,17 +1,12 @@
 // A stand-in for the game as a Windows program: writes the line that it was started with to line.txt in its folder.
-// With `--again` it starts itself once more, with `--late`, and does not wait.
+// With `--again` at its end it starts itself once more, with `--late`, and does not wait.
 #include <windows.h>
 
 namespace {
 
-bool Contains(const char* text, const char* word) {
-  for (; *text; ++text) {
-    int length = 0;
-    while (word[length] && text[length] == word[length])
-      ++length;
-    if (!word[length]) return true;
-  }
-  return false;
+bool EndsWith(const char* text, const char* word) {
+  const int start = lstrlenA(text) - lstrlenA(word);
+  return start >= 0 && lstrcmpA(text + start, word) == 0;
 }
 
 void Write(const char* file, const char* text) {
@@ -33,12 +28,12 @@ void StartAgain() {
 
 extern "C" void Enter() {
   const char* const line = GetCommandLineA();
-  if (Contains(line, "--late")) {
+  if (EndsWith(line, "--late")) {
     Sleep(1500);
     Write("late.txt", line);
   } else {
     Write("line.txt", line);
-    if (Contains(line, "--again")) StartAgain();
+    if (EndsWith(line, "--again")) StartAgain();
   }
   ExitProcess(7);
 }

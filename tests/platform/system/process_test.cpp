@@ -2,6 +2,7 @@
 
 #include "platform/system/paths/paths.h"
 #include "platform/system/process/launch.h"
+#include "tests/harness/rows.h"
 #include "tests/harness/sandbox.h"
 
 #include <gtest/gtest.h>
@@ -59,8 +60,8 @@ TEST_F(ProcessTest, ANativeProgramGetsItsArgumentsFolderAndEnvironment) {
 
 TEST_F(ProcessTest, AChildStartsFromACleanSlate) {
   const int open = ::open("/dev/null", O_RDONLY);  // without O_CLOEXEC
-  for (const int ignored : {SIGINT, SIGCHLD})
-    signal(ignored, SIG_IGN);
+  signal(SIGINT, SIG_IGN);
+  signal(SIGCHLD, SIG_IGN);
   win::Process process =
       Start(Program("grep SigIgn /proc/$$/status | tail -c 6; read -r line && echo has input\n"
                     "[ -e /proc/$$/fd/" +
@@ -70,31 +71,28 @@ TEST_F(ProcessTest, AChildStartsFromACleanSlate) {
   EXPECT_EQ(process.Wait(kLong), WaitResult::kEnded);
   EXPECT_EQ(process.ExitStatus(), 5);
   EXPECT_EQ(test::ReadFile(out), "00000\n1\n");  // leads its group and its session
-  for (const int ignored : {SIGINT, SIGCHLD})
-    signal(ignored, SIG_DFL);
+  signal(SIGINT, SIG_DFL);
+  signal(SIGCHLD, SIG_DFL);
   ::close(open);
 }
 
 TEST_F(ProcessTest, AFailedStartEndsTheWaitAndSaysWhy) {
   setenv("VARNIK_RUNNER", "/no/such/runner", 1);
-  const struct {
-    const char *content, *reason;
-    int mode = 0700;
-  } kCases[] = {{"#!/bin/sh\n", "Permission denied", 0600},
-                {"neither a program of this system nor of Windows", "Exec format error"},
-                {"MZ", "/no/such/runner"},
-                {"#!/no/such\n", "No such file"}};
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(c.content);
-    test::WriteFile(program, c.content);
-    fs::permissions(program, fs::perms(c.mode));
+  const std::tuple<const char*, const char*, fs::perms> cases[] = {
+      {"#!/bin/sh\n", "Permission denied", fs::perms(0600)},
+      {"neither a program of this system nor of Windows", "Exec format error", fs::perms(0700)},
+      {"MZ", "/no/such/runner", fs::perms(0700)},
+      {"#!/no/such\n", "No such file", fs::perms(0700)}};
+  for (const auto& [content, reason, permissions] : cases) {
+    test::WriteFile(program, content);
+    fs::permissions(program, permissions);
     testing::internal::CaptureStderr();
     win::Process process = Start(quoted + " -win");
     const std::string said = testing::internal::GetCapturedStderr();
     EXPECT_FALSE(process.Started());
     EXPECT_EQ(process.Wait(kLong), WaitResult::kFailed);
-    EXPECT_NE(said.find(program), std::string::npos) << said;
-    EXPECT_NE(said.find(c.reason), std::string::npos) << said;
+    for (const std::string& text : {program, std::string(reason)})
+      EXPECT_NE(said.find(text), std::string::npos) << said;
     EXPECT_EQ(said.find('\n'), said.size() - 1);
   }
 }
@@ -155,26 +153,25 @@ TEST_F(ProcessTest, ShellExecuteTakesAnUnquotedExistingPathWholeAndLeavesNoZombi
   const auto await = [](const std::function<bool()>& condition) {
     for (int i = 0; i < 1000 && !condition(); ++i)
       std::this_thread::sleep_for(milliseconds(10));
-    return condition();
+    EXPECT_TRUE(condition());
   };
-  const auto prints = [&](const std::string& text) { return await([&] { return test::ReadFile(out) == text; }); };
+  const auto awaitOutput = [&](const std::string& text) { await([&] { return test::ReadFile(out) == text; }); };
   test::WriteScript(sandbox.Install() / "a mod" / "set up.exe", R"(echo "$#" "$PWD" > "$OUT")");
   EXPECT_TRUE(win::ShellExecute(sandbox.InstallText() + "a mod\\Set up.exe"));
-  EXPECT_TRUE(prints("0 " + (sandbox.Install() / "a mod").string() + "\n"));
+  awaitOutput("0 " + (sandbox.Install() / "a mod").string() + "\n");
   EXPECT_TRUE(win::ShellExecute("\"" + sandbox.InstallText() + "a mod\\set up.exe\" x y", sandbox.InstallText()));
-  EXPECT_TRUE(prints("2 " + sandbox.Install().string() + "\n"));
+  awaitOutput("2 " + sandbox.Install().string() + "\n");
   EXPECT_FALSE(win::ShellExecute(sandbox.InstallText() + "gone.exe"));
   siginfo_t info;
-  EXPECT_TRUE(await([&] { return waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT) != 0; }));
+  await([&] { return waitid(P_ALL, 0, &info, WEXITED | WNOHANG | WNOWAIT) != 0; });
 }
 
-constexpr std::uint32_t k32 = 0x14c, k64 = 0x8664, kArm = 0xaa64;
-
 // The head of a Windows program whose PE header, for a processor, stands at an offset.
-std::string Head(std::uint32_t offset, std::uint32_t processor) {
+std::string Head(const std::string& processor, std::uint32_t offset = 0x80) {
+  const std::map<std::string, std::string> machines = {{"x86", "\x4c\x01"}, {"x64", "\x64\x86"}, {"arm", "\x64\xaa"}};
   std::string head = "MZ" + std::string(0x3a, '\0') + std::string(reinterpret_cast<const char*>(&offset), 4);
   if (offset < 0x1000) head.resize(offset, '\0');
-  return head + "PE" + std::string(2, '\0') + std::string(reinterpret_cast<const char*>(&processor), 2);
+  return head + "PE" + std::string(2, '\0') + machines.at(processor);
 }
 
 TEST_F(ProcessTest, TheStarterIsOneThatTheProgramsPrefixCanRun) {
@@ -186,43 +183,31 @@ TEST_F(ProcessTest, TheStarterIsOneThatTheProgramsPrefixCanRun) {
     return win::PrepareLaunch(program, " a  b ").arguments;
   };
   const List direct{"runner", "--fast", program, "a", "b"};
-  EXPECT_EQ(prepared(Head(0x80, k32)), direct);  // the prefix is not set up yet
+  EXPECT_EQ(prepared(Head("x86")), direct);  // the prefix is not set up yet
   test::WriteFile(sandbox.Home() / "wine/drive_c/windows/system32/kernel32.dll", "");
-  EXPECT_EQ(prepared(Head(0x80, k32)), (List{"runner", "--fast", starter32, program, "a", "b"}));
-  EXPECT_EQ(prepared(Head(0xf8, k64)), (List{"runner", "--fast", starter64, program, "a", "b"}));
+  EXPECT_EQ(prepared(Head("x86")), (List{"runner", "--fast", starter32, program, "a", "b"}));
+  EXPECT_EQ(prepared(Head("x64", 0xf8)), (List{"runner", "--fast", starter64, program, "a", "b"}));
   for (const std::string& other :
-       {Head(0x80, kArm), Head(0x80, k32).substr(0, 0x85), Head(0xffff'ffff, k32), "MZ" + std::string(600, 0)})
+       {Head("arm"), Head("x86").substr(0, 0x85), Head("x86", 0xffff'ffff), "MZ" + std::string(600, 0)})
     EXPECT_EQ(prepared(other), direct);
 }
 
+// Each row: the program's processor, a runner's file name, the files of the installation around it, and what is said.
 TEST_F(ProcessTest, ARunnerThatCannotRunAProgramIsKnownBeforehand) {
-  const struct {
-    std::uint32_t processor;
-    const char *runner, *said;  // the runner's file name and a part of the problem
-    List files;                 // of the installation around the runner
-  } cases[] = {
-      {k32, "wine", "lacks", {"lib/wine/x86_64-windows/ntdll.dll"}},
-      {k64, "wine-stable", "lacks", {"lib/wine/i386-windows/ntdll.dll"}},
-      {k32, "wine", "", {"lib/wine/i386-windows/ntdll.dll", "lib64/wine/x86_64-windows/ntdll.dll"}},
-      {k32, "wine", "", {"lib/wine/wine", "lib/wine/wine64"}},
-      {k32, "wine", "wine32", {"lib/wine/wine64", "lib/x86_64-linux-gnu/wine/i386-windows/zlib1.dll"}},
-      {k32, "wine", "", {"share/wine/ntdll.dll"}},
-      {k32, "proton", "", {"lib/wine/x86_64-windows/ntdll.dll"}},
-      {kArm, "wine", "", {"lib/wine/x86_64-windows/ntdll.dll"}},
-  };
   const auto problem = [&] { return win::RunnerProblem(quoted + " /win"); };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(testing::Message() << c.runner << " " << testing::PrintToString(c.files));
-    fs::remove_all(sandbox.Root() / "opt");
-    for (const std::string& file : c.files)
-      test::WriteFile(sandbox.Root() / "opt" / file, "");
-    const fs::path runner = sandbox.Root() / "opt/bin" / c.runner;
+  for (const auto& row : test::Rows("platform/system/vectors/runners.jsonl")) {
+    SCOPED_TRACE(row.dump());
+    const fs::path opt = sandbox.Root() / "opt", runner = opt / "bin" / row["runner"].get<std::string>();
+    fs::remove_all(opt);
+    for (const std::string file : row["files"])
+      test::WriteFile(opt / file, "");
     test::WriteFile(runner, "");
     setenv("VARNIK_RUNNER", (runner.string() + " --fast").c_str(), 1);
-    test::WriteFile(program, Head(0x80, c.processor));
+    test::WriteFile(program, Head(row["processor"]));
     EXPECT_NE(problem().find("cannot be started"), std::string::npos);  // it may not be executed
     fs::permissions(runner, fs::perms::owner_all);
-    EXPECT_TRUE(*c.said == '\0' ? problem().empty() : problem().find(c.said) != std::string::npos) << problem();
+    EXPECT_NE(problem().find(row["said"]), std::string::npos) << problem();
+    EXPECT_EQ(problem().empty(), row["said"] == "");
   }
   setenv("VARNIK_RUNNER", "no-such-runner", 1);
   EXPECT_NE(problem().find("no-such-runner"), std::string::npos);

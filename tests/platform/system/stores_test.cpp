@@ -34,14 +34,12 @@ TEST_F(Settings, KeepEveryByte) {
 
 TEST_F(Settings, HaveReachedTheDiskWhenTheCallReturns) {
   const auto operations = test::Operations({{win::ExecutablePath(), "--gtest_filter=Settings.KeepEveryByte"}});
-  const auto is = [&](std::size_t i, const char* pattern) {
-    return std::regex_search(operations[i].line, std::regex(pattern));
-  };
-  int stored = 0;
-  for (std::size_t i = 1; i + 1 < operations.size(); ++i)
-    if (is(i, "^rename.*/settings.json\"\\)"))
-      stored += is(i - 1, "^fsync\\(.*settings.json.new~>\\)") && is(i + 1, "^fsync\\(.*/config/varnik>\\)") ? 1 : 0;
-  EXPECT_EQ(stored, 7);
+  std::string lines;
+  for (const test::Operation& operation : operations)
+    lines += operation.line + "\n";
+  const std::regex stored(
+      R"(fsync\(.*settings.json.new~>\).*\nrename.*/settings.json"\).*\nfsync\(.*/config/varnik>\))");
+  EXPECT_EQ(std::distance(std::sregex_iterator(lines.begin(), lines.end(), stored), std::sregex_iterator()), 7);
 }
 
 TEST_F(Settings, NamesMatchWithoutCaseAndKeepTheirFirstSpelling) {
@@ -126,8 +124,8 @@ TEST_F(Settings, ProcessesDoNotLoseEachOthersKeys) {
   EXPECT_EQ(win::AllSettings("App").size(), 90u);
 }
 
-constexpr char kRun[] = "Software\\Microsoft\\Windows\\CurrentVersion\\Run";
-constexpr char kRunOnce[] = "Software\\Microsoft\\Windows\\CurrentVersion\\RunOnce";
+const std::string kVersion = "Software\\Microsoft\\Windows\\CurrentVersion", kRun = kVersion + "\\Run",
+                  kRunOnce = kVersion + "\\RunOnce";
 
 class Registry : public testing::Test {
  protected:
@@ -146,8 +144,7 @@ class Registry : public testing::Test {
 };
 
 TEST_F(Registry, HasItsKeysAndNoOtherAndKeepsRawData) {
-  EXPECT_FALSE(Open("Software\\Microsoft\\Windows\\CurrentVersion"));
-  EXPECT_TRUE(Open(kRunOnce));
+  EXPECT_FALSE(Open(kVersion));
   const auto key = Open("software\\MICROSOFT\\Internet Explorer\\AboutURLs");
   EXPECT_EQ(Set(key, "Other", "text"), win::kErrorSuccess);
   EXPECT_EQ(win::RegSetValueEx(key, "Raw", win::kRegBinary, "\xFF\0\x80"s), win::kErrorSuccess);
@@ -160,17 +157,6 @@ TEST_F(Registry, HasItsKeysAndNoOtherAndKeepsRawData) {
   EXPECT_EQ(Set(0, "n", "v"), win::kErrorInvalidHandle);
 }
 
-// Starts an entry as a desktop does: undo the escapes of entry texts and of field codes, then split as a shell would.
-void StartEntry(const fs::path& entry) {
-  std::smatch match;
-  const std::string content = test::ReadFile(entry);
-  ASSERT_TRUE(std::regex_search(content, match, std::regex("\nExec=(.*)\n"))) << content;
-  std::string command = std::regex_replace(match[1].str(), std::regex(R"(\\\\)"), "\\");
-  EXPECT_EQ(std::regex_replace(command, std::regex("%%"), "").find('%'), std::string::npos) << command;
-  command = std::regex_replace(command, std::regex("%%"), "%");
-  ASSERT_EQ(std::system(("env -u VARNIK_HOME " + command).c_str()), 0) << command;
-}
-
 TEST_F(Registry, EntriesStartTheProgramWithTheSwitch) {
   const fs::path folder = sandbox_.Home() / "a b $HOME 100%d it's q\"q `id` back\\slash x=y";
   test::WriteScript(folder / "varnik", "printf '%s|' \"$VARNIK_HOME\" \"$VARNIK_RUNONCE\" \"$@\" > \"$SEEN\"");
@@ -179,12 +165,25 @@ TEST_F(Registry, EntriesStartTheProgramWithTheSwitch) {
   setenv("VARNIK_HOME", home.c_str(), 1);
   setenv("SEEN", (folder / "seen").c_str(), 1);
   win::SetProgram({"varnik", "Varnik", folder / "varnik"});
-  Set(Open(kRun), "Varnik Autoload", "\"C:\\some path\\varnik.exe\" /boot");
-  StartEntry(entries_ / "varnik-autoload.desktop");
-  EXPECT_EQ(test::ReadFile(folder / "seen"), slashed + "||/boot|");
-  Set(Open(kRunOnce), "Varnik Crash Recovery", "varnik.exe /crash /x");
-  StartEntry(entries_ / "varnik-crash-recovery.desktop");
-  EXPECT_EQ(test::ReadFile(folder / "seen"), slashed + "|Varnik Crash Recovery|/crash|/x|");
+  const struct {
+    std::string key;
+    const char *name, *command, *entry, *seen;
+  } cases[] = {
+      {kRun, "My Boot", "\"C:\\some path\\varnik.exe\" /boot", "my-boot.desktop", "||/boot|"},
+      {kRunOnce, "A Crash", "varnik.exe /crash /x", "a-crash.desktop", "|A Crash|/crash|/x|"},
+  };
+  for (const auto& c : cases) {
+    Set(Open(c.key), c.name, c.command);
+    // As a desktop does: undo the escapes of entry texts and of field codes, then split as a shell would.
+    std::smatch match;
+    const std::string content = test::ReadFile(entries_ / c.entry);
+    ASSERT_TRUE(std::regex_search(content, match, std::regex("\nExec=(.*)\n"))) << content;
+    std::string line = std::regex_replace(match[1].str(), std::regex(R"(\\\\)"), "\\");
+    EXPECT_EQ(std::regex_replace(line, std::regex("%%"), "").find('%'), std::string::npos) << line;
+    line = std::regex_replace(line, std::regex("%%"), "%");
+    ASSERT_EQ(std::system(("env -u VARNIK_HOME " + line).c_str()), 0) << line;
+    EXPECT_EQ(test::ReadFile(folder / "seen"), slashed + c.seen);
+  }
 }
 
 TEST_F(Registry, EntriesComeAndGoWithTheirValues) {
@@ -192,11 +191,9 @@ TEST_F(Registry, EntriesComeAndGoWithTheirValues) {
   const auto has = [&](const char* entry) { return fs::exists(entries_ / entry); };
   for (const char* name : {"Once", "Other"})
     Set(key, name, "varnik.exe /crash");
-  EXPECT_FALSE(win::HandleAutostartEntry());
-  EXPECT_TRUE(has("once.desktop") && has("other.desktop"));
+  EXPECT_TRUE(!win::HandleAutostartEntry() && has("once.desktop") && has("other.desktop"));
   setenv("VARNIK_RUNONCE", "Once", 1);
-  EXPECT_TRUE(win::HandleAutostartEntry());
-  EXPECT_FALSE(has("once.desktop"));
+  EXPECT_TRUE(win::HandleAutostartEntry() && !has("once.desktop"));
   EXPECT_EQ(win::RegDeleteValue(key, "Once"), win::kErrorFileNotFound);
   EXPECT_EQ(std::getenv("VARNIK_RUNONCE"), nullptr);
   // The record may be lost, the entry goes all the same; without a record comes no entry.

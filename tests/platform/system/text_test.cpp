@@ -6,41 +6,27 @@
 #include "platform/system/text/argumentlist.h"
 #include "platform/system/text/compare.h"
 #include "platform/system/text/wildcards.h"
+#include "tests/harness/rows.h"
 #include "tests/harness/sandbox.h"
 
 #include <gtest/gtest.h>
-#include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cmath>
-#include <fstream>
 
-// The tables are in vectors/, one JSON object a line. Those of profile_edits, arguments and wildcards are not measured.
+// The tables are in vectors/. Those of profile_edits, arguments, bytes, numbers, rounding and wildcards are not
+// measured.
 namespace {
 
 namespace fs = std::filesystem;
 using nlohmann::json;
+using test::Bytes;
 
-std::vector<json> Rows(const std::string& name, std::size_t count) {
-  std::ifstream file(SOURCE_DIR "/tests/platform/system/vectors/" + name);
-  std::vector<json> rows;
-  for (std::string line; std::getline(file, line);)
-    rows.push_back(json::parse(line));
-  EXPECT_EQ(rows.size(), count) << name;
-  return rows;
-}
-
-// A row writes a byte as the character of the same number. Nothing for null.
-std::optional<std::string> Bytes(const json& text) {
-  if (text.is_null()) return std::nullopt;
-  std::string bytes;
-  for (const char32_t c : win::CharactersFromBytes(text.get<std::string>()))
-    bytes += static_cast<char>(c);
-  return bytes;
-}
+std::vector<json> Rows(const std::string& name) { return test::Rows("platform/system/vectors/" + name + ".jsonl"); }
 
 // Each text of a row stands ahead of the next, in Windows-1252 bytes and in their UTF-8 spelling.
 TEST(CompareForList, OrdersAsMeasured) {
-  for (const json& row : Rows("sort_chains.jsonl", 63))
+  for (const json& row : Rows("sort_chains"))
     for (std::size_t i = 1; i < row.size(); ++i) {
       const std::string a = *Bytes(row[i - 1]), b = *Bytes(row[i]);
       SCOPED_TRACE(a + " < " + b);
@@ -51,16 +37,13 @@ TEST(CompareForList, OrdersAsMeasured) {
   EXPECT_EQ(win::CompareForList("Co-Op \xC9", "co-op \xE9"), 0);
 }
 
-void ExpectMatches(bool matches(std::string_view name, std::string_view pattern), const std::vector<json>& rows) {
-  for (const json& row : rows)
-    for (const std::string side : {"matches", "others"})
-      for (const std::string name : row[side])
-        EXPECT_EQ(matches(name, row["pattern"].get<std::string>()), side == "matches") << name << row;
-}
-
 TEST(Patterns, MatchAsMeasured) {
-  ExpectMatches(win::MatchesWildcards, Rows("wildcards.jsonl", 9));
-  ExpectMatches(win::PathMatchSpec, Rows("matchspec.jsonl", 58));
+  for (const auto& [table, matches] :
+       {std::pair("wildcards", &win::MatchesWildcards), std::pair("matchspec", &win::PathMatchSpec)})
+    for (const json& row : Rows(table))
+      for (const std::string side : {"matches", "others"})
+        for (const std::string name : row[side])
+          EXPECT_EQ(matches(name, row["pattern"].get<std::string>()), side == "matches") << name << row;
   EXPECT_TRUE(win::PathMatchSpec("caf\xE9.bmp", "CAFÉ.*"));
   std::string stars;
   for (int i = 0; i < 1'000; ++i)
@@ -96,10 +79,9 @@ TEST_F(Profile, AFileReadOnceAnswersForEveryLine) {
 }
 
 TEST_F(Profile, ReadsAndWritesAsMeasured) {
-  std::vector<json> rows = Rows("profile_read.jsonl", 96);
-  for (const auto& [name, count] : {std::pair("profile_write.jsonl", 45), std::pair("profile_edits.jsonl", 10)})
-    for (const json& row : Rows(name, count))
-      rows.push_back(row);
+  std::vector<json> rows = Rows("profile_read");
+  for (const char* table : {"profile_write", "profile_edits"})
+    std::ranges::copy(Rows(table), std::back_inserter(rows));
   for (const json& row : rows) {
     SCOPED_TRACE(row.dump());
     const auto before = Bytes(row["before"]), after = Bytes(row.value("after", row["before"]));
@@ -118,29 +100,18 @@ TEST_F(Profile, ReadsAndWritesAsMeasured) {
 }
 
 TEST(Text, NumbersAreReadAsFarAsTheyGoAndRoundToEven) {
-  const std::pair<const char*, double> texts[] = {
-      {"12", 12}, {" \t-1.5x", -1.5}, {"+.5", .5}, {"1E+2z", 100}, {"1e", 1},  {"2.5.5", 2.5}, {"1,5", 1},
-      {"", 0},    {".", 0},           {"-", 0},    {"inf", 0},     {"0x1", 0}, {"\n1", 0},     {"1e999", INFINITY}};
-  for (const auto& [text, number] : texts)
-    EXPECT_EQ(win::LeadingNumber(text), number) << text;
-  const std::pair<double, std::optional<std::int16_t>> values[] = {
-      {.5, 0},       {1.5, 2},           {2.5, 2},       {-2.5, -2},     {32767.4, 32767},
-      {32767.5, {}}, {-32768.5, -32768}, {-32768.6, {}}, {INFINITY, {}}, {NAN, {}}};
-  for (const auto& [value, rounded] : values)
-    EXPECT_EQ(win::RoundToInt16(value), rounded) << value;
+  for (const json& row : Rows("numbers"))
+    EXPECT_EQ(win::LeadingNumber(row["text"].get<std::string>()), row["number"].get<double>()) << row;
+  EXPECT_EQ(win::LeadingNumber("1e999"), INFINITY);
+  for (const json& row : Rows("rounding"))
+    EXPECT_EQ(win::RoundToInt16(row["number"]).value_or(7), row["rounded"].is_null() ? 7 : row["rounded"].get<int>())
+        << row;
+  EXPECT_FALSE(win::RoundToInt16(INFINITY) || win::RoundToInt16(NAN));
 }
 
 TEST(Text, BytesThatAreNoUtf8AreWindows1252) {
-  const std::pair<std::string, std::string> cases[] = {
-      {"caf\xC3\xA9", "café"},
-      {"a long line of plain text, then \x93quotes\x94", "a long line of plain text, then “quotes”"},
-      {"\xC0\xAF", "À¯"},                   // overlong
-      {"\xED\xA0\x80", "í\xC2\xA0€"},       // surrogate
-      {"\xF4\x90\x80\x80", "ô\xC2\x90€€"},  // beyond the last character
-      {"\xE2\x82", "â‚"},                   // cut off
-  };
-  for (const auto& [bytes, utf8] : cases)
-    EXPECT_EQ(win::Utf8FromBytes(bytes), utf8) << utf8;
+  for (const json& row : Rows("bytes"))
+    EXPECT_EQ(win::Utf8FromBytes(*Bytes(row["bytes"])), row["utf8"]) << row;
   for (int byte = 0x80; byte < 0x100; ++byte) {
     const std::string text(1, static_cast<char>(byte));
     EXPECT_EQ(win::Windows1252FromUtf8(win::Utf8FromBytes(text)), text) << byte;
@@ -151,17 +122,16 @@ TEST(Text, BytesThatAreNoUtf8AreWindows1252) {
 TEST(Text, OnlyAsciiLettersHaveACaseAndOnlySpacesAreTrimmed) {
   EXPECT_EQ(win::LowerCase("AZ[É") + win::UpperCase("az{é"), "az[ÉAZ{é");
   EXPECT_FALSE(win::EqualNoCase("É", "é") || win::EqualNoCase("@", "`"));
-  EXPECT_TRUE(win::StartsWithNoCase("BZ2HALD5", "bz2hald"));
-  EXPECT_FALSE(win::StartsWithNoCase("bz2", "bz2hald"));
+  EXPECT_TRUE(win::StartsWithNoCase("BZ2HALD5", "bz2hald") && !win::StartsWithNoCase("bz2", "bz2hald"));
   EXPECT_EQ(win::Trim("  a\t ") + win::Trim("   "), "a\t");
 }
 
 TEST(ArgumentList, SplitsAsTheCRuntimeDoes) {
-  for (const json& row : Rows("arguments.jsonl", 12)) {
-    const std::string tail = row["tail"];
-    EXPECT_EQ(win::SplitProgram(row["line"].get<std::string>()).program, row["program"]) << row;
-    EXPECT_EQ(win::SplitProgram(row["line"].get<std::string>()).tail, tail) << row;
-    EXPECT_EQ(win::SplitArguments(tail), row["arguments"].get<std::vector<std::string>>()) << row;
+  for (const json& row : Rows("arguments")) {
+    const std::string line = row["line"], tail = row["tail"];
+    EXPECT_EQ(win::SplitProgram(line).program, row["program"]) << row;
+    EXPECT_EQ(win::SplitProgram(line).tail, tail) << row;
+    EXPECT_EQ(json(win::SplitArguments(tail)), row["arguments"]) << row;
   }
 }
 
