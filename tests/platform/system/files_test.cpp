@@ -6,7 +6,7 @@
 #include "platform/system/filesystem/folderindex.h"
 #include "platform/system/paths/paths.h"
 #include "tests/harness/faultyfilesystem.h"
-#include "tests/harness/rows.h"
+#include "tests/harness/cases.h"
 #include "tests/harness/sandbox.h"
 
 #include <gtest/gtest.h>
@@ -121,7 +121,7 @@ TEST_F(Paths, AnExactNameWinsThenTheFirstInAnotherCase) {
   for (const char* file : {"Addon/Maps/First.bzn", "SAME.txt", "Same.txt", "café.bzm", "raw\xE9", "end ", "bare", "b"})
     Put(file);
   for (int round = 0; round < 2; ++round)
-    for (const auto& row : test::Rows("platform/system/vectors/paths.jsonl"))
+    for (const auto& row : test::Cases("platform/system/vectors/paths.jsonl"))
       EXPECT_EQ(Native(*test::Bytes(row["path"])), *test::Bytes(row["native"])) << row;
 }
 

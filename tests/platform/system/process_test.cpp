@@ -2,7 +2,7 @@
 
 #include "platform/system/paths/paths.h"
 #include "platform/system/process/launch.h"
-#include "tests/harness/rows.h"
+#include "tests/harness/cases.h"
 #include "tests/harness/sandbox.h"
 
 #include <gtest/gtest.h>
@@ -195,7 +195,7 @@ TEST_F(ProcessTest, TheStarterIsOneThatTheProgramsPrefixCanRun) {
 // Each row: the program's processor, a runner's file name, the files of the installation around it, and what is said.
 TEST_F(ProcessTest, ARunnerThatCannotRunAProgramIsKnownBeforehand) {
   const auto problem = [&] { return win::RunnerProblem(quoted + " /win"); };
-  for (const auto& row : test::Rows("platform/system/vectors/runners.jsonl")) {
+  for (const auto& row : test::Cases("platform/system/vectors/runners.jsonl")) {
     SCOPED_TRACE(row.dump());
     const fs::path opt = sandbox.Root() / "opt", runner = opt / "bin" / row["runner"].get<std::string>();
     fs::remove_all(opt);

@@ -9,7 +9,7 @@
 #include "platform/system/process/process.h"
 #include "platform/system/store/settings.h"
 #include "tests/harness/difference.h"
-#include "tests/harness/rows.h"
+#include "tests/harness/cases.h"
 #include "tests/harness/sandbox.h"
 
 #include <gtest/gtest.h>
@@ -91,7 +91,7 @@ struct RehearsalTest : testing::Test {
 
 // Each row: steps of verb, path, second path and answer, and what they leave different, null for what is gone.
 TEST_F(RehearsalTest, AndTheDiskAnswerAsTheTableSays) {
-  for (const auto& row : test::Rows("platform/system/vectors/files.jsonl")) {
+  for (const auto& row : test::Cases("platform/system/vectors/files.jsonl")) {
     SCOPED_TRACE(row.dump());
     MakeFiles({"one.txt", "Other.txt", "Folder/inside", "!fixed.txt", "empty/", ".one.txt.new~", "Bin/a.dat",
                "Bin/B.DAT", "!Bin/b2.dat", "Bin/c.txt", "Bin/noext", "Bin/sub.dat/", "Data/File.txt", " lead", ".hid"},
