@@ -23,12 +23,10 @@ namespace {
 
 using enum Problem;
 
-bool IsSameFile(const std::string& a, const std::string& b) { return win::NativePath(a) == win::NativePath(b); }
-
 // True while a run or, of a persistent mod, its activation has changed the selected install.
 bool IsActive(const std::string& path, bool isLegacy) {
   const CrashMarker marker = ReadCrashMarker();
-  if (IsSameFile(marker.definitionFile, path) && IsSameFile(marker.root, InstallRoot())) return true;
+  if (win::IsSamePath(marker.definitionFile, path) && win::IsSamePath(marker.root, InstallRoot())) return true;
   if (isLegacy) return false;
   win::LineReader file(path);
   ModEntry entry;
@@ -47,7 +45,7 @@ void CheckListing(const Place& place, const std::string& path, bool isLegacy) {
   else if (isLegacy && StandsInModsFolder(path))
     place.Report(kNotListed,
                  "an older definition is not listed when one of its name lies in the program's folder of mods");
-  else if (!listed.empty() && IsSameFile(path, AppPath + "mods\\" + name) && !IsSameFile(path, listed))
+  else if (!listed.empty() && win::IsSamePath(path, AppPath + "mods\\" + name) && !win::IsSamePath(path, listed))
     place.Report(kNotListed, "a file of the same name in the install comes first");
 }
 
@@ -68,7 +66,7 @@ void CheckBody(CheckReport& report, Findings& findings, const std::string& path,
   if (isActive) report.leftOut = "the mod is active: what an activation would find was not looked at";
   InstallCheck install(isActive);
   const std::string name = win::FileNameOf(path);
-  if (IsSameFile(path, InstallRoot() + name)) install.Twins({&findings, 1, ""}, name);
+  if (win::IsSamePath(path, InstallRoot() + name)) install.Twins({&findings, 1, ""}, name);
   check(path, findings, &install);
 }
 

@@ -108,7 +108,7 @@ std::size_t FindMod(const std::string& nameOrPath) {
   for (std::size_t row = 1; row < list.size(); ++row) {
     const std::string& file = list[row].DefinitionFile;
     if (!win::EqualNoCase(win::FileNameOf(file), name)) continue;
-    if (!isPath || win::NativePath(file) == win::NativePath(nameOrPath)) return row;
+    if (!isPath || win::IsSamePath(file, nameOrPath)) return row;
   }
   return 0;
 }

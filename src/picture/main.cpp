@@ -22,8 +22,8 @@ namespace {
 
 constexpr int kSocket = STDIN_FILENO;
 constexpr rlim_t kMaxAddressSpace = 256u << 20;
-constexpr unsigned kStripeRows = 64;   // of a picture, taken out of it at once
-constexpr unsigned kLargestIcon = 64;  // pixels; larger images of an icon file are for file managers
+constexpr unsigned kStripeRows = 64;  // of a picture, taken out of it at once
+constexpr unsigned kMaxIcon = 64;     // pixels; larger images of an icon file are for file managers
 
 struct UnloadDib {
   void operator()(FIBITMAP* dib) const { FreeImage_Unload(dib); }
@@ -35,8 +35,8 @@ struct CloseFile {
 };
 using File = std::unique_ptr<std::FILE, CloseFile>;
 
-bool Limit(__rlimit_resource resource, rlim_t most) {
-  const rlimit limit = {most, most};
+bool Limit(__rlimit_resource resource, rlim_t value) {
+  const rlimit limit = {value, value};
   return setrlimit(resource, &limit) == 0;
 }
 
@@ -53,11 +53,7 @@ bool Confine() {
 File Receive(win::PictureRequest& request) {
   iovec content{&request, sizeof request};
   alignas(cmsghdr) char control[CMSG_SPACE(sizeof(int))] = {};
-  msghdr message{};
-  message.msg_iov = &content;
-  message.msg_iovlen = 1;
-  message.msg_control = control;
-  message.msg_controllen = sizeof control;
+  msghdr message{nullptr, 0, &content, 1, control, sizeof control, 0};
   if (recvmsg(kSocket, &message, MSG_WAITALL) != sizeof request) return nullptr;
   const cmsghdr* const attached = CMSG_FIRSTHDR(&message);
   if (attached == nullptr || attached->cmsg_type != SCM_RIGHTS) return nullptr;
@@ -87,7 +83,7 @@ FreeImageIO kFileAccess = {Read, Write, Seek, Tell};
 
 // Of two images of an icon file, whether the first suits a small place better.
 bool IsBetterIcon(unsigned width, unsigned than) {
-  const bool fits = width <= kLargestIcon, otherFits = than <= kLargestIcon;
+  const bool fits = width <= kMaxIcon, otherFits = than <= kMaxIcon;
   return fits == otherFits ? (fits ? width > than : width < than) : fits;
 }
 
@@ -120,11 +116,6 @@ Dib InScreenRange(Dib dib) {
     default:
       return Dib(FreeImage_ConvertToStandardType(dib.get()));
   }
-}
-
-FREE_IMAGE_FORMAT FormatOf(std::FILE* file, const char* extension) {
-  const FREE_IMAGE_FORMAT format = FreeImage_GetFileTypeFromHandle(&kFileAccess, file);
-  return format == FIF_UNKNOWN ? FreeImage_GetFIFFromFilename(extension) : format;
 }
 
 Dib Load(std::FILE* file, FREE_IMAGE_FORMAT format) {
@@ -173,7 +164,8 @@ void SendPicture(FIBITMAP* dib, bool opaque) {
 }
 
 void Answer(const win::PictureRequest& request, std::FILE* file) {
-  const FREE_IMAGE_FORMAT format = FormatOf(file, request.extension);
+  FREE_IMAGE_FORMAT format = FreeImage_GetFileTypeFromHandle(&kFileAccess, file);
+  if (format == FIF_UNKNOWN) format = FreeImage_GetFIFFromFilename(request.extension);
   const Dib dib = Load(file, format);
   if (dib == nullptr || !win::IsPictureSize(FreeImage_GetWidth(dib.get()), FreeImage_GetHeight(dib.get()))) {
     const win::PictureHead none;

@@ -31,12 +31,6 @@ bool MoveToOtherFileSystem(const std::string& from, const std::string& to) {
   return isMoved && files.Remove(from);
 }
 
-// What `to` would be called beside the entry that it already names, when that entry is `from` itself: only the case
-// changes.
-std::string NewNameFor(const std::string& from, const std::string& to, std::string_view toText) {
-  return from == to ? JoinPath(FolderAbove(from), NewName(FileNameOf(toText))) : to;
-}
-
 // Names first, deletion afterwards: a folder that is changed while it is read may leave some out.
 std::vector<std::string> FilesThatMatch(const std::string& folder, const std::string& pattern) {
   std::vector<std::string> names;
@@ -59,7 +53,8 @@ bool Rename(const std::string& from, const std::string& to) {
   const std::optional<std::string> source = FindNativePath(WithoutTrailingSeparators(from));
   const std::string target = NativePath(toText);
   if (!source || target.empty()) return FailWith(ENOENT);
-  const std::string newName = NewNameFor(*source, target, toText);
+  // A target that is the source itself: only the case changes.
+  const std::string newName = target == *source ? JoinPath(FolderAbove(target), NewName(FileNameOf(toText))) : target;
   if (newName == *source) return true;
   if (newName == target && CurrentFileSystem().HasEntry(target)) return FailWith(EEXIST);
   if (CurrentFileSystem().RenameWithoutReplacing(*source, newName)) return true;
@@ -125,9 +120,8 @@ bool SetAttributes(const std::string& path, unsigned attributes) {
   FileStatus status;
   if (!CurrentFileSystem().Status(native, status)) return false;
   const bool readOnly = (attributes & kAttributeReadOnly) != 0;
-  if (readOnly == status.IsReadOnly()) return true;
   // On Windows the attribute does not keep files out of a folder, as the mode bit would here.
-  if (readOnly && status.IsFolder()) return true;
+  if (readOnly == status.IsReadOnly() || (readOnly && status.IsFolder())) return true;
   return CurrentFileSystem().SetPermissions(native, status.permissions ^ 0200);
 }
 

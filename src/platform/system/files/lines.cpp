@@ -6,7 +6,6 @@
 #include "platform/system/paths/paths.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace win {
 
@@ -33,14 +32,13 @@ struct LineReader::State {
   std::unique_ptr<ReadableFile> file;  // null behind its end
   std::size_t next = 0;                // first byte of `piece` that has not been handed out
   std::size_t size = 0;
-  std::size_t nextFeed = 0;  // where the next LF and the next CR stand, each searched for only when it has been passed
-  std::size_t nextReturn = 0;
+  std::size_t nextFeed = 0;  // where the next LF stands, searched for only when it has been passed
   bool afterReturn = false;  // the last line ended in CR, so that an LF here belongs to it
   char piece[kPiece];
 
-  std::size_t Find(char end) const {
-    const void* const found = std::memchr(piece + next, end, size - next);
-    return found != nullptr ? static_cast<std::size_t>(static_cast<const char*>(found) - piece) : size;
+  // Where `end` stands between `next` and `limit`, otherwise `limit`.
+  std::size_t Find(char end, std::size_t limit) const {
+    return std::min(std::string_view(piece, limit).find(end, next), limit);
   }
 
   // False at the end of the file; otherwise there is a byte at `next`.
@@ -51,8 +49,7 @@ struct LineReader::State {
     if (count <= 0) file.reset();
     next = 0;
     size = static_cast<std::size_t>(std::max<ssize_t>(count, 0));
-    nextFeed = Find('\n');
-    nextReturn = Find('\r');
+    nextFeed = Find('\n', size);
     return size > 0;
   }
 
@@ -64,9 +61,8 @@ struct LineReader::State {
 
   // Appends the piece up to a line end, which is taken too; false when the line goes on in the next piece.
   bool TakeLine(std::string& line) {
-    if (nextFeed < next) nextFeed = Find('\n');
-    if (nextReturn < next) nextReturn = Find('\r');
-    const std::size_t end = std::min(nextFeed, nextReturn);
+    if (nextFeed < next) nextFeed = Find('\n', size);
+    const std::size_t end = Find('\r', nextFeed);
     line.append(piece + next, end - next);
     next = end;
     if (next == size) return false;
@@ -126,7 +122,6 @@ bool LineWriter::WriteLine(std::string_view text) {
 bool LineWriter::Close() {
   if (!IsOpen()) return false;
   failed_ = !file_->Append(buffer_) || failed_;
-  buffer_.clear();
   failed_ = !file_->Close() || failed_;
   file_.reset();
   return !failed_;

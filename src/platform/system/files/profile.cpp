@@ -2,11 +2,11 @@
 
 #include "platform/system/files/files.h"
 #include "platform/system/files/wholefile.h"
+#include "platform/system/filesystem/filesystem.h"
 #include "platform/system/filesystem/operations.h"
 #include "platform/system/text/text.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <functional>
 #include <vector>
@@ -46,40 +46,17 @@ struct Edit {
   std::string text;
 };
 
-template <typename IsBlank>
-std::string_view TrimIf(std::string_view text, IsBlank isBlank) {
-  while (!text.empty() && isBlank(text.front()))
-    text.remove_prefix(1);
-  while (!text.empty() && isBlank(text.back()))
-    text.remove_suffix(1);
-  return text;
-}
-
+// Names that a caller gives go through Trimmed instead: they lose spaces only, so one with a tab matches nothing.
 std::string_view TrimLine(std::string_view text) {
-  return TrimIf(text, [](char c) { return c == ' ' || c == '\t' || c == '\v' || c == '\f'; });
-}
-
-// Names that a caller gives lose their outer blanks only, so one with a tab matches nothing.
-std::string_view TrimGiven(std::string_view text) {
-  return TrimIf(text, [](char c) { return c == ' '; });
-}
-
-// The characters of the Windows code page by byte.
-const std::array<char16_t, 256>& CodePage() {
-  static const std::array<char16_t, 256> page = [] {
-    std::array<char16_t, 256> characters{};
-    for (unsigned byte = 0; byte < 256; ++byte)
-      characters[byte] = static_cast<char16_t>(CharactersFromBytes(std::string(1, static_cast<char>(byte)))[0]);
-    return characters;
-  }();
-  return page;
+  constexpr std::string_view kBlanks = " \t\v\f";
+  text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+  return text.substr(0, text.find_last_not_of(kBlanks) + 1);
 }
 
 char ByteFromUnit(char16_t unit) {
-  if (unit < 0x80) return static_cast<char>(unit);
-  for (unsigned byte = 0x80; byte < 256; ++byte)
-    if (CodePage()[byte] == unit) return static_cast<char>(byte);
-  return '?';
+  const CodePage& page = Windows1252();
+  const auto* const found = std::find(page.begin(), page.end(), unit);
+  return found != page.end() ? static_cast<char>(found - page.begin()) : '?';
 }
 
 ProfileText Decode(std::string bytes) {
@@ -95,7 +72,7 @@ std::string Encode(std::string_view characters, std::size_t width) {
   if (width == 1) return std::string(characters);
   std::string bytes;
   for (const char c : characters) {
-    const char16_t unit = CodePage()[static_cast<unsigned char>(c)];
+    const char16_t unit = Windows1252()[static_cast<unsigned char>(c)];
     bytes += static_cast<char>(unit & 0xFF);
     bytes += static_cast<char>(unit >> 8);
   }
@@ -138,8 +115,7 @@ void Classify(std::string_view text, Line& line) {
 // Moves on to the line that begins at `line.next`. False behind the last one. `characters` ends where the text does.
 bool NextLine(std::string_view characters, Line& line) {
   if (line.next >= characters.size()) return false;
-  line.begin = line.next;
-  line.end = line.begin;
+  line.begin = line.end = line.next;
   while (line.end < characters.size() && !IsLineEnd(characters[line.end]))
     ++line.end;
   const bool both = characters.substr(line.end).starts_with(kNewLine);
@@ -203,12 +179,6 @@ const Line* FindKey(const SectionLines& section, std::string_view key) {
   return nullptr;
 }
 
-std::vector<Edit> DeleteKey(const std::optional<SectionLines>& section, std::string_view key) {
-  const Line* line = section ? FindKey(*section, key) : nullptr;
-  if (!line) return {};
-  return {{line->begin, line->next, ""}};
-}
-
 Edit AddSection(std::string_view characters, std::string_view section, const std::string& keyLine) {
   const std::string_view text = characters.substr(0, TextEnd(characters));
   const bool openEnd = !text.empty() && !IsLineEnd(text.back());
@@ -239,77 +209,43 @@ std::string Apply(const std::string& bytes, const ProfileText& text, const std::
 
 }  // namespace
 
-// The first lines are taken apart once, and what stands behind them again at each search, so that a huge file costs no
-// more than its size.
-struct ProfileFile::State {
-  ProfileText text;
-  std::string_view characters;
-  std::vector<Line> firstLines;
-};
-
-ProfileFile::ProfileFile(const std::string& file) : state_(std::make_unique<State>()) {
-  constexpr std::size_t kMaxLines = 256;
-  state_->text = Decode(ReadFileOnce(file).value_or(""));
-  state_->characters = std::string_view(state_->text.characters).substr(0, TextEnd(state_->text.characters));
-  state_->firstLines.reserve(14);  // as much as comes quickly from the heap
-  Line line;
-  while (state_->firstLines.size() < kMaxLines && NextLine(state_->characters, line))
-    if (line.kind >= LineKind::kSection) state_->firstLines.push_back(line);
+ProfileFile::ProfileFile(const std::string& file) : characters_(Decode(ReadFileOnce(file).value_or("")).characters) {
+  characters_.resize(TextEnd(characters_));
 }
-
-ProfileFile::~ProfileFile() = default;
 
 std::optional<std::string_view> ProfileFile::Find(std::string_view section, std::string_view key) const {
-  const std::string_view wantedSection = TrimGiven(section);
-  const std::string_view wantedKey = TrimGiven(key);
-  std::size_t known = 0;
-  Line behind;
-  const auto next = [&]() -> const Line* {
-    if (known < state_->firstLines.size()) return &state_->firstLines[known++];
-    if (known != 0) behind.next = std::max(behind.next, state_->firstLines.back().next);
-    return NextLine(state_->characters, behind) ? &behind : nullptr;
-  };
-  const Line* line = next();
-  while (line && !OpensSection(*line, wantedSection))
-    line = next();
-  while (line && (line = next()) && line->kind != LineKind::kSection)
-    if (line->value && IsName(*line, wantedKey)) return Unquoted(*line->value);
+  const std::string_view wantedSection = Trimmed(section);
+  const std::string_view wantedKey = Trimmed(key);
+  Line line;
+  while (NextLine(characters_, line) && !OpensSection(line, wantedSection)) {
+  }
+  while (NextLine(characters_, line) && line.kind != LineKind::kSection)
+    if (line.value && IsName(line, wantedKey)) return Unquoted(*line.value);
   return std::nullopt;
-}
-
-std::string GetPrivateProfileString(std::string_view section, std::string_view key, std::string_view fallback,
-                                    std::size_t size, const std::string& file) {
-  const ProfileFile profile(file);
-  const std::string_view value = profile.Find(section, key).value_or(fallback);
-  return std::string(value.substr(0, size ? size - 1 : 0));
 }
 
 namespace {
 
-using Change = std::function<std::string(const std::string& bytes)>;
-
-bool ChangeProfile(const std::string& file, const Change& change) {
+bool ChangeProfile(const std::string& file, const std::function<std::string(const std::string& bytes)>& change) {
   const std::optional<std::string> content = ReadWholeFile(file);
   // A file that is there and cannot be read must not be taken for an empty one.
-  if (const auto attributes = GetAttributes(file); !content && attributes) {
-    errno = *attributes & kAttributeDirectory ? EISDIR : EACCES;
-    return false;
-  }
+  if (const auto attributes = GetAttributes(file); !content && attributes)
+    return FailWith(*attributes & kAttributeDirectory ? EISDIR : EACCES);
   return WriteWholeFile(file, change(content.value_or("")));
 }
 
 std::string Changed(const std::string& bytes, std::string_view section, std::optional<std::string_view> key,
                     std::optional<std::string_view> value) {
   const ProfileText text = Decode(bytes);
-  const std::string_view sectionName = TrimGiven(section);
+  const std::string_view sectionName = Trimmed(section);
   const auto found = FindSection(std::string_view(text.characters).substr(0, TextEnd(text.characters)), sectionName);
   std::vector<Edit> edits;
   if (!key)
     edits = DeleteSection(found);
-  else if (!value)
-    edits = DeleteKey(found, TrimGiven(*key));
-  else
-    edits = {SetKey(text.characters, found, sectionName, TrimGiven(*key), *value)};
+  else if (value)
+    edits = {SetKey(text.characters, found, sectionName, Trimmed(*key), *value)};
+  else if (const Line* line = found ? FindKey(*found, Trimmed(*key)) : nullptr)
+    edits = {{line->begin, line->next, ""}};
   return Apply(bytes, text, edits);
 }
 
@@ -331,10 +267,7 @@ bool WriteProfileValues(const std::string& section, const std::vector<ProfileVal
   });
   const int error = errno;
   for (const auto& [key, value] : values)
-    ReportOperation(Operation::kSet, file, key + "=" + value, [&] {
-      errno = error;
-      return written;
-    });
+    ReportOperation(Operation::kSet, file, key + "=" + value, [&] { return written || FailWith(error); });
   return written;
 }
 

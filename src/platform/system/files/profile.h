@@ -1,6 +1,5 @@
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,17 +10,10 @@
 // concerns.
 namespace win {
 
-// `size` is the caller's buffer in bytes: at most size - 1 bytes come back. `fallback` when the file, section or key is
-// missing.
-std::string GetPrivateProfileString(std::string_view section, std::string_view key, std::string_view fallback,
-                                    std::size_t size, const std::string& file);
-
-// A file read once, for callers that ask for several of its keys. Each answer is the one that GetPrivateProfileString
-// gives for the content as it was then. A file that cannot be read has no keys.
+// A file read once, for callers that ask for several of its keys. A file that cannot be read has no keys.
 class ProfileFile {
  public:
   explicit ProfileFile(const std::string& file);
-  ~ProfileFile();
   ProfileFile(const ProfileFile&) = delete;
   ProfileFile& operator=(const ProfileFile&) = delete;
 
@@ -29,8 +21,7 @@ class ProfileFile {
   std::optional<std::string_view> Find(std::string_view section, std::string_view key) const;
 
  private:
-  struct State;
-  std::unique_ptr<State> state_;
+  std::string characters_;  // in the Windows code page, without an end-of-text mark
 };
 
 // No value deletes the key; no key deletes the section; no section does nothing and fails. The file is edited in place

@@ -16,23 +16,12 @@ std::unique_ptr<ReadableFile> OpenPath(const std::string& path) {
   return file ? std::move(file) : CurrentFileSystem().OpenForReading(NativePath(path));
 }
 
-// Where the name leads when it is a link, also one to a file that does not exist yet.
-std::string FollowLinks(std::string native) {
-  constexpr int kMaxLinks = 40;
-  for (int i = 0; i < kMaxLinks; ++i) {
-    const std::string target = CurrentFileSystem().LinkTarget(native);
-    if (target.empty()) break;
-    native = target.starts_with('/') ? target : JoinPath(FolderAbove(native), target);
-  }
-  return native;
-}
-
 bool Write(const std::string& path, std::string_view content) {
   FileSystem& files = CurrentFileSystem();
   const std::string target = FollowLinks(NativePath(path));
   FileStatus status;
   const bool exists = files.Status(target, status);
-  if (target.empty() || (exists && !status.IsFile())) return FailWith(EISDIR);
+  if (exists && !status.IsFile()) return FailWith(EISDIR);
   if (exists && status.IsReadOnly()) return FailWith(EPERM);
   const std::string copy = TemporaryNameFor(target);
   const auto file = files.OpenForWriting(copy, OpenMode::kLocked, 0666);

@@ -1,5 +1,6 @@
 #include "platform/system/filesystem/currentfilesystem.h"
 
+#include "platform/system/filesystem/nativepath.h"
 #include "platform/system/filesystem/posixfilesystem.h"
 
 #include <utility>
@@ -13,6 +14,10 @@ FileSystem* replacement_ = nullptr;
 }  // namespace
 
 FileSystem& CurrentFileSystem() { return replacement_ != nullptr ? *replacement_ : PosixFileSystem(); }
+
+std::string FollowLinks(const std::string& native) {
+  return ResolveLinks(native, true, [](const std::string& path) { return CurrentFileSystem().LinkTarget(path); });
+}
 
 ScopedFileSystem::ScopedFileSystem(FileSystem& replacement) : outer_(std::exchange(replacement_, &replacement)) {}
 

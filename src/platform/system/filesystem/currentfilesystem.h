@@ -4,9 +4,11 @@
 
 namespace win {
 
-// The file system that this layer works on: the operating system's, or the one that a ScopedFileSystem has put in its
-// place. For one thread.
+// The operating system's, or the replacement of the newest ScopedFileSystem. For one thread.
 FileSystem& CurrentFileSystem();
+
+// Native path of what `native` leads to, as ResolveLinks resolves it in the current file system.
+std::string FollowLinks(const std::string& native);
 
 // Replaces the current file system while alive. Scopes nest.
 class ScopedFileSystem {

@@ -1,5 +1,6 @@
 #include "platform/system/filesystem/descriptor.h"
 
+#include <sys/file.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -24,6 +25,14 @@ bool WriteAll(int descriptor, std::string_view content) {
     content.remove_prefix(static_cast<std::size_t>(count));
   }
   return true;
+}
+
+bool LockUnlessHeld(int descriptor) {
+  int result = 0;
+  do
+    result = flock(descriptor, LOCK_EX | LOCK_NB);
+  while (result != 0 && errno == EINTR);
+  return result == 0 || errno != EWOULDBLOCK;
 }
 
 }  // namespace win

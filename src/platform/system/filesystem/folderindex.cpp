@@ -16,7 +16,7 @@ namespace win {
 
 namespace {
 
-constexpr std::size_t kMaxNames = 300'000;  // some 30 MB
+constexpr std::size_t kMaxNames = 300'000;  // about 30 MB
 
 // File systems that nobody changes but through this kernel, which then reports every change.
 bool IsLocal(int folder) {
@@ -54,16 +54,15 @@ const FolderNames* FolderIndex::NamesIn(const std::string& folder) {
   struct stat status;
   if (stat(folder.c_str(), &status) != 0 || !S_ISDIR(status.st_mode)) return nullptr;
   TakeEvents();
-  const auto known = folders_.find(Identity(status.st_dev, status.st_ino));
-  if (known == folders_.end() || !IsCurrent(known->second, status)) return ReadAgain(folder);
-  known->second.lastUse = ++uses_;
-  if (known->second.watch < 0) ++changes_;
-  return &known->second.names;
-}
-
-bool FolderIndex::IsCurrent(const Folder& folder, const struct stat& status) {
-  return folder.watch >= 0 || (folder.settled && SameTime(folder.status.st_ctim, status.st_ctim) &&
-                               SameTime(folder.status.st_mtim, status.st_mtim));
+  const auto found = folders_.find(Identity(status.st_dev, status.st_ino));
+  if (found == folders_.end()) return ReadAgain(folder);
+  Folder& known = found->second;
+  const bool unchanged =
+      known.settled && SameTime(known.status.st_ctim, status.st_ctim) && SameTime(known.status.st_mtim, status.st_mtim);
+  if (known.watch < 0 && !unchanged) return ReadAgain(folder);
+  known.lastUse = ++uses_;
+  if (known.watch < 0) ++changes_;
+  return &known.names;
 }
 
 const FolderNames* FolderIndex::ReadAgain(const std::string& path) {
@@ -109,7 +108,8 @@ void FolderIndex::TakeEvents() {
 
 void FolderIndex::TakeEvent(int watch, std::uint32_t change, std::string_view name) {
   ++changes_;
-  if ((change & IN_Q_OVERFLOW) != 0) return ForgetAll();
+  while ((change & IN_Q_OVERFLOW) != 0 && !folders_.empty())
+    Forget(folders_.begin()->first);
   const auto known = watched_.find(watch);
   if (known == watched_.end()) return;
   FolderNames& names = folders_.at(known->second).names;
@@ -127,11 +127,6 @@ void FolderIndex::Forget(Identity identity) {
   }
   folders_.erase(known);
   ++changes_;
-}
-
-void FolderIndex::ForgetAll() {
-  while (!folders_.empty())
-    Forget(folders_.begin()->first);
 }
 
 void FolderIndex::MakeRoom() {

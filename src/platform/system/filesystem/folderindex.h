@@ -43,13 +43,11 @@ class FolderIndex {
     std::uint64_t lastUse = 0;
   };
 
-  static bool IsCurrent(const Folder& folder, const struct stat& status);
   const FolderNames* ReadAgain(const std::string& path);
   int Watch(int folder) const;
   void TakeEvents();
   void TakeEvent(int watch, std::uint32_t change, std::string_view name);
   void Forget(Identity identity);
-  void ForgetAll();
   void MakeRoom();
 
   Descriptor events_;

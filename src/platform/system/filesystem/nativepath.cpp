@@ -16,11 +16,7 @@ std::string_view LastName(std::string_view native) { return native.substr(native
 
 std::string JoinPath(const std::string& folder, std::string_view name) {
   if (folder == ".") return std::string(name);
-  std::string native;
-  native.reserve(folder.size() + 1 + name.size());
-  native.append(folder);
-  if (native.back() != '/') native += '/';
-  return native.append(name);
+  return (folder + (folder.ends_with('/') ? "" : "/")).append(name);
 }
 
 std::string AbsolutePath(const std::string& native) {

@@ -208,10 +208,6 @@ void OverlayFileSystem::Set(const std::string& resolved, Entry entry) {
   const bool isThere = without && !without->backing.empty() && base_.HasEntry(without->backing);
   const bool isSame = entry.gone ? !isThere : isThere && without->backing == entry.backing;
   if (!isSame) entries_[resolved] = std::move(entry);
-  UpdateNames(resolved);
-}
-
-void OverlayFileSystem::UpdateNames(const std::string& resolved) {
   const auto around = names_.find(FolderAbove(resolved));
   if (around != names_.end() && ExistsAt(resolved))
     around->second.Add(LastName(resolved));
@@ -267,23 +263,20 @@ bool OverlayFileSystem::RenameTo(const std::string& from, const std::string& to,
   const std::string target = Resolved(to, false);
   if (!MayMove(source, target)) return false;
   if (!replace && ExistsAt(target)) return FailWith(EEXIST);
-  if (source != target) Move(source, target);
-  return true;
-}
-
-// What had changed below a folder goes with it.
-void OverlayFileSystem::Move(const std::string& from, const std::string& to) {
-  const Entry moved = *Find(from);
+  if (source == target) return true;
+  const Entry moved = *Find(source);
+  // What had changed below a folder goes with it.
   std::map<std::string, Entry> inside;
-  const auto first = entries_.lower_bound(FirstBelow(from));
-  const auto last = entries_.lower_bound(EndBelow(from));
+  const auto first = entries_.lower_bound(FirstBelow(source));
+  const auto last = entries_.lower_bound(EndBelow(source));
   for (auto it = first; it != last; ++it)
-    inside.emplace(to + it->first.substr(from.size()), it->second);
+    inside.emplace(target + it->first.substr(source.size()), it->second);
   entries_.erase(first, last);
-  Set(from, {.gone = true});
-  Set(to, moved);
+  Set(source, {.gone = true});
+  Set(target, moved);
   for (auto& [path, entry] : inside)
     Set(path, std::move(entry));
+  return true;
 }
 
 bool OverlayFileSystem::RemoveEntry(const std::string& resolved) {

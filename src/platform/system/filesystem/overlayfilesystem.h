@@ -77,8 +77,6 @@ class OverlayFileSystem : public FileSystem {
   Entry InMemory(const std::string& resolved, bool withContent, mode_t permissions);
   void Set(const std::string& resolved, Entry entry);
   bool RenameTo(const std::string& from, const std::string& to, bool replace);
-  void Move(const std::string& from, const std::string& to);
-  void UpdateNames(const std::string& resolved);
   bool RemoveEntry(const std::string& resolved);
   std::vector<FoundEntry> EntriesIn(const std::string& resolved);
   bool IsChanged(const std::string& resolved);

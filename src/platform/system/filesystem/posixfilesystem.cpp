@@ -87,18 +87,14 @@ class PosixListing : public FolderListing {
   }
 
  private:
-  struct CloseFolder {
-    void operator()(DIR* stream) const { closedir(stream); }
-  };
-
-  explicit PosixListing(DIR* stream) : stream_(stream) {}
+  explicit PosixListing(DIR* stream) : stream_(stream, closedir) {}
 
   mode_t Mode(const char* name, int flags) const {
     struct stat status;
     return fstatat(dirfd(stream_.get()), name, &status, flags) == 0 ? status.st_mode : 0;
   }
 
-  std::unique_ptr<DIR, CloseFolder> stream_;
+  std::unique_ptr<DIR, int (*)(DIR*)> stream_;
 };
 
 struct PosixLock : FileLock {
@@ -178,12 +174,7 @@ class Posix : public FileSystem {
 
   std::unique_ptr<FileLock> TryLock(const std::string& path) override {
     Descriptor file(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-    if (!file.IsOpen()) return nullptr;
-    int result = 0;
-    do
-      result = flock(file.Get(), LOCK_EX | LOCK_NB);
-    while (result != 0 && errno == EINTR);
-    if (result != 0 && errno == EWOULDBLOCK) return nullptr;
+    if (!file.IsOpen() || !LockUnlessHeld(file.Get())) return nullptr;
     return std::make_unique<PosixLock>(std::move(file));
   }
 

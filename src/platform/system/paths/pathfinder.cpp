@@ -10,6 +10,8 @@ namespace win {
 
 namespace {
 
+constexpr std::size_t kMaxMisspelt = 1'000;
+
 std::string_view WithoutTrailingBlanksAndDots(std::string_view name) {
   const std::size_t last = name.find_last_not_of(" .");
   return last == std::string_view::npos ? name : name.substr(0, last + 1);
@@ -32,8 +34,13 @@ FoundPath PathFinder::Find(const std::string& spelled) {
   const std::string folder = FolderAbove(spelled);
   const std::string_view name = LastName(spelled);
   if (const auto known = misspelt_.find(folder); known != misspelt_.end()) {
-    const FolderNames* const names = NamesIfUnchanged(known->second);
-    return names != nullptr ? FindAmong(*names, known->second.native, name) : FindInMisspelt(folder, name);
+    // One question to the system stands for one to every folder on the way: the folder is still there, and none has
+    // changed. The question itself may find a change.
+    FileSystem& files = CurrentFileSystem();
+    const Misspelt& last = known->second;
+    const FolderNames* const names = files.NamesIn(last.native);
+    const bool unchanged = names != nullptr && names == last.names && files.NameChanges() == last.changes;
+    return unchanged ? FindAmong(*names, last.native, name) : FindInMisspelt(folder, name);
   }
   if (!misspelt_.contains(spelled) && CurrentFileSystem().HasEntry(spelled)) return {spelled, true};
   if (name.empty() || name == "." || name == "..") return {spelled, false};
@@ -47,27 +54,16 @@ FoundPath PathFinder::FindInMisspelt(const std::string& folder, std::string_view
   const FoundPath found = Find(folder);
   const FolderNames* const names = found.exists ? files.NamesIn(found.native) : nullptr;
   misspelt_.erase(folder);
-  if (changes != 0 && names != nullptr && found.native != folder) Remember(folder, {found.native, names, changes});
+  if (changes != 0 && names != nullptr && found.native != folder) {
+    if (misspelt_.size() >= kMaxMisspelt) misspelt_.clear();
+    misspelt_.emplace(folder, Misspelt{found.native, names, changes});
+  }
   if (names != nullptr) return FindAmong(*names, found.native, name);
   if (!found.exists) return {JoinPath(found.native, NewName(name)), false};
   // A folder that may be entered but not read.
   std::string native = JoinPath(found.native, name);
   const bool exists = files.HasEntry(native);
   return {std::move(native), exists};
-}
-
-// One question to the system stands for one to every folder on the way: the folder is still there, and none has
-// changed. The question itself may find a change.
-const FolderNames* PathFinder::NamesIfUnchanged(const Misspelt& folder) {
-  FileSystem& files = CurrentFileSystem();
-  const FolderNames* const names = files.NamesIn(folder.native);
-  return names == folder.names && files.NameChanges() == folder.changes ? names : nullptr;
-}
-
-void PathFinder::Remember(const std::string& folder, Misspelt misspelt) {
-  constexpr std::size_t kMax = 1'000;
-  if (misspelt_.size() >= kMax) misspelt_.clear();
-  misspelt_.emplace(folder, std::move(misspelt));
 }
 
 }  // namespace win

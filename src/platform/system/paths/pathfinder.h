@@ -34,8 +34,6 @@ class PathFinder {
   };
 
   FoundPath FindInMisspelt(const std::string& folder, std::string_view name);
-  const FolderNames* NamesIfUnchanged(const Misspelt& folder);
-  void Remember(const std::string& folder, Misspelt misspelt);
 
   std::unordered_map<std::string, Misspelt> misspelt_;
 };

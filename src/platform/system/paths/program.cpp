@@ -27,12 +27,6 @@ std::string XdgFolder(const char* variable, const char* belowHome) {
   return folder.starts_with('/') ? folder : HomeFolder() + "/" + belowHome;
 }
 
-bool IsPrivateFolder(const std::string& folder) {
-  FileStatus status;
-  return CurrentFileSystem().LinkStatus(folder, status) && status.IsFolder() && status.owner == getuid() &&
-         (status.permissions & 077) == 0;
-}
-
 // Copies under another name first, so that a copy cut short is never taken for the file.
 void CopyShippedFile(const std::string& from, const std::string& to) {
   FileSystem& files = CurrentFileSystem();
@@ -83,13 +77,11 @@ std::string ExecutablePath() {
 }
 
 std::string CompanionProgram(const std::string& file) {
-  const std::string programs = ExecutableFolder();
+  const std::string programs = FolderAbove(ExecutablePath());
   for (const std::string& folder : {programs, FolderAbove(programs) + "/libexec/" + identity_.name})
     if (const std::string program = JoinPath(folder, file); CurrentFileSystem().Exists(program)) return program;
   return "";
 }
-
-std::string ExecutableFolder() { return FolderAbove(ExecutablePath()); }
 
 std::string ExecutableName() {
   const std::string name(LastName(ExecutablePath()));
@@ -111,8 +103,6 @@ const std::string& CommandLine() { return commandLine_; }
 
 std::string ConfigFolder() { return Made(XdgFolder("XDG_CONFIG_HOME", ".config") + "/" + identity_.name); }
 
-std::string DataFolder() { return Made(XdgFolder("XDG_DATA_HOME", ".local/share") + "/" + identity_.name); }
-
 std::string AutostartFolder() { return Made(XdgFolder("XDG_CONFIG_HOME", ".config") + "/autostart"); }
 
 std::string RuntimeFolder() {
@@ -120,15 +110,18 @@ std::string RuntimeFolder() {
   if (given.starts_with('/') && CurrentFileSystem().IsAllowed(given, W_OK | X_OK)) return given;
   const std::string own = Made("/tmp/" + identity_.name + "-" + std::to_string(getuid()));
   // Somebody else may have made it first.
-  return IsPrivateFolder(own) ? own : ConfigFolder();
+  FileStatus status;
+  const bool isPrivate = CurrentFileSystem().LinkStatus(own, status) && status.IsFolder() && status.owner == getuid() &&
+                         (status.permissions & 077) == 0;
+  return isPrivate ? own : ConfigFolder();
 }
 
 std::string ProgramFolder(const std::string& marker) {
   const std::string given = Variable(OwnVariableName("_HOME"));
   if (!given.empty()) return WithSeparator(IsAbsolutePath(given) ? given : WindowsPathFromNative(AbsolutePath(given)));
-  const std::string programs = ExecutableFolder();
+  const std::string programs = FolderAbove(ExecutablePath());
   if (CurrentFileSystem().IsFile(JoinPath(programs, marker))) return WithSeparator(WindowsPathFromNative(programs));
-  const std::string data = DataFolder();
+  const std::string data = Made(XdgFolder("XDG_DATA_HOME", ".local/share") + "/" + identity_.name);
   FillFolder(data, FolderAbove(programs) + "/share/" + identity_.name, marker);
   return WithSeparator(WindowsPathFromNative(data));
 }

@@ -20,11 +20,7 @@ const ProgramIdentity& Program();
 // Native path of the running executable, links resolved.
 std::string ExecutablePath();
 
-// The folder that holds it, without a trailing separator.
-std::string ExecutableFolder();
-
-// Native path of another program of ours, which stands beside this one or in ../libexec/<name>; empty when there is
-// none.
+// Native path of a companion program, beside the running executable or in ../libexec/<name>. Empty when there is none.
 std::string CompanionProgram(const std::string& file);
 
 // The file name of the program without folder and extension.
@@ -37,14 +33,13 @@ const std::string& CommandLine();
 
 // Native paths, without a trailing separator; made when they are missing.
 std::string ConfigFolder();     // $XDG_CONFIG_HOME/<name>, else ~/.config/<name>
-std::string DataFolder();       // $XDG_DATA_HOME/<name>, else ~/.local/share/<name>
 std::string RuntimeFolder();    // $XDG_RUNTIME_DIR, else a folder of this user's own under /tmp
 std::string AutostartFolder();  // $XDG_CONFIG_HOME/autostart, else ~/.config/autostart
 
 // The program's own folder, as a Windows path that ends in a backslash: `<NAME>_HOME` if set; else the folder of the
-// executable when it holds `marker` (a portable copy); else DataFolder(), filled at the first start with the shipped
-// files, which stand in ../share/<name> as seen from the executable. It is full once it holds `marker`; files that are
-// there already are never replaced.
+// executable when it holds `marker` (a portable copy); else $XDG_DATA_HOME/<name> or ~/.local/share/<name>, filled at
+// the first start with the shipped files from ../share/<name> as seen from the executable. It is full once it holds
+// `marker`; files that are there already are never replaced.
 std::string ProgramFolder(const std::string& marker);
 
 }  // namespace win

@@ -6,7 +6,6 @@
 #include "platform/system/paths/program.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -26,15 +25,6 @@ std::string DisplayName() {
   std::string name = Variable("WAYLAND_DISPLAY") + x11;
   std::replace(name.begin(), name.end(), '/', '_');
   return name;
-}
-
-// A file system that knows no locks keeps nobody out.
-bool IsHeldByAnother(int descriptor) {
-  int result = 0;
-  do
-    result = flock(descriptor, LOCK_EX | LOCK_NB);
-  while (result != 0 && errno == EINTR);
-  return result != 0 && errno == EWOULDBLOCK;
 }
 
 // Anything but a pipe under this name stays alone: it would always be readable.
@@ -65,7 +55,7 @@ struct Instance::State {
   std::function<void()> closeRequested;
 
   void Claim() {
-    claimed = !IsHeldByAnother(pipe.Get());
+    claimed = LockUnlessHeld(pipe.Get());
     // The one we asked was gone before it read the request; it is not meant for us.
     if (claimed && requestSent) EmptyPipe(pipe.Get());
   }
@@ -85,8 +75,7 @@ bool Instance::OtherIsRunning() {
 }
 
 void Instance::CloseOther() {
-  if (!OtherIsRunning()) return;
-  state_->requestSent = write(state_->pipe.Get(), "c", 1) == 1;
+  if (OtherIsRunning()) state_->requestSent = write(state_->pipe.Get(), "c", 1) == 1;
 }
 
 void Instance::OnCloseRequest(std::function<void()> handler) { state_->closeRequested = std::move(handler); }
@@ -95,13 +84,12 @@ int Instance::Descriptor() const { return state_->claimed ? state_->pipe.Get() :
 
 void Instance::HandleRequests() {
   if (!state_->claimed || !EmptyPipe(state_->pipe.Get())) return;
-  const std::function<void()> handler = state_->closeRequested;
-  if (handler) handler();
+  if (const auto handler = state_->closeRequested) handler();
 }
 
 ExclusiveLock::ExclusiveLock(const char* name) : path_(ConfigFolder() + "/" + name + ".lock") {}
 
-ExclusiveLock::~ExclusiveLock() { Release(); }
+ExclusiveLock::~ExclusiveLock() = default;
 
 bool ExclusiveLock::TryAcquire() {
   if (IsHeld()) return true;

@@ -66,24 +66,15 @@ std::vector<std::string> Runner() {
   return words;
 }
 
-std::string WithoutLinks(const std::string& path) {
-  return ResolveLinks(path, true, [](const std::string& resolved) { return CurrentFileSystem().LinkTarget(resolved); });
-}
-
 // The Wine prefix in which the program is, the innermost one.
 std::optional<std::string> PrefixAround(const std::string& program) {
-  for (const std::string& spelling : {program, WithoutLinks(program)})
+  for (const std::string& spelling : {program, FollowLinks(program)})
     for (std::string folder = FolderAbove(spelling); folder.size() > 1; folder = FolderAbove(folder)) {
       const std::string prefix = FolderAbove(folder);
       const bool inside = LastName(folder) == "drive_c" || LastName(folder) == "dosdevices";
       if (inside && CurrentFileSystem().Exists(prefix + "/dosdevices")) return prefix;
     }
   return std::nullopt;
-}
-
-// Wine fills the Windows folder when it sets a prefix up; the registry files come only later.
-bool IsSetUp(const std::string& prefix) {
-  return CurrentFileSystem().Exists(prefix + "/drive_c/windows/system32/kernel32.dll");
 }
 
 // Whether a Wine that was installed around `programs`, its folder of programs, holds what every program of so many bits
@@ -99,16 +90,11 @@ bool HasPart(const std::string& programs, std::string_view bits) {
 
 // Says so only of a Wine that is found to be there for the other kind alone: it may be laid out in a way unknown here.
 bool LacksPart(const std::string& runner, std::string_view bits) {
-  const std::string programs = FolderAbove(WithoutLinks(runner));
+  const std::string programs = FolderAbove(FollowLinks(runner));
   const bool isWine = LastName(runner).starts_with("wine");
   const bool isLedElsewhere = !Variable("WINELOADER").empty() || !Variable("WINEDLLPATH").empty();
   if (bits.empty() || !isWine || isLedElsewhere) return false;
   return HasPart(programs, bits == "32" ? "64" : "32") && !HasPart(programs, bits);
-}
-
-// Empty when there is none for this kind of program.
-std::string StarterFor(std::string_view header) {
-  return CompanionProgram(Program().name + "-start" + BitsOf(header) + ".exe");
 }
 
 // In hexadecimal digits: what is in the environment has to pass through the character set of the locale.
@@ -132,15 +118,15 @@ void GoThroughRunner(Launch& launch, const std::string& program, const std::stri
   launch.arguments = Runner();
   const std::optional<std::string> prefix = PrefixAround(program);
   if (prefix) SetVariable(launch.environment, "WINEPREFIX", *prefix);
-  const std::string starter = StarterFor(header);
-  if (!starter.empty() && IsSetUp(prefix.value_or(DefaultWinePrefix()))) {
+  const std::string starter = CompanionProgram(Program().name + "-start" + BitsOf(header) + ".exe");
+  // Wine fills the Windows folder when it sets a prefix up; the registry files come only later.
+  const std::string system = prefix.value_or(DefaultWinePrefix()) + "/drive_c/windows/system32";
+  if (!starter.empty() && CurrentFileSystem().Exists(system + "/kernel32.dll")) {
     SetVariable(launch.environment, OwnVariableName("_START"), Hexadecimal(program) + "/" + Hexadecimal(tail));
     launch.arguments.push_back(starter);
   }
   launch.arguments.insert(launch.arguments.end(), arguments.begin(), arguments.end());
 }
-
-bool IsWindowsHeader(std::string_view header) { return header.starts_with("MZ"); }
 
 }  // namespace
 
@@ -156,11 +142,11 @@ std::string FindExecutable(const std::string& name) {
   return "";
 }
 
-bool IsWindowsProgram(const std::string& program) { return IsWindowsHeader(HeaderOf(program)); }
+bool IsWindowsProgram(const std::string& program) { return HeaderOf(program).starts_with("MZ"); }
 
 std::string RunnerProblemOf(const std::string& program) {
   const std::string header = HeaderOf(program);
-  if (!IsWindowsHeader(header)) return "";
+  if (!header.starts_with("MZ")) return "";
   const std::string name = std::string(LastName(program)) + " is a Windows program";
   const std::string runner = Runner()[0];
   const std::string found = FindExecutable(runner);
@@ -178,7 +164,7 @@ Launch PrepareLaunch(const std::string& program, const std::string& tail) {
   launch.arguments = SplitArguments(tail);
   launch.arguments.insert(launch.arguments.begin(), program);
   const std::string header = HeaderOf(program);
-  if (IsWindowsHeader(header)) GoThroughRunner(launch, program, tail, header);
+  if (header.starts_with("MZ")) GoThroughRunner(launch, program, tail, header);
   return launch;
 }
 

@@ -117,11 +117,7 @@ bool PictureDecoder::Ask(const Descriptor& file, const std::string& native, bool
   extension.copy(request.extension, sizeof request.extension - 1);
   iovec content{&request, sizeof request};
   alignas(cmsghdr) char control[CMSG_SPACE(sizeof(int))] = {};
-  msghdr message{};
-  message.msg_iov = &content;
-  message.msg_iovlen = 1;
-  message.msg_control = control;
-  message.msg_controllen = sizeof control;
+  const msghdr message{nullptr, 0, &content, 1, control, sizeof control, 0};
   cmsghdr* const attached = CMSG_FIRSTHDR(&message);
   attached->cmsg_level = SOL_SOCKET;
   attached->cmsg_type = SCM_RIGHTS;

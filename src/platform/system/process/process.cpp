@@ -104,12 +104,6 @@ void SayFailure(const std::string& what, int error) {
   std::fprintf(stderr, "%s: cannot start %s: %s\n", Program().name.c_str(), what.c_str(), std::strerror(error));
 }
 
-// An ended child of a process that ignores this signal leaves no exit status behind.
-void TakeNoticeOfChildren() {
-  struct sigaction action;
-  if (sigaction(SIGCHLD, nullptr, &action) == 0 && action.sa_handler == SIG_IGN) signal(SIGCHLD, SIG_DFL);
-}
-
 struct Order {
   std::string program;  // native, absolute
   std::string tail;
@@ -124,7 +118,9 @@ pid_t Spawn(const Order& order) {
     SayFailure(order.program + " in " + order.folder, ENOENT);
     return -1;
   }
-  TakeNoticeOfChildren();
+  // An ended child of a process that ignores this signal leaves no exit status behind.
+  struct sigaction action;
+  if (sigaction(SIGCHLD, nullptr, &action) == 0 && action.sa_handler == SIG_IGN) signal(SIGCHLD, SIG_DFL);
   Launch launch = PrepareLaunch(order.program, order.tail);
   const SpawnSettings settings(order.folder, order.silent);
   const NiceForChild nice(order.nice);
@@ -137,7 +133,7 @@ pid_t Spawn(const Order& order) {
   return -1;
 }
 
-// Descriptors through which a process can be waited for, whoever its parent is.
+// Descriptors through which a process can be waited for, even one that is no child.
 using Processes = std::vector<Descriptor>;
 
 bool HasEnded(const Descriptor& process) {
@@ -206,18 +202,12 @@ struct Process::State {
       alive = FindSession(session);
     return alive.empty();
   }
-
-  void Reap() {
-    exitStatus = StatusOf(session, 0).value_or(-1);
-    ended = true;
-  }
 };
 
 Process::Process() = default;
+Process::~Process() = default;
 Process::Process(Process&&) noexcept = default;
 Process& Process::operator=(Process&&) noexcept = default;
-
-Process::~Process() = default;
 
 bool Process::Started() const { return state_ != nullptr; }
 
@@ -226,7 +216,8 @@ WaitResult Process::Wait(int milliseconds) {
   const auto deadline = Clock::now() + std::chrono::milliseconds(milliseconds);
   while (!state_->ended) {
     if (state_->SessionIsEmpty()) {
-      state_->Reap();
+      state_->exitStatus = StatusOf(state_->session, 0).value_or(-1);
+      state_->ended = true;
       break;
     }
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
@@ -243,13 +234,13 @@ int Process::ExitStatus() const {
 Process CreateProcess(const std::string& commandLine, unsigned creationFlags, const std::string& folder) {
   const ProgramAndTail line = SplitProgram(commandLine);
   const int nice = creationFlags & kHighPriorityClass ? kHighNice : kNormalNice;
-  const pid_t process =
+  const pid_t session =
       Spawn({AbsoluteNativePath(line.program), line.tail, AbsoluteNativePath(folder), nice, /*silent=*/false});
   Process result;
-  if (process < 0) return result;
+  if (session < 0) return result;
   result.state_ = std::make_unique<Process::State>();
-  result.state_->session = process;
-  if (Descriptor program = OpenProcess(process); program.IsOpen()) result.state_->alive.push_back(std::move(program));
+  result.state_->session = session;
+  if (Descriptor program = OpenProcess(session); program.IsOpen()) result.state_->alive.push_back(std::move(program));
   return result;
 }
 

@@ -11,12 +11,6 @@ namespace {
 using Held = std::shared_ptr<const WindowServices>;
 Held installed = std::make_shared<WindowServices>();
 
-Answer SayOnStandardError(const std::string& text, int style) {
-  const bool question = ButtonsOfStyle(style) != kOkOnly;
-  std::fprintf(stderr, question ? "%s (taken as No)\n" : "%s\n", text.c_str());
-  return question ? Answer::kNo : Answer::kOk;
-}
-
 }  // namespace
 
 void DoEvents() {
@@ -25,7 +19,10 @@ void DoEvents() {
 
 Answer MsgBox(const std::string& text, int style, const std::string& title) {
   const Held services = installed;
-  return services->msgBox ? services->msgBox(text, style, title) : SayOnStandardError(text, style);
+  if (services->msgBox) return services->msgBox(text, style, title);
+  const bool question = ButtonsOfStyle(style) != kOkOnly;
+  std::fprintf(stderr, question ? "%s (taken as No)\n" : "%s\n", text.c_str());
+  return question ? Answer::kNo : Answer::kOk;
 }
 
 std::string InputBox(const std::string& prompt, const std::string& title, const std::string& initial) {

@@ -31,18 +31,13 @@ std::string EntryPath(const std::string& name) {
 
 // Backslash, line ends and tabs have an escape in every text of a desktop entry.
 std::string EntryText(std::string_view text) {
+  constexpr std::string_view kSpecial = "\\\n\r\t";
+  constexpr std::string_view kLetters = "\\nrt";
   std::string escaped;
   for (const char c : text) {
-    if (c == '\\')
-      escaped += "\\\\";
-    else if (c == '\n')
-      escaped += "\\n";
-    else if (c == '\r')
-      escaped += "\\r";
-    else if (c == '\t')
-      escaped += "\\t";
-    else
-      escaped += c;
+    const std::size_t at = kSpecial.find(c);
+    if (at != kSpecial.npos) escaped += '\\';
+    escaped += at != kSpecial.npos ? kLetters[at] : c;
   }
   return escaped;
 }

@@ -19,25 +19,19 @@ namespace {
 constexpr std::size_t kMaxStoreBytes = 64u << 20;
 constexpr int kMaxNesting = 16;
 constexpr int kObjectLevels = 3;
-constexpr auto kLockPatience = std::chrono::seconds(5);
 
 enum class Content { kMissing, kRead, kUnreadable };
 
-// Serialises read-modify-write between processes. A side file, since the store itself is replaced by each write. Where
-// the file system knows no locks, storing without one beats not storing.
-class StoreLock {
- public:
-  explicit StoreLock(const std::string& storePath) {
-    const auto giveUp = std::chrono::steady_clock::now() + kLockPatience;
-    while (!(lock_ = CurrentFileSystem().TryLock(storePath + ".lock")) && errno == EWOULDBLOCK &&
-           std::chrono::steady_clock::now() < giveUp)
-      std::this_thread::sleep_for(std::chrono::milliseconds(2));
+// Serialises read-modify-write between processes. A side file, since each write replaces the store itself. Null when
+// it cannot be made or another process holds it for too long.
+std::unique_ptr<FileLock> LockStore(const std::string& path) {
+  const auto giveUp = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+  for (;;) {
+    auto lock = CurrentFileSystem().TryLock(path + ".lock");
+    if (lock || errno != EWOULDBLOCK || std::chrono::steady_clock::now() >= giveUp) return lock;
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
   }
-  bool IsHeld() const { return lock_ != nullptr; }
-
- private:
-  std::unique_ptr<FileLock> lock_;
-};
+}
 
 // Says each thing once, however often the store is asked.
 void SayOnce(const std::string& message) {
@@ -142,15 +136,15 @@ void JsonStore::SetAside() {
 
 const Json& JsonStore::Tree() {
   if (Reload() != Load::kDamaged) return tree_;
-  const StoreLock lock(Path());
-  // Another process may have set it aside meanwhile.
-  if (lock.IsHeld() && Reload() == Load::kDamaged) SetAside();
+  const auto lock = LockStore(Path());
+  // Another process may have set it aside by now.
+  if (lock && Reload() == Load::kDamaged) SetAside();
   return tree_;
 }
 
 bool JsonStore::Change(const std::function<bool(Json& tree)>& change) {
-  const StoreLock lock(Path());
-  if (!lock.IsHeld()) {
+  const auto lock = LockStore(Path());
+  if (!lock) {
     SayOnce(Path() + " cannot be locked; nothing is stored");
     return false;
   }
@@ -161,16 +155,13 @@ bool JsonStore::Change(const std::function<bool(Json& tree)>& change) {
   }
   if (load != Load::kDone) return false;
   Json changed = tree_;
-  return !change(changed) || Write(std::move(changed));
-}
-
-bool JsonStore::Write(Json tree) {
-  std::string bytes = tree.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  if (!change(changed)) return true;
+  std::string bytes = changed.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
   if (bytes.size() > kMaxStoreBytes || !WriteWholeFile(WindowsPathFromNative(Path()), bytes)) {
     SayOnce(Path() + " cannot be written");
     return false;
   }
-  tree_ = std::move(tree);
+  tree_ = std::move(changed);
   bytes_ = std::move(bytes);
   return true;
 }

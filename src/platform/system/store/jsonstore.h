@@ -34,7 +34,6 @@ class JsonStore {
   std::string Path() const;
   Load Reload();
   void SetAside();
-  bool Write(Json tree);
 
   std::string fileName_;
   std::string bytes_;  // what tree_ was parsed from

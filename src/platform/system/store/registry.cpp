@@ -56,8 +56,6 @@ const Json* FindValue(const Key& key, const std::string& valueName) {
   return FindMember(FindMember(FindMember(&store.Tree(), kRoot), key.path), valueName);
 }
 
-Json* FindKey(Json& tree, const Key& key) { return FindMember(FindMember(&tree, kRoot), key.path); }
-
 bool StartsAtLogIn(const Key& key) { return key.kind == KeyKind::kRun || key.kind == KeyKind::kRunOnce; }
 
 std::string TextOf(std::string_view data) { return std::string(data.substr(0, data.find('\0'))); }
@@ -75,14 +73,6 @@ bool HasRunOnceValues() {
   return values && !values->empty();
 }
 
-// Brings the entry back in line with the stored value.
-void RestoreEntry(RegistryHandle handle, const std::string& valueName) {
-  std::uint32_t type = 0;
-  std::string data;
-  RegQueryValueEx(handle, valueName, type, data);
-  MirrorEntry(*KeyOf(handle), valueName, type, data);
-}
-
 }  // namespace
 
 long RegOpenKeyEx(std::uint32_t root, const std::string& keyPath, std::uint32_t, std::uint32_t,
@@ -98,40 +88,42 @@ long RegOpenKeyEx(std::uint32_t root, const std::string& keyPath, std::uint32_t,
 namespace {
 
 long SetValue(RegistryHandle handle, const std::string& valueName, std::uint32_t type, std::string_view data) {
-  const Key* key = KeyOf(handle);
-  if (!key) return kErrorInvalidHandle;
-  if (key->kind == KeyKind::kSystemInformation) return kErrorAccessDenied;
-  if (StartsAtLogIn(*key) && !MirrorEntry(*key, valueName, type, data)) return kErrorAccessDenied;
+  const Key& key = *KeyOf(handle);
+  if (StartsAtLogIn(key) && !MirrorEntry(key, valueName, type, data)) return kErrorAccessDenied;
   const bool stored = store.Change([&](Json& tree) {
-    Json& value = MakeMember(MakeMember(MakeMember(tree, kRoot), key->path), valueName);
+    Json& value = MakeMember(MakeMember(MakeMember(tree, kRoot), key.path), valueName);
     Json wanted = {{"Type", type}, {"Data", JsonFromBytes(data)}};
     if (value == wanted) return false;
     value = std::move(wanted);
     return true;
   });
   if (stored) return kErrorSuccess;
-  if (StartsAtLogIn(*key)) RestoreEntry(handle, valueName);
+  if (StartsAtLogIn(key)) {
+    std::uint32_t oldType = 0;
+    std::string oldData;
+    RegQueryValueEx(handle, valueName, oldType, oldData);
+    MirrorEntry(key, valueName, oldType, oldData);
+  }
   return kErrorAccessDenied;
 }
 
-long DeleteValue(RegistryHandle handle, const std::string& valueName) {
-  const Key* key = KeyOf(handle);
-  if (!key) return kErrorInvalidHandle;
-  if (key->kind == KeyKind::kSystemInformation) return kErrorAccessDenied;
-  // Also without a value: an entry whose record was lost would start the program for ever.
-  if (StartsAtLogIn(*key)) RemoveAutostartEntry(valueName);
+long DeleteValue(const Key& key, const std::string& valueName) {
+  // Also without a value: an entry whose record was lost would start the program at every log-in.
+  if (StartsAtLogIn(key)) RemoveAutostartEntry(valueName);
   bool erased = false;
-  const bool stored = store.Change([&](Json& tree) { return erased = EraseMember(FindKey(tree, *key), valueName); });
+  const bool stored = store.Change(
+      [&](Json& tree) { return erased = EraseMember(FindMember(FindMember(&tree, kRoot), key.path), valueName); });
   if (!stored) return kErrorAccessDenied;
   return erased ? kErrorSuccess : kErrorFileNotFound;
 }
 
-// A value that is not there need not go, so that it counts as gone.
-long Reported(Operation operation, const std::string& valueName, std::string_view data,
-              const std::function<long()>& work) {
-  long status = kErrorSuccess;
+// `work` is done for a key that can be written. To delete a value that is not there is reported as done.
+long Reported(Operation operation, RegistryHandle handle, const std::string& valueName, std::string_view data,
+              const std::function<long(const Key& key)>& work) {
+  long status = kErrorInvalidHandle;
   ReportOperation(operation, valueName, TextOf(data), [&] {
-    status = work();
+    const Key* const key = KeyOf(handle);
+    if (key) status = key->kind == KeyKind::kSystemInformation ? kErrorAccessDenied : work(*key);
     return status == kErrorSuccess || (operation == Operation::kForget && status == kErrorFileNotFound);
   });
   return status;
@@ -140,7 +132,8 @@ long Reported(Operation operation, const std::string& valueName, std::string_vie
 }  // namespace
 
 long RegSetValueEx(RegistryHandle handle, const std::string& valueName, std::uint32_t type, std::string_view data) {
-  return Reported(Operation::kStore, valueName, data, [&] { return SetValue(handle, valueName, type, data); });
+  return Reported(Operation::kStore, handle, valueName, data,
+                  [&](const Key&) { return SetValue(handle, valueName, type, data); });
 }
 
 long RegQueryValueEx(RegistryHandle handle, const std::string& valueName, std::uint32_t& type, std::string& data) {
@@ -164,7 +157,8 @@ long RegQueryValueEx(RegistryHandle handle, const std::string& valueName, std::u
 }
 
 long RegDeleteValue(RegistryHandle handle, const std::string& valueName) {
-  return Reported(Operation::kForget, valueName, "", [&] { return DeleteValue(handle, valueName); });
+  return Reported(Operation::kForget, handle, valueName, "",
+                  [&](const Key& key) { return DeleteValue(key, valueName); });
 }
 
 long RegCloseKey(RegistryHandle handle) { return KeyOf(handle) ? kErrorSuccess : kErrorInvalidHandle; }

@@ -1,5 +1,6 @@
 #include "platform/system/store/settings.h"
 
+#include "platform/system/filesystem/filesystem.h"
 #include "platform/system/filesystem/operations.h"
 #include "platform/system/store/jsonstore.h"
 
@@ -9,22 +10,6 @@ namespace win {
 namespace {
 
 JsonStore store("settings.json");
-
-// A row without a value changes nothing where there is no such key.
-void StoreRow(Json& tree, const std::string& application, const std::string& section, const SettingRow& row) {
-  if (row.value)
-    MakeMember(MakeMember(MakeMember(tree, application), section), row.key) = JsonFromBytes(*row.value);
-  else
-    EraseMember(FindMember(FindMember(&tree, application), section), row.key);
-}
-
-void Report(const std::string& section, const SettingRow& row, bool stored, int error) {
-  ReportOperation(row.value ? Operation::kStore : Operation::kForget, section + "\\" + row.key, row.value.value_or(""),
-                  [stored, error] {
-                    errno = error;
-                    return stored;
-                  });
-}
 
 }  // namespace
 
@@ -57,13 +42,18 @@ bool SaveSection(const std::string& application, const std::string& section, con
   const bool stored = store.Change([&](Json& tree) {
     const Json before = tree;
     if (others == OtherKeys::kRemove) EraseMember(FindMember(&tree, application), section);
-    for (const SettingRow& row : rows)
-      StoreRow(tree, application, section, row);
+    for (const SettingRow& row : rows) {
+      if (row.value)
+        MakeMember(MakeMember(MakeMember(tree, application), section), row.key) = JsonFromBytes(*row.value);
+      else
+        EraseMember(FindMember(FindMember(&tree, application), section), row.key);
+    }
     return tree != before;
   });
   const int error = errno;
   for (const SettingRow& row : rows)
-    Report(section, row, stored, error);
+    ReportOperation(row.value ? Operation::kStore : Operation::kForget, section + "\\" + row.key,
+                    row.value.value_or(""), [&] { return stored || FailWith(error); });
   if (after && stored) {
     const Json* sections = FindMember(&store.LastTree(), application);
     after->tree_ = sections ? std::make_shared<SettingsSnapshot::Tree>(SettingsSnapshot::Tree{*sections}) : nullptr;

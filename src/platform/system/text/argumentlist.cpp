@@ -7,8 +7,6 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t";
 
-bool IsBlank(char c) { return c == ' ' || c == '\t'; }
-
 // Takes the run of backslashes that `rest` begins with, and a double quote that an odd run makes part of the argument.
 void TakeBackslashes(std::string_view& rest, std::string& argument) {
   const std::size_t count = std::min(rest.find_first_not_of('\\'), rest.size());
@@ -34,7 +32,7 @@ void TakeQuote(std::string_view& rest, std::string& argument, bool& quoted) {
 std::string TakeArgument(std::string_view& rest) {
   std::string argument;
   bool quoted = false;
-  while (!rest.empty() && (quoted || !IsBlank(rest.front()))) {
+  while (!rest.empty() && (quoted || kBlanks.find(rest.front()) == kBlanks.npos)) {
     if (rest.front() == '\\') {
       TakeBackslashes(rest, argument);
     } else if (rest.front() == '"') {

@@ -12,8 +12,7 @@ struct ProgramAndTail {
   std::string tail;     // all that follows, from the blank behind the program on
 };
 
-// Blanks and tabs in front of the program are passed over. The program ends at its closing quote, or at the first blank
-// or tab.
+// Skips blanks and tabs in front of the program, which ends at its closing quote, or at the first blank or tab.
 ProgramAndTail SplitProgram(std::string_view commandLine);
 
 // By the rules of Windows' C runtime: blanks and tabs separate outside double quotes; a backslash counts as one unless

@@ -9,9 +9,7 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <numeric>
 
@@ -21,23 +19,6 @@ namespace {
 
 constexpr char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
 constexpr char Upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - ('a' - 'A')) : c; }
-
-using CodePage = std::array<char16_t, 256>;
-
-// The character of every byte. The five bytes that the code page leaves open stand for themselves.
-const CodePage& Windows1252() {
-  static const CodePage page = [] {
-    std::array<char, 256> bytes;
-    std::iota(bytes.begin(), bytes.end(), '\0');
-    CodePage characters;
-    std::iota(characters.begin(), characters.end(), u'\0');
-    UErrorCode status = U_ZERO_ERROR;
-    const icu::LocalUConverterPointer converter(ucnv_open("windows-1252", &status));
-    ucnv_toUChars(converter.getAlias(), characters.data(), characters.size(), bytes.data(), bytes.size(), &status);
-    return characters;
-  }();
-  return page;
-}
 
 // Calls `visit` with each character. False at the first byte that is no UTF-8, and when `visit` returns false.
 template <typename Visit>
@@ -51,6 +32,20 @@ bool EachCharacter(std::string_view utf8, Visit visit) {
 }
 
 }  // namespace
+
+const CodePage& Windows1252() {
+  static const CodePage page = [] {
+    std::array<char, 256> bytes;
+    std::iota(bytes.begin(), bytes.end(), '\0');
+    CodePage characters;
+    std::iota(characters.begin(), characters.end(), u'\0');
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::LocalUConverterPointer converter(ucnv_open("windows-1252", &status));
+    ucnv_toUChars(converter.getAlias(), characters.data(), characters.size(), bytes.data(), bytes.size(), &status);
+    return characters;
+  }();
+  return page;
+}
 
 std::string LowerCase(std::string_view text) {
   std::string lower(text);
@@ -81,12 +76,9 @@ bool StartsWithNoCase(std::string_view text, std::string_view prefix) {
 
 double LeadingNumber(std::string_view text) {
   text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
-  // Without what the functions below know beyond a plain number: names, and digits to another base.
+  // Without what strtod knows beyond a plain number: names, and digits to another base.
   text = text.substr(0, text.find_first_not_of("+-.0123456789eE"));
-  double value = 0;
-  if (std::from_chars(text.data(), text.data() + text.size(), value).ec == std::errc()) return value;
-  // A plus sign, or a number too large or too small. The user's locale may want a comma where the game's files have a
-  // point.
+  // The user's locale may want a comma where the game's files have a point.
   static const locale_t plain = newlocale(LC_ALL_MASK, "C", nullptr);
   return strtod_l(std::string(text).c_str(), nullptr, plain);
 }
@@ -99,17 +91,7 @@ std::optional<std::int16_t> RoundToInt16(double value) {
 }
 
 bool IsAscii(std::string_view bytes) {
-  constexpr std::uint64_t kHighBits = 0x8080808080808080;
-  std::uint64_t seen = 0;
-  while (bytes.size() >= sizeof seen) {
-    std::uint64_t word;
-    std::memcpy(&word, bytes.data(), sizeof word);
-    seen |= word;
-    bytes.remove_prefix(sizeof word);
-  }
-  for (const char byte : bytes)
-    seen |= static_cast<unsigned char>(byte);
-  return (seen & kHighBits) == 0;
+  return std::all_of(bytes.begin(), bytes.end(), [](unsigned char byte) { return byte < 0x80; });
 }
 
 bool IsValidUtf8(std::string_view bytes) {
@@ -141,14 +123,10 @@ std::optional<std::string> Windows1252FromUtf8(std::string_view utf8) {
 
 std::u32string CharactersFromBytes(std::string_view bytes) {
   std::u32string characters;
-  const auto append = [&characters](char32_t character) {
+  EachCharacter(Utf8FromBytes(bytes), [&characters](char32_t character) {
     characters += character;
     return true;
-  };
-  if (EachCharacter(bytes, append)) return characters;
-  characters.clear();
-  for (const unsigned char byte : bytes)
-    characters += Windows1252()[byte];
+  });
   return characters;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -30,6 +31,10 @@ std::string Utf8FromBytes(std::string_view bytes);
 
 // Windows-1252 bytes for UTF-8 text; nothing when a character has no place in that code page.
 [[nodiscard]] std::optional<std::string> Windows1252FromUtf8(std::string_view utf8);
+
+// The character of every byte in Windows-1252. The five bytes that it leaves open stand for themselves.
+using CodePage = std::array<char16_t, 256>;
+const CodePage& Windows1252();
 
 // The characters of text bytes, by the same rule as Utf8FromBytes.
 std::u32string CharactersFromBytes(std::string_view bytes);
