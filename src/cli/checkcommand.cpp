@@ -11,32 +11,20 @@ namespace varnik::cli {
 
 namespace {
 
-std::string_view NameOf(Severity severity) { return severity == Severity::kError ? "error" : "warning"; }
-
-Json AsJson(const Finding& finding) {
-  const FindingKind& kind = KindOf(finding.problem);
-  return {{"Line", finding.line},
-          {"Severity", NameOf(kind.severity)},
-          {"Code", kind.code},
-          {"Message", Text(finding.message)}};
-}
-
-// As compilers write it, so that editors find the line.
-std::string AsText(const std::string& file, const Finding& finding) {
-  const FindingKind& kind = KindOf(finding.problem);
-  return file + ":" + std::to_string(finding.line) + ": " + std::string(NameOf(kind.severity)) + ": " +
-         finding.message + " [" + std::string(kind.code) + "]";
-}
-
+// The text has the form of a compiler's messages, so that editors find the line.
 int PrintFindings(const Arguments& arguments, const std::vector<Finding>& findings) {
   Json list = Json::array();
-  for (const Finding& finding : findings) {
+  int status = kDone;
+  for (const auto& [line, problem, message] : findings) {
+    const FindingKind& kind = KindOf(problem);
+    const std::string severity = kind.severity == Severity::kError ? "error" : "warning";
     if (arguments.json)
-      list.push_back(AsJson(finding));
-    else if (const int status = PrintLine(AsText(arguments.file, finding)); status != kDone)
-      return status;
+      list.push_back({{"Line", line}, {"Severity", severity}, {"Code", kind.code}, {"Message", Text(message)}});
+    else if (status == kDone)
+      status = PrintLine(arguments.file + ":" + std::to_string(line) + ": " + severity + ": " + message + " [" +
+                         std::string(kind.code) + "]");
   }
-  return arguments.json ? Print(list) : kDone;
+  return arguments.json ? Print(list) : status;
 }
 
 // An author with several installs may have forgotten which one is selected.

@@ -13,12 +13,10 @@ namespace {
 
 constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
-// With --root that folder is the selected install, listed or not.
-std::size_t ActiveRow(const Arguments& arguments) {
-  if (!arguments.root) return static_cast<std::size_t>(StoredActiveInstall());
-  const std::string root = GivenFolder(*arguments.root);
-  for (std::size_t i = 0; i < InstallList.size(); ++i)
-    if (InstallList[i].Path == root) return i;
+template <class Entries>
+std::size_t RowOfPath(const Entries& rows, const std::string& path) {
+  for (std::size_t i = 0; i < rows.size(); ++i)
+    if (rows[i].Path == path) return i;
   return kNone;
 }
 
@@ -46,12 +44,6 @@ int FailAtRow(const Arguments& arguments) {
   return Fail(std::to_string(arguments.index), "the list has no install of this number");
 }
 
-std::size_t RowOfPath(const LocationList& list, const std::string& path) {
-  for (std::size_t i = 0; i < list.rows.size(); ++i)
-    if (list.rows[i].Path == path) return i;
-  return kNone;
-}
-
 }  // namespace
 
 int ListInstalls(const Arguments& arguments) {
@@ -59,7 +51,9 @@ int ListInstalls(const Arguments& arguments) {
   // An emptied store leaves the rows read before.
   std::vector<std::size_t> rows(StoredInstallPath(0).empty() ? 0 : InstallList.size());
   std::iota(rows.begin(), rows.end(), 0);
-  const std::size_t active = ActiveRow(arguments);
+  // With --root that folder is the selected install, listed or not.
+  const std::size_t active = arguments.root ? RowOfPath(InstallList, GivenFolder(*arguments.root))
+                                            : static_cast<std::size_t>(StoredActiveInstall());
   const auto asJson = [&](std::size_t row) { return RowAsJson(row, row == active); };
   const auto asRow = [&](std::size_t row) { return RowAsText(row, row == active); };
   return PrintList(arguments.json, rows, asJson, {"#", "Version", "State", "Path", "Description"}, asRow);
@@ -77,7 +71,7 @@ int AddInstall(const Arguments& arguments) {
   const auto active = static_cast<std::size_t>(StoredActiveInstall());
   const std::string path = active < InstallList.size() ? InstallList[active].Path : "";
   SaveLocations(list);
-  const std::size_t row = RowOfPath(list, path);
+  const std::size_t row = RowOfPath(list.rows, path);
   if (row != kNone) StoreActiveInstall(static_cast<std::int16_t>(row));
   return ListInstalls(arguments);
 }
@@ -86,7 +80,7 @@ int RemoveInstall(const Arguments& arguments) {
   ReadInstallList();
   if (arguments.index >= InstallList.size()) return FailAtRow(arguments);
   LocationList list = LoadLocations();
-  RemoveLocation(list, RowOfPath(list, InstallList[arguments.index].Path));
+  RemoveLocation(list, RowOfPath(list.rows, InstallList[arguments.index].Path));
   SaveLocations(list);
   Note("no install is selected now");
   return ListInstalls(arguments);

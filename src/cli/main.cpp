@@ -21,15 +21,6 @@ using varnik::cli::Command;
 using varnik::cli::kCommands;
 using varnik::cli::kWrongUsage;
 
-void DeclareGlobalOptions(CLI::App& app, Arguments& arguments) {
-  app.add_option("--root", arguments.root, "The install to work on, listed or not; without: the selected one")
-      ->type_name("DIR");
-  app.add_option("--app-path", arguments.appPath, "The program's folder, which holds varnik.cmd and mods/")
-      ->type_name("DIR");
-  app.add_flag("--json", arguments.json, "One JSON document on standard output, and nothing else there");
-  app.set_version_flag("--version", std::string("varnik-cli ") + varnik::kVersion, "Print the version and exit");
-}
-
 std::string ExamplesOf(const Command& command) {
   std::string text = "Examples:\n  varnik-cli ";
   for (const char* c = command.examples; *c; ++c)
@@ -65,7 +56,12 @@ int ParseAndRun(int argc, char** argv) {
   app.get_formatter()->label("Subcommands", "Commands");
   app.get_formatter()->label("REQUIRED", "");
   app.require_subcommand(1)->footer("varnik-cli COMMAND --help tells more, with examples.");
-  DeclareGlobalOptions(app, arguments);
+  app.add_option("--root", arguments.root, "The install to work on, listed or not; without: the selected one")
+      ->type_name("DIR");
+  app.add_option("--app-path", arguments.appPath, "The program's folder, which holds varnik.cmd and mods/")
+      ->type_name("DIR");
+  app.add_flag("--json", arguments.json, "One JSON document on standard output, and nothing else there");
+  app.set_version_flag("--version", std::string("varnik-cli ") + varnik::kVersion, "Print the version and exit");
   std::vector<CLI::App*> declared;
   for (const Command& command : kCommands)
     declared.push_back(DeclareCommand(app, command, arguments));
@@ -74,7 +70,7 @@ int ParseAndRun(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? varnik::cli::kDone : kWrongUsage;
   }
-  // A command stands ahead of those below it, so the last one given is the one that is meant.
+  // A command precedes its subcommands, so the last one parsed is the one to run.
   const auto given = std::find_if(declared.rbegin(), declared.rend(), [](const auto* one) { return one->parsed(); });
   return RunCommand(kCommands[declared.rend() - given - 1], arguments);
 }

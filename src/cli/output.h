@@ -18,7 +18,7 @@ constexpr int kWrongUsage = 2;
 // Bytes of a file as a text of JSON; UTF-8 if valid, else Windows-1252.
 Json Text(std::string_view bytes);
 
-// kDone, or kFailed when standard output takes no more.
+// kDone, or kFailed when standard output cannot be written.
 int Print(const Json& document);
 int PrintLine(std::string_view bytes);
 

@@ -17,14 +17,8 @@ struct Setting {
   std::optional<std::string> fallback;  // empty: its readers each have their own
 };
 
-constexpr std::uint32_t kQueryValue = 1;
-
-struct RegistryEntry {
-  const char* key;
-  const char* value;
-};
-
-constexpr RegistryEntry kRegistryEntries[] = {
+// Key and value.
+constexpr std::pair<const char*, const char*> kRegistryEntries[] = {
     {kRunKey, kAutoloadValue},
     {kRunOnceKey, kCrashRecoveryValue},
     {kAboutUrlsKey, kAboutUrlsValue},
@@ -51,25 +45,15 @@ std::vector<Setting> SettingsRows(const Stored& stored) {
   return rows;
 }
 
-std::optional<std::string> RegistryValue(const RegistryEntry& entry) {
-  win::RegistryHandle key = 0;
-  if (win::RegOpenKeyEx(win::kHkeyLocalMachine, entry.key, 0, kQueryValue, key) != win::kErrorSuccess)
-    return std::nullopt;
-  std::string value;
-  const long status = RegFetchTyped(key, entry.value, value);
-  win::RegCloseKey(key);
-  return status == win::kErrorSuccess ? std::optional(value) : std::nullopt;
-}
-
 std::vector<Setting> AllRows() {
   const Stored stored = win::AllSettings(kApplication);
   std::vector<Setting> rows = SettingsRows(stored);
   for (const win::StoredSetting& setting : stored)
     if (!IsSettings(setting) || !FindKey(setting.key))
       rows.push_back({setting.section, setting.key, setting.value, std::nullopt});
-  for (const RegistryEntry& entry : kRegistryEntries)
-    if (const auto value = RegistryValue(entry))
-      rows.push_back({"HKEY_LOCAL_MACHINE\\" + std::string(entry.key), entry.value, value, std::nullopt});
+  for (const auto& [key, name] : kRegistryEntries)
+    if (const auto value = RegFindValue(win::kHkeyLocalMachine, key, name))
+      rows.push_back({"HKEY_LOCAL_MACHINE\\" + std::string(key), name, value, std::nullopt});
   return rows;
 }
 

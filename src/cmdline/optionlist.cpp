@@ -1,7 +1,9 @@
 #include "cmdline/optionlist.h"
 
-#include "cmdline/optionfile.h"
+#include "platform/system/files/lines.h"
+#include "platform/system/files/wholefile.h"
 #include "platform/system/text/text.h"
+#include "support/install.h"
 #include "support/modfileexists.h"
 #include "support/runstate.h"
 
@@ -13,6 +15,7 @@ namespace varnik {
 
 namespace {
 
+constexpr char kTick = '*';
 constexpr std::string_view kEditSwitches[] = {"/edit", "+edit", "-edit"};
 
 void CutEditSwitches(std::string& line) {
@@ -22,6 +25,33 @@ void CutEditSwitches(std::string& line) {
 }
 
 }  // namespace
+
+std::vector<OptionRow> ReadOptionRows(const std::string& file) {
+  std::vector<OptionRow> rows;
+  win::LineReader reader(file);
+  while (!reader.AtEnd()) {
+    std::string line = win::Trim(reader.ReadLine());
+    if (line.empty()) continue;
+    const bool ticked = line.front() == kTick;
+    if (ticked) line.erase(0, 1);
+    rows.push_back({std::move(line), ticked});
+  }
+  return rows;
+}
+
+bool WriteOptionRows(const std::string& file, const std::vector<OptionRow>& rows) {
+  std::string text;
+  for (const OptionRow& row : rows) {
+    if (row.ticked) text += kTick;
+    text += row.text + "\r\n";
+  }
+  return win::WriteWholeFile(file, text);
+}
+
+std::string CustomOptionFile() {
+  const std::string root = InstallRoot();
+  return root.empty() ? "" : root + "varnik.cmd";
+}
 
 bool HasEditSwitch(const std::string& line) {
   return std::any_of(std::begin(kEditSwitches), std::end(kEditSwitches),
@@ -36,14 +66,11 @@ std::string OptionListFile() {
 
 std::vector<OptionEntry> ReadOptionList(const std::string& file) {
   std::vector<OptionEntry> options;
-  for (OptionRow& row : ReadOptionRows(file)) {
-    OptionEntry option;
-    option.ticked = row.ticked;
-    const std::size_t colon = row.text.find(':');
-    option.hasSubParam = colon != std::string::npos;
-    if (option.hasSubParam) option.subParam = row.text.substr(colon + 1);
-    option.text = row.text.substr(0, colon);
-    options.push_back(std::move(option));
+  for (const auto& [text, ticked] : ReadOptionRows(file)) {
+    const std::size_t colon = text.find(':');
+    const bool hasSubParam = colon != std::string::npos;
+    options.push_back(
+        {text.substr(0, colon), hasSubParam, hasSubParam ? text.substr(colon + 1) : OptionEntry().subParam, ticked});
   }
   return options;
 }

@@ -4,8 +4,24 @@
 #include <string_view>
 #include <vector>
 
-// The game's command-line options as `varnik.cmd` lists them.
+// The game's command-line options as `varnik.cmd` lists them, one a line.
 namespace varnik {
+
+// A line of the file, as its editor shows it.
+struct OptionRow {
+  // Without outer blanks and without its star. Behind the first colon, if there is one, stands a value.
+  std::string text;
+  bool ticked = false;  // the line begins with a star
+};
+
+// Empty lines are skipped. A file that cannot be read has no rows.
+std::vector<OptionRow> ReadOptionRows(const std::string& file);
+
+// Replaces the file, with no rows by an empty one. False when it could not be written; it is then as it was.
+bool WriteOptionRows(const std::string& file, const std::vector<OptionRow>& rows);
+
+// The selected install's own file, whether it exists or not; empty with no install selected.
+std::string CustomOptionFile();
 
 struct OptionEntry {
   std::string text;  // what goes on the command line

@@ -95,8 +95,7 @@ void ActivateConfiguration(const std::string& root, bool version13) {
   if (version13) file.WriteLine(PackEntry(8, "@rootdir\\patch13.pak"));
   file.WriteLine(kGamePacks);
   file.WriteLine("");
-  file.WriteLine(version13 ? "                //AddDirRecurse(\"@rootdir\\data\");"
-                           : "                AddDirRecurse(\"@rootdir\\data\");");
+  file.WriteLine(std::string(16, ' ') + (version13 ? "//" : "") + FolderEntry(0, "@rootdir\\data"));
   file.WriteLine("");
   file.WriteLine(kConfigurationEnd);
   file.Close();

@@ -8,12 +8,7 @@ namespace varnik {
 
 namespace {
 
-void TrimInPlace(std::string& text) {
-  text.resize(text.find_last_not_of(' ') + 1);
-  text.erase(0, text.find_first_not_of(' '));
-}
-
-// Fills the elements that are there before it adds any: the next line of a file is often of the same form.
+// Reuses the strings of the line before, whose memory often fits the next line too.
 class Filler {
  public:
   explicit Filler(Args& args) : args_(args) {}
@@ -27,21 +22,16 @@ class Filler {
   }
   void Append(std::string_view text) { args_[count_ - 1].append(text); }
   void Trim() {
-    for (std::size_t i = 0; i < count_; ++i)
-      TrimInPlace(args_[i]);
+    for (std::size_t i = 0; i < count_; ++i) {
+      args_[i].resize(args_[i].find_last_not_of(' ') + 1);
+      args_[i].erase(0, args_[i].find_first_not_of(' '));
+    }
   }
 
  private:
   Args& args_;
   std::size_t count_ = 0;
 };
-
-std::size_t PlainLength(std::string_view list, bool inQuotes) {
-  std::size_t length = 0;
-  while (length < list.size() && list[length] != '"' && (inQuotes || list[length] != ','))
-    ++length;
-  return length;
-}
 
 // True when the last argument has not been ended by a comma.
 bool SplitArguments(std::string_view list, Filler& args) {
@@ -55,7 +45,7 @@ bool SplitArguments(std::string_view list, Filler& args) {
     }
     if (!inArgument) args.Begin();
     inArgument = true;
-    const std::size_t plain = PlainLength(list, inQuotes);
+    const std::size_t plain = std::min(list.find_first_of(inQuotes ? "\"" : "\","), list.size());
     args.Append(list.substr(0, plain));
     list.remove_prefix(plain);
     if (list.empty() || list[0] != '"') continue;

@@ -13,12 +13,4 @@ std::string FindModFile(const std::string& name) {
   return FileExists(shared) ? shared : std::string();
 }
 
-IncludeScope::IncludeScope(ReadBounds& bounds)
-    : bounds_(bounds), allowed_(bounds.depth < ReadBounds::kMaxDepth && bounds.files < ReadBounds::kMaxFiles) {
-  ++bounds_.depth;
-  ++bounds_.files;
-}
-
-IncludeScope::~IncludeScope() { --bounds_.depth; }
-
 }  // namespace varnik

@@ -10,7 +10,7 @@ namespace varnik {
 std::string FindModFile(const std::string& name);
 
 // How many files one pass reads beside its definition, and how deep they include each other. A file may include itself,
-// and one that does so twice doubles the work with each level; no honest definition comes near.
+// and one that does so twice doubles the work with each level; no real definition comes near.
 struct ReadBounds {
   static constexpr int kMaxDepth = 16;
   static constexpr int kMaxFiles = 256;
@@ -22,8 +22,12 @@ struct ReadBounds {
 // Held while a pass reads a file that its definition names.
 class IncludeScope {
  public:
-  explicit IncludeScope(ReadBounds& bounds);
-  ~IncludeScope();
+  explicit IncludeScope(ReadBounds& bounds)
+      : bounds_(bounds), allowed_(bounds.depth < ReadBounds::kMaxDepth && bounds.files < ReadBounds::kMaxFiles) {
+    ++bounds_.depth;
+    ++bounds_.files;
+  }
+  ~IncludeScope() { --bounds_.depth; }
   IncludeScope(const IncludeScope&) = delete;
   IncludeScope& operator=(const IncludeScope&) = delete;
 

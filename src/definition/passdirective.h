@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-// The tables by which the passes over a definition act. Each pass has its own: their differences are wanted.
+// The tables by which the passes over a definition act. Each pass has its own, and they differ on purpose.
 namespace varnik {
 
 // A directive as one pass knows it.

@@ -17,12 +17,7 @@ namespace varnik {
 
 namespace {
 
-struct StepName {
-  win::Operation operation;
-  const char* name;
-};
-
-constexpr StepName kStepNames[] = {
+constexpr std::pair<win::Operation, const char*> kStepNames[] = {
     {win::Operation::kLookFor, "look for"},
     {win::Operation::kSearch, "search for"},
     {win::Operation::kRename, "rename"},
@@ -39,8 +34,8 @@ constexpr StepName kStepNames[] = {
 };
 
 std::string NameOf(win::Operation operation) {
-  for (const StepName& row : kStepNames)
-    if (row.operation == operation) return row.name;
+  for (const auto& [known, name] : kStepNames)
+    if (known == operation) return name;
   return "";
 }
 
@@ -53,7 +48,7 @@ const char* ClauseFor(win::PathDifference::Kind kind) {
 
 // The line of the file that the pass began with, and where in an included one.
 std::pair<int, std::string> Position() {
-  const auto& lines = CurrentLines();
+  const auto& lines = CurrentLines;
   if (lines.empty()) return {0, ""};
   const win::LineReader& inner = *lines.back();
   if (lines.size() == 1) return {inner.LineNumber(), ""};
@@ -61,23 +56,7 @@ std::pair<int, std::string> Position() {
           "line " + std::to_string(inner.LineNumber()) + " of " + win::FileNameOf(inner.Path())};
 }
 
-// The text when it is a single line.
-std::string SingleLine(const std::string& text) {
-  const std::size_t end = text.find_last_not_of("\r\n") + 1;
-  const std::string line = text.substr(0, end);
-  return line.find('\n') == std::string::npos ? win::Trim(line) : "";
-}
-
 std::optional<std::string> Configuration() { return win::ReadWholeFile(InstallRoot() + kGameConfig); }
-
-std::vector<PlanStep> WhatIsLeft(win::Rehearsal& rehearsal) {
-  std::vector<PlanStep> left;
-  const std::string root = InstallRoot();
-  for (const auto& [path, kind] : rehearsal.Differences(root))
-    left.push_back(
-        {0, "put back", path.starts_with(root) ? path.substr(root.size()) : path, "", false, ClauseFor(kind)});
-  return left;
-}
 
 }  // namespace
 
@@ -117,7 +96,10 @@ void PlanSteps::TakeLook(const win::FileOperation& operation) {
 // Lines belong to the step that opened their file, as long as it is the last one of the same line of the definition.
 void PlanSteps::TakeLine(const win::FileOperation& operation) {
   PlanStep step = StepOf(operation);
-  step.source = step.line == 0 ? "" : SingleLine(operation.source);
+  // Only a single line is shown.
+  const std::string text = operation.source.substr(0, operation.source.find_last_not_of("\r\n") + 1);
+  const bool isShown = step.line != 0 && text.find('\n') == std::string::npos;
+  step.source = isShown ? win::Trim(text) : "";
   const bool belongs = !steps_.empty() && steps_.back().target == step.target && steps_.back().line == step.line;
   if (!belongs)
     Add(std::move(step));
@@ -150,7 +132,10 @@ ActivationPlan PlanActivation(const ModEntry& mod) {
   plan.steps = steps.All();
   if (const auto after = Configuration(); after != before) plan.configuration = after;
   if (plan.active) DeactivateListedMod(mod);
-  plan.left = WhatIsLeft(rehearsal);
+  const std::string root = InstallRoot();
+  for (const auto& [path, kind] : rehearsal.Differences(root))
+    plan.left.push_back(
+        {0, "put back", path.starts_with(root) ? path.substr(root.size()) : path, "", false, ClauseFor(kind)});
   return plan;
 }
 

@@ -28,7 +28,7 @@ class PlanSteps {
 
   void Take(const win::FileOperation& operation);
 
-  // Behind the last operation.
+  // To be called after the last operation.
   std::vector<PlanStep> All();
 
  private:

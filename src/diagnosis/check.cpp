@@ -49,11 +49,9 @@ void CheckListing(const Place& place, const std::string& path, bool isLegacy) {
     place.Report(kNotListed, "a file of the same name in the install comes first");
 }
 
-using CheckLines = bool (*)(const std::string& path, Findings& findings, InstallCheck* install);
-
-// The lines by themselves come first: only a definition of honest size goes on to the readers.
+// Checks the file alone first, so that the readers only see a definition within the size limits.
 void CheckBody(CheckReport& report, Findings& findings, const std::string& path, bool isLegacy) {
-  const CheckLines check = isLegacy ? CheckLegacyDefinition : CheckCurrentDefinition;
+  const auto check = isLegacy ? CheckLegacyDefinition : CheckCurrentDefinition;
   Findings ofFileAlone = findings;
   const bool isWhole = check(path, ofFileAlone, nullptr);
   if (InstallRoot().empty() || !isWhole) {

@@ -3,6 +3,7 @@
 #include "definition/bzonecfg.h"
 #include "definition/directivecatalogue.h"
 #include "definition/includes.h"
+#include "definition/passdirective.h"
 #include "diagnosis/linecheck.h"
 #include "diagnosis/pathcheck.h"
 #include "diagnosis/undoorder.h"
@@ -120,7 +121,7 @@ void CheckConfigurations(CheckState& state) {
                                        " has one generated: only one of them can be used");
 }
 
-// What an earlier action has moved lies where it cannot be seen here.
+// A name that an earlier action moved is not looked for, since the install still has it in its old place.
 void MovePaths(CheckState& state, const std::vector<MovedName>& names) {
   BeginAction(state);
   for (const MovedName& moved : names)
@@ -241,7 +242,7 @@ void AddRecy(CheckState& state, const Args& args) {
   if (state.install) state.install->AddRecy(state.place, args);
 }
 
-void CheckDescent(CheckState& state, const std::string& name, const std::string& path) {
+void CheckIncluded(CheckState& state, const std::string& name, const std::string& path) {
   const std::string native = win::NativePath(path);
   const auto& open = state.openFiles;
   const auto [read, isNew] = state.readFiles.try_emplace(native, state.place.line);
@@ -273,7 +274,7 @@ void Include(CheckState& state, const Args& args) {
   const Place place = state.place;
   const bool undoReadsFile = state.undoReadsFile;
   if (state.install && !state.install->Has(args[1])) state.undoReadsFile = false;
-  CheckDescent(state, args[1], path);
+  CheckIncluded(state, args[1], path);
   state.undoReadsFile = undoReadsFile;
   state.place.within = place.within;
 }
@@ -401,8 +402,6 @@ void CheckWhole(CheckState& state) {
 }
 
 }  // namespace
-
-std::vector<DirectiveForm> CheckedDirectives() { return FormsOf(kDirectives); }
 
 bool CheckCurrentDefinition(const std::string& path, Findings& findings, InstallCheck* install) {
   CheckState state{{&findings, 1, ""}, install};

@@ -1,19 +1,14 @@
 #pragma once
 
-#include "definition/passdirective.h"
 #include "diagnosis/finding.h"
 #include "diagnosis/installcheck.h"
 
 #include <string>
-#include <vector>
 
 namespace varnik {
 
 // Looks at a definition of the current format as its three passes read it. Without `install` what lies in the install
 // is not looked at. False when there are more lines, included files too, than are looked at; a finding says so.
 bool CheckCurrentDefinition(const std::string& path, Findings& findings, InstallCheck* install);
-
-// The directives that the check has a routine for: all that a pass knows.
-std::vector<DirectiveForm> CheckedDirectives();
 
 }  // namespace varnik

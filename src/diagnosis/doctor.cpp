@@ -79,12 +79,6 @@ std::optional<Leftover> KeptValues() {
   return leftover;
 }
 
-std::vector<win::PathDifference> Effects(const std::function<void()>& mend) {
-  win::Rehearsal rehearsal;
-  mend();
-  return rehearsal.Differences(InstallRoot());
-}
-
 bool KeepCopy(const win::PathDifference& difference) {
   if (difference.kind != win::PathDifference::Kind::kChanged) return true;
   const std::optional<std::string> content = win::ReadWholeFile(difference.path);
@@ -104,7 +98,7 @@ std::vector<Leftover> FindLeftovers() {
   for (std::size_t row = 1; row < ModList.size(); ++row)
     if (ModList[row].State == 1) DeactivateListedMod(ModEntry(ModList[row]));
   AddLeftoverFiles(InstallRoot(), leftovers);
-  // Of another install's marker, or of one that waits for its definition, the values are not left over.
+  // Values that belong to the marker of another install, or to one that waits for its definition, are not left over.
   const bool isAwaited = !leftovers.empty() && leftovers[0].item == kCrashSection && !leftovers[0].mend;
   if (const std::optional<Leftover> values = KeptValues(); values && !isAwaited) leftovers.push_back(*values);
   return leftovers;
@@ -112,7 +106,12 @@ std::vector<Leftover> FindLeftovers() {
 
 bool Mend(const Leftover& leftover) {
   if (!leftover.mend) return false;
-  const std::vector<win::PathDifference> effects = Effects(leftover.mend);
+  std::vector<win::PathDifference> effects;
+  {
+    win::Rehearsal rehearsal;
+    leftover.mend();
+    effects = rehearsal.Differences(InstallRoot());
+  }
   if (!std::all_of(effects.begin(), effects.end(), KeepCopy)) return false;
   leftover.mend();
   const std::vector<Leftover> left = FindLeftovers();

@@ -99,10 +99,6 @@ const std::span<const FindingKind> kFindingKinds = kKinds;
 
 const FindingKind& KindOf(Problem problem) { return kKinds[static_cast<std::size_t>(problem)]; }
 
-void Findings::Add(std::size_t line, Problem problem, std::string message) {
-  if (!IsFull()) findings_.push_back({line, problem, std::move(message)});
-}
-
 std::vector<Finding> Findings::Take() {
   std::stable_sort(findings_.begin(), findings_.end(),
                    [](const Finding& a, const Finding& b) { return a.line < b.line; });
@@ -111,15 +107,6 @@ std::vector<Finding> Findings::Take() {
         {findings_.back().line, kTooManyFindings,
          "there are more than " + std::to_string(kMaxFindings) + " findings; the rest is not looked at"});
   return std::move(findings_);
-}
-
-void Place::Report(Problem problem, const std::string& message) const {
-  findings->Add(line, problem, within + message);
-}
-
-void LineBudget::Take(std::string_view line) {
-  ++lines_;
-  bytes_ += line.size();
 }
 
 void LineBudget::Report(const Place& place) const {

@@ -4,6 +4,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 // What a check of a definition file reports. The passes over the file skip all of it in silence.
@@ -98,7 +99,9 @@ class Findings {
  public:
   static constexpr std::size_t kMaxFindings = 500;
 
-  void Add(std::size_t line, Problem problem, std::string message);
+  void Add(std::size_t line, Problem problem, std::string message) {
+    if (!IsFull()) findings_.push_back({line, problem, std::move(message)});
+  }
   bool IsFull() const { return findings_.size() >= kMaxFindings; }
 
   // In the order of lines; a full list ends in a finding that says so.
@@ -114,13 +117,16 @@ struct Place {
   std::size_t line;    // as in Finding
   std::string within;  // what the message begins with; empty but in an included file
 
-  void Report(Problem problem, const std::string& message) const;
+  void Report(Problem problem, const std::string& message) const { findings->Add(line, problem, within + message); }
 };
 
-// How much of a file, with all that it includes, is looked at; no honest definition comes near.
+// How much of a file, with all that it includes, is looked at; no real definition comes near.
 class LineBudget {
  public:
-  void Take(std::string_view line);
+  void Take(std::string_view line) {
+    ++lines_;
+    bytes_ += line.size();
+  }
   bool IsSpent() const { return lines_ > kMaxLines || bytes_ > kMaxBytes; }
   void Report(const Place& place) const;
 

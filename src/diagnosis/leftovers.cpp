@@ -30,7 +30,10 @@ bool BothConfigurationsAreKept(Path root) {
   return FileExists(root + kGameConfigBackup) && FileExists(root + kLegacyConfigBackup);
 }
 
-bool ListIsMissing(Path root) { return !FileExists(root + kRecyList); }
+template <const char* kName>
+bool IsMissing(Path root) {
+  return !FileExists(root + kName);
+}
 
 std::multiset<std::string> LinesOf(Path path) {
   std::multiset<std::string> lines;
@@ -52,10 +55,6 @@ bool ParkingFolderIsEmpty(Path root) {
   return folder.IsOpen();
 }
 
-bool PilotsAreMissing(Path root) { return !FileExists(root + kPilotsFolder); }
-
-bool SavedGamesAreMissing(Path root) { return !FileExists(root + kSavedGamesFolder); }
-
 void SetAside(Path root, Path item) { win::RenameFile(root + item, FreeKeptName(root + item)); }
 
 void PutConfigurationBack(Path root, Path) { RestoreConfiguration(root); }
@@ -65,11 +64,12 @@ void PutLegacyConfigurationBack(Path root, Path item) {
   win::RenameFile(root + item, root + kGameConfig);
 }
 
-void PutListBack(Path root, Path item) { win::RenameFile(root + item, root + kRecyList); }
-
 void RemoveParkingFolder(Path root, Path item) { win::RemoveFolder(root + item); }
 
-void PutFolderBack(Path root, Path item) { win::RenameFile(root + item, root + item.substr(0, item.rfind('.'))); }
+template <const char* kName>
+void PutBackAs(Path root, Path item) {
+  win::RenameFile(root + item, root + kName);
+}
 
 const std::string kTwoConfigurations = std::string("Two configurations are put away, as ") + kGameConfigBackup +
                                        " and as " + kLegacyConfigBackup + "; one of them is the game's own.";
@@ -94,8 +94,8 @@ const LeftoverFile kLeftoverFiles[] = {
     {kLegacyConfigBackup, nullptr, "The game's own bzone.cfg, put away for a legacy mod that is not active any more.",
      "It becomes bzone.cfg again; the mod's own, if it brought one, is the copy that is kept.",
      PutLegacyConfigurationBack},
-    {kRecyListCopy, ListIsMissing, "RecyList.txt without a mod's lines, on the way to getting its name back.",
-     "It becomes RecyList.txt again.", PutListBack},
+    {kRecyListCopy, IsMissing<kRecyList>, "RecyList.txt without a mod's lines, on the way to getting its name back.",
+     "It becomes RecyList.txt again.", PutBackAs<kRecyList>},
     {kRecyListCopy, ListHoldsTheCopy, "A copy of RecyList.txt that was not needed any more.", "It is set aside.",
      SetAside},
     {kRecyListCopy, nullptr, "A list without a mod's lines, whose own file may be missing.",
@@ -104,12 +104,12 @@ const LeftoverFile kLeftoverFiles[] = {
      "It is removed.", RemoveParkingFolder},
     {kParkingFolder, nullptr, "Files of the game that a legacy mod parked under numbers, and that were not moved back.",
      kDeactivateByHand, nullptr},
-    {kPilotsBackup, PilotsAreMissing, "The player's pilots folder, put away for a legacy mod.",
-     "It becomes pilots again.", PutFolderBack},
+    {kPilotsBackup, IsMissing<kPilotsFolder>, "The player's pilots folder, put away for a legacy mod.",
+     "It becomes pilots again.", PutBackAs<kPilotsFolder>},
     {kPilotsBackup, nullptr, "The player's pilots folder, put away for a legacy mod whose own is in its place.",
      kDeactivateByHand, nullptr},
-    {kSavedGamesBackup, SavedGamesAreMissing, "The player's saved games, put away for a legacy mod.",
-     "It becomes saved again.", PutFolderBack},
+    {kSavedGamesBackup, IsMissing<kSavedGamesFolder>, "The player's saved games, put away for a legacy mod.",
+     "It becomes saved again.", PutBackAs<kSavedGamesFolder>},
     {kSavedGamesBackup, nullptr,
      "The player's saved games, put away for a legacy mod whose own folder is in their place.", kDeactivateByHand,
      nullptr},

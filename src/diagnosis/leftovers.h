@@ -14,7 +14,7 @@ struct Leftover {
   std::function<void()> mend;  // does what `remedy` says; empty where a person has to decide
 };
 
-// Adds the files and folders below `root` by whose names a run puts things away.
+// Adds the files and folders below `root` that a run keeps under names of its own.
 void AddLeftoverFiles(const std::string& root, std::vector<Leftover>& leftovers);
 
 // The first of the names `path`.kept-1, `path`.kept-2 and so on that nothing has.

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace varnik {
@@ -190,11 +191,8 @@ constexpr LegacyDirective<CheckState> kDirectives[] = {
     {"remove ", Remove},
 };
 
-struct HeaderLine {
-  std::size_t number;
-  const char* keyword;
-};
-constexpr HeaderLine kHeader[] = {{2, kLegacyName}, {3, kLegacyDescription}, {5, kLegacySplash}};
+constexpr std::pair<std::size_t, std::string_view> kHeader[] = {
+    {2, kLegacyName}, {3, kLegacyDescription}, {5, kLegacySplash}};
 constexpr std::size_t kHeaderLines = 5;
 
 void CheckName(const Place& place, const std::string& text) {
@@ -205,12 +203,11 @@ void CheckName(const Place& place, const std::string& text) {
 }
 
 void CheckDescription(CheckState& state, const std::string& text) {
-  const std::size_t length = std::string_view(kLegacyDescription).size();
   if (!win::StartsWithNoCase(text, kLegacyDescription)) {
     if (!text.empty()) state.Report(kHeaderLine, "line 3 counts when it begins with `dfile ` only");
     return;
   }
-  const std::string path = win::Trim(text.substr(length));
+  const std::string path = win::Trim(text.substr(std::string_view(kLegacyDescription).size()));
   if (CheckPath(state, path) && state.install) state.install->Extra(state.place, BelowRoot(path));
 }
 
@@ -227,18 +224,16 @@ void CheckUnknown(const Place& place, const std::string& text) {
   for (std::string_view& keyword : keywords)
     keyword = keyword.substr(0, keyword.find(' '));
   const std::string word = win::LowerCase(std::string_view(text).substr(0, text.find_first_of(" \t(")));
-  const auto isWord = [&](const auto& form) { return form.name == word; };
-  const std::vector<DirectiveForm> current = ActivationDirectives();
   if (std::find(keywords.begin(), keywords.end(), word) != keywords.end()) {
     const bool isTab = text[std::min(word.size(), text.size() - 1)] == '\t';
     place.Report(isTab ? kTab : kTooFewArguments, Quoted(word) + " needs a blank behind it, and what it is about");
     return;
   }
-  for (const HeaderLine& header : kHeader)
-    if (word + " " == header.keyword)
-      return place.Report(kHeaderLine, Quoted(word) + " counts in " + NameOfLine(header.number) + " only");
-  if (std::any_of(current.begin(), current.end(), isWord))
-    return place.Report(kUnknownDirective, Quoted(word) + " belongs to the current format");
+  for (const auto& [number, keyword] : kHeader)
+    if (word + " " == keyword)
+      return place.Report(kHeaderLine, Quoted(word) + " counts in " + NameOfLine(number) + " only");
+  for (const DirectiveForm& form : ActivationDirectives())
+    if (form.name == word) return place.Report(kUnknownDirective, Quoted(word) + " belongs to the current format");
   if (const std::string_view likely = LikelyName(word, keywords); !likely.empty())
     return place.Report(kUnknownDirective,
                         "no reader knows " + Quoted(word) + "; did you mean " + Quoted(likely) + "?");

@@ -32,12 +32,6 @@ bool IsKnown(std::string_view name) {
   return std::find(names.begin(), names.end(), name) != names.end();
 }
 
-bool IsLegacyKeyword(std::string_view name) {
-  const std::vector<std::string_view> keywords = LegacyKeywords();
-  return std::any_of(keywords.begin(), keywords.end(),
-                     [&](std::string_view keyword) { return win::Trim(keyword) == name; });
-}
-
 bool HasOuterTab(std::string_view text) { return text.starts_with('\t') || text.ends_with('\t'); }
 
 std::string WithoutOuterTabs(std::string_view text) {
@@ -108,9 +102,12 @@ void CheckUnknownName(const Place& place, const std::string& name) {
   const std::string bare = WithoutOuterTabs(name);
   if (bare.starts_with(';')) return;
   const std::string_view likely = LikelyName(bare, KnownNames());
+  const std::vector<std::string_view> legacy = LegacyKeywords();
+  const bool isLegacy =
+      std::any_of(legacy.begin(), legacy.end(), [&](auto keyword) { return win::Trim(keyword) == bare; });
   if (IsKnown(bare))
     place.Report(kTab, "a tab beside the name " + Quoted(bare) + " makes it another: readers take blanks away only");
-  else if (IsLegacyKeyword(bare))
+  else if (isLegacy)
     place.Report(kUnknownDirective, Quoted(bare) + " belongs to the older format");
   else if (!likely.empty())
     place.Report(kUnknownDirective, "no reader knows " + Quoted(bare) + "; did you mean " + Quoted(likely) + "?");
@@ -133,7 +130,7 @@ void CheckForm(const Place& place, std::string_view line, const Args& args, std:
   if (shape.openQuote) place.Report(kOpenQuote, "a quote without its partner: commas behind it belong to the text");
   if (shape.skipsArgument)
     place.Report(kSkippedArgument, "there is nothing before a comma, so the arguments behind it move up");
-  // In a line that is not closed, a tab at its end is what keeps it so.
+  // In a line reported as not closed, a tab at the end is the reason, so it is not reported again.
   if (parts.isClosed && std::any_of(args.begin() + 1, args.end(), HasOuterTab))
     place.Report(kTab, "a tab at the edge of an argument is part of it: readers take blanks away only");
   CheckArguments(place, args, needed, useful);

@@ -14,8 +14,8 @@ void CheckPlainText(const Place& place, std::string_view line);
 // Reports a name that no pass knows, with the one that was likely meant.
 void CheckUnknownName(const Place& place, const std::string& name);
 
-// The form of a line that is to be read as `args`. Arguments up to `needed` are those without which the line is passed
-// over, those up to `useful` the ones that a reader looks at.
+// The form of a line that is to be read as `args`. A line with fewer than `needed` arguments is skipped; readers
+// look at no more than `useful`.
 void CheckForm(const Place& place, std::string_view line, const Args& args, std::size_t needed, std::size_t useful);
 
 }  // namespace varnik

@@ -31,7 +31,7 @@ std::size_t EditDistance(std::string_view a, std::string_view b) {
 std::string_view LikelyName(std::string_view name, const std::vector<std::string_view>& known) {
   if (name.empty() || name.size() > kMaxNameLength) return {};
   std::string_view likely;
-  // A short word is soon near to any other.
+  // A short word is close to many others.
   std::size_t least = name.size() > 4 ? 3 : 2;
   for (const std::string_view candidate : known) {
     const std::size_t distance = EditDistance(name, candidate);

@@ -11,15 +11,6 @@
 
 namespace varnik {
 
-namespace {
-
-constexpr char kMarkerWord[] = "bz2hald";
-constexpr char kMarkerLine[] = "BZ2HALD5";
-constexpr char kLockMark[] = " /x";
-constexpr char kLineEnd[] = "\r\n";
-
-}  // namespace
-
 void DefinitionDraft::Load(const std::string& path) {
   rows_.clear();
   SelectRow(-1);
@@ -27,7 +18,7 @@ void DefinitionDraft::Load(const std::string& path) {
   win::LineReader file(path);
   while (!file.AtEnd()) {
     std::string line = win::Trim(file.ReadLine());
-    if (win::StartsWithNoCase(line, kMarkerWord)) continue;
+    if (win::StartsWithNoCase(line, "bz2hald")) continue;
     rows_.push_back(line.empty() ? kEmptyRow : std::move(line));
   }
 }
@@ -78,9 +69,9 @@ bool DefinitionDraft::MoveTo(int row) {
 bool DefinitionDraft::Save(const std::string& fileName, bool locked) const {
   if (InstallRoot().empty()) return false;
   std::string text;
-  if (IsDefinitionName(fileName)) text = std::string(kMarkerLine) + (locked ? kLockMark : "") + kLineEnd;
+  if (IsDefinitionName(fileName)) text = locked ? "BZ2HALD5 /x\r\n" : "BZ2HALD5\r\n";
   for (const std::string& row : rows_)
-    text += (row == kEmptyRow ? "" : row) + kLineEnd;
+    text += (row == kEmptyRow ? "" : row) + "\r\n";
   return win::WriteWholeFile(InstallRoot() + fileName, text);
 }
 

@@ -42,7 +42,7 @@ class DefinitionDraft {
   // Selects what takes the place of the removed row, else the new last row. Does nothing with no row selected.
   void RemoveRow();
 
-  // False where there is no row to change places with. The moved row stays selected.
+  // False when there is no row to swap with. The moved row stays selected.
   bool MoveUp();
   bool MoveDown();
 

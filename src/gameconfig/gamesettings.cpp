@@ -19,32 +19,26 @@ const std::array<CraftView, 4> kCraftViews = {{
 
 namespace {
 
-struct FlagKey {
+template <typename Value>
+struct Key {
   const char* key;
-  bool UserPrefs::*field;
-};
-
-struct ViewKey {
-  const char* key;
-  int UserPrefs::*field;
-};
-
-struct TextKey {
-  const char* key;
-  std::string UserPrefs::*field;
+  Value UserPrefs::*field;
   const char* fallback;
 };
 
-constexpr FlagKey kFlags[] = {{"ShowFPS", &UserPrefs::showFps}, {"VSyncOn", &UserPrefs::vsyncOn}};
-
-constexpr ViewKey kViews[] = {
-    {"HovercraftForceView", &UserPrefs::hovercraftView},
-    {"PersonForceView", &UserPrefs::personView},
-    {"TrackedForceView", &UserPrefs::trackedView},
-    {"WalkerForceView", &UserPrefs::walkerView},
+constexpr Key<bool> kFlags[] = {
+    {"ShowFPS", &UserPrefs::showFps, "false"},
+    {"VSyncOn", &UserPrefs::vsyncOn, "false"},
 };
 
-constexpr TextKey kTexts[] = {
+constexpr Key<int> kViews[] = {
+    {"HovercraftForceView", &UserPrefs::hovercraftView, "-1"},
+    {"PersonForceView", &UserPrefs::personView, "-1"},
+    {"TrackedForceView", &UserPrefs::trackedView, "-1"},
+    {"WalkerForceView", &UserPrefs::walkerView, "-1"},
+};
+
+constexpr Key<std::string> kTexts[] = {
     {"IRCAlternateNick", &UserPrefs::ircAlternateNick, ""},
     {"IRCUserID", &UserPrefs::ircUserId, "player"},
     {"IRCFullName", &UserPrefs::ircFullName, "Battlezone II Player"},
@@ -80,12 +74,12 @@ std::optional<UserPrefs> ReadUserPrefs() {
   const std::string file = FindInSearchDirs(kGamePrefs, 1);
   if (file.empty()) return std::nullopt;
   UserPrefs prefs;
-  for (const FlagKey& flag : kFlags)
-    prefs.*flag.field = win::EqualNoCase(ReadIniValue(kSection, flag.key, file, "false"), "true");
-  for (const ViewKey& view : kViews)
-    prefs.*view.field = CraftViewRow(ReadIniValue(kSection, view.key, file, "-1"));
-  for (const TextKey& text : kTexts)
-    prefs.*text.field = ReadIniValue(kSection, text.key, file, text.fallback);
+  for (const auto& [key, field, fallback] : kFlags)
+    prefs.*field = win::EqualNoCase(ReadIniValue(kSection, key, file, fallback), "true");
+  for (const auto& [key, field, fallback] : kViews)
+    prefs.*field = CraftViewRow(ReadIniValue(kSection, key, file, fallback));
+  for (const auto& [key, field, fallback] : kTexts)
+    prefs.*field = ReadIniValue(kSection, key, file, fallback);
   return prefs;
 }
 
@@ -94,12 +88,12 @@ void ApplyUserPrefs(const UserPrefs& prefs) {
   if (file.empty()) return;
   win::ClearReadOnly(file);
   std::vector<win::ProfileValue> values;
-  for (const FlagKey& flag : kFlags)
+  for (const auto& flag : kFlags)
     values.push_back({flag.key, prefs.*flag.field ? "true" : "false"});
-  for (const ViewKey& view : kViews)
+  for (const auto& view : kViews)
     if (IsCraftView(prefs.*view.field))
       values.push_back({view.key, std::to_string(kCraftViews[prefs.*view.field].value)});
-  for (const TextKey& text : kTexts)
+  for (const auto& text : kTexts)
     values.push_back({text.key, prefs.*text.field});
   win::WriteProfileValues(kSection, values, file);
 }

@@ -23,8 +23,8 @@ struct CraftView {
 };
 extern const std::array<CraftView, 4> kCraftViews;
 
-constexpr int kNoCraftView =
-    -1;  // the file holds a number that the list does not have; applying it leaves the key alone
+// The file holds a number that the list does not have. Applying it leaves the key as it is.
+constexpr int kNoCraftView = -1;
 
 // Section UserPrefs of `gameprefs.ini`, which the game has from version 1.3 on.
 struct UserPrefs {

@@ -8,9 +8,7 @@ namespace varnik {
 
 std::vector<std::string> ListScreenshots() {
   if (InstallRoot().empty()) return {};
-  FileSearchParams search;
-  search.Recurse = true;
-  search.Pattern = "*.bmp";
+  FileSearchParams search{.Recurse = true, .Pattern = "*.bmp"};
   FileSearchResults found(1);
   const std::string folder = ScreenshotFile("");
   FindFiles(folder, search, found, false);

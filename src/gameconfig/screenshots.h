@@ -13,7 +13,7 @@ std::vector<std::string> ListScreenshots();
 // Full path of one of them.
 std::string ScreenshotFile(const std::string& name);
 
-// Deletes the files of `data\bindata\`, never its sub-folders, and goes on past one that refuses.
+// Deletes the files of `data\bindata\`, never its sub-folders, and skips a file that cannot be deleted.
 void ClearBindata();
 
 }  // namespace varnik

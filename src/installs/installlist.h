@@ -5,7 +5,7 @@
 
 #include <cstddef>
 
-// The installs that the player keeps, in the player's own order, and how a folder is known for one.
+// The installs that the player keeps, in the player's own order, and how a folder is recognised as one.
 namespace varnik {
 
 // True when bzone.exe, data.pak and binkw32.dll all exist in the folder.

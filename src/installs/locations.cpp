@@ -13,8 +13,8 @@ namespace varnik {
 LocationList LoadLocations() {
   LocationList list;
   const win::SettingsSnapshot stored = StoredSettings();
-  std::size_t n = 0;
-  for (std::string path = StoredInstallPath(0, stored); !path.empty(); path = StoredInstallPath(++n, stored)) {
+  std::string path;
+  for (std::size_t n = 0; !(path = StoredInstallPath(n, stored)).empty(); ++n) {
     AddLocation(list, path);
     list.Descriptions.resize(std::max(list.Descriptions.size(), n + 1));
     list.Descriptions[n] = StoredInstallDescription(n, stored);
@@ -24,13 +24,9 @@ LocationList LoadLocations() {
   return list;
 }
 
-bool IsListed(const LocationList& list, const std::string& path) {
-  return std::any_of(list.rows.begin(), list.rows.end(),
-                     [&path](const Location& row) { return win::Trim(row.Path) == path; });
-}
-
 bool AddLocation(LocationList& list, const std::string& path) {
-  if (IsListed(list, path)) return false;
+  for (const Location& row : list.rows)
+    if (win::Trim(row.Path) == path) return false;
   list.rows.push_back({path, false});
   list.Descriptions.resize(list.rows.size() + 1);
   return true;
@@ -65,7 +61,7 @@ void SaveLocations(const LocationList& list) {
     rows.push_back({"BZ2Des" + n, list.Descriptions[i]});
     rows.push_back({"BZ2Sel" + n, list.rows[i].Offered ? "Yes" : "No"});
   }
-  // Without a first row the section counts as empty, and what else it may hold is not ours to take away.
+  // Without a first row the section counts as empty, and its other keys stay.
   const bool holdsList = !ReadStored(kInstallsSection, "BZ2Loc0").empty();
   StoreAll(kInstallsSection, rows, holdsList ? win::OtherKeys::kRemove : win::OtherKeys::kKeep);
 }

@@ -24,10 +24,8 @@ struct LocationList {
 // while their descriptions and ticks keep the place that they have in the store.
 LocationList LoadLocations();
 
-// The path, as it stands, is a row of the list: compared exactly, with its case, with each row trimmed.
-bool IsListed(const LocationList& list, const std::string& path);
-
-// Adds the path at the end, not offered and without a description; false when it is listed.
+// Adds the path at the end, not offered and without a description. False when it is a row already, compared exactly and
+// with case, each row trimmed.
 bool AddLocation(LocationList& list, const std::string& path);
 
 void RemoveLocation(LocationList& list, std::size_t row);

@@ -3,24 +3,54 @@
 #include "definition/bzonecfg.h"
 #include "definition/crashmarker.h"
 #include "definition/currentline.h"
-#include "legacy/legacyconfig.h"
 #include "legacy/legacyformat.h"
 #include "platform/system/files/files.h"
 #include "platform/system/files/lines.h"
 #include "platform/system/process/process.h"
 #include "support/install.h"
 
+#include <optional>
 #include <set>
 
 namespace varnik {
 
 namespace {
 
+// The game configuration that a mod with `dynamic` gets. The text goes to `newbzone.tmp` in the install root, and takes
+// the place of bzone.cfg when it is whole. Names stand in it as the definition gives them: the game resolves
+// `@rootdir`.
+class ConfigWriter {
+ public:
+  void Begin(const std::string& root) {
+    file_.emplace(root + kLegacyGeneratedConfig, win::WriteMode::kOutput);
+    file_->WriteLine(ConfigurationHead(true) + "\r\n");
+  }
+
+  void AddPack(const std::string& name) { file_->WriteLine(PackEntry(kIndent, name) + "\r\n"); }
+  void AddFolder(const std::string& path) { file_->WriteLine(FolderEntry(kIndent, path) + "\r\n"); }
+
+  // Keeps the game's own bzone.cfg as `bzone.tmp.old`.
+  void Finish(const std::string& root) {
+    file_->WriteLine(kAddonEntries);
+    file_->WriteLine("");
+    file_->WriteLine(kGamePacks);
+    file_->WriteLine(FolderEntry(kIndent, "@rootdir\\data"));
+    file_->WriteLine(kConfigurationEnd);
+    file_->Close();
+    win::RenameFile(root + kGameConfig, root + kLegacyConfigBackup);
+    win::RenameFile(root + kLegacyGeneratedConfig, root + kGameConfig);
+  }
+
+ private:
+  static constexpr int kIndent = 16;
+  std::optional<win::LineWriter> file_;
+};
+
 struct ActivationPass {
   LegacyPlaces places{InstallRoot()};
   LegacyArguments arguments;
   LegacyConfig config = LegacyConfig::kUndecided;
-  LegacyConfigWriter generated;
+  ConfigWriter generated;
   std::set<std::string> swappedFolders;
   bool tempMade = false;
   bool execAllowed = true;

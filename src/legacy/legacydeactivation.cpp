@@ -32,21 +32,17 @@ bool TakeSavedConfig(UndoPass& pass, LegacyConfig config) {
   return true;
 }
 
-void RestoreConfig(const UndoPass& pass) {
-  win::RenameFile(pass.InRoot(kLegacyConfigBackup), pass.InRoot(kGameConfig));
-}
-
 void Dynamic(UndoPass& pass, const LegacyLine&) {
   if (!TakeSavedConfig(pass, LegacyConfig::kGenerated)) return;
   win::DeleteFiles(pass.InRoot(kGameConfig));
-  RestoreConfig(pass);
+  win::RenameFile(pass.InRoot(kLegacyConfigBackup), pass.InRoot(kGameConfig));
 }
 
 void Predefined(UndoPass& pass, const LegacyLine& line) {
   if (!TakeSavedConfig(pass, LegacyConfig::kPredefined)) return;
   const std::string path = pass.places.ExpandRootDir(line.Value());
   win::RenameFile(pass.InRoot(kGameConfig), path);
-  RestoreConfig(pass);
+  win::RenameFile(pass.InRoot(kLegacyConfigBackup), pass.InRoot(kGameConfig));
 }
 
 void NoBzoneCfg(UndoPass& pass, const LegacyLine&) {

@@ -8,9 +8,11 @@
 namespace varnik {
 namespace {
 
-bool IsBelowEither(const std::string& folder, const char* belowData, const char* belowAddon) {
+bool IsBelowMissions(const std::string& folder, const char* kind) {
   const std::string place = TranslateMapPath(folder);
-  return (!IsVersion13() && win::StartsWithNoCase(place, belowData)) || win::StartsWithNoCase(place, belowAddon);
+  const std::string below = std::string("missions\\") + kind + "\\";
+  return (!IsVersion13() && win::StartsWithNoCase(place, "data\\" + below)) ||
+         win::StartsWithNoCase(place, "addon\\" + below);
 }
 
 bool IsTypeInMultiplayer(const MapEntry& map, MapPlace place, int ivar5) {
@@ -80,13 +82,8 @@ std::string TranslateMapPath(const std::string& path) {
   return path;
 }
 
-bool IsMultiplayerPath(const std::string& folder) {
-  return IsBelowEither(folder, "data\\missions\\multiplayer\\", "addon\\missions\\multiplayer\\");
-}
-
-bool IsInstantPath(const std::string& folder) {
-  return IsBelowEither(folder, "data\\missions\\instant\\", "addon\\missions\\instant\\");
-}
+bool IsMultiplayerPath(const std::string& folder) { return IsBelowMissions(folder, "multiplayer"); }
+bool IsInstantPath(const std::string& folder) { return IsBelowMissions(folder, "instant"); }
 
 bool IsInModFolders(const std::string& folder) {
   const std::string place = TranslateMapPath(folder);

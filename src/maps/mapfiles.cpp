@@ -11,8 +11,8 @@
 namespace varnik {
 namespace {
 
-// Names that stand for no other than themselves, whatever the case of their letters. A search takes a name for a
-// pattern and folds letters beyond ASCII by rules of its own.
+// Names that match only themselves, in any case. A search reads a name as a pattern, and folds letters beyond ASCII by
+// its own rules.
 bool IsPlain(std::string_view name) {
   return !name.empty() && name.front() != ' ' && std::none_of(name.begin(), name.end(), [](char c) {
     return c == '*' || c == '?' || c == ';' || static_cast<unsigned char>(c) >= 0x80;
@@ -42,18 +42,15 @@ void MapFiles::ReadFolders() {
       relative = folder.substr(root_.size());
       number = folders_.try_emplace(relative, folders_.size()).first->second;
     }
-    if (EndsInInf(entry.name))
-      NoteInf(folder, number, entry);
-    else if (!entry.isFolder && MatchesPattern(entry.name, "*.bzn", params))
+    if (EndsInInf(entry.name)) {
+      std::string name = win::LowerCase(entry.name);
+      besides_.insert(KeyOf(number, name));
+      if (!entry.isFolder) firstInf_.try_emplace(std::move(name), folder + entry.name);
+    } else if (!entry.isFolder && MatchesPattern(entry.name, "*.bzn", params)) {
       maps_.push_back(relative + entry.name);
+    }
     return true;
   });
-}
-
-void MapFiles::NoteInf(const std::string& folder, std::size_t number, const win::FoundEntry& entry) {
-  std::string name = win::LowerCase(entry.name);
-  besides_.insert(KeyOf(number, name));
-  if (!entry.isFolder) firstInf_.try_emplace(std::move(name), folder + entry.name);
 }
 
 std::vector<std::string> MapFiles::FindMaps() {

@@ -31,7 +31,6 @@ class MapFiles {
 
  private:
   void ReadFolders();
-  void NoteInf(const std::string& folder, std::size_t number, const win::FoundEntry& entry);
 
   std::string root_;
   bool isRead_ = false;

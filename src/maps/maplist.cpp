@@ -119,18 +119,7 @@ struct Placed {
   MapPlace place;
 };
 
-// Few folders hold many maps.
-class Places {
- public:
-  const Placed& Of(const std::string& folder) {
-    const auto known = places_.find(folder);
-    if (known != places_.end()) return known->second;
-    return places_.emplace(folder, Placed{TranslateMapPath(folder), PlaceOfFolder(folder)}).first->second;
-  }
-
- private:
-  std::unordered_map<std::string, Placed> places_;
-};
+Placed PlacedFolder(const std::string& folder) { return {TranslateMapPath(folder), PlaceOfFolder(folder)}; }
 
 }  // namespace
 
@@ -164,10 +153,12 @@ std::vector<std::size_t> MapRowsOfPage(int mapType, int subType) {
   std::vector<std::size_t> rows;
   const MapPage* const page = FindMapPage(mapType, subType);
   if (page == nullptr || !MapsLoaded) return rows;
-  Places places;
+  std::unordered_map<std::string, Placed> places;  // few folders hold many maps
   for (const std::string& name : SearchDirs)
     for (std::size_t row = 1; row < mapList.size(); ++row) {
-      const Placed& placed = places.Of(mapList[row].Folder);
+      const auto [found, isNew] = places.try_emplace(mapList[row].Folder);
+      Placed& placed = found->second;
+      if (isNew) placed = PlacedFolder(mapList[row].Folder);
       if (IsBelow(placed.folder, name) && page->shows(mapList[row], placed.place)) rows.push_back(row);
     }
   return rows;
@@ -176,7 +167,7 @@ std::vector<std::size_t> MapRowsOfPage(int mapType, int subType) {
 std::vector<std::string> PagesOfMapRow(std::size_t row) {
   std::vector<std::string> keys;
   if (row == 0 || row >= mapList.size()) return keys;
-  const Placed placed = Places().Of(mapList[row].Folder);
+  const Placed placed = PlacedFolder(mapList[row].Folder);
   const auto holds = [&](const std::string& name) { return IsBelow(placed.folder, name); };
   if (std::none_of(SearchDirs.begin(), SearchDirs.end(), holds)) return keys;
   for (const MapPage& page : kMapPages)

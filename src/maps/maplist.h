@@ -26,7 +26,7 @@ void ClearMapList();
 
 // From `varnik.lst` in the install root when it exists and `rescan` is false, else by a scan that writes it. `progress`
 // gets each step in words and may be empty. What cannot be read on (a line of the cache without a comma, a number
-// beyond 16 bits) ends the load without a word: the rows so far stand, and the one that failed stays empty. So does a
+// beyond 16 bits) ends the load silently: the rows so far stand, and the one that failed stays empty. So does a
 // catalogue that an event cleared during the load.
 void LoadMapList(bool rescan, const std::function<void(const std::string&)>& progress = {});
 

@@ -52,7 +52,7 @@ bool IsNotZero(const win::ProfileFile& inf, const char* key) {
   return win::LeadingNumber(ReadIniValue(kNetVars, key, inf, "0")) != 0;
 }
 
-// Two flags stand above the type of deathmatch.
+// The two high bits are flags and not part of the type of deathmatch.
 std::int16_t WithoutFlags(std::int16_t ivar7) {
   if (ivar7 >= 512) ivar7 -= 512;
   if (ivar7 >= 256) ivar7 -= 256;

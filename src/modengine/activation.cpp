@@ -159,9 +159,7 @@ bool ActivateMod(const std::string& definitionFile) {
   ActivateConfiguration(root, IsVersion13());
   // A persistent mod has no marker, since it stays active across starts, and leaves the player's own files alone.
   if (state.persistent) return true;
-  if (IsVersion13()) {
-    ApplyPlayersValues(state);
-  }
+  if (IsVersion13()) ApplyPlayersValues(state);
   WriteCrashMarker({root, definitionFile});
   return true;
 }

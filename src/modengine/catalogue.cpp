@@ -69,17 +69,17 @@ void LoadModList(const std::function<void(const std::string&)>& progress) {
   ClearModList();
   LogLine("LoadMods Continue");
   const unsigned mine = generation;
-  const auto tell = [&](const std::string& text) {
+  const auto report = [&](const std::string& text) {
     if (progress) progress(text);
   };
   FileSearchParams search;
   search.Pattern = kDefinitionPattern;
   FileSearchResults found(1);
-  tell("Loading Mod File List");
+  report("Loading Mod File List");
   FindFiles(InstallRoot(), search, found, false);
   FindFiles(AppPath + "mods\\", search, found, false);
   for (std::int32_t i = 1; i <= search.FoundCount && mine == generation; ++i) {
-    tell("Processing Mod:" + std::to_string(i));
+    report("Processing Mod:" + std::to_string(i));
     LoadModFile(win::Trim(found[i]));
   }
 }

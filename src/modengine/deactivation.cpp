@@ -18,7 +18,6 @@
 #include "support/modfileexists.h"
 #include "support/runstate.h"
 
-#include <optional>
 #include <utility>
 
 namespace varnik {
@@ -82,25 +81,21 @@ void Activated(Pass& pass, const Args&) {
   pass.noActionYet = false;
 }
 
-// A name with wildcards is no marker's: a deletion would take the player's files with it.
+// An ID file has no wildcards in its name: deleting by a pattern would take the player's files with it.
 void WriteId(Pass& pass, const Args& args) {
   if (!win::HasWildcards(args[1]) && FileExists(pass.Below(args[1]))) win::DeleteFiles(pass.Below(args[1]));
 }
 
-// Nothing when the list cannot be read.
-std::optional<std::string> ForeignLines(const std::string& list, const std::string& own) {
-  win::LineReader lines(list);
-  if (!lines.IsOpen()) return std::nullopt;
-  std::string kept;
-  while (!lines.AtEnd())
-    if (const std::string line = lines.ReadLine(); !line.starts_with(own)) kept.append(line).append("\r\n");
-  return kept;
-}
-
 // The list goes only once its copy is whole, and the copy only while the list is still there.
 void RemoveLines(const std::string& list, const std::string& copy, const std::string& own) {
-  const std::optional<std::string> kept = ForeignLines(list, own);
-  if (!kept || !win::WriteWholeFile(copy, *kept)) return;
+  std::string kept;
+  {
+    win::LineReader lines(list);
+    if (!lines.IsOpen()) return;
+    while (!lines.AtEnd())
+      if (const std::string line = lines.ReadLine(); !line.starts_with(own)) kept.append(line).append("\r\n");
+  }
+  if (!win::WriteWholeFile(copy, kept)) return;
   if (win::DeleteFiles(list))
     win::RenameFile(copy, list);
   else

@@ -107,13 +107,11 @@ void RunMod(Run& run, const ModEntry& mod) {
 
 RunOutcome Refused(const std::string& problem) {
   win::MsgBox(problem);
-  RunOutcome outcome;
-  outcome.problem = problem;
-  return outcome;
+  return {false, "", "", -1, problem};
 }
 
-// What keeps the game from running whatever is done to the install; without a window it is said in the message alone. A
-// mod that brings its own program needs no runner for the game.
+// Why this system cannot run the game; empty when it can. With a window it also goes to standard error. A mod that
+// brings its own program needs no runner for the game.
 std::string RunnerProblem(int modIndex, bool useEditor, const RunHooks& hooks) {
   if (!RowOf(modIndex).Standard) return "";
   const std::string game = GameOf(InstallRoot(), useEditor);

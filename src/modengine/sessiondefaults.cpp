@@ -7,6 +7,7 @@
 #include "support/runstate.h"
 #include "support/settings.h"
 
+#include <utility>
 #include <vector>
 
 namespace varnik {
@@ -27,44 +28,31 @@ std::string FindPlayerFile(const std::string& name) {
 std::string RaceFile(char letter) { return FindPlayerFile(std::string("RaceName_") + letter + ".txt"); }
 std::string RaceKey(char letter) { return std::string("Racename") + letter; }
 
-// The session defaults of a mod, as far as they are set and there is a file for them.
-Values SessionValues(const ActivationState& state, const std::string& file) {
-  Values values;
-  for (const auto& [key, value] : Values{
-           {kSessionKeys[0], state.sessionName}, {kSessionKeys[1], state.password}, {kSessionKeys[2], state.message}})
-    if (!value.empty() && !file.empty()) values.push_back({key, value});
-  return values;
-}
-
-bool AnyIsSet(const ActivationState& state) { return !(state.sessionName + state.password + state.message).empty(); }
-
-struct RaceChange {
-  std::string file;
-  std::string name;
-};
-
 }  // namespace
 
 void ApplyPlayersValues(const ActivationState& state) {
   std::vector<win::SettingRow> backup;
-  const std::string preferences = AnyIsSet(state) ? FindPlayerFile("gameprefs.ini") : "";
-  const Values values = SessionValues(state, preferences);
+  Values values = {
+      {kSessionKeys[0], state.sessionName}, {kSessionKeys[1], state.password}, {kSessionKeys[2], state.message}};
+  std::erase_if(values, [](const win::ProfileValue& row) { return row.value.empty(); });
+  const std::string preferences = values.empty() ? "" : FindPlayerFile("gameprefs.ini");
+  if (preferences.empty()) values.clear();
   for (const auto& [key, value] : values)
     backup.push_back({key, ReadIniValue(kPreferencesSection, key, preferences, "")});
-  std::vector<RaceChange> races;
+  std::vector<std::pair<std::string, std::string>> races;  // file and name
   for (std::size_t i = 0; i < state.RaceNames.size(); ++i) {
     const char letter = static_cast<char>('A' + i);
     const std::string file = state.RaceNames[i].empty() ? "" : RaceFile(letter);
     const std::optional<std::string> old = file.empty() ? std::nullopt : win::ReadWholeFile(file);
     if (!old) continue;
     backup.push_back({RaceKey(letter), old});
-    races.push_back({file, state.RaceNames[i]});
+    races.emplace_back(file, state.RaceNames[i]);
   }
   // Before the first change, so that a kill in between loses no value.
   if (backup.empty() || !StoreAll(kBackupSection, backup, win::OtherKeys::kKeep)) return;
   if (!values.empty()) win::WriteProfileValues(kPreferencesSection, values, preferences);
-  for (const RaceChange& race : races)
-    win::WriteWholeFile(race.file, race.name + "\r\n");
+  for (const auto& [file, name] : races)
+    win::WriteWholeFile(file, name + "\r\n");
 }
 
 void RestorePlayersValues(const win::SettingsSnapshot& stored) {

@@ -15,7 +15,7 @@ namespace varnik {
 void ApplyPlayersValues(const ActivationState& state);
 
 // Puts back what `stored` holds and then forgets it. A session default whose old value was empty stays as the mod set
-// it, and a race name file grows by one line end: the game minds neither.
+// it, and a race name file grows by one line end: the game accepts both.
 void RestorePlayersValues(const win::SettingsSnapshot& stored = StoredSettings());
 
 // What gameprefs.ini holds now under DefaultSessionName, DefaultPassword or DefaultMessage; nothing without such a

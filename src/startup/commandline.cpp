@@ -9,29 +9,6 @@
 
 namespace varnik {
 
-namespace {
-
-struct Switches {
-  std::int16_t runMode = kRunModeNormal;
-  std::string root;
-  std::string definitionFile;
-};
-
-Switches ReadSwitches(const std::vector<std::string>& arguments) {
-  Switches switches;
-  for (std::size_t i = 0; i < arguments.size(); ++i) {
-    const std::string name = win::LowerCase(arguments[i]);
-    const bool hasNext = i + 1 < arguments.size();
-    if (name == "/crash") switches.runMode = kRunModeLeave;
-    if (name == "/boot") switches.runMode = kRunModeHidden;
-    if (name == "/bz2dir" && hasNext) switches.root = arguments[++i];
-    if (name == "/deactivate" && hasNext) switches.definitionFile = arguments[++i];
-  }
-  return switches;
-}
-
-}  // namespace
-
 std::vector<std::string> SplitCommandLine(std::string_view line, int maxArgs) {
   std::vector<std::string> arguments;
   bool inArgument = false;
@@ -56,7 +33,17 @@ std::vector<std::string> SplitCommandLine(std::string_view line, int maxArgs) {
 
 std::int16_t ProcessCmdLine(int maxArgs) {
   LogLine("ProcessCmdLine Begin");
-  const auto [runMode, root, file] = ReadSwitches(SplitCommandLine(win::CommandLine(), maxArgs));
+  std::int16_t runMode = kRunModeNormal;
+  std::string root, file;
+  const std::vector<std::string> arguments = SplitCommandLine(win::CommandLine(), maxArgs);
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    const std::string name = win::LowerCase(arguments[i]);
+    const bool hasNext = i + 1 < arguments.size();
+    if (name == "/crash") runMode = kRunModeLeave;
+    if (name == "/boot") runMode = kRunModeHidden;
+    if (name == "/bz2dir" && hasNext) root = arguments[++i];
+    if (name == "/deactivate" && hasNext) file = arguments[++i];
+  }
   // An empty root becomes a single backslash: the work then runs against the root of the current drive.
   if (file != root && !file.empty() && FileExists(file)) DeactivateByMarker(file, win::WithSeparator(root));
   return runMode;

@@ -16,7 +16,7 @@ std::string ReadIniValue(const std::string& section, const std::string& key, con
 std::string ReadIniValue(const std::string& section, const std::string& key, const win::ProfileFile& file,
                          const std::string& fallback);
 
-// The file stands last here. Replaces the whole line; does nothing about a read-only file.
+// `file` is the last parameter here. Replaces the whole line; does nothing about a read-only file.
 bool WriteIniValue(const std::string& section, const std::string& key, const std::string& value,
                    const std::string& file);
 

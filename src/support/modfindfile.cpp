@@ -22,13 +22,6 @@ bool VisitFolder(win::FolderReader folder, const std::string& path, bool recurse
   return true;
 }
 
-void AddFile(FileSearchParams& params, FileSearchResults& results, const std::string& folder, const std::string& name) {
-  ++params.FoundCount;
-  results.resize(static_cast<std::size_t>(params.FoundCount));
-  results.emplace_back().reserve(folder.size() + name.size());
-  results.back().append(folder).append(name);
-}
-
 }  // namespace
 
 void VisitEntries(const std::string& folder, bool recurse, const EntryVisitor& visit) {
@@ -38,8 +31,10 @@ void VisitEntries(const std::string& folder, bool recurse, const EntryVisitor& v
 void FindFiles(const std::string& folder, FileSearchParams& params, FileSearchResults& results, bool stopAtFirst) {
   if (stopAtFirst && params.FoundCount > 0) return;
   VisitEntries(folder, params.Recurse, [&](const std::string& where, const win::FoundEntry& entry) {
-    if (!entry.isFolder && MatchesPattern(entry.name, params.Pattern, params))
-      AddFile(params, results, where, entry.name);
+    if (!entry.isFolder && MatchesPattern(entry.name, params.Pattern, params)) {
+      results.resize(static_cast<std::size_t>(++params.FoundCount));
+      results.push_back(where + entry.name);
+    }
     ++params.SearchedCount;
     return !(stopAtFirst && params.FoundCount > 0 && where.size() == folder.size());
   });
@@ -58,23 +53,11 @@ bool MatchesPattern(const std::string& name, const std::string& pattern, const F
   return static_cast<std::int32_t>(win::PathMatchSpec(name, pattern)) == params.MatchSense;
 }
 
-namespace {
-
-std::string SearchDirsFor(const std::string& fileName, std::size_t firstDir) {
-  if (InstallRoot().empty()) return "";
-  for (std::size_t row = firstDir; row < SearchDirs.size(); ++row) {
-    const std::string found = FindFirstFile(InstallRoot() + SearchDirs[row] + "\\", fileName);
-    if (!found.empty()) return found;
-  }
-  return "";
-}
-
-}  // namespace
-
 std::string FindInSearchDirs(const std::string& fileName, std::size_t firstDir) {
   std::string found;
   win::ReportOperation(win::Operation::kSearch, fileName, "", [&] {
-    found = SearchDirsFor(fileName, firstDir);
+    for (std::size_t row = firstDir; !InstallRoot().empty() && found.empty() && row < SearchDirs.size(); ++row)
+      found = FindFirstFile(InstallRoot() + SearchDirs[row] + "\\", fileName);
     return !found.empty();
   });
   return found;

@@ -2,17 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace varnik {
 
 namespace {
 
-struct QuipLines {
-  const char* first;
-  const char* second;
-};
-
-constexpr QuipLines kQuips[kQuipCount] = {
+constexpr std::pair<const char*, const char*> kQuips[kQuipCount] = {
     {"Warning: Never argue with an idiot.", "They just drag you down to their level and beat you with experience."},
     {"Warning: Bones of partially crushed pilots may jam treads.", "Be sure to fully crush any pilots you run over."},
     {"Warning: Any treaded unit can be made airtight and snipeproof.",

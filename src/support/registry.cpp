@@ -56,10 +56,14 @@ void RegWriteValue(std::uint32_t root, const std::string& keyPath, const std::st
   RegStoreTyped(OpenKey(root, keyPath).Handle(), valueName, valueType, value);
 }
 
-std::string RegReadValue(std::uint32_t root, const std::string& keyPath, const std::string& valueName) {
+std::optional<std::string> RegFindValue(std::uint32_t root, const std::string& keyPath, const std::string& valueName) {
   std::string value;
-  RegFetchTyped(OpenKey(root, keyPath).Handle(), valueName, value);
-  return win::UpperCase(value);
+  const long status = RegFetchTyped(OpenKey(root, keyPath).Handle(), valueName, value);
+  return status == win::kErrorSuccess ? std::optional(value) : std::nullopt;
+}
+
+std::string RegReadValue(std::uint32_t root, const std::string& keyPath, const std::string& valueName) {
+  return win::UpperCase(RegFindValue(root, keyPath, valueName).value_or(""));
 }
 
 void RegRemoveValue(std::uint32_t root, const std::string& keyPath, const std::string& valueName) {

@@ -1,10 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
-// The program's entries in the machine-wide registry. Nothing is reported: a key that does not exist swallows the
-// write.
+// The program's entries in the machine-wide registry. Nothing is reported: a write to a key that does not exist is
+// a no-op.
 namespace varnik {
 
 constexpr char kRunKey[] = "Software\\Microsoft\\Windows\\CurrentVersion\\Run";
@@ -17,7 +18,10 @@ constexpr char kAboutUrlsValue[] = "Varnik";
 void RegWriteValue(std::uint32_t root, const std::string& keyPath, const std::string& valueName,
                    const std::string& value, std::uint32_t valueType);
 
-// In upper case; empty when there is no such value, or it is neither text nor a 32-bit number.
+// Nothing when there is no such value, or it is neither text nor a 32-bit number.
+std::optional<std::string> RegFindValue(std::uint32_t root, const std::string& keyPath, const std::string& valueName);
+
+// The same in upper case, or empty.
 std::string RegReadValue(std::uint32_t root, const std::string& keyPath, const std::string& valueName);
 
 void RegRemoveValue(std::uint32_t root, const std::string& keyPath, const std::string& valueName);

@@ -1,6 +1,5 @@
 #include "cmdline/optionlist.h"
 
-#include "cmdline/optionfile.h"
 #include "tests/harness/cases.h"
 #include "tests/modengine/modtest.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cmdline/optionfile.h"
+#include "cmdline/optionlist.h"
 #include "windowing/button.h"
 #include "windowing/frame.h"
 #include "windowing/label.h"

@@ -5,8 +5,8 @@
 #include "platform/system/filesystem/currentfilesystem.h"
 #include "platform/system/filesystem/folderindex.h"
 #include "platform/system/paths/paths.h"
-#include "tests/harness/faultyfilesystem.h"
 #include "tests/harness/cases.h"
+#include "tests/harness/faultyfilesystem.h"
 #include "tests/harness/sandbox.h"
 
 #include <gtest/gtest.h>

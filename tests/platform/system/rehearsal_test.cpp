@@ -8,8 +8,8 @@
 #include "platform/system/filesystem/operations.h"
 #include "platform/system/process/process.h"
 #include "platform/system/store/settings.h"
-#include "tests/harness/difference.h"
 #include "tests/harness/cases.h"
+#include "tests/harness/difference.h"
 #include "tests/harness/sandbox.h"
 
 #include <gtest/gtest.h>
