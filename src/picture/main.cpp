@@ -65,7 +65,7 @@ File Receive(win::PictureRequest& request) {
 void Send(const void* bytes, std::size_t size) {
   for (const char* next = static_cast<const char*>(bytes); size > 0;) {
     const ssize_t sent = send(kSocket, next, size, MSG_NOSIGNAL);
-    if (sent <= 0) std::exit(1);  // nobody listens any more
+    if (sent <= 0) std::exit(1);  // the asking side is gone
     next += sent;
     size -= static_cast<std::size_t>(sent);
   }
@@ -171,7 +171,7 @@ void Answer(const win::PictureRequest& request, std::FILE* file) {
     const win::PictureHead none;
     return Send(&none, sizeof none);
   }
-  // Nobody fills the fourth byte of a BMP's pixels with care.
+  // The fourth byte of a BMP's pixels is rarely meant as opacity.
   SendPicture(dib.get(), request.opaque || format == FIF_BMP || IsInvisible(dib.get()));
 }
 

@@ -10,7 +10,7 @@ namespace win {
 
 // While one is alive, the verbs of this layer change nothing: neither files nor what the program stores. They return
 // what they would return, each seeing the effects of earlier ones. Programs are not started; the result is whether one
-// could be. Nobody else may change the same folders while it is alive, and everything happens in one thread.
+// could be. Other processes must not change the same folders while it is alive. For one thread.
 class Rehearsal {
  public:
   // How the disk would differ from now, in name order, without what the program stores. What lies below `folder`, a

@@ -35,8 +35,8 @@ ssize_t ReadSome(int descriptor, char* buffer, std::size_t size);
 
 bool WriteAll(int descriptor, std::string_view content);
 
-// Takes the exclusive lock of an open file, or returns false with EWOULDBLOCK when another open file holds it. A file
-// system without locks keeps nobody out.
+// Takes the exclusive lock of an open file, or returns false with EWOULDBLOCK when another open file holds it. True
+// without a lock where the file system has none.
 bool LockUnlessHeld(int descriptor);
 
 }  // namespace win

@@ -140,7 +140,7 @@ class FileSystem {
   virtual bool Sync(const std::string& path) = 0;
 
   // Locks the file against other processes and makes it when it is missing. Null with EWOULDBLOCK while another holds
-  // it. Where the file system has no locks, nobody is kept out.
+  // it. Where the file system has no locks, it succeeds.
   virtual std::unique_ptr<FileLock> TryLock(const std::string& path) = 0;
 
   // The names in the folder as it is now, without `.` and `..`. Null when it is no folder or cannot be read. Valid

@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::size_t kMaxNames = 300'000;  // about 30 MB
 
-// File systems that nobody changes but through this kernel, which then reports every change.
+// File systems that change through this kernel only, which then reports every change.
 bool IsLocal(int folder) {
   constexpr decltype(statfs::f_type) kLocal[] = {EXT4_SUPER_MAGIC, XFS_SUPER_MAGIC,       BTRFS_SUPER_MAGIC,
                                                  F2FS_SUPER_MAGIC, OVERLAYFS_SUPER_MAGIC, TMPFS_MAGIC};

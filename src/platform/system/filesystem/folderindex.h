@@ -16,7 +16,7 @@
 namespace win {
 
 // The names in the folders looked at lately, so that a look-up needs no directory read, and never older than the
-// folders themselves. A folder on a local file system is watched: a change, by whomever, is taken over without a new
+// folders themselves. A folder on a local file system is watched: a change by any process is taken over without a new
 // read. Any other is read again when its change time differs, and while that time is so young that the next change
 // might leave it the same. Memory is bounded: the folder that was used longest ago goes first. Paths are native ones.
 // For one thread.

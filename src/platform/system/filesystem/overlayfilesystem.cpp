@@ -325,7 +325,7 @@ bool OverlayFileSystem::SetModified(const std::string& path, const timespec& tim
   return (entry && entry->memory) || FailWith(EPERM);
 }
 
-// There is nobody to keep out.
+// No other process sees these files, so every lock is free.
 std::unique_ptr<FileLock> OverlayFileSystem::TryLock(const std::string& path) {
   if (!MayChange(FolderAbove(Resolved(path, false)))) return nullptr;
   return std::make_unique<FileLock>();

@@ -18,7 +18,7 @@ struct PathDifference {
 };
 
 // Another file system as it would be after changes that are not made to it. A changed file lives in memory, a renamed
-// one is read where it still is in the file system below. Nobody may change that one while this object is alive.
+// one is read where it still is in the file system below, which must not change while this object is alive.
 class OverlayFileSystem : public FileSystem {
  public:
   // `base` must outlive this object.

@@ -96,7 +96,7 @@ bool ExclusiveLock::TryAcquire() {
   lock_ = CurrentFileSystem().TryLock(path_);
   if (IsHeld()) return true;
   if (errno == EWOULDBLOCK) return false;
-  // Nobody can hold what nobody can open, and a home that cannot be written to keeps no one from playing.
+  // No process can hold a file that cannot be made, and a read-only home does not prevent playing.
   std::fprintf(stderr, "%s: %s: %s\n", Program().name.c_str(), path_.c_str(), std::strerror(errno));
   return true;
 }

@@ -37,8 +37,7 @@ class Instance {
   std::unique_ptr<State> state_;
 };
 
-// Held while the game's files are being changed or the game runs, in whichever program of ours. Free again when its
-// holder dies.
+// Held by the program that changes the game's files or runs the game. Free again when its holder dies.
 class ExclusiveLock {
  public:
   // `name` names the lock within the user's configuration folder.

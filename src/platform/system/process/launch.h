@@ -15,7 +15,7 @@ struct Launch {
 //
 // Wine builds a program's command line anew from an argument list, which cannot carry every text: a second blank
 // between two arguments is lost, and so is one at the end. It also ends with the program, though that may have started
-// another that is the game. So the runner is given a small Windows program of ours, which starts the real one with
+// another that is the game. So the runner is given a small Windows program, the starter, which starts the real one with
 // `tail` byte for byte and waits for all that it starts: `<name>-start32.exe` or `<name>-start64.exe`, found as
 // CompanionProgram says. When it is not there, or Wine has not set up the prefix yet, the arguments are passed instead.
 Launch PrepareLaunch(const std::string& program, const std::string& tail);

@@ -177,7 +177,7 @@ std::optional<int> StatusOf(pid_t process, int options) {
   return info.si_code == CLD_EXITED ? info.si_status : 128 + info.si_status;
 }
 
-// Waits for a program that nobody else waits for, so that it leaves no zombie.
+// Reaps a program that has no other waiter, so that it leaves no zombie.
 void ReapInBackground(pid_t process) {
   std::thread([process] { StatusOf(process, 0); }).detach();
 }

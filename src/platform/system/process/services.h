@@ -3,8 +3,8 @@
 #include <functional>
 #include <string>
 
-// The three services that only a window can offer, for code that knows of none. A window puts its own functions in;
-// without one, events have nobody to reach, a message is said on standard error and a question gets its safe answer.
+// The three services that only a window can offer, for code that knows of none. A window installs its own functions.
+// Without one there are no events, a message goes to standard error and a question gets its safe answer.
 namespace win {
 
 // Runs pending events, handlers inside handlers included. Cheap enough to be called in every turn of a long loop.
