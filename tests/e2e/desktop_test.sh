@@ -146,7 +146,7 @@ run_killed_game() {
   make_world 30
   start_window
   play_arena
-  kill -9 "$program" $(ours)
+  kill -9 $(ours)
   as_before && fail "the mod was not active"
   start
   await "end of the start that repairs" ended

@@ -71,6 +71,7 @@ using Prepare = std::function<void(win::Form& form)>;
 [[noreturn]] void RunProgram(const Prepare& prepare) {
   win::Form form("frmMain", 1500, 1500);
   form.QueryUnload = [](bool&, win::UnloadMode mode) { fprintf(stderr, "mode %d;", static_cast<int>(mode)); };
+  QTimer::singleShot(test::kLongestWait, qApp, [] { _exit(99); });
   prepare(form);
   test::App().Run();
   fprintf(stderr, "ended");
