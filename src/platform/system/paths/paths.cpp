@@ -35,6 +35,8 @@ std::string ToNativeSpelling(std::string_view path) {
   const bool rooted = !native.empty();
   const bool trailing = EndsInSeparator(path);
   std::vector<std::string_view> names;
+  native.reserve(native.size() + path.size() + 1);
+  names.reserve(16);
   while (!path.empty()) {
     const std::string_view name(path.begin(), std::find_if(path.begin(), path.end(), IsSeparator));
     path.remove_prefix(std::min(name.size() + 1, path.size()));
