@@ -26,7 +26,7 @@ std::vector<json> Rows(const std::string& name) { return test::Cases("platform/s
 
 // Each text of a row stands ahead of the next, in Windows-1252 bytes and in their UTF-8 spelling.
 TEST(CompareForList, OrdersAsMeasured) {
-  for (const json& row : test::Cases("sort_chains"))
+  for (const json& row : Rows("sort_chains"))
     for (std::size_t i = 1; i < row.size(); ++i) {
       const std::string a = *Bytes(row[i - 1]), b = *Bytes(row[i]);
       SCOPED_TRACE(a + " < " + b);
@@ -79,7 +79,7 @@ TEST_F(Profile, AFileReadOnceAnswersForEveryLine) {
 }
 
 TEST_F(Profile, ReadsAndWritesAsMeasured) {
-  std::vector<json> rows = test::Cases("profile_read");
+  std::vector<json> rows = Rows("profile_read");
   for (const char* table : {"profile_write", "profile_edits"})
     std::ranges::copy(Rows(table), std::back_inserter(rows));
   for (const json& row : rows) {
@@ -102,17 +102,17 @@ TEST_F(Profile, ReadsAndWritesAsMeasured) {
 }
 
 TEST(Text, NumbersAreReadAsFarAsTheyGoAndRoundToEven) {
-  for (const json& row : test::Cases("numbers"))
+  for (const json& row : Rows("numbers"))
     EXPECT_EQ(win::LeadingNumber(row["text"].get<std::string>()), row["number"].get<double>()) << row;
   EXPECT_EQ(win::LeadingNumber("1e999"), INFINITY);
-  for (const json& row : test::Cases("rounding"))
+  for (const json& row : Rows("rounding"))
     EXPECT_EQ(win::RoundToInt16(row["number"]).value_or(7), row["rounded"].is_null() ? 7 : row["rounded"].get<int>())
         << row;
   EXPECT_FALSE(win::RoundToInt16(INFINITY) || win::RoundToInt16(NAN));
 }
 
 TEST(Text, BytesThatAreNoUtf8AreWindows1252) {
-  for (const json& row : test::Cases("bytes"))
+  for (const json& row : Rows("bytes"))
     EXPECT_EQ(win::Utf8FromBytes(*Bytes(row["bytes"])), row["utf8"]) << row;
   for (int byte = 0x80; byte < 0x100; ++byte) {
     const std::string text(1, static_cast<char>(byte));
@@ -129,7 +129,7 @@ TEST(Text, OnlyAsciiLettersHaveACaseAndOnlySpacesAreTrimmed) {
 }
 
 TEST(ArgumentList, SplitsAsTheCRuntimeDoes) {
-  for (const json& row : test::Cases("arguments")) {
+  for (const json& row : Rows("arguments")) {
     const std::string line = row["line"], tail = row["tail"];
     EXPECT_EQ(win::SplitProgram(line).program, row["program"]) << row;
     EXPECT_EQ(win::SplitProgram(line).tail, tail) << row;
