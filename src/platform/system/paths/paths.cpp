@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <utility>
-#include <vector>
 
 namespace win {
 
@@ -22,31 +21,47 @@ bool StartsWithDrive(std::string_view path) {
   return path.size() >= 2 && path[1] == ':' && isLetter(path[0]);
 }
 
+// Takes the last name off, but nothing above `floor` characters.
+void DropLastName(std::string& native, std::size_t floor) {
+  const std::size_t separator = native.rfind('/');
+  native.resize(separator == std::string::npos || separator < floor ? floor : separator);
+}
+
+bool LastNameIsUp(const std::string& native, std::size_t floor) {
+  return native.size() == floor || (native.size() >= floor + 2 && native.ends_with("..") &&
+                                    (native.size() == floor + 2 || native[native.size() - 3] == '/'));
+}
+
+void AppendName(std::string& native, std::string_view name) {
+  if (!native.empty() && native.back() != '/') native += '/';
+  native += name;
+}
+
 }  // namespace
 
 std::string ToNativeSpelling(std::string_view path) {
   std::string native;
-  if (StartsWithDrive(path)) {
+  native.reserve(path.size());
+  const bool drive = StartsWithDrive(path);
+  if (drive) {
     native = DriveFolder(path[0]);
     path.remove_prefix(2);
-  } else if (!path.empty() && IsSeparator(path[0])) {
-    native = "/";
   }
-  const bool rooted = !native.empty();
+  const bool rooted = drive || (!path.empty() && IsSeparator(path[0]));
+  if (rooted && !drive) native = "/";
+  const std::size_t floor = native.size();
   const bool trailing = EndsInSeparator(path);
-  std::vector<std::string_view> names;
-  native.reserve(native.size() + path.size() + 1);
-  names.reserve(16);
   while (!path.empty()) {
-    const std::string_view name(path.begin(), std::find_if(path.begin(), path.end(), IsSeparator));
-    path.remove_prefix(std::min(name.size() + 1, path.size()));
-    if (name == ".." && !names.empty() && names.back() != "..")
-      names.pop_back();
-    else if (!name.empty() && name != "." && !(name == ".." && rooted))
-      names.push_back(name);
+    const std::size_t end =
+        static_cast<std::size_t>(std::find_if(path.begin(), path.end(), IsSeparator) - path.begin());
+    const std::string_view name = path.substr(0, end);
+    path.remove_prefix(std::min(end + 1, path.size()));
+    if (name.empty() || name == ".") continue;
+    if (name != ".." || (!rooted && LastNameIsUp(native, floor)))
+      AppendName(native, name);
+    else
+      DropLastName(native, floor);
   }
-  for (const std::string_view name : names)
-    native.append(native.empty() || native.back() == '/' ? "" : "/").append(name);
   if (native.empty()) native = ".";
   if (trailing && native.back() != '/') native += '/';
   return native;
