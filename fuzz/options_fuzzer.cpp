@@ -1,4 +1,3 @@
-#include "cmdline/optionfile.h"
 #include "cmdline/optionlist.h"
 #include "fuzz/world.h"
 
