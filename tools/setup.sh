@@ -5,7 +5,7 @@ set -euo pipefail
 packages=(
   # build
   g++ cmake ninja-build ccache pkg-config git
-  nlohmann-json3-dev libcli11-dev qt6-base-dev libgl1-mesa-dev libfreeimage-dev libicu-dev
+  nlohmann-json3-dev libcli11-dev qt6-base-dev libgl1-mesa-dev libfreeimage-dev libicu-dev libxxhash-dev
   # the small Windows programs that start the game under Wine
   clang lld mingw-w64-i686-dev mingw-w64-x86-64-dev
   # run

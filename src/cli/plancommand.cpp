@@ -8,7 +8,7 @@ namespace varnik::cli {
 
 namespace {
 
-Json AsJson(const PlanStep& step) {
+Json AsJson(const ActivationStep& step) {
   return {{"Line", step.line == 0 ? Json() : Json(step.line)},
           {"Step", step.step},
           {"Target", Text(step.target)},
@@ -17,7 +17,7 @@ Json AsJson(const PlanStep& step) {
           {"Why", step.why.empty() ? Json() : Text(step.why)}};
 }
 
-Row AsRow(const PlanStep& step) {
+Row AsRow(const ActivationStep& step) {
   return {step.line == 0 ? "" : std::to_string(step.line),
           step.step,
           step.target,
@@ -41,7 +41,7 @@ int PlanGivenMod(const Arguments& arguments) {
   if (const int refused = RefuseActivation(ModList[row]); refused != kDone) return refused;
   const ActivationPlan plan = PlanActivation(ModEntry(ModList[row]));
   if (arguments.configuration) return PrintConfiguration(arguments, plan);
-  std::vector<PlanStep> steps = plan.steps;
+  std::vector<ActivationStep> steps = plan.steps;
   if (!plan.active) Note("an EXE of the mod would take over");
   if (arguments.after) steps.insert(steps.end(), plan.left.begin(), plan.left.end());
   if (arguments.after && plan.left.empty()) Note("a deactivation would leave everything as it is now");

@@ -3,11 +3,12 @@
 #include "cli/session.h"
 #include "cmdline/optionlist.h"
 #include "definition/crashmarker.h"
+#include "journal/journal.h"
+#include "modengine/applymod.h"
 #include "modengine/catalogue.h"
-#include "modengine/deactivation.h"
-#include "modengine/listedmod.h"
 #include "modengine/runcycle.h"
 #include "platform/system/paths/paths.h"
+#include "platform/system/text/text.h"
 #include "startup/crashrecovery.h"
 #include "support/install.h"
 
@@ -26,25 +27,47 @@ std::string OtherActiveMod(const std::string& definitionFile) {
 
 void NoteExeTookOver() { Note("an EXE of the mod has taken over"); }
 
+void NoteAll(const Report& report) {
+  for (const Problem& problem : report)
+    Note(TextOf(problem));
+}
+
+void Foretell(const Report& report) {
+  for (const Problem& problem : report)
+    Note(TextOf(problem) + "; this step is skipped");
+}
+
 int PrintDone(const Arguments& arguments, bool done, const std::string& what) {
-  if (!done) NoteExeTookOver();
   if (arguments.json) return Print({{"Done", done}});
   return done ? PrintLine(what) : kDone;
 }
 
+// An EXE that takes over is no failure, though nothing was done here.
+int PrintReverted(const Arguments& arguments, const std::string& file, const RevertResult& result) {
+  if (result.end == RevertResult::End::kRefused) return Fail(file, OneLine(result.refusal));
+  if (result.end == RevertResult::End::kNoFormat) return Fail(file, "is no definition");
+  const bool isDone = result.end == RevertResult::End::kDone && result.failed.empty();
+  if (result.end == RevertResult::End::kExeTookOver) NoteExeTookOver();
+  NoteAll(result.failed);
+  const int printed = PrintDone(arguments, isDone, file + " is inactive");
+  return result.failed.empty() ? printed : kFailed;
+}
+
 int PrintRun(const Arguments& arguments, const RunOutcome& run) {
   if (!run.ran) NoteExeTookOver();
-  if (!arguments.json) {
-    if (!run.ran) return kDone;
-    return PrintLine(run.commandLine + "\nended with status " + std::to_string(run.exitStatus));
-  }
-  Json result = {{"Ran", run.ran}, {"Program", nullptr}, {"CommandLine", nullptr}, {"ExitStatus", nullptr}};
+  NoteAll(run.failed);
+  Json result = {{"Ran", run.ran && run.asPromised}, {"Program", nullptr}, {"CommandLine", nullptr}, {"ExitStatus", nullptr}};
   if (run.ran) {
     result["Program"] = Text(run.program);
     result["CommandLine"] = Text(run.commandLine);
     result["ExitStatus"] = run.exitStatus;
   }
-  return Print(result);
+  int printed = kDone;
+  if (arguments.json)
+    printed = Print(result);
+  else if (run.ran)
+    printed = PrintLine(run.commandLine + "\nended with status " + std::to_string(run.exitStatus));
+  return run.asPromised || !run.ran ? printed : kFailed;
 }
 
 int Launch(const Arguments& arguments, int row) {
@@ -53,10 +76,24 @@ int Launch(const Arguments& arguments, int row) {
     const std::string ticked = JoinTickedOptions(ReadOptionList(OptionListFile()));
     return BuildCommandLine({arguments.options.value_or(ticked), arguments.map, arguments.edit}, true);
   };
-  const RunOutcome run = LaunchClick(row, buildLine, {}, SessionSettings()).run;
+  RunHooks hooks;
+  hooks.foretell = Foretell;
+  const RunOutcome run = LaunchClick(row, buildLine, hooks, SessionSettings()).run;
   if (!run.problem.empty()) return Fail(arguments.mod, OneLine(run.problem));
-  if (run.ran && run.exitStatus == -1) return Fail(run.program, "could not be started; everything was put back");
+  if (run.ran && run.exitStatus == -1) {
+    NoteAll(run.failed);
+    return Fail(run.program,
+                run.asPromised ? "could not be started; everything was put back" : "could not be started");
+  }
   return PrintRun(arguments, run);
+}
+
+// The definition of a mod that is active though its definition has gone.
+std::string FindJournaledDefinition(const std::string& mod) {
+  for (const Journal& journal : ReadJournals())
+    if (IsAbout(journal, InstallRoot()) && win::EqualNoCase(win::FileNameOf(journal.definitionFile), win::FileNameOf(mod)))
+      return journal.definitionFile;
+  return "";
 }
 
 }  // namespace
@@ -68,22 +105,25 @@ int ActivateGivenMod(const Arguments& arguments) {
   const ModEntry& mod = ModList[row];
   if (const int refused = RefuseActivation(mod); refused != kDone) return refused;
   if (mod.State == 0) Note(mod.DefinitionFile + ": is deactivated by `deactivate`, or by the next start of Varnik");
-  return PrintDone(arguments, ActivateListedMod(mod), mod.DefinitionFile + " is active");
+  const std::string file = mod.DefinitionFile;
+  const ApplyResult result = ApplyMod(file, mod.Legacy, Foretell);
+  if (!result.refusal.empty()) return Fail(file, result.refusal);
+  const bool isFailed = !result.failed.empty() || (result.active && !result.IsAsPromised());
+  if (!result.active && !isFailed) NoteExeTookOver();
+  NoteAll(result.failed);
+  const int printed = PrintDone(arguments, result.IsAsPromised(), file + " is active");
+  return isFailed ? kFailed : printed;
 }
 
 int DeactivateGivenMod(const Arguments& arguments) {
   const std::size_t row = FindGivenMod(arguments.mod);
-  const std::string file = row == 0 ? FindGivenDefinition(arguments.mod) : ModList[row].DefinitionFile;
+  std::string file = row == 0 ? FindGivenDefinition(arguments.mod) : ModList[row].DefinitionFile;
+  if (file.empty()) file = FindJournaledDefinition(arguments.mod);
   if (file.empty()) return FailWithoutMod(arguments.mod);
   if (const std::string other = OtherActiveMod(file); !other.empty()) return FailOverActiveMod(other);
   SelectModFolders(row == 0 ? -1 : static_cast<int>(row));
-  const std::string inactive = file + " is inactive";
   if (ModList[row].State == -1) Note(file + ": counts as inactive already");
-  if (row != 0) return PrintDone(arguments, DeactivateListedMod(ModList[row]), inactive);
-  // A mod that does not fit the install any more can still be deactivated: its definition is all that it takes.
-  const UndoOutcome outcome = DeactivateByMarker(file, InstallRoot());
-  if (outcome == UndoOutcome::kNoFormat) return Fail(file, "is no definition");
-  return PrintDone(arguments, outcome == UndoOutcome::kDone, inactive);
+  return PrintReverted(arguments, file, RevertMod(file, InstallRoot()));
 }
 
 int RunGivenMod(const Arguments& arguments) {

@@ -118,7 +118,7 @@ int RefuseActivation(const ModEntry& mod) {
 
 int FailOverActiveMod(const std::string& definitionFile) {
   return Fail(definitionFile,
-              "is active: `varnik-cli deactivate` deactivates it, or `varnik-cli recover` after a crash");
+              "is active: `varnik-cli deactivate` puts everything back, and so does `varnik-cli doctor --fix`");
 }
 
 std::optional<int> SelectMod(const std::string& mod) {

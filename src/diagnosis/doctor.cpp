@@ -3,10 +3,11 @@
 #include "definition/crashmarker.h"
 #include "definition/directive.h"
 #include "installs/installlist.h"
+#include "journal/journal.h"
+#include "modengine/applymod.h"
 #include "modengine/catalogue.h"
-#include "modengine/deactivation.h"
-#include "modengine/listedmod.h"
 #include "modengine/sessiondefaults.h"
+#include "platform/system/files/files.h"
 #include "platform/system/files/lines.h"
 #include "platform/system/files/rehearsal.h"
 #include "platform/system/files/wholefile.h"
@@ -30,6 +31,9 @@ Leftover Interrupted(const CrashMarker& marker) {
             "The note is removed.", [] { RemoveCrashMarker(); }};
   if (!win::IsSamePath(marker.root, InstallRoot()))
     return {kCrashSection, run, "`varnik-cli --root DIR doctor --fix` with that install.", {}};
+  if (FindJournal(marker.root, marker.definitionFile))
+    return {kCrashSection, run, "The mod is deactivated, and everything is put back as it was.",
+            [marker] { RevertMod(marker.definitionFile, marker.root); }};
   double version = 0;
   const bool isDefinition = FileExists(marker.definitionFile) &&
                             ReadMarker(win::LineReader(marker.definitionFile).ReadLine(), version) &&
@@ -40,7 +44,7 @@ Leftover Interrupted(const CrashMarker& marker) {
             "Put the definition back, then ask again. The next start of Varnik removes this note as it is.",
             {}};
   return {kCrashSection, run, "The mod is deactivated, and the player's own values are put back.",
-          [marker] { DeactivateByMarker(marker.definitionFile, marker.root); }};
+          [marker] { RevertMod(marker.definitionFile, marker.root); }};
 }
 
 bool OtherInstallIsListed() {
@@ -79,10 +83,33 @@ std::optional<Leftover> KeptValues() {
   return leftover;
 }
 
+// A file whose content changes. What is only moved needs no copy.
 bool KeepCopy(const win::PathDifference& difference) {
-  if (difference.kind != win::PathDifference::Kind::kChanged) return true;
+  if (difference.kind != win::PathDifference::Kind::kChanged || !win::FileSize(difference.path)) return true;
   const std::optional<std::string> content = win::ReadWholeFile(difference.path);
   return content && win::WriteWholeFile(FreeKeptName(difference.path), *content);
+}
+
+// What a journal of this install still tells of. A persistent mod that is active keeps its own.
+std::optional<Leftover> Unfinished(const Journal& journal) {
+  const bool isActive = journal.phase == JournalPhase::kActive;
+  if (isActive && FileExists(journal.definitionFile)) return std::nullopt;
+  const std::string mod = journal.definitionFile;
+  const std::string meaning =
+      isActive                                 ? mod + " is active, and its definition has gone."
+      : journal.phase == JournalPhase::kLeft ? "A start has undone " + mod + ", and left what it does not put back."
+                                             : "An activation or deactivation of " + mod + " was interrupted.";
+  return Leftover{win::FileNameOf(journal.file), meaning, "Everything is put back as it was before the mod.",
+                  [journal] { RevertMod(journal.definitionFile, InstallRoot()); }};
+}
+
+void AddJournals(std::vector<Leftover>& leftovers) {
+  const CrashMarker marker = ReadCrashMarker();
+  for (const Journal& journal : ReadJournals()) {
+    const bool isMarked = !marker.root.empty() && win::IsSamePath(marker.definitionFile, journal.definitionFile);
+    if (isMarked || !IsAbout(journal, InstallRoot())) continue;
+    if (std::optional<Leftover> leftover = Unfinished(journal)) leftovers.push_back(*std::move(leftover));
+  }
 }
 
 }  // namespace
@@ -92,11 +119,13 @@ std::vector<Leftover> FindLeftovers() {
   std::vector<Leftover> leftovers;
   const CrashMarker marker = ReadCrashMarker();
   if (!marker.root.empty() || !marker.definitionFile.empty()) leftovers.push_back(Interrupted(marker));
+  AddJournals(leftovers);
   const win::Rehearsal rehearsal;
-  if (!leftovers.empty() && leftovers[0].mend) leftovers[0].mend();
+  for (const Leftover& leftover : std::vector<Leftover>(leftovers))
+    if (leftover.mend) leftover.mend();
   // An active mod may have put files away that would count as left over otherwise.
   for (std::size_t row = 1; row < ModList.size(); ++row)
-    if (ModList[row].State == 1) DeactivateListedMod(ModEntry(ModList[row]));
+    if (ModList[row].State == 1) RevertMod(std::string(ModList[row].DefinitionFile), InstallRoot());
   AddLeftoverFiles(InstallRoot(), leftovers);
   // Values that belong to the marker of another install, or to one that waits for its definition, are not left over.
   const bool isAwaited = !leftovers.empty() && leftovers[0].item == kCrashSection && !leftovers[0].mend;

@@ -82,17 +82,25 @@ constexpr LegacyDirective<UndoPass> kDirectives[] = {
 
 }  // namespace
 
-void DeactivateLegacyMod(const std::string& definitionFile, const std::string& root) {
+void UndoLegacyLines(const std::string& definitionFile, const std::string& root) {
   win::LineReader file(definitionFile);
-  if (!file.IsOpen()) return;  // nothing is undone, so the marker stays for the next start
   // Recovery at a start has no install selected; the interrupted run had this one.
   const std::string selected = InstallRoot();
   UndoPass pass{root, {selected.empty() ? root : selected}};
   while (!file.AtEnd())
     ActOnLegacyLine(kDirectives, pass, ReadLegacyLine(file));
+}
+
+bool EndLegacyDeactivation(const std::string& root) {
   // The folder goes while the marker still stands: a kill in between leaves nothing behind that a start would not find.
-  win::RemoveFolder(pass.InRoot(kParkingFolder));
-  RemoveCrashMarker(win::OtherKeys::kRemove);
+  win::RemoveFolder(root + kParkingFolder);
+  const bool isOnDisk = win::SyncFileSystemOf(root);
+  return ReadCrashMarker(RemoveCrashMarker(win::OtherKeys::kRemove)).root.empty() && isOnDisk;
+}
+
+void DeactivateLegacyMod(const std::string& definitionFile, const std::string& root) {
+  UndoLegacyLines(definitionFile, root);
+  EndLegacyDeactivation(root);
 }
 
 }  // namespace varnik

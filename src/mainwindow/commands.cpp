@@ -2,7 +2,7 @@
 #include "installs/ui/frmaddrembz2.h"
 #include "mainwindow/frmmain.h"
 #include "modengine/catalogue.h"
-#include "modengine/deactivation.h"
+#include "modengine/applymod.h"
 #include "platform/system/process/services.h"
 #include "platform/system/text/text.h"
 #include "support/install.h"
@@ -31,9 +31,10 @@ void FrmMain::cmdLaunchBZ2_Click() {
   if (IsBusy()) return;
   running_ = true;
   const auto buildLine = [this] { return cmdLinePage.buildcmdline(true); };
-  const ClickOutcome::Act act = LaunchClick(modPage.SelectedMod(), buildLine, MakeRunHooks()).act;
-  if (act == ClickOutcome::Act::kActivated || act == ClickOutcome::Act::kDeactivated) LoadMods();
+  const ClickOutcome click = LaunchClick(modPage.SelectedMod(), buildLine, MakeRunHooks());
+  if (click.act == ClickOutcome::Act::kActivated || click.act == ClickOutcome::Act::kDeactivated) LoadMods();
   running_ = false;
+  ShowReport(click.act == ClickOutcome::Act::kRun ? click.run.failed : click.failed);
 }
 
 // From the tray every mod is run, a persistent one too.
@@ -41,12 +42,22 @@ void FrmMain::mnuModH_Click(int index) {
   if (IsBusy()) return;
   running_ = true;
   const int mod = win::RoundToInt16(win::LeadingNumber(hidden.mnuModH[index].Tag())).value_or(-1);
-  LaunchBZ2(mod, cmdLinePage.buildcmdline(false), false, MakeRunHooks());
+  const RunOutcome run = LaunchBZ2(mod, cmdLinePage.buildcmdline(false), false, MakeRunHooks());
   running_ = false;
+  ShowReport(run.failed);
+}
+
+// No box comes between a player and the game: the status bar says how many steps did not work, and which the first was.
+void FrmMain::ShowReport(const Report& report) {
+  lastReport_ = report;
+  if (report.empty()) return;
+  const std::size_t more = report.size() - 1;
+  StatusBar1.SetPanelText(1, TextOf(report[0]) + (more == 0 ? "" : " (and " + std::to_string(more) + " more)"));
 }
 
 RunHooks FrmMain::MakeRunHooks() {
   RunHooks hooks;
+  hooks.foretell = [this](const Report& report) { ShowReport(report); };
   hooks.setTrayTip = [this](const std::string& tip) { tray.ShellTrayModifyImageTip(tip); };
   hooks.restoreTrayTip = [this] { tray.ShellTrayModifyImageTip(Caption()); };
   hooks.hideWindow = [this] {
@@ -145,7 +156,9 @@ void FrmMain::mnuEmergencyDeactivate_Click() {
   const win::Answer answer = win::MsgBox(kForcedWarning, win::kYesNo + win::kCritical, "Varnik WARNING");
   const int mod = modPage.SelectedMod();
   if (answer != win::Answer::kYes || mod < 1 || mod >= static_cast<int>(ModList.size())) return;
-  DeactivateByMarker(ModList[mod].DefinitionFile, InstallRoot());
+  const RevertResult result = RevertMod(ModList[mod].DefinitionFile, InstallRoot());
+  if (!result.refusal.empty()) win::MsgBox(result.refusal);
+  ShowReport(result.failed);
 }
 
 }  // namespace varnik

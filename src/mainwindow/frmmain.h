@@ -1,5 +1,6 @@
 #pragma once
 
+#include "definition/report.h"
 #include "cmdline/ui/frmcmdline.h"
 #include "cmdline/ui/frmcmdlineedit.h"
 #include "gameconfig/ui/frmbz2config.h"
@@ -73,6 +74,7 @@ class FrmMain : public win::Form {
   void AddTrayAtLoad();
   bool TurnTrayOn(int patience);
   void HideStatusBarAtLoad();
+  void ShowReport(const Report& report);
   void ShowTrayState();
 
   // wiring.cpp
@@ -121,6 +123,7 @@ class FrmMain : public win::Form {
   BusyWindow busyWindow_;
   std::unique_ptr<frmSplashScrn> splash_;
   std::string clickedNode_;
+  Report lastReport_;  // what did not work in the last run, activation or deactivation
   bool running_ = false;    // from a click that launches to the end of what it does
   double FormHeight = 0;    // with the status bar showing, in twips
   bool wasVisible_ = true;  // before a run

@@ -9,6 +9,7 @@
 #include "modengine/sessiondefaults.h"
 #include "platform/system/files/files.h"
 #include "platform/system/files/lines.h"
+#include "platform/system/filesystem/operations.h"
 #include "platform/system/process/process.h"
 #include "platform/system/process/services.h"
 #include "platform/system/text/text.h"
@@ -40,6 +41,7 @@ void Include(Pass& pass, const Args& args) {
   if (!scope.IsAllowed()) return;
   const bool persistent = pass.state.persistent;
   win::LineReader file(path);
+  win::ReportOperation(win::Operation::kInclude, path, "", [&] { return file.IsOpen() || win::FailWith(EISDIR); });
   pass.exeTookOver = !ActivateFile(file, pass);
   pass.state.persistent = persistent;
 }
@@ -144,13 +146,12 @@ bool ActivateFile(win::LineReader& file, Pass pass) {
 
 std::vector<DirectiveForm> ActivationDirectives() { return FormsOf(kDirectives); }
 
-bool ActivateMod(const std::string& definitionFile) {
+bool ActivateMod(const std::string& definitionFile, ActivationState& state) {
   win::DoEvents();
   const std::string root = InstallRoot();
   win::LineReader file(definitionFile);
   if (root.empty() || !file.IsOpen()) return false;
   win::DoEvents();
-  ActivationState state;
   ReadBounds bounds;
   if (!ActivateFile(file, {state, root, bounds})) {
     DropConfiguration(root);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "definition/passdirective.h"
+#include "modengine/activationstate.h"
 
 #include <string>
 #include <vector>
@@ -9,7 +10,12 @@ namespace varnik {
 
 // Activates a mod of the current format on the selected install. False when an EXE took over or there is no such file:
 // the game is not to be run then. No roll-back: a step that fails is skipped.
-bool ActivateMod(const std::string& definitionFile);
+// `state` receives what was collected.
+bool ActivateMod(const std::string& definitionFile, ActivationState& state);
+inline bool ActivateMod(const std::string& definitionFile) {
+  ActivationState state;
+  return ActivateMod(definitionFile, state);
+}
 
 std::vector<DirectiveForm> ActivationDirectives();
 

@@ -4,12 +4,11 @@
 #include "definition/crashmarker.h"
 #include "definition/includes.h"
 #include "definition/recylist.h"
-#include "legacy/legacydeactivation.h"
-#include "modengine/runguard.h"
 #include "modengine/sessiondefaults.h"
 #include "platform/system/files/files.h"
 #include "platform/system/files/lines.h"
 #include "platform/system/files/wholefile.h"
+#include "platform/system/filesystem/operations.h"
 #include "platform/system/process/process.h"
 #include "platform/system/process/services.h"
 #include "platform/system/text/wildcards.h"
@@ -46,6 +45,7 @@ void Include(Pass& pass, const Args& args) {
   const IncludeScope scope(pass.bounds);
   if (!scope.IsAllowed()) return;
   win::LineReader file(path);
+  win::ReportOperation(win::Operation::kInclude, path, "", [&] { return file.IsOpen() || win::FailWith(EISDIR); });
   pass.exeTookOver = !DeactivateFile(file, pass);
 }
 
@@ -135,35 +135,30 @@ bool DeactivateFile(win::LineReader& file, Pass pass) {
 
 std::vector<DirectiveForm> DeactivationDirectives() { return FormsOf(kDirectives); }
 
-bool DeactivateMod(const std::string& definitionFile, const std::string& root) {
+bool UndoLines(const std::string& definitionFile, const std::string& root, bool& persistent) {
   LogLine("Deactivate Varnik Mod Begin");
   win::LineReader file(definitionFile);
   bool noActionYet = true;
-  bool persistent = false;
+  persistent = false;
   ReadBounds bounds;
-  if (!DeactivateFile(file, {root, noActionYet, persistent, bounds})) return false;
+  return DeactivateFile(file, {root, noActionYet, persistent, bounds});
+}
+
+bool EndDeactivation(const std::string& root, bool persistent) {
+  bool isDone = win::SyncFileSystemOf(root);
   win::SettingsSnapshot stored;
   if (!persistent) stored = RemoveCrashMarker();
   SelectedMapIndex = -1;
   if (refreshMapPage) refreshMapPage();
-  if (!persistent) RestorePlayersValues(stored);
-  return true;
+  if (!persistent) isDone = RestorePlayersValues(stored) && isDone;
+  return isDone && (persistent || ReadCrashMarker(stored).root.empty());
 }
 
-UndoOutcome DeactivateByMarker(const std::string& definitionFile, const std::string& root) {
-  const RunGuard guard;
-  if (!guard.IsHeld()) {
-    win::MsgBox(kRunRefused);
-    return UndoOutcome::kRefused;
-  }
-  double version = 0;
-  if (!ReadMarker(win::LineReader(definitionFile).ReadLine(), version)) return UndoOutcome::kNoFormat;
-  if (version <= kLastLegacyFormat) {
-    DeactivateLegacyMod(definitionFile, root);
-    return UndoOutcome::kDone;
-  }
-  if (version != kCurrentFormat) return UndoOutcome::kNoFormat;
-  return DeactivateMod(definitionFile, root) ? UndoOutcome::kDone : UndoOutcome::kExeTookOver;
+bool DeactivateMod(const std::string& definitionFile, const std::string& root) {
+  bool persistent = false;
+  if (!UndoLines(definitionFile, root, persistent)) return false;
+  EndDeactivation(root, persistent);
+  return true;
 }
 
 void SetMapPageRefresh(std::function<void()> refresh) { refreshMapPage = std::move(refresh); }

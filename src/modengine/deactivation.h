@@ -12,15 +12,12 @@ namespace varnik {
 // at a start, with no install selected. False when an EXE took over: nothing else is touched then.
 bool DeactivateMod(const std::string& definitionFile, const std::string& root);
 
-enum class UndoOutcome {
-  kDone,
-  kExeTookOver,
-  kNoFormat,  // the file cannot be read, its marker is bad, or its version is no format
-  kRefused,   // another process of Varnik is at work; a message has said so
-};
+// The first half of it: the lines, and nothing of the program's own, so that a rehearsal may call it.
+bool UndoLines(const std::string& definitionFile, const std::string& root, bool& persistent);
 
-// Undoes a mod of either format, by the marker in its line 1.
-UndoOutcome DeactivateByMarker(const std::string& definitionFile, const std::string& root);
+// The second half: the crash marker, the map page, the player's values. What the lines did is on the disk before the
+// marker goes. False when something could not be stored or put back.
+bool EndDeactivation(const std::string& root, bool persistent);
 
 std::vector<DirectiveForm> DeactivationDirectives();
 

@@ -4,11 +4,8 @@
 #include "definition/directive.h"
 #include "definition/includes.h"
 #include "gameconfig/screenshots.h"
-#include "legacy/legacyactivation.h"
-#include "legacy/legacydeactivation.h"
-#include "modengine/activation.h"
+#include "modengine/applymod.h"
 #include "modengine/catalogue.h"
-#include "modengine/deactivation.h"
 #include "modengine/runguard.h"
 #include "platform/system/files/files.h"
 #include "platform/system/files/lines.h"
@@ -86,6 +83,11 @@ void EndWithProblem(Run& run, const std::string& problem) {
   Call(run.hooks.reloadInstall);
 }
 
+void EndWithRefusal(Run& run, const std::string& problem) {
+  run.outcome.problem = problem;
+  win::MsgBox(problem);
+}
+
 void RunMod(Run& run, const ModEntry& mod) {
   const std::string& file = mod.DefinitionFile;
   if (!FileExists(file)) return EndWithProblem(run, std::string(kMissing) + kReloading);
@@ -96,18 +98,22 @@ void RunMod(Run& run, const ModEntry& mod) {
   const RunFormat format = isGood ? RunFormatOf(version) : RunFormat::kNone;
   if (format == RunFormat::kNone)
     return EndWithProblem(run, std::string(isGood ? kBadVersion : kBadFormat) + kDoNotEdit + kReloading);
-  const bool isLegacy = format == RunFormat::kLegacy;
-  if (!(isLegacy ? ActivateLegacyMod(file) : ActivateMod(file))) return;
+  const ApplyResult applied = ApplyMod(file, format == RunFormat::kLegacy, run.hooks.foretell);
+  if (!applied.refusal.empty()) return EndWithRefusal(run, applied.refusal);
+  run.outcome.failed = applied.failed;
+  run.outcome.asPromised = applied.IsAsPromised() || applied.foretold.size() + applied.failed.size() == 0;
+  if (!applied.active) return;
   RunGame(run);
-  if (isLegacy)
-    DeactivateLegacyMod(file, run.root);
-  else
-    DeactivateMod(file, run.root);
+  const RevertResult reverted = RevertMod(file, run.root);
+  run.outcome.failed.insert(run.outcome.failed.end(), reverted.failed.begin(), reverted.failed.end());
+  run.outcome.asPromised = run.outcome.asPromised && reverted.failed.empty();
 }
 
 RunOutcome Refused(const std::string& problem) {
   win::MsgBox(problem);
-  return {false, "", "", -1, problem};
+  RunOutcome refused;
+  refused.problem = problem;
+  return refused;
 }
 
 // Why this system cannot run the game; empty when it can. With a window it also goes to standard error. A mod that
@@ -120,6 +126,17 @@ std::string RunnerProblem(int modIndex, bool useEditor, const RunHooks& hooks) {
   const std::string message = "The game cannot be run: " + problem;
   if (hooks.hideWindow) std::fprintf(stderr, "%s\n", message.c_str());
   return message + "\r\nNothing was changed.";
+}
+
+ClickOutcome Activated(const ApplyResult& result) {
+  if (!result.refusal.empty()) return {ClickOutcome::Act::kNone, false, {}, Refused(result.refusal)};
+  return {ClickOutcome::Act::kActivated, result.IsAsPromised(), result.failed, {}};
+}
+
+ClickOutcome Deactivated(const RevertResult& result) {
+  if (!result.refusal.empty()) return {ClickOutcome::Act::kNone, false, {}, Refused(result.refusal)};
+  const bool isDone = result.end == RevertResult::End::kDone && result.failed.empty();
+  return {ClickOutcome::Act::kDeactivated, isDone, result.failed, {}};
 }
 
 }  // namespace
@@ -147,17 +164,17 @@ ClickOutcome LaunchClick(int modIndex, const std::function<std::string()>& build
                          const win::SettingsSnapshot& stored) {
   const RunGuard guard;
   const auto refuse = [](const std::string& problem) {
-    return ClickOutcome{ClickOutcome::Act::kNone, false, Refused(problem)};
+    return ClickOutcome{ClickOutcome::Act::kNone, false, {}, Refused(problem)};
   };
   if (!guard.IsHeld()) return refuse(kRunRefused);
   const ModEntry mod = modIndex == -1 ? ModEntry() : RowOf(modIndex);
-  if (mod.State == 1) return {ClickOutcome::Act::kDeactivated, DeactivateMod(mod.DefinitionFile, InstallRoot()), {}};
-  if (mod.State == -1) return {ClickOutcome::Act::kActivated, ActivateMod(mod.DefinitionFile), {}};
+  if (mod.State == 1) return Deactivated(RevertMod(mod.DefinitionFile, InstallRoot()));
+  if (mod.State == -1) return Activated(ApplyMod(mod.DefinitionFile, false, hooks.foretell));
   const bool useEditor = IsVersion13() && HasEditSwitch(buildLine());
   if (useEditor && !FileExists(GameOf(InstallRoot(), true))) return refuse(kNoEditor);
   if (const std::string problem = RunnerProblem(modIndex, useEditor, hooks); !problem.empty()) return refuse(problem);
   if (ClearBindataOnLaunch) ClearBindata();
-  return {ClickOutcome::Act::kRun, false, LaunchBZ2(modIndex, buildLine(), useEditor, hooks, stored)};
+  return {ClickOutcome::Act::kRun, false, {}, LaunchBZ2(modIndex, buildLine(), useEditor, hooks, stored)};
 }
 
 }  // namespace varnik

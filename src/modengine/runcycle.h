@@ -1,5 +1,6 @@
 #pragma once
 
+#include "definition/report.h"
 #include "support/settings.h"
 
 #include <functional>
@@ -17,11 +18,14 @@ struct RunHooks {
   std::function<void(const std::string& picture)> showSplash;  // full path of the picture
   std::function<void()> finishSplash;   // waits until the picture has had its time, then unloads it
   std::function<void()> reloadInstall;  // the catalogue no longer fits the disk
+  std::function<void(const Report& report)> foretell;  // steps of the mod that will not work; ahead of any change
 };
 
 // How a run went, for a caller that reports it.
 struct RunOutcome {
   bool ran = false;         // the game was to be started; false without a problem: an EXE of the mod took over
+  bool asPromised = true;   // with the mod as far as the install allows, and all is as it was before
+  Report failed;            // steps that did not work though they should have, and what was not put back
   std::string program;      // full path of it
   std::string commandLine;  // the whole line as spawned
   int exitStatus = -1;      // -1: it could not be started
@@ -37,7 +41,8 @@ struct ClickOutcome {
   enum class Act { kNone, kActivated, kDeactivated, kRun };
 
   Act act = Act::kNone;  // kActivated and kDeactivated: the catalogue no longer fits the disk
-  bool done = false;     // of an activation or deactivation: false when an EXE took over
+  bool done = false;     // of an activation or deactivation: false when an EXE took over, or it is not as promised
+  Report failed;         // of an activation or deactivation: what did not work
   RunOutcome run;        // for kNone it holds the problem alone
 };
 

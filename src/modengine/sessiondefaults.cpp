@@ -55,18 +55,50 @@ void ApplyPlayersValues(const ActivationState& state) {
     win::WriteWholeFile(file, name + "\r\n");
 }
 
-void RestorePlayersValues(const win::SettingsSnapshot& stored) {
+namespace {
+
+// The keys of what was put back. A value whose file has gone counts as put back: nothing is left to put it into.
+std::vector<win::SettingRow> PutBackSessionDefaults(const win::SettingsSnapshot& stored) {
   Values values;
-  for (const char* key : kSessionKeys)
+  std::vector<win::SettingRow> done;
+  for (const char* key : kSessionKeys) {
     if (const std::string old = stored.Get(kBackupSection, key); !old.empty()) values.push_back({key, old});
+    done.push_back({key, {}});
+  }
   const std::string preferences = values.empty() ? "" : FindPlayerFile("gameprefs.ini");
-  if (!preferences.empty()) win::WriteProfileValues(kPreferencesSection, values, preferences);
+  const bool isDone = preferences.empty() || win::WriteProfileValues(kPreferencesSection, values, preferences);
+  return isDone ? done : std::vector<win::SettingRow>();
+}
+
+}  // namespace
+
+bool RestorePlayersValues(const win::SettingsSnapshot& stored) {
+  std::vector<win::SettingRow> done = PutBackSessionDefaults(stored);
+  bool allDone = !done.empty();
   for (char letter = 'A'; letter <= 'Z'; ++letter) {
     const std::string old = stored.Get(kBackupSection, RaceKey(letter));
     const std::string file = old.empty() ? "" : RaceFile(letter);
-    if (!file.empty()) win::WriteWholeFile(file, old + "\r\n");
+    const bool isDone = file.empty() || win::WriteWholeFile(file, old + "\r\n");
+    if (isDone) done.push_back({RaceKey(letter), {}});
+    allDone = allDone && isDone;
   }
-  Forget(kBackupSection);
+  return allDone ? Forget(kBackupSection) : StoreAll(kBackupSection, done, win::OtherKeys::kKeep) && false;
+}
+
+bool PutBackSessionDefaults(const std::vector<SessionValue>& values, const std::string& file) {
+  Values changed;
+  for (const SessionValue& value : values)
+    if (!value.before.empty() && ReadIniValue(kPreferencesSection, value.key, file, "") == value.after)
+      changed.push_back({value.key, value.before});
+  return changed.empty() || win::WriteProfileValues(kPreferencesSection, changed, file);
+}
+
+std::vector<SessionValue> SessionValuesSet(const win::SettingsSnapshot& stored) {
+  std::vector<SessionValue> values;
+  for (const char* key : kSessionKeys)
+    if (const std::string before = stored.Get(kBackupSection, key); !before.empty())
+      values.push_back({key, before, PresentSessionDefault(key).value_or("")});
+  return values;
 }
 
 std::optional<std::string> PresentSessionDefault(const std::string& key) {

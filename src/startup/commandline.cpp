@@ -1,11 +1,14 @@
 #include "startup/commandline.h"
 
-#include "modengine/deactivation.h"
+#include "modengine/applymod.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/paths/program.h"
+#include "platform/system/process/services.h"
 #include "platform/system/text/text.h"
 #include "support/debuglog.h"
 #include "support/modfileexists.h"
+
+#include <cstdio>
 
 namespace varnik {
 
@@ -31,6 +34,17 @@ std::vector<std::string> SplitCommandLine(std::string_view line, int maxArgs) {
   return arguments;
 }
 
+namespace {
+
+void Deactivate(const std::string& definitionFile, const std::string& root) {
+  const RevertResult result = RevertMod(definitionFile, root);
+  if (!result.refusal.empty()) win::MsgBox(result.refusal);
+  for (const Problem& problem : result.failed)
+    std::fprintf(stderr, "%s: %s\n", win::Program().name.c_str(), TextOf(problem).c_str());
+}
+
+}  // namespace
+
 std::int16_t ProcessCmdLine(int maxArgs) {
   LogLine("ProcessCmdLine Begin");
   std::int16_t runMode = kRunModeNormal;
@@ -45,7 +59,7 @@ std::int16_t ProcessCmdLine(int maxArgs) {
     if (name == "/deactivate" && hasNext) file = arguments[++i];
   }
   // An empty root becomes a single backslash: the work then runs against the root of the current drive.
-  if (file != root && !file.empty() && FileExists(file)) DeactivateByMarker(file, win::WithSeparator(root));
+  if (file != root && !file.empty() && FileExists(file)) Deactivate(file, win::WithSeparator(root));
   return runMode;
 }
 

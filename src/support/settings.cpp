@@ -33,6 +33,6 @@ bool StoreAll(const char* section, const std::vector<win::SettingRow>& rows, win
   return win::SaveSection(kApplication, section, rows, others, after);
 }
 
-void Forget(const char* section, const std::string& key) { win::DeleteSetting(kApplication, section, key); }
+bool Forget(const char* section, const std::string& key) { return win::DeleteSetting(kApplication, section, key); }
 
 }  // namespace varnik

@@ -37,6 +37,7 @@ std::string ReadStored(const char* section, const std::string& key, const std::s
 bool Store(const char* section, const std::string& key, const std::string& value);
 bool StoreAll(const char* section, const std::vector<win::SettingRow>& rows, win::OtherKeys others,
               win::SettingsSnapshot* after = nullptr);
-void Forget(const char* section, const std::string& key = "");
+// False when it could not be forgotten.
+bool Forget(const char* section, const std::string& key = "");
 
 }  // namespace varnik

@@ -1,7 +1,7 @@
 #include "diagnosis/activationplan.h"
 
 #include "definition/crashmarker.h"
-#include "modengine/listedmod.h"
+#include "modengine/applymod.h"
 #include "platform/system/store/settings.h"
 #include "support/settings.h"
 #include "tests/harness/difference.h"
@@ -16,9 +16,9 @@ namespace {
 using test::Snapshot;
 using test::WriteFile;
 
-std::string Written(const std::vector<PlanStep>& steps) {
+std::string Written(const std::vector<ActivationStep>& steps) {
   std::string text;
-  for (const PlanStep& step : steps)
+  for (const ActivationStep& step : steps)
     text += std::to_string(step.line) + " " + step.step + " " + step.target + " < " + step.source +
             (step.works ? " yes " : " no ") + step.why + "\n";
   return text;
@@ -93,19 +93,15 @@ TEST_F(Plan, TellsWhatAnActivationThenDoes) {
     const ActivationPlan plan = PlanActivation(mod);
     ASSERT_EQ(Snapshot(sandbox_.Install()), before);
     EXPECT_EQ(win::AllSettings(kApplication).size(), stored);
-    PlanSteps taken;
-    {
-      const win::OperationObserver observer([&](const win::FileOperation& operation) { taken.Take(operation); });
-      EXPECT_EQ(ActivateListedMod(mod), plan.active);
-    }
-    EXPECT_EQ(Written(taken.All()), Written(plan.steps));
+    const ApplyResult taken = ApplyMod(mod.DefinitionFile, mod.Legacy);
+    EXPECT_EQ(taken.active, plan.active);
+    EXPECT_EQ(Written(taken.steps), Written(plan.steps));
     EXPECT_EQ(plan.configuration, Content("bzone.cfg") == own ? std::nullopt : Content("bzone.cfg"));
-    if (plan.active) DeactivateListedMod(mod);
-    std::set<std::string> told;
-    for (const PlanStep& step : plan.left)
-      told.insert(step.target);
-    const auto names = test::NamesThatDiffer(before, Snapshot(sandbox_.Install()));
-    EXPECT_TRUE(test::AreTold(names, told)) << testing::PrintToString(names) << testing::PrintToString(told);
+    EXPECT_EQ(Written(plan.left), "");
+    if (!plan.active) continue;
+    const RevertResult reverted = RevertMod(mod.DefinitionFile, Root());
+    EXPECT_TRUE(reverted.failed.empty()) << TextOf(reverted.failed[0]);
+    EXPECT_EQ(Snapshot(sandbox_.Install()), before);
   }
 }
 

@@ -73,6 +73,15 @@ class FaultyFileSystem : public win::OverlayFileSystem {
     return true;
   }
 
+  bool SyncAll(const std::string&) override {
+    if (Fails()) return false;
+    for (auto& [path, name] : names_) {
+      if (name.now) *name.now = *Content(path);
+      name.synced = name.now;
+    }
+    return true;
+  }
+
  private:
   // The files that have a name after a power cut and now, each with the content that is synced. Null for none.
   struct Name {

@@ -23,6 +23,7 @@ Sandbox::Sandbox() {
     fs::create_directories(folder);
   const std::pair<const char*, fs::path> variables[] = {
       {"HOME", home_},       {"XDG_CONFIG_HOME", home_ / "config"}, {"XDG_DATA_HOME", home_ / "data"},
+      {"XDG_STATE_HOME", home_ / "state"},
       {"VARNIK_HOME", app_}, {"XDG_RUNTIME_DIR", home_ / "run"},    {"WINEPREFIX", home_ / "wine"}};
   for (const auto& [name, value] : variables)
     setenv(name, value.c_str(), 1);

@@ -1,7 +1,7 @@
 #include "definition/crashmarker.h"
 #include "legacy/legacyactivation.h"
 #include "legacy/legacydeactivation.h"
-#include "modengine/deactivation.h"
+#include "modengine/applymod.h"
 #include "platform/system/store/registry.h"
 #include "support/install.h"
 #include "support/registry.h"
@@ -73,7 +73,7 @@ TEST_F(LegacyActivation, EveryDirectiveComesBackAlsoAtAStart) {
                      "replace @rootdir\\a,@rootdir\\m\\a\nmove @rootdir\\m\\n,@rootdir\\n\nexec @rootdir\\x.exe")));
     const CrashMarker marker = ReadCrashMarker();
     if (!selected) SelectInstall(-1);
-    EXPECT_EQ(DeactivateByMarker(marker.definitionFile, marker.root), UndoOutcome::kDone);
+    EXPECT_EQ(RevertMod(marker.definitionFile, marker.root).end, RevertResult::End::kDone);
     EXPECT_EQ(test::Snapshot(sandbox_.Install()), before);
   }
 }

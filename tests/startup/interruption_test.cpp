@@ -1,5 +1,5 @@
 #include "definition/crashmarker.h"
-#include "modengine/listedmod.h"
+#include "modengine/applymod.h"
 #include "support/settings.h"
 #include "tests/harness/crash.h"
 #include "tests/modengine/modtest.h"
@@ -99,10 +99,7 @@ TEST_P(Interruption, AKillAtAnyOperationIsRepairedFromTheMarkerOn) {
 TEST_P(Interruption, ARecoveryThatIsKilledIsFinishedByTheNextOne) {
   const auto prepare = [this] {
     Prepare();
-    ModEntry mod;
-    mod.DefinitionFile = mod_;
-    mod.Legacy = GetParam().name == std::string("older");
-    ASSERT_TRUE(ActivateListedMod(mod));
+    ASSERT_TRUE(ApplyMod(mod_, GetParam().name == std::string("older")).active);
   };
   test::SweepKills(Cli({"recover"}), prepare, [this] {
     test::Run(Cli({"recover"}));

@@ -28,7 +28,7 @@ bool MoveToOtherFileSystem(const std::string& from, const std::string& to) {
   const std::string copy = TemporaryNameFor(to);
   const bool isMoved = CopyFile(files, from, copy) && files.Sync(copy) && files.RenameWithoutReplacing(copy, to);
   if (!isMoved) files.Remove(copy);
-  return isMoved && files.Remove(from);
+  return isMoved && files.Sync(FolderAbove(to)) && files.Remove(from);
 }
 
 // Names first, deletion afterwards: a folder that is changed while it is read may leave some out.
@@ -124,6 +124,8 @@ bool SetAttributes(const std::string& path, unsigned attributes) {
   if (readOnly == status.IsReadOnly() || (readOnly && status.IsFolder())) return true;
   return CurrentFileSystem().SetPermissions(native, status.permissions ^ 0200);
 }
+
+bool SyncFileSystemOf(const std::string& path) { return CurrentFileSystem().SyncAll(NativePath(path)); }
 
 bool ClearReadOnly(const std::string& path) {
   const unsigned attributes = GetAttributes(path).value_or(0);

@@ -39,4 +39,7 @@ bool SetAttributes(const std::string& path, unsigned attributes);
 // Size of a regular file in bytes. Nothing for anything else, such as a folder or a pipe.
 std::optional<std::uint64_t> FileSize(const std::string& path);
 
+// True when everything on the file system that holds `path` has reached the disk.
+bool SyncFileSystemOf(const std::string& path);
+
 }  // namespace win

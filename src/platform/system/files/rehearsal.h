@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/system/filesystem/currentfilesystem.h"
-#include "platform/system/filesystem/overlayfilesystem.h"
+#include "platform/system/filesystem/recordingfilesystem.h"
 
 #include <string>
 #include <vector>
@@ -10,7 +10,7 @@ namespace win {
 
 // While one is alive, the verbs of this layer change nothing: neither files nor what the program stores. They return
 // what they would return, each seeing the effects of earlier ones. Programs are not started; the result is whether one
-// could be. Other processes must not change the same folders while it is alive. For one thread.
+// could be; no event is served. Other processes must not change the same folders while it is alive. For one thread.
 class Rehearsal {
  public:
   // How the disk would differ from now, in name order, without what the program stores. What lies below `folder`, a
@@ -18,8 +18,11 @@ class Rehearsal {
   // was made only the folder itself.
   std::vector<PathDifference> Differences(const std::string& folder);
 
+  // What has been changed so far, in native paths.
+  const RecordingFileSystem& Record() const { return files_; }
+
  private:
-  OverlayFileSystem files_{CurrentFileSystem()};
+  RecordingFileSystem files_{CurrentFileSystem()};
   ScopedFileSystem scope_{files_};
 };
 

@@ -139,6 +139,9 @@ class FileSystem {
   // True when the content of the file has reached the disk, or the names in the folder. Neither covers the other.
   virtual bool Sync(const std::string& path) = 0;
 
+  // True when everything on the file system that holds `path` has reached the disk.
+  virtual bool SyncAll(const std::string& path) = 0;
+
   // Locks the file against other processes and makes it when it is missing. Null with EWOULDBLOCK while another holds
   // it. Where the file system has no locks, it succeeds.
   virtual std::unique_ptr<FileLock> TryLock(const std::string& path) = 0;

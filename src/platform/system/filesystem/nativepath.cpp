@@ -58,4 +58,9 @@ std::string TemporaryNameFor(const std::string& native) {
   return folder + "." + std::string(name.substr(0, kMaxName)) + ".new~";
 }
 
+bool IsTemporaryName(std::string_view native) {
+  const std::string_view name = LastName(native);
+  return name.starts_with('.') && name.ends_with(".new~");
+}
+
 }  // namespace win

@@ -29,13 +29,13 @@ constexpr Explanation kExplanations[] = {
     {EINVAL, "a folder cannot be moved into itself"},
 };
 
-std::string Explained(int error) {
+}  // namespace
+
+std::string ExplainError(int error) {
   for (const Explanation& row : kExplanations)
     if (row.error == error) return row.clause;
   return error == 0 ? "it was refused" : std::strerror(error);
 }
-
-}  // namespace
 
 OperationObserver::OperationObserver(Listener listener) : outer_(std::exchange(listening, std::move(listener))) {}
 
@@ -50,7 +50,7 @@ bool ReportOperation(Operation operation, const std::string& target, const std::
   errno = 0;
   FileOperation report{operation, target, source, work(), ""};
   const bool isQuestion = operation == Operation::kLookFor || operation == Operation::kSearch;
-  if (!report.done) report.why = Explained(isQuestion ? ENOENT : errno);
+  if (!report.done) report.why = ExplainError(isQuestion ? ENOENT : errno);
   isInside = false;
   listening(report);
   return report.done;

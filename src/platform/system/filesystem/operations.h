@@ -9,6 +9,7 @@ namespace win {
 enum class Operation {
   kLookFor,  // whether there is a file or folder of this name
   kSearch,   // for a file by its bare name, in whole folders
+  kInclude,  // a file that a definition names is read as a part of it
   kRename,   // `source` to `target`
   kDelete,
   kMakeFolder,
@@ -46,6 +47,9 @@ class OperationObserver {
 };
 
 bool OperationsAreObserved();
+
+// One clause for a value of errno.
+std::string ExplainError(int error);
 
 // Does `work`, whose errno explains a failure, and reports it to the observer. Returns what `work` returns.
 bool ReportOperation(Operation operation, const std::string& target, const std::string& source,

@@ -383,6 +383,23 @@ bool OverlayFileSystem::IsChanged(const std::string& resolved) {
   return !content || content != ContentOf(base_, resolved);
 }
 
+std::string OverlayFileSystem::PathBelow(const std::string& resolved) const {
+  const std::optional<Entry> entry = Find(resolved);
+  return entry ? entry->backing : "";
+}
+
+std::optional<std::string_view> OverlayFileSystem::ContentInMemory(const std::string& resolved) const {
+  const auto found = entries_.find(resolved);
+  if (found == entries_.end() || !found->second.memory) return std::nullopt;
+  return found->second.memory->content;
+}
+
+void OverlayFileSystem::ForEachChange(
+    const std::function<void(const std::string& path, const std::string& below)>& take) const {
+  for (const auto& [path, entry] : entries_)
+    take(path, entry.backing);
+}
+
 std::vector<PathDifference> OverlayFileSystem::Differences() {
   using Kind = PathDifference::Kind;
   std::vector<PathDifference> differences;

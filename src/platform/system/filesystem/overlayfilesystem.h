@@ -2,10 +2,12 @@
 
 #include "platform/system/filesystem/filesystem.h"
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace win {
@@ -41,6 +43,7 @@ class OverlayFileSystem : public FileSystem {
   bool SetPermissions(const std::string& path, mode_t permissions) override;
   bool SetModified(const std::string& path, const timespec& time) override;
   bool Sync(const std::string& path) override { return Exists(path) || FailWith(ENOENT); }
+  bool SyncAll(const std::string& path) override { return Sync(path); }
   std::unique_ptr<FileLock> TryLock(const std::string& path) override;
   const FolderNames* NamesIn(const std::string& folder) override;
   bool IsSeenByPrograms() const override { return false; }
@@ -51,6 +54,17 @@ class OverlayFileSystem : public FileSystem {
 
   // The absolute path without links on the way, its last name included or not.
   std::string Resolved(const std::string& path, bool followLast);
+
+ protected:
+  // Where the file system below has what stands at a resolved path; empty for what does not come from there.
+  std::string PathBelow(const std::string& resolved) const;
+
+  // The content of a file in memory; nothing for anything else.
+  std::optional<std::string_view> ContentInMemory(const std::string& resolved) const;
+
+  // Calls `take` with each resolved path that has changed and the path below of what it leads to now: empty for what
+  // does not come from there, and for what has gone.
+  void ForEachChange(const std::function<void(const std::string& path, const std::string& below)>& take) const;
 
  private:
   struct MemoryFile;

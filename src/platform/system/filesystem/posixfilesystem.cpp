@@ -172,6 +172,11 @@ class Posix : public FileSystem {
     return file.IsOpen() && (fsync(file.Get()) == 0 || errno == EINVAL);
   }
 
+  bool SyncAll(const std::string& path) override {
+    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    return file.IsOpen() && syncfs(file.Get()) == 0;
+  }
+
   std::unique_ptr<FileLock> TryLock(const std::string& path) override {
     Descriptor file(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
     if (!file.IsOpen() || !LockUnlessHeld(file.Get())) return nullptr;

@@ -8,6 +8,8 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+
 namespace win {
 namespace {
 
@@ -103,7 +105,21 @@ const std::string& CommandLine() { return commandLine_; }
 
 std::string ConfigFolder() { return Made(XdgFolder("XDG_CONFIG_HOME", ".config") + "/" + identity_.name); }
 
+std::string StateFolder() { return Made(XdgFolder("XDG_STATE_HOME", ".local/state") + "/" + identity_.name); }
+
 std::string AutostartFolder() { return Made(XdgFolder("XDG_CONFIG_HOME", ".config") + "/autostart"); }
+
+OwnFolders::OwnFolders() {
+  for (const std::string& folder : {ConfigFolder(), StateFolder(), AutostartFolder()})
+    folders_.push_back(FollowLinks(folder) + "/");
+}
+
+bool OwnFolders::Hold(const std::string& native) const {
+  const std::string path = native + "/";
+  return std::any_of(folders_.begin(), folders_.end(), [&path](const std::string& folder) {
+    return path.starts_with(folder) || folder.starts_with(path);
+  });
+}
 
 std::string RuntimeFolder() {
   const std::string given = Variable("XDG_RUNTIME_DIR");

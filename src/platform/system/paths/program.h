@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 // What the running program is called and where its folders are. Set once, before anything else of this layer is used.
 namespace win {
@@ -33,8 +34,21 @@ const std::string& CommandLine();
 
 // Native paths, without a trailing separator; made when they are missing.
 std::string ConfigFolder();     // $XDG_CONFIG_HOME/<name>, else ~/.config/<name>
+std::string StateFolder();      // $XDG_STATE_HOME/<name>, else ~/.local/state/<name>
 std::string RuntimeFolder();    // $XDG_RUNTIME_DIR, else a folder of this user's own under /tmp
 std::string AutostartFolder();  // $XDG_CONFIG_HOME/autostart, else ~/.config/autostart
+
+// The folders for configuration, state and autostart, as native paths without links on the way.
+class OwnFolders {
+ public:
+  OwnFolders();
+
+  // Whether a native path without links lies in one of them, or on the way to one.
+  bool Hold(const std::string& native) const;
+
+ private:
+  std::vector<std::string> folders_;  // each ends in a separator
+};
 
 // The program's own folder, as a Windows path that ends in a backslash: `<NAME>_HOME` if set; else the folder of the
 // executable when it holds `marker` (a portable copy); else $XDG_DATA_HOME/<name> or ~/.local/share/<name>, filled at

@@ -1,5 +1,7 @@
 #include "platform/system/process/services.h"
 
+#include "platform/system/filesystem/currentfilesystem.h"
+
 #include <cstdio>
 #include <memory>
 #include <utility>
@@ -13,7 +15,9 @@ Held installed = std::make_shared<WindowServices>();
 
 }  // namespace
 
+// An event that is served during a rehearsal would act on what is not there.
 void DoEvents() {
+  if (!CurrentFileSystem().IsSeenByPrograms()) return;
   if (const Held services = installed; services->doEvents) services->doEvents();
 }
 

@@ -7,7 +7,7 @@
 // Without one there are no events, a message goes to standard error and a question gets its safe answer.
 namespace win {
 
-// Runs pending events, handlers inside handlers included. Cheap enough to be called in every turn of a long loop.
+// Runs pending events, handlers inside handlers included. Cheap enough to be called in every turn of a long loop. Does nothing in a rehearsal.
 void DoEvents();
 
 // Style values of a message box, added up.

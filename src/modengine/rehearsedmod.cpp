@@ -1,0 +1,88 @@
+#include "modengine/rehearsedmod.h"
+
+#include "definition/bzonecfg.h"
+#include "journal/record.h"
+#include "legacy/legacyactivation.h"
+#include "legacy/legacydeactivation.h"
+#include "modengine/activation.h"
+#include "modengine/deactivation.h"
+#include "modengine/sessiondefaults.h"
+#include "platform/system/files/rehearsal.h"
+#include "platform/system/files/wholefile.h"
+#include "platform/system/filesystem/currentfilesystem.h"
+#include "platform/system/filesystem/nativepath.h"
+#include "platform/system/filesystem/operations.h"
+#include "platform/system/paths/paths.h"
+#include "support/install.h"
+
+#include <cerrno>
+#include <set>
+#include <utility>
+
+namespace varnik {
+
+namespace {
+
+Journal NewJournal(const std::string& definitionFile, bool isLegacy) {
+  Journal journal;
+  journal.root = InstallRoot();
+  journal.definitionFile = definitionFile;
+  journal.legacy = isLegacy;
+  journal.workingFolder = win::FollowLinks(".");
+  win::FileStatus status;
+  if (win::CurrentFileSystem().Status(win::NativePath(journal.root), status)) journal.rootIdentity = status.identity;
+  return journal;
+}
+
+void RehearseUndo(const Journal& journal) {
+  bool persistent = false;
+  if (journal.legacy)
+    UndoLegacyLines(journal.definitionFile, journal.root);
+  else if (UndoLines(journal.definitionFile, journal.root, persistent) && !persistent)
+    RestorePlayersValues();
+}
+
+void RehearseActivation(RehearsedMod& mod) {
+  ActivationState state;
+  const std::string& definition = mod.journal.definitionFile;
+  mod.active = mod.journal.legacy ? ActivateLegacyMod(definition) : ActivateMod(definition, state);
+  mod.journal.persistent = state.persistent;
+  if (!state.persistent) mod.journal.session = SessionValuesSet();
+  mod.configuration = win::ReadWholeFile(mod.journal.root + kGameConfig);
+}
+
+void NoteDefinitions(Journal& journal, const std::set<std::string>& files) {
+  for (const std::string& path : files)
+    if (std::optional<std::string> content = win::ReadWholeFile(path))
+      journal.definitions.push_back({path, *std::move(content)});
+}
+
+}  // namespace
+
+RehearsedMod RehearseMod(const std::string& definitionFile, bool isLegacy) {
+  RehearsedMod mod;
+  mod.journal = NewJournal(definitionFile, isLegacy);
+  win::FileSystem& present = win::CurrentFileSystem();
+  std::set<std::string> files = {definitionFile};
+  ActivationSteps steps;
+  bool isUndo = false;
+  const win::Rehearsal rehearsal;
+  const win::OperationObserver observer([&](const win::FileOperation& operation) {
+    if (operation.kind == win::Operation::kInclude) files.insert(operation.target);
+    if (!isUndo) steps.Take(operation);
+  });
+  RehearseActivation(mod);
+  mod.steps = steps.All();
+  isUndo = true;
+  ActiveState active = NoteActiveState(rehearsal.Record());
+  RehearseUndo(mod.journal);
+  const win::ScopedFileSystem asItIs(present);
+  NoteDefinitions(mod.journal, files);
+  if (!FillJournal(mod.journal, rehearsal.Record(), std::move(active), mod.unreadable))
+    mod.why = win::ExplainError(errno);
+  else
+    mod.unreadable.clear();
+  return mod;
+}
+
+}  // namespace varnik
