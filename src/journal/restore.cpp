@@ -26,7 +26,7 @@ class Restoration {
     bool isChanged = true;
     for (int round = 0; isChanged && round < kMaxRounds; ++round) {
       places_.Look();
-      isChanged = RemoveOurs() + MoveBack() > 0;
+      isChanged = RemoveOurs() + MakeFolders() + MoveBack() > 0;
     }
     WriteBack();
     RemoveFolders();
@@ -73,6 +73,17 @@ class Restoration {
       }
     }
     return removed;
+  }
+
+  // A folder that was removed because it was empty.
+  int MakeFolders() {
+    int made = 0;
+    for (std::size_t i = 0; i < Count(); ++i) {
+      const JournalEntry& entry = journal_.entries[i];
+      if (!entry.existed || !entry.before.IsFolder() || places_.Of(i) != kNowhere || At(i).isThere) continue;
+      if (win::CurrentFileSystem().MakeFolder(At(i).path, entry.before.permissions)) ++made;
+    }
+    return made;
   }
 
   bool Move(std::size_t from, std::size_t to, std::size_t entry) {

@@ -37,7 +37,8 @@ class Interruption : public test::ModTest, public testing::WithParamInterface<Mo
     Put("RaceName_A.txt=player " + std::string(GetParam().files));
     test::WriteFile(InRoot("RecyList.txt"), "first 1\r\n");
     test::WriteFile(InRoot("gameprefs.ini"), "[UserPrefs]\r\nDefaultSessionName=Mine\r\n");
-    fs::remove_all(sandbox_.Home() / "config");
+    for (const char* folder : {"config", "state"})
+      fs::remove_all(sandbox_.Home() / folder);
     before_ = Install();
   }
 

@@ -373,11 +373,24 @@ const FolderNames* OverlayFileSystem::NamesIn(const std::string& folder) {
   return &names;
 }
 
+// A folder that was removed and made again, and holds what it held. What changed in there is told by itself.
+bool OverlayFileSystem::IsMadeAgain(const std::string& resolved) {
+  const std::optional<Entry> entry = Find(resolved);
+  const auto listing = entry && entry->backing.empty() ? base_.OpenFolder(resolved) : nullptr;
+  std::set<std::string> before, now;
+  for (FoundEntry found; listing && listing->Next(found);)
+    before.insert(found.name);
+  for (const FoundEntry& found : EntriesIn(resolved))
+    now.insert(found.name);
+  return listing && before == now;
+}
+
 // True unless both are regular files of the same content.
 bool OverlayFileSystem::IsChanged(const std::string& resolved) {
   FileStatus here;
   FileStatus below;
   if (!StatusOf(resolved, true, here) || !base_.Status(resolved, below)) return true;
+  if (here.IsFolder() && below.IsFolder()) return !IsMadeAgain(resolved);
   if (!here.IsFile() || !below.IsFile() || here.size != below.size) return true;
   const std::optional<std::string> content = ContentOf(*this, resolved);
   return !content || content != ContentOf(base_, resolved);

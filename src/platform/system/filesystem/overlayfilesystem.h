@@ -93,6 +93,7 @@ class OverlayFileSystem : public FileSystem {
   bool RenameTo(const std::string& from, const std::string& to, bool replace);
   bool RemoveEntry(const std::string& resolved);
   std::vector<FoundEntry> EntriesIn(const std::string& resolved);
+  bool IsMadeAgain(const std::string& resolved);
   bool IsChanged(const std::string& resolved);
 
   FileSystem& base_;
