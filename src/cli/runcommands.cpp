@@ -99,7 +99,9 @@ int RunGivenMod(const Arguments& arguments) {
 }
 
 int Recover(const Arguments& arguments) {
-  const bool recovered = RecoverFromCrash();
+  bool isKnown = true;
+  const bool recovered = RecoverFromCrash(&isKnown);
+  if (!isKnown) return FailWithoutSettings();
   if (arguments.json) return Print({{"Recovered", recovered}});
   return PrintLine(recovered ? "An interrupted run was undone." : "There was no interrupted run.");
 }

@@ -61,6 +61,10 @@ void StartSession(const Arguments& arguments) {
 
 const win::SettingsSnapshot& SessionSettings() { return settings; }
 
+int FailWithoutSettings() {
+  return Fail("settings", "cannot be read, so that an interrupted run may be undone later; nothing was changed");
+}
+
 void AnswerYes() { answerYes = true; }
 
 void SilenceMessages() { silent = true; }

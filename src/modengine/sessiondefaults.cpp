@@ -56,6 +56,7 @@ void ApplyPlayersValues(const ActivationState& state) {
 }
 
 void RestorePlayersValues(const win::SettingsSnapshot& stored) {
+  if (!stored.IsReadable()) return;  // nothing may be forgotten that was not put back
   Values values;
   for (const char* key : kSessionKeys)
     if (const std::string old = stored.Get(kBackupSection, key); !old.empty()) values.push_back({key, old});

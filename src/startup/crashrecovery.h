@@ -3,7 +3,8 @@
 namespace varnik {
 
 // Finishes a run that was interrupted, by its marker. True when a marker was acted on, whatever came of it. Does
-// nothing while another process of Varnik changes an install or runs the game.
-bool RecoverFromCrash();
+// nothing while another process of Varnik changes an install or runs the game, and nothing when the settings cannot be
+// read: `isKnown` then becomes false, and true otherwise.
+bool RecoverFromCrash(bool* isKnown = nullptr);
 
 }  // namespace varnik

@@ -1,5 +1,6 @@
 #include "definition/crashmarker.h"
 #include "modengine/runguard.h"
+#include "platform/system/files/wholefile.h"
 #include "platform/system/paths/program.h"
 #include "platform/system/process/instance.h"
 #include "platform/system/store/registry.h"
@@ -10,6 +11,7 @@
 #include "support/registry.h"
 #include "support/settings.h"
 #include "tests/harness/cases.h"
+#include "tests/harness/failingreads.h"
 #include "tests/modengine/modtest.h"
 
 #include <regex>
@@ -75,6 +77,25 @@ TEST_F(Startup, RecoversByTheMarker) {
     EXPECT_EQ(RegReadValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue).empty(), !staysMarked);
     EXPECT_EQ(ReadStored(kBackupSection, "RacenameA"), staysMarked ? "old" : "");
     Expect("RaceName_A.txt=mod");  // no install is selected yet, so nothing is found
+  }
+}
+
+// Whichever reading of the settings fails: the run is undone, or can still be.
+TEST_F(Startup, DoesNotTakeUnreadableSettingsForNone) {
+  UseInstallFolder(Root());
+  Put("b=1 RaceName_A.txt=mod");
+  WriteCrashMarker({Root(), Define("rename(a,b);")});
+  Store(kBackupSection, "RacenameA", "old");
+  for (int n = 1;; ++n) {
+    SCOPED_TRACE(n);
+    const test::FailingReads disk("settings.json", n);
+    bool isKnown = false;
+    const bool recovered = RecoverFromCrash(&isKnown);
+    EXPECT_EQ(recovered, isKnown);
+    if (!disk.HasFailed()) break;
+    EXPECT_TRUE(recovered || !ReadCrashMarker().root.empty());
+    const auto name = win::ReadWholeFile(Root() + "RaceName_A.txt");
+    EXPECT_TRUE(name == "old\r\n" || ReadStored(kBackupSection, "RacenameA") == "old") << *name;
   }
 }
 

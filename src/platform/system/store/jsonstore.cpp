@@ -117,13 +117,12 @@ JsonStore::Load JsonStore::Reload() {
   const Content content = ReadBytes(Path(), bytes);
   if (content == Content::kUnreadable) SayOnce(Path() + " is there and cannot be read; nothing is stored");
   if (content != Content::kRead) bytes.clear();
-  if (!bytes.empty() && bytes == bytes_) return Load::kDone;
+  if (!bytes.empty() && bytes == bytes_) return load_ = Load::kDone;
   Json tree = content == Content::kRead ? ParseStore(bytes) : Json::object();
   const bool damaged = tree.is_discarded();
   tree_ = damaged ? Json::object() : std::move(tree);
   bytes_ = damaged ? std::string() : std::move(bytes);
-  if (content == Content::kUnreadable) return Load::kUnreadable;
-  return damaged ? Load::kDamaged : Load::kDone;
+  return load_ = content == Content::kUnreadable ? Load::kUnreadable : damaged ? Load::kDamaged : Load::kDone;
 }
 
 void JsonStore::SetAside() {
@@ -138,7 +137,10 @@ const Json& JsonStore::Tree() {
   if (Reload() != Load::kDamaged) return tree_;
   const auto lock = LockStore(Path());
   // Another process may have set it aside by now.
-  if (lock && Reload() == Load::kDamaged) SetAside();
+  if (lock && Reload() == Load::kDamaged) {
+    SetAside();
+    Reload();
+  }
   return tree_;
 }
 

@@ -25,6 +25,9 @@ class JsonStore {
   // What the last call read or wrote, without another reading.
   const Json& LastTree() const { return tree_; }
 
+  // False when there is a store and the last call could not read it: what it holds is unknown.
+  bool IsKnown() const { return load_ == Load::kDone; }
+
   // Reads, lets `change` alter the tree and writes it back, all under a lock against other processes. `change` returns
   // false when it altered nothing. False, with the store as it was, when it cannot be read or written.
   bool Change(const std::function<bool(Json& tree)>& change);
@@ -36,6 +39,7 @@ class JsonStore {
   void SetAside();
 
   std::string fileName_;
+  Load load_ = Load::kDone;
   std::string bytes_;  // what tree_ was parsed from
   Json tree_ = Json::object();
 };

@@ -19,6 +19,7 @@ struct SettingsSnapshot::Tree {
 
 SettingsSnapshot::SettingsSnapshot(const std::string& application) {
   if (const Json* sections = FindMember(&store.Tree(), application)) tree_ = std::make_shared<Tree>(Tree{*sections});
+  isReadable_ = store.IsKnown();
 }
 
 std::string SettingsSnapshot::Get(const std::string& section, const std::string& key,
@@ -56,6 +57,7 @@ bool SaveSection(const std::string& application, const std::string& section, con
                     row.value.value_or(""), [&] { return stored || FailWith(error); });
   if (after && stored) {
     const Json* sections = FindMember(&store.LastTree(), application);
+    after->isReadable_ = true;
     after->tree_ = sections ? std::make_shared<SettingsSnapshot::Tree>(SettingsSnapshot::Tree{*sections}) : nullptr;
   } else if (after) {
     *after = SettingsSnapshot(application);

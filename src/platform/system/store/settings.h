@@ -34,11 +34,16 @@ class SettingsSnapshot {
 
   std::string Get(const std::string& section, const std::string& key, const std::string& fallback = "") const;
 
+  // False when the store is there and could not be read. Everything then reads as absent, and nothing may be concluded
+  // from that.
+  bool IsReadable() const { return isReadable_; }
+
  private:
   friend bool SaveSection(const std::string&, const std::string&, const std::vector<SettingRow>&, OtherKeys,
                           SettingsSnapshot*);
   struct Tree;
   std::shared_ptr<const Tree> tree_;
+  bool isReadable_ = true;
 };
 
 // Stores all rows in one write: whatever happens, the section then holds all of them or is as it was. With kRemove it
