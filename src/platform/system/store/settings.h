@@ -1,5 +1,8 @@
 #pragma once
 
+#include <nlohmann/json_fwd.hpp>
+
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -25,6 +28,14 @@ struct SettingRow {
 };
 enum class OtherKeys { kRemove, kKeep };
 
+// What a section is to hold, from what is stored for the application now. Nothing when it is to stay as it is.
+class SettingsSnapshot;
+struct SectionChange {
+  std::vector<SettingRow> rows;
+  OtherKeys others = OtherKeys::kKeep;
+};
+using SectionUpdate = std::function<std::optional<SectionChange>(const SettingsSnapshot& stored)>;
+
 // Everything stored for one application at one moment: one reading of the store for all that is asked together. Not to
 // be kept for longer than that.
 class SettingsSnapshot {
@@ -41,6 +52,8 @@ class SettingsSnapshot {
  private:
   friend bool SaveSection(const std::string&, const std::string&, const std::vector<SettingRow>&, OtherKeys,
                           SettingsSnapshot*);
+  friend bool UpdateSection(const std::string&, const std::string&, const SectionUpdate&);
+  SettingsSnapshot(const std::string& application, const nlohmann::json& tree);
   struct Tree;
   std::shared_ptr<const Tree> tree_;
   bool isReadable_ = true;
@@ -50,6 +63,11 @@ class SettingsSnapshot {
 // holds nothing else, and without rows it goes too. `after` receives what the application then has, stored or not.
 bool SaveSection(const std::string& application, const std::string& section, const std::vector<SettingRow>& rows,
                  OtherKeys others, SettingsSnapshot* after = nullptr);
+
+// The same for rows that depend on what is stored: no other process stores anything between the reading and the write.
+// `update` is called once at most, must not call the store, and is not called when the store cannot be read or locked;
+// the result is false then.
+bool UpdateSection(const std::string& application, const std::string& section, const SectionUpdate& update);
 
 // Without `key` the section goes, without `section` the application. Deleting what is not there does nothing.
 bool DeleteSetting(const std::string& application, const std::string& section = "", const std::string& key = "");
