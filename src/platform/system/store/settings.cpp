@@ -11,13 +11,18 @@ namespace {
 
 JsonStore store("settings.json");
 
+const Json& ObjectOrNone(const Json* node) {
+  static const Json none = Json::object();
+  return node && node->is_object() ? *node : none;
+}
+
 // False when the tree holds all that already.
 bool Apply(const SectionChange& change, const std::string& application, const std::string& section, Json& tree) {
   const Json before = tree;
   if (change.others == OtherKeys::kRemove) EraseMember(FindMember(&tree, application), section);
   for (const SettingRow& row : change.rows) {
     if (row.value)
-      MakeMember(MakeMember(MakeMember(tree, application), section), row.key) = JsonFromBytes(*row.value);
+      MakeMember(MakeObject(MakeObject(tree, application), section), row.key) = JsonFromBytes(*row.value);
     else
       EraseMember(FindMember(FindMember(&tree, application), section), row.key);
   }
@@ -98,9 +103,8 @@ bool DeleteSetting(const std::string& application, const std::string& section, c
 std::vector<StoredSetting> AllSettings(const std::string& application) {
   std::vector<StoredSetting> all;
   const Json* sections = FindMember(&store.Tree(), application);
-  if (!sections) return all;
-  for (const auto& [section, keys] : sections->items())
-    for (const auto& [key, value] : keys.items())
+  for (const auto& [section, keys] : ObjectOrNone(sections).items())
+    for (const auto& [key, value] : ObjectOrNone(&keys).items())
       if (const std::optional<std::string> text = BytesFromJson(value)) all.push_back({section, key, *text});
   return all;
 }

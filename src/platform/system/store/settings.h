@@ -10,9 +10,11 @@
 
 // The per-user settings store: application, section, key; every value a text of bytes. It lives in `settings.json` of
 // the program's configuration folder. A value that a call stored has reached the disk when the call returns, and a kill
-// or a full disk leaves the old or the new store, never less. A store that cannot be read is kept aside under another
-// name, which is said on standard error, and never overwritten. Names of sections and keys match without regard to
-// case. Another process may write between two calls: every call sees what is on disk.
+// or a full disk leaves the old or the new store, never less. What stands there and has no meaning here stays in the
+// file and counts as absent. A file that is no JSON object at all is kept aside under another name, which is said on
+// standard error, and never overwritten. Only its owner may read the file, which may be a link to another one. Names of
+// sections and keys match without regard to case. Another process may write between two calls: every call sees what is
+// on disk.
 namespace win {
 
 std::string GetSetting(const std::string& application, const std::string& section, const std::string& key,
