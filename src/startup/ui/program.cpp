@@ -4,6 +4,7 @@
 #include "platform/system/paths/program.h"
 #include "platform/system/process/instance.h"
 #include "platform/system/process/services.h"
+#include "platform/system/store/configfolder.h"
 #include "platform/system/text/text.h"
 #include "startup/commandline.h"
 #include "startup/crashrecovery.h"
@@ -64,6 +65,7 @@ int Main() {
   win::Instance instance;
   if (AnswerMaintenanceWord(instance)) return 0;
   if (ActivatePrevInstance(instance, false)) return 0;
+  win::TidyConfigFolder();
   PublishHomePage();
   FixAppPath();
   LogLine("Varnik Startup");

@@ -1,4 +1,6 @@
+#include "platform/system/filesystem/currentfilesystem.h"
 #include "platform/system/paths/program.h"
+#include "platform/system/store/configfolder.h"
 #include "platform/system/store/registry.h"
 #include "platform/system/store/settings.h"
 #include "tests/harness/crash.h"
@@ -113,6 +115,21 @@ TEST_F(Settings, NothingElseIsLostForWhatCannotBeUnderstood) {
       EXPECT_EQ(fs::status(file_).permissions(), fs::perms(0600));
     }
   EXPECT_FALSE(fs::exists(file_.string() + ".damaged-1"));
+}
+
+TEST_F(Settings, AStartRemovesWhatAKilledWriteLeftAndHidesThePassword) {
+  const fs::path folder = file_.parent_path();
+  const auto put = [&](const std::string& name) { test::WriteFile(folder / name, "{}"); };
+  for (const char* name : {"settings.json", ".settings.json.new~", ".registry.json.new~", ".new~", "mine.new~"})
+    put(name);
+  fs::permissions(file_, fs::perms(0644));
+  const auto writer = win::CurrentFileSystem().TryLock(folder / ".registry.json.new~");
+  win::TidyConfigFolder();
+  std::string left;
+  for (const auto& [name, content] : test::Snapshot(folder))
+    left += name + " ";
+  EXPECT_EQ(left, ".new~ .registry.json.new~ mine.new~ settings.json ");
+  EXPECT_EQ(fs::status(file_).permissions(), fs::perms(0600));
 }
 
 TEST_F(Settings, ALinkIsFollowedAndStaysOne) {
