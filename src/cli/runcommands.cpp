@@ -49,10 +49,14 @@ int PrintRun(const Arguments& arguments, const RunOutcome& run) {
 
 int Launch(const Arguments& arguments, int row) {
   SilenceMessages();
-  const auto buildLine = [&] {
-    const std::string ticked = JoinTickedOptions(ReadOptionList(OptionListFile()));
-    return BuildCommandLine({arguments.options.value_or(ticked), arguments.map, arguments.edit}, true);
-  };
+  std::string options = arguments.options.value_or("");
+  if (!arguments.options) {
+    const std::string file = OptionListFile();
+    const std::optional<std::vector<OptionEntry>> list = ReadOptionList(file);
+    if (!list) return Fail(arguments.mod, OneLine(OptionListProblem(file)));
+    options = JoinTickedOptions(*list);
+  }
+  const auto buildLine = [&] { return BuildCommandLine({options, arguments.map, arguments.edit}, true); };
   const RunOutcome run = LaunchClick(row, buildLine, {}, SessionSettings()).run;
   if (!run.problem.empty()) return Fail(arguments.mod, OneLine(run.problem));
   if (run.ran && run.exitStatus == -1) return Fail(run.program, "could not be started; everything was put back");
