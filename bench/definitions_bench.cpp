@@ -74,13 +74,13 @@ void OpenInEditor(benchmark::State& state) {
   const std::string path = TheFolder().Define(static_cast<int>(state.range(0)));
   varnik::DefinitionDraft draft;
   for (auto _ : state)
-    draft.Load(path);
+    benchmark::DoNotOptimize(draft.Load(path));
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
 void EditOneRow(benchmark::State& state) {
   varnik::DefinitionDraft draft;
-  draft.Load(TheFolder().Define(static_cast<int>(state.range(0))));
+  if (!draft.Load(TheFolder().Define(static_cast<int>(state.range(0))))) state.SkipWithError("not read");
   draft.AddRow();
   draft.ChangeDirective(1);
   for (auto _ : state)

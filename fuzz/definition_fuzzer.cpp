@@ -11,12 +11,12 @@ constexpr std::size_t kRowsToSelect = 50;
 
 void Edit(const std::string& path) {
   varnik::DefinitionDraft draft;
-  draft.Load(path);
+  fuzz::Require(draft.Load(path));
   for (std::size_t row = 0; row < draft.Rows().size() && row < kRowsToSelect; ++row)
     draft.SelectRow(static_cast<int>(row));
   fuzz::Require(draft.Save("saved.bzm", false));
   varnik::DefinitionDraft again;
-  again.Load(fuzz::TheWorld().sandbox.InstallText() + "saved.bzm");
+  fuzz::Require(again.Load(fuzz::TheWorld().sandbox.InstallText() + "saved.bzm"));
   fuzz::Require(again.Rows().size() <= draft.Rows().size());
 }
 

@@ -40,6 +40,16 @@ Row RowAsText(std::size_t row, bool isActive) {
   return {std::to_string(row), install.Version, state, install.Path, install.Description};
 }
 
+constexpr char kNotStored[] = "the list cannot be stored; it is as it was";
+
+// Empty behind the end of the list.
+std::string ListedPath(std::size_t row, const win::SettingsSnapshot& stored) {
+  std::size_t n = 0;
+  while (n < row && !StoredInstallPath(n, stored).empty())
+    ++n;
+  return n == row ? StoredInstallPath(row, stored) : "";
+}
+
 int FailAtRow(const Arguments& arguments) {
   return Fail(std::to_string(arguments.index), "the list has no install of this number");
 }
@@ -60,39 +70,45 @@ int ListInstalls(const Arguments& arguments) {
 }
 
 int AddInstall(const Arguments& arguments) {
-  ReadInstallList();
   const std::string folder = GivenFolder(arguments.folder);
   if (!IsBZ2Install(folder)) return Fail(folder, "no install: bzone.exe, data.pak and binkw32.dll are not all there");
-  LocationList list = LoadLocations();
-  if (!AddLocation(list, folder)) return Fail(folder, "is listed already");
-  list.rows.back().Offered = true;
-  list.Descriptions[list.rows.size() - 1] = arguments.description;
-  // Saving forgets which install is selected; an addition moves none, so that it can stay.
-  const auto active = static_cast<std::size_t>(StoredActiveInstall());
-  const std::string path = active < InstallList.size() ? InstallList[active].Path : "";
-  SaveLocations(list);
-  const std::size_t row = RowOfPath(list.rows, path);
-  if (row != kNone) StoreActiveInstall(static_cast<std::int16_t>(row));
-  return ListInstalls(arguments);
+  bool isNew = true;
+  const bool isStored = ChangeLocations(Selected::kKeep, [&](LocationList& list, const auto&) {
+    isNew = AddLocation(list, folder);
+    if (!isNew) return false;
+    list.rows.back().Offered = true;
+    list.Descriptions[list.rows.size() - 1] = arguments.description;
+    return true;
+  });
+  if (!isStored) return Fail(folder, kNotStored);
+  return isNew ? ListInstalls(arguments) : Fail(folder, "is listed already");
 }
 
 int RemoveInstall(const Arguments& arguments) {
-  ReadInstallList();
-  if (arguments.index >= InstallList.size()) return FailAtRow(arguments);
-  LocationList list = LoadLocations();
-  RemoveLocation(list, RowOfPath(list.rows, InstallList[arguments.index].Path));
-  SaveLocations(list);
+  std::string path;
+  const bool isStored = ChangeLocations(Selected::kForget, [&](LocationList& list, const auto& stored) {
+    path = ListedPath(arguments.index, stored);
+    RemoveLocation(list, RowOfPath(list.rows, path));
+    return !path.empty();
+  });
+  if (!isStored) return Fail(std::to_string(arguments.index), kNotStored);
+  if (path.empty()) return FailAtRow(arguments);
   Note("no install is selected now");
   return ListInstalls(arguments);
 }
 
 int SelectInstallRow(const Arguments& arguments) {
-  ReadInstallList();
-  if (arguments.index >= InstallList.size()) return FailAtRow(arguments);
-  const std::string& path = InstallList[arguments.index].Path;
-  if (!IsBZ2Install(path)) return Fail(path, "holds no install");
-  StoreActiveInstall(static_cast<std::int16_t>(arguments.index));
-  return ListInstalls(arguments);
+  std::string path;
+  bool isInstall = false;
+  const bool isStored = Update(kInstallsSection, [&](const auto& stored) -> std::optional<win::SectionChange> {
+    path = ListedPath(arguments.index, stored);
+    isInstall = IsBZ2Install(path);
+    if (!isInstall) return std::nullopt;
+    return win::SectionChange{{{kActiveKey, std::to_string(arguments.index)}}};
+  });
+  if (!isStored) return Fail(std::to_string(arguments.index), kNotStored);
+  if (path.empty()) return FailAtRow(arguments);
+  return isInstall ? ListInstalls(arguments) : Fail(path, "holds no install");
 }
 
 }  // namespace varnik::cli

@@ -45,6 +45,7 @@ int RunCommand(const Command& command, const Arguments& arguments) {
   if (command.needs & kRunLock && !guard.emplace().IsHeld())
     return Fail(arguments.mod == kNoMod ? command.name : arguments.mod, varnik::kRunRefused);
   StartSession(arguments);
+  if (command.needs & kRunLock && !SessionSettings().IsReadable()) return FailWithoutSettings();
   if (command.needs & kInstall && !OpenInstall(arguments)) return kFailed;
   return command.act(arguments);
 }

@@ -6,10 +6,13 @@ namespace varnik::cli {
 
 namespace {
 
-std::vector<OptionEntry> LoadOptions() {
+// Nothing when it cannot be read, which has been said.
+std::optional<std::vector<OptionEntry>> LoadOptions() {
   const std::string file = OptionListFile();
   if (file.empty()) Note("varnik.cmd not found. Command Line Parameter listing disabled.");
-  return ReadOptionList(file);
+  std::optional<std::vector<OptionEntry>> options = ReadOptionList(file);
+  if (!options) Note(OneLine(OptionListProblem(file)));
+  return options;
 }
 
 }  // namespace
@@ -17,7 +20,9 @@ std::vector<OptionEntry> LoadOptions() {
 int ListOptions(const Arguments& arguments) {
   Json list = Json::array();
   std::vector<Row> rows;
-  for (const OptionEntry& option : LoadOptions()) {
+  const std::optional<std::vector<OptionEntry>> options = LoadOptions();
+  if (!options) return kFailed;
+  for (const OptionEntry& option : *options) {
     const Json subParam = option.hasSubParam ? Text(option.subParam) : Json();
     rows.push_back({std::to_string(list.size()), option.ticked ? "x" : "", option.text,
                     option.hasSubParam ? option.subParam : ""});
@@ -27,13 +32,14 @@ int ListOptions(const Arguments& arguments) {
 }
 
 int ShowLine(const Arguments& arguments) {
-  std::vector<OptionEntry> options = LoadOptions();
+  std::optional<std::vector<OptionEntry>> options = LoadOptions();
+  if (!options) return kFailed;
   for (const auto* numbers : {&arguments.tick, &arguments.untick})
     for (const std::size_t number : *numbers) {
-      if (number >= options.size()) return Fail(std::to_string(number), "the option list has no row of this number");
-      options[number].ticked = numbers == &arguments.tick;
+      if (number >= options->size()) return Fail(std::to_string(number), "the option list has no row of this number");
+      (*options)[number].ticked = numbers == &arguments.tick;
     }
-  const std::string line = BuildCommandLine({JoinTickedOptions(options), arguments.map, arguments.edit}, true);
+  const std::string line = BuildCommandLine({JoinTickedOptions(*options), arguments.map, arguments.edit}, true);
   return arguments.json ? Print({{"Line", Text(line)}}) : PrintLine(line);
 }
 

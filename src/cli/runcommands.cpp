@@ -72,10 +72,14 @@ int PrintRun(const Arguments& arguments, const RunOutcome& run) {
 
 int Launch(const Arguments& arguments, int row) {
   SilenceMessages();
-  const auto buildLine = [&] {
-    const std::string ticked = JoinTickedOptions(ReadOptionList(OptionListFile()));
-    return BuildCommandLine({arguments.options.value_or(ticked), arguments.map, arguments.edit}, true);
-  };
+  std::string options = arguments.options.value_or("");
+  if (!arguments.options) {
+    const std::string file = OptionListFile();
+    const std::optional<std::vector<OptionEntry>> list = ReadOptionList(file);
+    if (!list) return Fail(arguments.mod, OneLine(OptionListProblem(file)));
+    options = JoinTickedOptions(*list);
+  }
+  const auto buildLine = [&] { return BuildCommandLine({options, arguments.map, arguments.edit}, true); };
   RunHooks hooks;
   hooks.foretell = Foretell;
   const RunOutcome run = LaunchClick(row, buildLine, hooks, SessionSettings()).run;
@@ -139,9 +143,11 @@ int RunGivenMod(const Arguments& arguments) {
 }
 
 int Recover(const Arguments& arguments) {
-  const bool recovered = RecoverFromCrash();
-  if (arguments.json) return Print({{"Recovered", recovered}});
-  return PrintLine(recovered ? "An interrupted run was undone." : "There was no interrupted run.");
+  const Recovery recovery = RecoverFromCrash();
+  const int printed =
+      arguments.json ? Print({{"Recovered", recovery.acted}})
+                     : PrintLine(recovery.acted ? "An interrupted run was undone." : "There was no interrupted run.");
+  return recovery.isDone ? printed : kFailed;
 }
 
 }  // namespace varnik::cli

@@ -10,6 +10,7 @@
 #include "platform/system/paths/paths.h"
 #include "platform/system/paths/program.h"
 #include "platform/system/process/services.h"
+#include "platform/system/store/configfolder.h"
 #include "platform/system/text/text.h"
 #include "support/modfileexists.h"
 #include "support/runstate.h"
@@ -54,12 +55,17 @@ bool IsPath(const std::string& mod) { return mod.find_first_of("\\/") != std::st
 
 void StartSession(const Arguments& arguments) {
   AppPath = arguments.appPath ? GivenFolder(*arguments.appPath) : win::ProgramFolder("varnik.cmd");
+  win::TidyConfigFolder();
   win::SetWindowServices({.doEvents = {}, .msgBox = AnswerBox, .inputBox = {}});
   settings = StoredSettings();
   ReadOptionFlags(settings);
 }
 
 const win::SettingsSnapshot& SessionSettings() { return settings; }
+
+int FailWithoutSettings() {
+  return Fail("settings", "cannot be read, so that an interrupted run may be undone later; nothing was changed");
+}
 
 void AnswerYes() { answerYes = true; }
 

@@ -29,6 +29,9 @@ std::string GivenFolder(const std::string& folder);
 // What was stored when the command began.
 const win::SettingsSnapshot& SessionSettings();
 
+// Says that they could not be read, so that nobody knows whether a run was interrupted.
+[[nodiscard]] int FailWithoutSettings();
+
 // Makes the install of --root, or the one that the store names, the selected one, with the folders of no mod. False,
 // with a note on why, when there is none.
 [[nodiscard]] bool OpenInstall(const Arguments& arguments);

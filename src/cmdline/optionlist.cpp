@@ -26,7 +26,7 @@ void CutEditSwitches(std::string& line) {
 
 }  // namespace
 
-std::vector<OptionRow> ReadOptionRows(const std::string& file) {
+std::optional<std::vector<OptionRow>> ReadOptionRows(const std::string& file) {
   std::vector<OptionRow> rows;
   win::LineReader reader(file);
   while (!reader.AtEnd()) {
@@ -36,7 +36,7 @@ std::vector<OptionRow> ReadOptionRows(const std::string& file) {
     if (ticked) line.erase(0, 1);
     rows.push_back({std::move(line), ticked});
   }
-  return rows;
+  return reader.Failed() ? std::nullopt : std::optional(std::move(rows));
 }
 
 bool WriteOptionRows(const std::string& file, const std::vector<OptionRow>& rows) {
@@ -64,15 +64,22 @@ std::string OptionListFile() {
   return "";
 }
 
-std::vector<OptionEntry> ReadOptionList(const std::string& file) {
+std::optional<std::vector<OptionEntry>> ReadOptionList(const std::string& file) {
+  const std::optional<std::vector<OptionRow>> rows = ReadOptionRows(file);
+  if (!rows) return std::nullopt;
   std::vector<OptionEntry> options;
-  for (const auto& [text, ticked] : ReadOptionRows(file)) {
+  for (const auto& [text, ticked] : *rows) {
     const std::size_t colon = text.find(':');
     const bool hasSubParam = colon != std::string::npos;
     options.push_back(
         {text.substr(0, colon), hasSubParam, hasSubParam ? text.substr(colon + 1) : OptionEntry().subParam, ticked});
   }
   return options;
+}
+
+std::string OptionListProblem(const std::string& file) {
+  return "The list of command line options could not be read to its end: " + file +
+         "\r\nIt is not used, and it stays as it is. Please check the disk and try again.";
 }
 
 std::string JoinTickedOptions(const std::vector<OptionEntry>& options) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,8 +15,9 @@ struct OptionRow {
   bool ticked = false;  // the line begins with a star
 };
 
-// Empty lines are skipped. A file that cannot be read has no rows.
-std::vector<OptionRow> ReadOptionRows(const std::string& file);
+// Empty lines are skipped. A file that is not there has no rows; nothing when it is there and cannot be read to its
+// end, since a part of it must neither be used nor be written back.
+[[nodiscard]] std::optional<std::vector<OptionRow>> ReadOptionRows(const std::string& file);
 
 // Replaces the file, with no rows by an empty one. False when it could not be written; it is then as it was.
 bool WriteOptionRows(const std::string& file, const std::vector<OptionRow>& rows);
@@ -33,8 +35,11 @@ struct OptionEntry {
 // The file that counts: the selected install's own, else the program's; empty when neither exists.
 std::string OptionListFile();
 
-// The rows of a file, in its order; a file that cannot be opened has none.
-std::vector<OptionEntry> ReadOptionList(const std::string& file);
+// The rows of a file, in its order, as ReadOptionRows reads them.
+[[nodiscard]] std::optional<std::vector<OptionEntry>> ReadOptionList(const std::string& file);
+
+// Message shown when it cannot be read.
+std::string OptionListProblem(const std::string& file);
 
 // The ticked rows as one line, in row order, one blank between them.
 std::string JoinTickedOptions(const std::vector<OptionEntry>& options);

@@ -11,7 +11,7 @@
 
 namespace varnik {
 
-void DefinitionDraft::Load(const std::string& path) {
+bool DefinitionDraft::Load(const std::string& path) {
   rows_.clear();
   SelectRow(-1);
   editFileName_ = win::FileNameOf(path);
@@ -21,6 +21,10 @@ void DefinitionDraft::Load(const std::string& path) {
     if (win::StartsWithNoCase(line, "bz2hald")) continue;
     rows_.push_back(line.empty() ? kEmptyRow : std::move(line));
   }
+  if (!file.Failed()) return true;
+  rows_.clear();
+  editFileName_.clear();
+  return false;
 }
 
 void DefinitionDraft::SelectRow(int row) {

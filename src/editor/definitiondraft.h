@@ -12,9 +12,9 @@ namespace varnik {
 
 class DefinitionDraft {
  public:
-  // Replaces the rows by the file's, without any line that begins with the marker word; a file that cannot be read has
-  // none. No row is selected.
-  void Load(const std::string& path);
+  // Replaces the rows by the file's, without any line that begins with the marker word; a file that is not there has
+  // none. No row is selected. False when the file is there and cannot be read to its end: the draft is then a new one.
+  [[nodiscard]] bool Load(const std::string& path);
 
   // As they will be written, but that kEmptyRow stands for an empty line.
   const std::vector<std::string>& Rows() const { return rows_; }

@@ -71,8 +71,10 @@ void ApplyDarkPlants(bool dark) {
 }
 
 std::optional<UserPrefs> ReadUserPrefs() {
-  const std::string file = FindInSearchDirs(kGamePrefs, 1);
-  if (file.empty()) return std::nullopt;
+  const std::string path = FindInSearchDirs(kGamePrefs, 1);
+  if (path.empty()) return std::nullopt;
+  const win::ProfileFile file(path);
+  if (!file.IsReadable()) return std::nullopt;  // an Apply would write defaults over what is there
   UserPrefs prefs;
   for (const auto& [key, field, fallback] : kFlags)
     prefs.*field = win::EqualNoCase(ReadIniValue(kSection, key, file, fallback), "true");

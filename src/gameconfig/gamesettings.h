@@ -40,7 +40,7 @@ struct UserPrefs {
   std::string ircFullName;
 };
 
-// From the first gameprefs.ini below the folders of SearchDirs; nothing when there is none.
+// From the first gameprefs.ini below the folders of SearchDirs; nothing when there is none, or it cannot be read.
 [[nodiscard]] std::optional<UserPrefs> ReadUserPrefs();
 
 // To the first one found when the whole install is looked through ahead of the folders of SearchDirs, so perhaps not to

@@ -61,10 +61,10 @@ bool IsOffered(std::size_t row, const win::SettingsSnapshot& stored) {
 }
 
 std::int16_t StoredActiveInstall(const win::SettingsSnapshot& stored) {
-  return win::RoundToInt16(win::LeadingNumber(stored.Get(kInstallsSection, "Active", "-1"))).value_or(-1);
+  return win::RoundToInt16(win::LeadingNumber(stored.Get(kInstallsSection, kActiveKey, "-1"))).value_or(-1);
 }
 
-void StoreActiveInstall(std::int16_t row) { Store(kInstallsSection, "Active", std::to_string(row)); }
+void StoreActiveInstall(std::int16_t row) { Store(kInstallsSection, kActiveKey, std::to_string(row)); }
 
 void UseInstallFolder(const std::string& path) {
   SetInstallList({MakeInstallEntry(win::WithSeparator(path), "")});

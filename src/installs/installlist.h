@@ -23,7 +23,8 @@ void ReadInstallList(const win::SettingsSnapshot& stored = StoredSettings());
 // True when the menus offer the row: it is ticked in the store and holds an install.
 bool IsOffered(std::size_t row, const win::SettingsSnapshot& stored = StoredSettings());
 
-// The row that was selected last, as the store holds it; -1 for none. It need not be in the list.
+// The row that was selected last, as the store holds it under kActiveKey; -1 for none. It need not be in the list.
+constexpr char kActiveKey[] = "Active";
 std::int16_t StoredActiveInstall(const win::SettingsSnapshot& stored = StoredSettings());
 void StoreActiveInstall(std::int16_t row);
 

@@ -10,9 +10,8 @@
 
 namespace varnik {
 
-LocationList LoadLocations() {
+LocationList LoadLocations(const win::SettingsSnapshot& stored) {
   LocationList list;
-  const win::SettingsSnapshot stored = StoredSettings();
   std::string path;
   for (std::size_t n = 0; !(path = StoredInstallPath(n, stored)).empty(); ++n) {
     AddLocation(list, path);
@@ -53,17 +52,39 @@ void AddSearchResults(LocationList& list, const FileSearchResults& results) {
   }
 }
 
-void SaveLocations(const LocationList& list) {
-  std::vector<win::SettingRow> rows;
+namespace {
+
+win::SectionChange ChangeOf(const LocationList& list, const win::SettingsSnapshot& stored) {
+  win::SectionChange change;
   for (std::size_t i = 0; i < list.rows.size(); ++i) {
     const std::string n = std::to_string(i);
-    rows.push_back({"BZ2Loc" + n, list.rows[i].Path});
-    rows.push_back({"BZ2Des" + n, list.Descriptions[i]});
-    rows.push_back({"BZ2Sel" + n, list.rows[i].Offered ? "Yes" : "No"});
+    change.rows.push_back({"BZ2Loc" + n, list.rows[i].Path});
+    change.rows.push_back({"BZ2Des" + n, list.Descriptions[i]});
+    change.rows.push_back({"BZ2Sel" + n, list.rows[i].Offered ? "Yes" : "No"});
   }
   // Without a first row the section counts as empty, and its other keys stay.
-  const bool holdsList = !ReadStored(kInstallsSection, "BZ2Loc0").empty();
-  StoreAll(kInstallsSection, rows, holdsList ? win::OtherKeys::kRemove : win::OtherKeys::kKeep);
+  const bool holdsList = !stored.Get(kInstallsSection, "BZ2Loc0").empty();
+  change.others = holdsList ? win::OtherKeys::kRemove : win::OtherKeys::kKeep;
+  return change;
+}
+
+}  // namespace
+
+bool SaveLocations(const LocationList& list) {
+  return Update(kInstallsSection, [&](const win::SettingsSnapshot& stored) { return ChangeOf(list, stored); });
+}
+
+bool ChangeLocations(Selected selected, const LocationChange& change) {
+  return Update(kInstallsSection, [&](const win::SettingsSnapshot& stored) -> std::optional<win::SectionChange> {
+    LocationList list = LoadLocations(stored);
+    if (!change(list, stored)) return std::nullopt;
+    win::SectionChange rows = ChangeOf(list, stored);
+    const std::int16_t active = selected == Selected::kKeep ? StoredActiveInstall(stored) : -1;
+    const std::string path = active < 0 ? "" : StoredInstallPath(static_cast<std::size_t>(active), stored);
+    const auto row = std::find_if(list.rows.begin(), list.rows.end(), [&](const auto& it) { return it.Path == path; });
+    if (row != list.rows.end()) rows.rows.push_back({kActiveKey, std::to_string(row - list.rows.begin())});
+    return rows;
+  });
 }
 
 }  // namespace varnik

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "support/modfindfile.h"
+#include "support/settings.h"
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -22,7 +24,7 @@ struct LocationList {
 
 // The list as the store holds it. Of two rows with the same path only the first stays, so the rows behind it move up
 // while their descriptions and ticks keep the place that they have in the store.
-LocationList LoadLocations();
+LocationList LoadLocations(const win::SettingsSnapshot& stored = StoredSettings());
 
 // Adds the path at the end, not offered and without a description. False when it is a row already, compared exactly and
 // with case, each row trimmed.
@@ -37,7 +39,13 @@ void SwapLocations(LocationList& list, std::size_t a, std::size_t b);
 void AddSearchResults(LocationList& list, const FileSearchResults& results);
 
 // Replaces the list that the store holds, the row selected last included, in one write: a kill leaves the old list or
-// the new one.
-void SaveLocations(const LocationList& list);
+// the new one. False when it cannot be stored.
+bool SaveLocations(const LocationList& list);
+
+// Lets `change` alter the stored list, which no other process changes meanwhile, and stores it in the same way;
+// `change` returns false to leave it. With kKeep the row selected last stays selected while its path is listed.
+enum class Selected { kForget, kKeep };
+using LocationChange = std::function<bool(LocationList& list, const win::SettingsSnapshot& stored)>;
+bool ChangeLocations(Selected selected, const LocationChange& change);
 
 }  // namespace varnik

@@ -29,7 +29,7 @@ void ResetConversion() { ConvertAsked = ConvertWanted = false; }
 
 void OfferConversion(const MapEntry& entry, const win::ProfileFile& inf, const std::string& infPath) {
   if (!IsVersion13() || !IsMultiplayerPath(entry.Folder) || !IsInModFolders(entry.Folder)) return;
-  if (!ReadIniValue("NetVars", "svar7", inf, "").empty()) return;
+  if (!inf.IsReadable() || !ReadIniValue("NetVars", "svar7", inf, "").empty()) return;
   if (!ConvertAsked) {
     ConvertAsked = true;
     ConvertWanted = win::MsgBox(kQuestion, win::kYesNo, "Convert Maps?") == win::Answer::kYes;

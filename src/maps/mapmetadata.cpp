@@ -37,10 +37,15 @@ std::string ChooseInf(MapEntry& entry, const std::string& path, MapFiles& files)
   return files.Root() + (isInf ? path : beside);
 }
 
-// A title of blanks counts as given: such a map is shown by its file name, one without a title by its base name.
+bool IsOfBlanks(std::string_view text) { return !text.empty() && win::Trimmed(text).empty(); }
+
+// A title of blanks, in quotes or not, counts as given: such a map is shown by its file name, one without a title by
+// its base name.
 std::string ReadTitle(const win::ProfileFile& inf, const std::string& fileName) {
-  const bool given = inf.Find(kDescription, "missionName").has_value();
-  const std::string title = ReadIniValue(kDescription, "missionName", inf, given ? "" : WithoutLast(fileName, 4));
+  constexpr char kKey[] = "missionName";
+  const bool isBlank = IsOfBlanks(inf.Find(kDescription, kKey).value_or("")) ||
+                       IsOfBlanks(inf.FindAsWritten(kDescription, kKey).value_or(""));
+  const std::string title = ReadIniValue(kDescription, kKey, inf, isBlank ? "" : WithoutLast(fileName, 4));
   return title.empty() ? fileName : title;
 }
 

@@ -8,6 +8,7 @@
 #include "platform/system/files/files.h"
 #include "platform/system/files/lines.h"
 #include "platform/system/files/wholefile.h"
+#include "platform/system/filesystem/filesystem.h"
 #include "platform/system/filesystem/operations.h"
 #include "platform/system/process/process.h"
 #include "platform/system/process/services.h"
@@ -94,6 +95,8 @@ void RemoveLines(const std::string& list, const std::string& copy, const std::st
     if (!lines.IsOpen()) return;
     while (!lines.AtEnd())
       if (const std::string line = lines.ReadLine(); !line.starts_with(own)) kept.append(line).append("\r\n");
+    const auto isWhole = [&] { return !lines.Failed() || win::FailWith(EIO); };
+    if (!isWhole()) return static_cast<void>(win::ReportOperation(win::Operation::kWrite, list, "", isWhole));
   }
   if (!win::WriteWholeFile(copy, kept)) return;
   if (win::DeleteFiles(list))

@@ -36,16 +36,17 @@ void ApplyPlayersValues(const ActivationState& state) {
       {kSessionKeys[0], state.sessionName}, {kSessionKeys[1], state.password}, {kSessionKeys[2], state.message}};
   std::erase_if(values, [](const win::ProfileValue& row) { return row.value.empty(); });
   const std::string preferences = values.empty() ? "" : FindPlayerFile("gameprefs.ini");
-  if (preferences.empty()) values.clear();
+  const win::ProfileFile old(preferences);
+  if (preferences.empty() || !old.IsReadable()) values.clear();
   for (const auto& [key, value] : values)
-    backup.push_back({key, ReadIniValue(kPreferencesSection, key, preferences, "")});
+    backup.push_back({key, ReadIniValue(kPreferencesSection, key, old, "")});
   std::vector<std::pair<std::string, std::string>> races;  // file and name
   for (std::size_t i = 0; i < state.RaceNames.size(); ++i) {
     const char letter = static_cast<char>('A' + i);
     const std::string file = state.RaceNames[i].empty() ? "" : RaceFile(letter);
-    const std::optional<std::string> old = file.empty() ? std::nullopt : win::ReadWholeFile(file);
-    if (!old) continue;
-    backup.push_back({RaceKey(letter), old});
+    const std::optional<std::string> name = file.empty() ? std::nullopt : win::ReadWholeFile(file);
+    if (!name) continue;
+    backup.push_back({RaceKey(letter), name});
     races.emplace_back(file, state.RaceNames[i]);
   }
   // Before the first change, so that a kill in between loses no value.
@@ -73,6 +74,7 @@ std::vector<win::SettingRow> PutBackSessionDefaults(const win::SettingsSnapshot&
 }  // namespace
 
 bool RestorePlayersValues(const win::SettingsSnapshot& stored) {
+  if (!stored.IsReadable()) return false;  // nothing may be forgotten that was not put back
   std::vector<win::SettingRow> done = PutBackSessionDefaults(stored);
   bool allDone = !done.empty();
   for (char letter = 'A'; letter <= 'Z'; ++letter) {

@@ -31,14 +31,16 @@ void SayLeft(const std::string& definition, const std::string& root, const Repor
   Say("`varnik-cli --root '" + root + "' doctor --fix` puts these back as well, and so does `deactivate` of " + definition);
 }
 
-void UndoMarked(const CrashMarker& marker) {
+bool UndoMarked(const CrashMarker& marker) {
   Report left;
-  SayAll(RevertAtStart(marker.definitionFile, marker.root, left).failed);
+  const Report failed = RevertAtStart(marker.definitionFile, marker.root, left).failed;
+  SayAll(failed);
   SayLeft(marker.definitionFile, marker.root, left);
+  return failed.empty();
 }
 
 // The definition of the marker has gone. The journal, if there is one, stays for whoever asks for it.
-void DropMarker(const CrashMarker& marker) {
+bool DropMarker(const CrashMarker& marker) {
   std::optional<Journal> journal;
   if (!marker.definitionFile.empty()) journal = FindJournal(marker.root, marker.definitionFile);
   if (journal) {
@@ -49,25 +51,26 @@ void DropMarker(const CrashMarker& marker) {
   }
   RemoveCrashMarker();
   Forget(kBackupSection);
+  return !journal;
 }
 
 }  // namespace
 
-bool RecoverFromCrash() {
+Recovery RecoverFromCrash() {
   LogLine("RecoverFromCrash Begin");
   // While another process is at work, the marker belongs to a run that is still going on.
   const RunGuard guard;
-  if (!guard.IsHeld()) return false;
-  const CrashMarker marker = ReadCrashMarker();
+  if (!guard.IsHeld()) return {};
+  const win::SettingsSnapshot stored = StoredSettings();
+  if (!stored.IsReadable()) return {false, false};  // the store has said so on standard error
+  const CrashMarker marker = ReadCrashMarker(stored);
   const bool isMarked = !marker.root.empty() && !marker.definitionFile.empty() && FileExists(marker.definitionFile);
-  if (isMarked)
-    UndoMarked(marker);
-  else
-    DropMarker(marker);
+  const bool isDone = isMarked ? UndoMarked(marker) : DropMarker(marker);
   int count = 0;
-  SayAll(FinishInterrupted("", false, count));
-  if (count > 0) Say("what an interrupted activation changed has been put back");
-  return isMarked;
+  const Report failed = FinishInterrupted("", false, count);
+  SayAll(failed);
+  if (count > 0 && failed.empty()) Say("what an interrupted activation changed has been put back");
+  return {isMarked, isDone && failed.empty()};
 }
 
 }  // namespace varnik

@@ -33,6 +33,10 @@ bool StoreAll(const char* section, const std::vector<win::SettingRow>& rows, win
   return win::SaveSection(kApplication, section, rows, others, after);
 }
 
+bool Update(const char* section, const win::SectionUpdate& update) {
+  return win::UpdateSection(kApplication, section, update);
+}
+
 bool Forget(const char* section, const std::string& key) { return win::DeleteSetting(kApplication, section, key); }
 
 }  // namespace varnik

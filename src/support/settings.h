@@ -37,6 +37,8 @@ std::string ReadStored(const char* section, const std::string& key, const std::s
 bool Store(const char* section, const std::string& key, const std::string& value);
 bool StoreAll(const char* section, const std::vector<win::SettingRow>& rows, win::OtherKeys others,
               win::SettingsSnapshot* after = nullptr);
+// For rows that depend on what is stored, see win::UpdateSection.
+bool Update(const char* section, const win::SectionUpdate& update);
 // False when it could not be forgotten.
 bool Forget(const char* section, const std::string& key = "");
 

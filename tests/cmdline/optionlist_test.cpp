@@ -1,6 +1,7 @@
 #include "cmdline/optionlist.h"
 
 #include "tests/harness/cases.h"
+#include "tests/harness/failingreads.h"
 #include "tests/modengine/modtest.h"
 
 using namespace varnik;
@@ -12,11 +13,14 @@ using OptionFile = test::ModTest;
 TEST_F(OptionFile, ReadsOneOptionALineAndWritesItsRowsBack) {
   test::WriteFile(InRoot("varnik.cmd"), "*A\r\n \r\nA:12\r\n *A: \r\nA:b:c\r\n*\r\n* A : b\r\n**A");
   std::string read;
-  for (const OptionEntry& option : ReadOptionList(OptionListFile()))
+  const auto options = ReadOptionList(OptionListFile());
+  for (const OptionEntry& option : options.value())
     read += (option.ticked ? "[x" : "[") + option.text + (option.hasSubParam ? "|" : "/") + option.subParam + "]";
   EXPECT_EQ(read, "[xA/None][A|12][xA|][A|b:c][x/None][x A | b][x*A/None]");
-  EXPECT_TRUE(WriteOptionRows(CustomOptionFile(), ReadOptionRows(CustomOptionFile())));
+  EXPECT_TRUE(WriteOptionRows(CustomOptionFile(), *ReadOptionRows(CustomOptionFile())));
   EXPECT_EQ(Content("varnik.cmd"), "*A\r\nA:12\r\n*A:\r\nA:b:c\r\n*\r\n* A : b\r\n**A\r\n");
+  const test::FailingReads disk("varnik.cmd", 2);
+  EXPECT_FALSE(ReadOptionList(OptionListFile()));
 }
 
 TEST_F(OptionFile, OfAnInstallHidesTheProgramsFile) {

@@ -1,6 +1,7 @@
 #include "editor/definitiondraft.h"
 #include "installs/installlist.h"
 #include "tests/harness/cases.h"
+#include "tests/harness/failingreads.h"
 #include "tests/harness/sandbox.h"
 
 namespace varnik {
@@ -20,7 +21,12 @@ TEST(DefinitionDraft, HoldsTheRowsOfAFileUntilItIsSaved) {
   UseInstallFolder(sandbox.InstallText());
   test::WriteFile(sandbox.Install() / "a.bzm", "bz2hald5 /x\n\n  dname(a);\nrename(b,c);\nodd");
   DefinitionDraft draft;
-  draft.Load(sandbox.InstallText() + "a.bzm");
+  {
+    const test::FailingReads disk("a.bzm", 2);
+    EXPECT_FALSE(draft.Load(sandbox.InstallText() + "a.bzm"));
+    EXPECT_EQ(draft.EditFileName() + std::to_string(draft.Rows().size()), "0");
+  }
+  EXPECT_TRUE(draft.Load(sandbox.InstallText() + "a.bzm"));
   EXPECT_EQ(draft.EditFileName(), "a.bzm");
   draft.RemoveRow();  // none is selected
   EXPECT_FALSE(draft.MoveUp() || draft.MoveDown());

@@ -1,5 +1,6 @@
 #include "gameconfig/gamesettings.h"
 
+#include "tests/harness/failingreads.h"
 #include "tests/modengine/modtest.h"
 
 using namespace varnik;
@@ -23,6 +24,10 @@ TEST_F(GameConfig, ReadsUserPrefsWithTheirDefaultsAndAppliesThemToAReadOnlyFile)
   PutReadOnly("addon/x/gameprefs.ini",
               "[UserPrefs]\r\nShowFPS = TRUE // shown\r\nVSyncOn=yes\r\nHovercraftForceView=2\r\n"
               "PersonForceView=9\r\nTrackedForceView=1e99\r\nIRCAlternateNick = \"me \" // nick\r\nIRCUserID=\r\n");
+  {
+    const test::FailingReads disk("gameprefs.ini", 1);
+    EXPECT_FALSE(ReadUserPrefs());
+  }
   UserPrefs prefs = ReadUserPrefs().value_or(UserPrefs());
   EXPECT_TRUE(prefs.showFps && !prefs.vsyncOn);
   prefs.ircFullName = "Full // name";

@@ -122,13 +122,29 @@ TEST_F(Locations, OfAListCutOffAtItsTopAreKeptBehindTheNewRows) {
   EXPECT_EQ(Told(LoadLocations()), "/a\\=;/b\\=d1;*/c\\=d2;");
 }
 
+TEST_F(Locations, AreAddedByManyProcessesAtOnceAndLeaveTheSelectionAlone) {
+  StoreAll({"/a", "/b"});
+  Store(kInstallsSection, "Active", "1");
+  std::string path = folder_, script;
+  for (int i = 0; i < 20; ++i)
+    script += BINARY_DIR "/varnik-cli installs add " + (path += "/.") + " >/dev/null & ";
+  EXPECT_EQ(std::system((script + "wait").c_str()), 0);
+  EXPECT_EQ(LoadLocations().rows.size(), 22u);
+  EXPECT_EQ(StoredActiveInstall(), 1);
+}
+
 TEST_F(Locations, SurviveAKillDuringTheSaveAsTheOldListOrTheNewOne) {
-  const test::Command remove{{BINARY_DIR "/varnik-cli", "installs", "remove", "1"}};
-  const auto prepare = [] { StoreAll({"/a", "/b", "/c"}); };
-  test::SweepKills(remove, prepare, [] {
-    const std::string left = Told(LoadLocations());
-    EXPECT_TRUE(left == "*/a\\=d0;/b\\=d1;*/c\\=d2;" || left == "*/a\\=d0;*/c\\=d2;") << left;
-  });
+  const auto prepare = [] {
+    StoreAll({"/a", "/b", "/c"});
+    Store(kInstallsSection, "Active", "1");
+  };
+  const auto left = [] { return Told(LoadLocations()) + ReadStored(kInstallsSection, "Active"); };
+  const std::string rows = "*/a\\=d0;/b\\=d1;*/c\\=d2;";
+  const std::tuple<const char*, std::string, std::string> cases[] = {{"remove", "1", "*/a\\=d0;*/c\\=d2;"},
+                                                                     {"add", folder_, rows + "*" + folder_ + "\\=;1"}};
+  for (const auto& [verb, what, after] : cases)
+    test::SweepKills({{BINARY_DIR "/varnik-cli", "installs", verb, what}}, prepare,
+                     [&, &after = after] { EXPECT_TRUE(left() == rows + "1" || left() == after) << left(); });
 }
 
 }  // namespace

@@ -2,11 +2,13 @@
 
 #include "definition/crashmarker.h"
 #include "modengine/deactivation.h"
+#include "platform/system/files/wholefile.h"
 #include "platform/system/store/registry.h"
 #include "support/install.h"
 #include "support/registry.h"
 #include "support/settings.h"
 #include "tests/harness/cases.h"
+#include "tests/harness/failingreads.h"
 #include "tests/modengine/modtest.h"
 
 namespace varnik {
@@ -128,6 +130,16 @@ TEST_F(Deactivation, FiltersListsByTheirFirstWordAndLosesNoLine) {
   EXPECT_TRUE(Deactivate("addrecy(Mod,2);"));
   EXPECT_EQ(Content("RecyList.txt"), kept);
   Expect("tmp.recylist");
+}
+
+TEST_F(Deactivation, LeavesAListAloneThatCannotBeReadToItsEnd) {
+  const std::string list = std::string(200'000, 'x') + "\nmod 1\n";
+  WriteFile(InRoot("RecyList.txt"), list);
+  for (int n = 1; n <= 4; ++n) {
+    const test::FailingReads disk("RecyList.txt", n);
+    EXPECT_TRUE(Deactivate("addrecy(mod,1);"));
+    EXPECT_TRUE(disk.HasFailed() && win::ReadWholeFile(Root() + "RecyList.txt") == list) << n;
+  }
 }
 
 }  // namespace

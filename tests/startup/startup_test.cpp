@@ -1,5 +1,6 @@
 #include "definition/crashmarker.h"
 #include "modengine/runguard.h"
+#include "platform/system/files/wholefile.h"
 #include "platform/system/paths/program.h"
 #include "platform/system/process/instance.h"
 #include "platform/system/store/registry.h"
@@ -10,6 +11,7 @@
 #include "support/registry.h"
 #include "support/settings.h"
 #include "tests/harness/cases.h"
+#include "tests/harness/failingreads.h"
 #include "tests/modengine/modtest.h"
 
 #include <regex>
@@ -68,13 +70,31 @@ TEST_F(Startup, RecoversByTheMarker) {
     WriteCrashMarker(marker);
     Store(kBackupSection, "RacenameA", "old");
     const bool staysMarked = c["stays marked"];
-    EXPECT_EQ(RecoverFromCrash(), c["recovered"]);
+    EXPECT_EQ(RecoverFromCrash().acted, c["recovered"]);
     EXPECT_EQ(Content("a").has_value(), c["deactivated"]);
     EXPECT_EQ(ReadCrashMarker().root + ReadCrashMarker().definitionFile,
               staysMarked ? marker.root + marker.definitionFile : "");
     EXPECT_EQ(RegReadValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue).empty(), !staysMarked);
     EXPECT_EQ(ReadStored(kBackupSection, "RacenameA"), staysMarked ? "old" : "");
     Expect("RaceName_A.txt=mod");  // no install is selected yet, so nothing is found
+  }
+}
+
+// Whichever reading of the settings fails: the run is undone, or can still be.
+TEST_F(Startup, DoesNotTakeUnreadableSettingsForNone) {
+  UseInstallFolder(Root());
+  Put("b=1 RaceName_A.txt=mod");
+  WriteCrashMarker({Root(), Define("rename(a,b);")});
+  Store(kBackupSection, "RacenameA", "old");
+  for (int n = 1;; ++n) {
+    SCOPED_TRACE(n);
+    const test::FailingReads disk("settings.json", n);
+    const Recovery recovery = RecoverFromCrash();
+    if (!disk.HasFailed()) break;
+    EXPECT_TRUE(recovery.acted || !recovery.isDone);
+    EXPECT_TRUE(recovery.acted || !ReadCrashMarker().root.empty());
+    const auto name = win::ReadWholeFile(Root() + "RaceName_A.txt");
+    EXPECT_TRUE(name == "old\r\n" || ReadStored(kBackupSection, "RacenameA") == "old") << *name;
   }
 }
 
@@ -98,7 +118,7 @@ TEST_F(Startup, LeavesTheRunOfALivingProcessAlone) {
   WriteCrashMarker({Root(), mod});
   win::ExclusiveLock other("run");
   ASSERT_TRUE(other.TryAcquire());
-  EXPECT_FALSE(RecoverFromCrash());
+  EXPECT_FALSE(RecoverFromCrash().acted);
   SetArguments({"/bz2dir", Root(), "/deactivate", mod});
   ProcessCmdLine();
   Expect("b=1");

@@ -38,7 +38,12 @@ void FrmCmdLine::populatecmdlinelist() {
     win::MsgBox("varnik.cmd not found. Command Line Parameter listing disabled.");
     return;
   }
-  FillList(ReadOptionList(file));
+  std::optional<std::vector<OptionEntry>> options = ReadOptionList(file);
+  if (!options) {
+    win::MsgBox(OptionListProblem(file));
+    return;
+  }
+  FillList(std::move(*options));
   win::DoEvents();
   lstCmdLine.SetListIndex(0);
   lstCmdLine_Click();

@@ -74,7 +74,10 @@ std::vector<win::Control*> FrmCMDLineEdit::Controls() {
 void FrmCMDLineEdit::LoadList() {
   const bool isSameList = std::exchange(file_, CustomOptionFile()) == CustomOptionFile();
   const bool wasDirty = ListDirty;
-  FillList(ReadOptionRows(OptionListFile()));
+  const std::string source = OptionListFile();
+  const std::optional<std::vector<OptionRow>> rows = ReadOptionRows(source);
+  problem_ = rows ? "" : OptionListProblem(source);
+  FillList(rows.value_or(std::vector<OptionRow>()));
   ListDirty = wasDirty && isSameList;
   // An edit that was not taken over still waits for its row.
   ParamDirty = ParamDirty && isSameList;
@@ -83,6 +86,7 @@ void FrmCMDLineEdit::LoadList() {
     lstCmdLineParam_Click();
   else
     lstCmdLineParam.SetListIndex(0);
+  if (!problem_.empty()) win::MsgBox(problem_);
 }
 
 void FrmCMDLineEdit::FillList(const std::vector<OptionRow>& rows) {
@@ -174,6 +178,10 @@ void FrmCMDLineEdit::MoveRow(int step) {
 }
 
 void FrmCMDLineEdit::cmdSaveFile_Click() {
+  if (!problem_.empty()) {
+    win::MsgBox(problem_);
+    return;
+  }
   if (ParamDirty && win::MsgBox("Would you like to save your changes to the current command line parameters?",
                                 win::kYesNoCancel, kSaveTitle) == win::Answer::kYes)
     cmdSaveChanges_Click();

@@ -73,6 +73,7 @@ class FrmCMDLineEdit {
   int ParamIndex = -1;      // the row edited in txtCmdEdit, -1 none
   bool ParamDirty = false;  // txtCmdEdit differs from that row
   bool ListDirty = false;   // rows differ from the file
+  std::string problem_;     // why the list could not be read, and may not be saved
   std::string file_;        // where the list is saved: another install may be selected before the player answers
 };
 

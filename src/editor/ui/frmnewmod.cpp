@@ -65,7 +65,7 @@ void frmNewMod::WireControls() {
 }
 
 void frmNewMod::loadmod(const std::string& path) {
-  draft_.Load(path);
+  const bool isRead = draft_.Load(path);
   {
     const win::ListUpdate update(lstFile);
     lstFile.Clear();
@@ -73,7 +73,11 @@ void frmNewMod::loadmod(const std::string& path) {
       lstFile.AddItem(row);
   }
   ShowNoRow();
-  SetCaption("Edit Mod File: " + draft_.EditFileName());
+  if (isRead)
+    SetCaption("Edit Mod File: " + draft_.EditFileName());
+  else
+    win::MsgBox("The file could not be read to its end and is not opened: " + path +
+                "\r\nIt stays as it is. Please check the disk and try again.");
 }
 
 void frmNewMod::lstFile_Click() {

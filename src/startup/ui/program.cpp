@@ -4,6 +4,7 @@
 #include "platform/system/paths/program.h"
 #include "platform/system/process/instance.h"
 #include "platform/system/process/services.h"
+#include "platform/system/store/configfolder.h"
 #include "platform/system/text/text.h"
 #include "startup/commandline.h"
 #include "startup/crashrecovery.h"
@@ -28,7 +29,7 @@ bool TrayIsOff() { return win::LeadingNumber(ReadOption("TrayIcon")) == 0; }
 // The mode of this start, once the command line and an interrupted run have been dealt with.
 std::int16_t DecideRunMode() {
   std::int16_t mode = ProcessCmdLine();
-  if (RecoverFromCrash() && mode != kRunModeHidden) mode = kRunModeLeave;
+  if (RecoverFromCrash().acted && mode != kRunModeHidden) mode = kRunModeLeave;
   if (mode == kRunModeHidden && TrayIsOff()) mode = kRunModeLeave;  // the window could not be reached
   return mode;
 }
@@ -64,6 +65,7 @@ int Main() {
   win::Instance instance;
   if (AnswerMaintenanceWord(instance)) return 0;
   if (ActivatePrevInstance(instance, false)) return 0;
+  win::TidyConfigFolder();
   PublishHomePage();
   FixAppPath();
   LogLine("Varnik Startup");

@@ -6,6 +6,7 @@
 #include "platform/system/filesystem/folderindex.h"
 #include "platform/system/paths/paths.h"
 #include "tests/harness/cases.h"
+#include "tests/harness/failingreads.h"
 #include "tests/harness/faultyfilesystem.h"
 #include "tests/harness/sandbox.h"
 
@@ -54,6 +55,20 @@ TEST_F(Files, KeepTheirMode) {
   EXPECT_TRUE(win::WriteWholeFile(root_ + "a.txt", "new") &&
               win::SetAttributes(root_ + "a.txt", win::kAttributeReadOnly));
   EXPECT_EQ(mode(), 0564);
+}
+
+TEST_F(Files, ALineReaderTellsAnErrorFromTheEnd) {
+  Put("a.txt", std::string(200'000, 'x') + "\nend");
+  bool hasFailed = true;
+  for (int n = 0; hasFailed; ++n) {
+    const test::FailingReads disk("a.txt", n + 1);
+    win::LineReader reader(root_ + "a.txt");
+    while (!reader.AtEnd())
+      reader.ReadLine();
+    EXPECT_EQ(reader.Failed(), hasFailed = disk.HasFailed()) << n;
+  }
+  EXPECT_TRUE(win::LineReader(root_).Failed());
+  EXPECT_FALSE(win::LineReader(root_ + "none").Failed());
 }
 
 TEST_F(Files, OnlyRegularFilesAreRead) {

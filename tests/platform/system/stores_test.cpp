@@ -1,4 +1,6 @@
+#include "platform/system/filesystem/currentfilesystem.h"
 #include "platform/system/paths/program.h"
+#include "platform/system/store/configfolder.h"
 #include "platform/system/store/registry.h"
 #include "platform/system/store/settings.h"
 #include "tests/harness/crash.h"
@@ -76,8 +78,7 @@ TEST_F(Settings, DamagedStoresAreKeptAsideOneByOne) {
   const std::string deep = std::string(100000, '[') + std::string(100000, ']');
   int n = 0;
   for (const std::string& content :
-       {""s, R"({"App": {"Section": {"key": "v"}}} x)"s, "{\"App\": {\"Section\": {\"key\": \"\xFF\"}}}"s, "[]"s,
-        R"({"App": {"Section": "text"}})"s, R"({"App":{"Section":{"key":)" + deep + "}}}"}) {
+       {""s, R"({"App": {"Section": {"key": "v"}}} x)"s, "[]"s, R"({"App":{"Section":{"key":)" + deep + "}}}"}) {
     const std::string kept = file_.string() + ".damaged-" + std::to_string(++n);
     SCOPED_TRACE(kept);
     test::WriteFile(file_, content);
@@ -87,6 +88,60 @@ TEST_F(Settings, DamagedStoresAreKeptAsideOneByOne) {
     EXPECT_NE(testing::internal::GetCapturedStderr().find(kept + "\n"), std::string::npos);
     EXPECT_TRUE(test::ReadFile(kept) == content);
   }
+}
+
+TEST_F(Settings, NothingElseIsLostForWhatCannotBeUnderstood) {
+  const std::pair<std::string, std::string> cases[] = {// what stands there, and what of it a write must leave
+                                                       {"5", "5"},
+                                                       {"[{}]", "{}"},
+                                                       {"\"text\"", "\"text\""},
+                                                       {"1e400", "1e400"},
+                                                       {"{\"a\": -01}", "-01"},
+                                                       {"True", "True"},
+                                                       {"\"\xE9\"", "\xC3\xA9"},
+                                                       {"\"C:\\games\"", "C:\\\\games"},
+                                                       {"{\"a\": \"\t\"}", "\\t"}};
+  for (const auto& [text, left] : cases)
+    for (const std::string& start :
+         {R"({"App": {"Section": {"key": "v", "x": )"s, R"({"App": {"Odd": )"s, R"({"Odd": )"s}) {
+      SCOPED_TRACE(start + text);
+      const std::string end(static_cast<std::size_t>(std::count(start.begin(), start.end(), '{')), '}');
+      test::WriteFile(file_, start + text + end);
+      fs::permissions(file_, fs::perms(0644));
+      EXPECT_EQ(Get("key"), start.find("\"v\"") != start.npos ? "v" : "fallback");
+      EXPECT_TRUE(win::SaveSetting("App", "Odd", "new", "1") && win::SaveSetting("Odd", "Odd", "new", "2"));
+      EXPECT_EQ(win::GetSetting("App", "Odd", "new") + win::GetSetting("Odd", "odd", "new"), "12");
+      EXPECT_NE(test::ReadFile(file_).find(left), std::string::npos) << test::ReadFile(file_);
+      EXPECT_EQ(fs::status(file_).permissions(), fs::perms(0600));
+    }
+  EXPECT_FALSE(fs::exists(file_.string() + ".damaged-1"));
+}
+
+TEST_F(Settings, AStartRemovesWhatAKilledWriteLeftAndHidesThePassword) {
+  const fs::path folder = file_.parent_path();
+  const auto put = [&](const std::string& name) { test::WriteFile(folder / name, "{}"); };
+  for (const char* name : {"settings.json", ".settings.json.new~", ".registry.json.new~", ".new~", "mine.new~"})
+    put(name);
+  fs::permissions(file_, fs::perms(0644));
+  const auto writer = win::CurrentFileSystem().TryLock(folder / ".registry.json.new~");
+  win::TidyConfigFolder();
+  std::string left;
+  for (const auto& [name, content] : test::Snapshot(folder))
+    left += name + " ";
+  EXPECT_EQ(left, ".new~ .registry.json.new~ mine.new~ settings.json ");
+  EXPECT_EQ(fs::status(file_).permissions(), fs::perms(0600));
+}
+
+TEST_F(Settings, ALinkIsFollowedAndStaysOne) {
+  const fs::path kept = sandbox_.Home() / "elsewhere.json";
+  fs::create_directories(file_.parent_path());
+  fs::create_symlink("../../elsewhere.json", file_);
+  for (const char* content : {"", "{}", "[]"}) {
+    test::WriteFile(kept, content);
+    EXPECT_TRUE(Save("key", content) && Get("key") == content);
+    EXPECT_TRUE(fs::is_symlink(file_) && test::ReadFile(kept).find("Section") != std::string::npos) << content;
+  }
+  EXPECT_EQ(test::ReadFile(kept.string() + ".damaged-2"), "[]");
 }
 
 TEST_F(Settings, AStoreThatCannotBeReadOrMovedIsLeftAloneAndThatIsSaidOnce) {

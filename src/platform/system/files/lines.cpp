@@ -33,6 +33,7 @@ struct LineReader::State {
   std::size_t next = 0;                // first byte of `piece` that has not been handed out
   std::size_t size = 0;
   std::size_t nextFeed = 0;  // where the next LF stands, searched for only when it has been passed
+  bool failed = false;
   bool afterReturn = false;  // the last line ended in CR, so that an LF here belongs to it
   char piece[kPiece];
 
@@ -47,6 +48,7 @@ struct LineReader::State {
     if (!file) return false;
     const ssize_t count = file->Read(piece, sizeof piece);
     if (count <= 0) file.reset();
+    failed = failed || count < 0;
     next = 0;
     size = static_cast<std::size_t>(std::max<ssize_t>(count, 0));
     nextFeed = Find('\n', size);
@@ -74,6 +76,7 @@ struct LineReader::State {
 LineReader::LineReader(const std::string& path) : path_(path) {
   FileStatus status;
   auto file = OpenFile(CurrentFileSystem(), NativePath(path), status);
+  isRefused_ = !file && errno != ENOENT && errno != ENOTDIR;
   if (!file) return;
   state_ = std::make_unique_for_overwrite<State>();  // the piece stays unset
   state_->file = std::move(file);
@@ -87,12 +90,16 @@ bool LineReader::IsOpen() const { return state_ != nullptr; }
 
 bool LineReader::AtEnd() { return state_ == nullptr || state_->AtEnd(); }
 
+bool LineReader::Failed() const { return state_ ? state_->failed : isRefused_; }
+
 std::string LineReader::ReadLine() {
   std::string line;
   if (AtEnd()) return line;
   ++lineNumber_;
   while (state_->Fill() && !state_->TakeLine(line)) {
-    if (line.size() > kMaxBytes) state_->file.reset();
+    if (line.size() <= kMaxBytes) continue;
+    state_->file.reset();
+    state_->failed = true;
   }
   return line;
 }

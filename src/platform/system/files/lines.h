@@ -20,8 +20,12 @@ class LineReader {
   bool IsOpen() const;
 
   // True behind the last line, and at once when the file could not be opened or is a folder. A read error counts as the
-  // end, and so does a line that goes on for more than 512 MB.
+  // end, and so does a line that goes on for more than 512 MB: see Failed.
   bool AtEnd();
+
+  // True once it is known that not all of the file could be read, or none of it although it is there. What was read of
+  // such a file must not be written back.
+  bool Failed() const;
 
   // Empty at the end.
   std::string ReadLine();
@@ -35,6 +39,7 @@ class LineReader {
   struct State;
   std::unique_ptr<State> state_;
   std::string path_;
+  bool isRefused_ = false;
   int lineNumber_ = 0;
 };
 

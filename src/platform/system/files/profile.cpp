@@ -207,21 +207,37 @@ std::string Apply(const std::string& bytes, const ProfileText& text, const std::
   return result.append(bytes, copied);
 }
 
+// The line of the key in its section that has a value.
+std::optional<Line> FindValue(std::string_view characters, std::string_view section, std::string_view key) {
+  const std::string_view wantedSection = Trimmed(section);
+  const std::string_view wantedKey = Trimmed(key);
+  Line line;
+  while (NextLine(characters, line) && !OpensSection(line, wantedSection)) {
+  }
+  while (NextLine(characters, line) && line.kind != LineKind::kSection)
+    if (line.value && IsName(line, wantedKey)) return line;
+  return std::nullopt;
+}
+
 }  // namespace
 
-ProfileFile::ProfileFile(const std::string& file) : characters_(Decode(ReadFileOnce(file).value_or("")).characters) {
+ProfileFile::ProfileFile(const std::string& file) {
+  const std::optional<std::string> content = ReadFileOnce(file);
+  isReadable_ = content || !GetAttributes(file);
+  characters_ = Decode(content.value_or("")).characters;
   characters_.resize(TextEnd(characters_));
 }
 
 std::optional<std::string_view> ProfileFile::Find(std::string_view section, std::string_view key) const {
-  const std::string_view wantedSection = Trimmed(section);
-  const std::string_view wantedKey = Trimmed(key);
-  Line line;
-  while (NextLine(characters_, line) && !OpensSection(line, wantedSection)) {
-  }
-  while (NextLine(characters_, line) && line.kind != LineKind::kSection)
-    if (line.value && IsName(line, wantedKey)) return Unquoted(*line.value);
-  return std::nullopt;
+  const std::optional<Line> line = FindValue(characters_, section, key);
+  return line ? std::optional(Unquoted(*line->value)) : std::nullopt;
+}
+
+std::optional<std::string_view> ProfileFile::FindAsWritten(std::string_view section, std::string_view key) const {
+  const std::optional<Line> line = FindValue(characters_, section, key);
+  if (!line) return std::nullopt;
+  const std::string_view text = std::string_view(characters_).substr(line->begin, line->end - line->begin);
+  return text.substr(text.find('=') + 1);
 }
 
 namespace {

@@ -17,11 +17,18 @@ class ProfileFile {
   ProfileFile(const ProfileFile&) = delete;
   ProfileFile& operator=(const ProfileFile&) = delete;
 
+  // False when the file is there and could not be read. Nothing may be written that follows from its keys then.
+  bool IsReadable() const { return isReadable_; }
+
   // Valid as long as this object. Nothing when the section or the key is missing.
   std::optional<std::string_view> Find(std::string_view section, std::string_view key) const;
 
+  // The same as it stands behind the equals sign, blanks and quotes included.
+  std::optional<std::string_view> FindAsWritten(std::string_view section, std::string_view key) const;
+
  private:
   std::string characters_;  // in the Windows code page, without an end-of-text mark
+  bool isReadable_;
 };
 
 // No value deletes the key; no key deletes the section; no section does nothing and fails. The file is edited in place

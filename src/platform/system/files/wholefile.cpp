@@ -16,7 +16,7 @@ std::unique_ptr<ReadableFile> OpenPath(const std::string& path) {
   return file ? std::move(file) : CurrentFileSystem().OpenForReading(NativePath(path));
 }
 
-bool Write(const std::string& path, std::string_view content) {
+bool Write(const std::string& path, std::string_view content, std::optional<mode_t> permissions) {
   FileSystem& files = CurrentFileSystem();
   const std::string target = FollowLinks(NativePath(path));
   FileStatus status;
@@ -24,10 +24,12 @@ bool Write(const std::string& path, std::string_view content) {
   if (exists && !status.IsFile()) return FailWith(EISDIR);
   if (exists && status.IsReadOnly()) return FailWith(EPERM);
   const std::string copy = TemporaryNameFor(target);
-  const auto file = files.OpenForWriting(copy, OpenMode::kLocked, 0666);
+  const mode_t mode = permissions.value_or(exists ? status.permissions : 0666);
+  const auto file = files.OpenForWriting(copy, OpenMode::kLocked, mode);
   if (!file) return FailWith(errno == ENOENT ? ENOTDIR : errno);
-  if (file->Append(content) && (!exists || files.SetPermissions(copy, status.permissions)) && file->Sync() &&
-      files.Rename(copy, target))
+  // A file system without permissions is no reason to lose the content.
+  const bool isMarked = (!exists && !permissions) || files.SetPermissions(copy, mode) || permissions;
+  if (isMarked && file->Append(content) && file->Sync() && files.Rename(copy, target))
     return files.Sync(FolderAbove(target));
   files.Remove(copy);
   return false;
@@ -53,8 +55,8 @@ std::optional<std::string> ReadFileOnce(const std::string& path) {
   return ReadWholeFile(path);
 }
 
-bool WriteWholeFile(const std::string& path, std::string_view content) {
-  return ReportOperation(Operation::kWrite, path, "", [&] { return Write(path, content); });
+bool WriteWholeFile(const std::string& path, std::string_view content, std::optional<mode_t> permissions) {
+  return ReportOperation(Operation::kWrite, path, "", [&] { return Write(path, content, permissions); });
 }
 
 }  // namespace win

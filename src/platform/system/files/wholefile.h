@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -20,7 +22,8 @@ constexpr std::size_t kMaxBytes = std::size_t{512} * 1024 * 1024;
 
 // Replaces the file's content so that a crash or a full disk leaves the old or the new content and never less:
 // temporary file in the same folder, flush, rename, flush of the folder. Mode bits stay; a link is written through.
-// Fails on a read-only file, on a folder and in a missing folder.
-bool WriteWholeFile(const std::string& path, std::string_view content);
+// Fails on a read-only file, on a folder and in a missing folder. With `permissions` the file has these from its first
+// byte on, whatever it had before, where the file system has such.
+bool WriteWholeFile(const std::string& path, std::string_view content, std::optional<mode_t> permissions = {});
 
 }  // namespace win

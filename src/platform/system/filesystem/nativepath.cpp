@@ -51,11 +51,24 @@ std::string ResolveLinks(const std::string& native, bool followLast,
   return done.empty() ? "/" : done;
 }
 
+namespace {
+
+constexpr std::string_view kTemporaryStart = ".";
+constexpr std::string_view kTemporaryEnd = ".new~";
+
+}  // namespace
+
 std::string TemporaryNameFor(const std::string& native) {
   constexpr std::size_t kMaxName = 240;
   const std::string_view name = LastName(native);
   const std::string folder = native.substr(0, native.size() - name.size());
-  return folder + "." + std::string(name.substr(0, kMaxName)) + ".new~";
+  return (folder + std::string(kTemporaryStart)).append(name.substr(0, kMaxName)).append(kTemporaryEnd);
+}
+
+bool IsTemporaryName(std::string_view native) {
+  const std::string_view name = LastName(native);
+  return name.size() > kTemporaryStart.size() + kTemporaryEnd.size() && name.starts_with(kTemporaryStart) &&
+         name.ends_with(kTemporaryEnd);
 }
 
 bool IsTemporaryName(std::string_view native) {

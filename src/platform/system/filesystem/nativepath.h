@@ -28,7 +28,7 @@ std::string ResolveLinks(const std::string& native, bool followLast,
 // A hidden name in the same folder, always the same for one file, so that the next write uses up what a crash left.
 std::string TemporaryNameFor(const std::string& native);
 
-// Whether the last name is one that TemporaryNameFor gives.
+// Whether the last name of `native` is one that TemporaryNameFor gives.
 bool IsTemporaryName(std::string_view native);
 
 }  // namespace win

@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::size_t kMaxStoreBytes = 64u << 20;
 constexpr int kMaxNesting = 16;
-constexpr int kObjectLevels = 3;
+constexpr mode_t kPermissions = 0600;  // a player's session has a password
 
 enum class Content { kMissing, kRead, kUnreadable };
 
@@ -51,12 +51,29 @@ Content ReadBytes(const std::string& path, std::string& bytes) {
   return Content::kRead;
 }
 
-bool HasObjectLevels(const Json& node, int levels) {
-  if (levels == 0) return true;
-  if (!node.is_object()) return false;
-  for (const Json& child : node)
-    if (!HasObjectLevels(child, levels - 1)) return false;
-  return true;
+std::string_view TakeString(std::string_view text) {
+  std::size_t end = 1;
+  while (end < text.size() && text[end] != '"')
+    end += text[end] == '\\' ? 2 : 1;
+  return text.substr(0, std::min(end + 1, text.size()));
+}
+
+// Each word that JSON does not know, as a number beyond every range, and each string that is none, as one with a byte
+// that is no UTF-8, becomes a string of its characters. What stands around it need not be given up for it.
+std::string WithWordsAsStrings(std::string_view text) {
+  constexpr std::string_view kEnds = "\" \t\r\n{}[]:,";
+  constexpr std::string_view kBetweenWords = kEnds.substr(1);
+  std::string repaired;
+  while (!text.empty()) {
+    const bool isString = text[0] == '"';
+    const std::size_t end = std::min(text.find_first_of(kEnds), text.size());
+    const std::string_view word = isString ? TakeString(text) : text.substr(0, std::max<std::size_t>(end, 1));
+    const bool isKept = kBetweenWords.find(word[0]) != kBetweenWords.npos || Json::accept(word);
+    const std::string_view inner = isString ? word.substr(1, word.size() - 2) : word;
+    repaired += isKept ? std::string(word) : Json(Utf8FromBytes(inner)).dump();
+    text.remove_prefix(word.size());
+  }
+  return repaired;
 }
 
 // A discarded value when the text is no store.
@@ -71,7 +88,8 @@ Json ParseStore(std::string_view bytes) {
     return !tooDeep;
   };
   Json tree = Json::parse(bytes, checkDepth, false);
-  return !tooDeep && HasObjectLevels(tree, kObjectLevels) ? tree : damaged;
+  if (tree.is_discarded() && !tooDeep) tree = Json::parse(WithWordsAsStrings(bytes), checkDepth, false);
+  return !tooDeep && tree.is_object() ? tree : damaged;
 }
 
 // Moves the file to the first free name; an empty file reserves that name, so that nothing is ever replaced.
@@ -79,10 +97,10 @@ std::optional<std::string> MoveToFreeName(const std::string& path) {
   FileSystem& files = CurrentFileSystem();
   for (int n = 1; n < 10000; ++n) {
     const std::string target = path + ".damaged-" + std::to_string(n);
-    const auto reserved = files.OpenForWriting(target, OpenMode::kExclusive, 0600);
+    const auto reserved = files.OpenForWriting(target, OpenMode::kExclusive, kPermissions);
     if (!reserved && errno == EEXIST) continue;
     if (!reserved) break;
-    if (files.Rename(path, target)) return target;
+    if (files.Rename(path, target)) return files.SetPermissions(target, kPermissions), target;
     files.Remove(target);
     break;
   }
@@ -108,7 +126,11 @@ Object* Member(Object* object, std::string_view name) {
 
 }  // namespace
 
-std::string JsonStore::Path() const { return ConfigFolder() + "/" + fileName_; }
+// A player may keep the file elsewhere and link to it: all work is done where it lies.
+std::string JsonStore::Path() const {
+  const std::string path = ConfigFolder() + "/" + fileName_;
+  return CurrentFileSystem().LinkTarget(path).empty() ? path : FollowLinks(path);
+}
 
 // The file is read at every call, which costs microseconds and trusts no time stamp; it is parsed only when its bytes
 // changed.
@@ -117,13 +139,12 @@ JsonStore::Load JsonStore::Reload() {
   const Content content = ReadBytes(Path(), bytes);
   if (content == Content::kUnreadable) SayOnce(Path() + " is there and cannot be read; nothing is stored");
   if (content != Content::kRead) bytes.clear();
-  if (!bytes.empty() && bytes == bytes_) return Load::kDone;
+  if (!bytes.empty() && bytes == bytes_) return load_ = Load::kDone;
   Json tree = content == Content::kRead ? ParseStore(bytes) : Json::object();
   const bool damaged = tree.is_discarded();
   tree_ = damaged ? Json::object() : std::move(tree);
   bytes_ = damaged ? std::string() : std::move(bytes);
-  if (content == Content::kUnreadable) return Load::kUnreadable;
-  return damaged ? Load::kDamaged : Load::kDone;
+  return load_ = content == Content::kUnreadable ? Load::kUnreadable : damaged ? Load::kDamaged : Load::kDone;
 }
 
 void JsonStore::SetAside() {
@@ -138,7 +159,10 @@ const Json& JsonStore::Tree() {
   if (Reload() != Load::kDamaged) return tree_;
   const auto lock = LockStore(Path());
   // Another process may have set it aside by now.
-  if (lock && Reload() == Load::kDamaged) SetAside();
+  if (lock && Reload() == Load::kDamaged) {
+    SetAside();
+    Reload();
+  }
   return tree_;
 }
 
@@ -157,7 +181,7 @@ bool JsonStore::Change(const std::function<bool(Json& tree)>& change) {
   Json changed = tree_;
   if (!change(changed)) return true;
   std::string bytes = changed.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
-  if (bytes.size() > kMaxStoreBytes || !WriteWholeFile(WindowsPathFromNative(Path()), bytes)) {
+  if (bytes.size() > kMaxStoreBytes || !WriteWholeFile(WindowsPathFromNative(Path()), bytes, kPermissions)) {
     SayOnce(Path() + " cannot be written");
     return false;
   }
@@ -173,6 +197,16 @@ Json* FindMember(Json* object, std::string_view name) { return Member(object, na
 Json& MakeMember(Json& object, std::string_view name) {
   if (Json* found = FindMember(&object, name)) return *found;
   return object[Utf8FromBytes(name)] = Json::object();
+}
+
+Json& MakeObject(Json& object, std::string_view name) {
+  Json& member = MakeMember(object, name);
+  if (member.is_object()) return member;
+  std::string kept = Utf8FromBytes(name);
+  while (FindMember(&object, kept))
+    kept += ".kept";
+  object[kept] = std::exchange(member, Json::object());
+  return *FindMember(&object, name);
 }
 
 bool EraseMember(Json* object, std::string_view name) {

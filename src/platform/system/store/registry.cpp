@@ -70,7 +70,7 @@ bool MirrorEntry(const Key& key, const std::string& valueName, std::uint32_t typ
 
 bool HasRunOnceValues() {
   const Json* values = FindMember(FindMember(&store.Tree(), kRoot), kRunOncePath);
-  return values && !values->empty();
+  return values && values->is_object() && !values->empty();
 }
 
 }  // namespace
@@ -91,7 +91,7 @@ long SetValue(RegistryHandle handle, const std::string& valueName, std::uint32_t
   const Key& key = *KeyOf(handle);
   if (StartsAtLogIn(key) && !MirrorEntry(key, valueName, type, data)) return kErrorAccessDenied;
   const bool stored = store.Change([&](Json& tree) {
-    Json& value = MakeMember(MakeMember(MakeMember(tree, kRoot), key.path), valueName);
+    Json& value = MakeMember(MakeObject(MakeObject(tree, kRoot), key.path), valueName);
     Json wanted = {{"Type", type}, {"Data", JsonFromBytes(data)}};
     if (value == wanted) return false;
     value = std::move(wanted);

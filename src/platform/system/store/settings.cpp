@@ -11,14 +11,36 @@ namespace {
 
 JsonStore store("settings.json");
 
+const Json& ObjectOrNone(const Json* node) {
+  static const Json none = Json::object();
+  return node && node->is_object() ? *node : none;
+}
+
+// False when the tree holds all that already.
+bool Apply(const SectionChange& change, const std::string& application, const std::string& section, Json& tree) {
+  const Json before = tree;
+  if (change.others == OtherKeys::kRemove) EraseMember(FindMember(&tree, application), section);
+  for (const SettingRow& row : change.rows) {
+    if (row.value)
+      MakeMember(MakeObject(MakeObject(tree, application), section), row.key) = JsonFromBytes(*row.value);
+    else
+      EraseMember(FindMember(FindMember(&tree, application), section), row.key);
+  }
+  return tree != before;
+}
+
 }  // namespace
 
 struct SettingsSnapshot::Tree {
   Json sections;
 };
 
-SettingsSnapshot::SettingsSnapshot(const std::string& application) {
-  if (const Json* sections = FindMember(&store.Tree(), application)) tree_ = std::make_shared<Tree>(Tree{*sections});
+SettingsSnapshot::SettingsSnapshot(const std::string& application) : SettingsSnapshot(application, store.Tree()) {
+  isReadable_ = store.IsKnown();
+}
+
+SettingsSnapshot::SettingsSnapshot(const std::string& application, const Json& tree) {
+  if (const Json* sections = FindMember(&tree, application)) tree_ = std::make_shared<Tree>(Tree{*sections});
 }
 
 std::string SettingsSnapshot::Get(const std::string& section, const std::string& key,
@@ -37,30 +59,35 @@ bool SaveSetting(const std::string& application, const std::string& section, con
   return SaveSection(application, section, {{key, value}}, OtherKeys::kKeep);
 }
 
-bool SaveSection(const std::string& application, const std::string& section, const std::vector<SettingRow>& rows,
-                 OtherKeys others, SettingsSnapshot* after) {
-  const bool stored = store.Change([&](Json& tree) {
-    const Json before = tree;
-    if (others == OtherKeys::kRemove) EraseMember(FindMember(&tree, application), section);
-    for (const SettingRow& row : rows) {
-      if (row.value)
-        MakeMember(MakeMember(MakeMember(tree, application), section), row.key) = JsonFromBytes(*row.value);
-      else
-        EraseMember(FindMember(FindMember(&tree, application), section), row.key);
-    }
-    return tree != before;
-  });
+namespace {
+
+bool Reported(bool stored, const std::string& section, const std::vector<SettingRow>& rows) {
   const int error = errno;
   for (const SettingRow& row : rows)
     ReportOperation(row.value ? Operation::kStore : Operation::kForget, section + "\\" + row.key,
                     row.value.value_or(""), [&] { return stored || FailWith(error); });
-  if (after && stored) {
-    const Json* sections = FindMember(&store.LastTree(), application);
-    after->tree_ = sections ? std::make_shared<SettingsSnapshot::Tree>(SettingsSnapshot::Tree{*sections}) : nullptr;
-  } else if (after) {
-    *after = SettingsSnapshot(application);
-  }
   return stored;
+}
+
+}  // namespace
+
+bool SaveSection(const std::string& application, const std::string& section, const std::vector<SettingRow>& rows,
+                 OtherKeys others, SettingsSnapshot* after) {
+  const SectionChange change{rows, others};
+  const bool stored =
+      Reported(store.Change([&](Json& tree) { return Apply(change, application, section, tree); }), section, rows);
+  if (!after) return stored;
+  *after = stored ? SettingsSnapshot(application, store.LastTree()) : SettingsSnapshot(application);
+  return stored;
+}
+
+bool UpdateSection(const std::string& application, const std::string& section, const SectionUpdate& update) {
+  std::optional<SectionChange> change;
+  const bool stored = store.Change([&](Json& tree) {
+    change = update(SettingsSnapshot(application, tree));
+    return change && Apply(*change, application, section, tree);
+  });
+  return Reported(stored, section, change ? change->rows : std::vector<SettingRow>());
 }
 
 bool DeleteSetting(const std::string& application, const std::string& section, const std::string& key) {
@@ -76,9 +103,8 @@ bool DeleteSetting(const std::string& application, const std::string& section, c
 std::vector<StoredSetting> AllSettings(const std::string& application) {
   std::vector<StoredSetting> all;
   const Json* sections = FindMember(&store.Tree(), application);
-  if (!sections) return all;
-  for (const auto& [section, keys] : sections->items())
-    for (const auto& [key, value] : keys.items())
+  for (const auto& [section, keys] : ObjectOrNone(sections).items())
+    for (const auto& [key, value] : ObjectOrNone(&keys).items())
       if (const std::optional<std::string> text = BytesFromJson(value)) all.push_back({section, key, *text});
   return all;
 }

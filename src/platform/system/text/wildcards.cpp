@@ -89,11 +89,17 @@ bool MatchesAnyPart(Text name, Text pattern) {
   return false;
 }
 
-// Each star begins a match of what follows it, and like every match that one passes over blanks.
+// Each star begins a match of what follows it, and like every match that one passes over blanks. Blanks at the end of a
+// part count.
 std::string WithoutBlanksBehindStars(std::string_view pattern) {
   std::string bare;
-  for (const char c : pattern)
-    if (c != ' ' || !bare.ends_with('*')) bare += c;
+  for (std::size_t at = 0; at < pattern.size();) {
+    const std::size_t end = std::min(pattern.find_first_not_of(' ', at), pattern.size());
+    const bool isPassedOver = bare.ends_with('*') && end < pattern.size() && pattern[end] != ';';
+    if (!isPassedOver) bare.append(pattern, at, end - at);
+    if (end < pattern.size()) bare += pattern[end];
+    at = end + 1;
+  }
   return bare;
 }
 
