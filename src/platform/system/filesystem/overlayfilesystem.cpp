@@ -254,7 +254,7 @@ bool OverlayFileSystem::StatusOf(const std::string& resolved, bool followLink, F
   if (!entry) return FailWith(ENOENT);
   if (!entry->backing.empty()) {
     const Below& below = LookBelow(entry->backing);
-    if (followLink && below.IsLink()) return base_.Status(entry->backing, status);
+    if (followLink && below.IsLink()) return FailWith(ELOOP);  // it has been followed as far as links are
     if (below.IsThere()) status = below.status;
     return below.IsThere() || FailWith(below.error);
   }
@@ -355,6 +355,7 @@ void OverlayFileSystem::Put(const std::string& resolved, std::shared_ptr<Node> n
 std::unique_ptr<ReadableFile> OverlayFileSystem::OpenForReading(const std::string& path) {
   const std::string resolved = Resolved(path, true);
   const std::optional<Entry> entry = Find(resolved);
+  if (!TargetAt(resolved).empty()) return FailWith(ELOOP), nullptr;
   if (entry && !entry->backing.empty() && !IsFileNamedAsFolder(path)) return base_.OpenForReading(entry->backing);
   if (entry && entry->memory && !path.ends_with('/')) return std::make_unique<MemoryReader>(entry->memory);
   errno = !entry ? ENOENT : entry->memory ? ENOTDIR : EISDIR;
@@ -495,12 +496,14 @@ const FolderNames* OverlayFileSystem::NamesIn(const std::string& folder) {
   return &node->names;
 }
 
-// True unless both are regular files of the same content.
+// True unless both are regular files of the same content, or links of the same target.
 bool OverlayFileSystem::IsChanged(const std::string& resolved) {
   FileStatus here;
   FileStatus below;
-  if (!StatusOf(resolved, true, here) || !base_.Status(resolved, below)) return true;
-  if (!here.IsFile() || !below.IsFile() || here.size != below.size) return true;
+  if (!StatusOf(resolved, false, here) || !base_.LinkStatus(resolved, below)) return true;
+  if (here.kind != below.kind) return true;
+  if (here.kind == FileStatus::Kind::kLink) return TargetAt(resolved) != base_.LinkTarget(resolved);
+  if (!here.IsFile() || here.size != below.size) return true;
   const std::optional<std::string> content = ContentOf(*this, resolved);
   return !content || content != ContentOf(base_, resolved);
 }
