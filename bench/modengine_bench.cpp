@@ -1,21 +1,16 @@
-#include "installs/installlist.h"
+#include "bench/install.h"
 #include "modengine/activation.h"
 #include "modengine/catalogue.h"
 #include "modengine/deactivation.h"
-#include "platform/system/paths/program.h"
-#include "support/runstate.h"
 
 #include <benchmark/benchmark.h>
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <stdlib.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -24,14 +19,13 @@
 namespace {
 
 namespace fs = std::filesystem;
+using bench::Install;
+using bench::Number;
+using bench::Write;
 
 constexpr int kFiles = 50'000;
 constexpr int kDefinitions = 1'000;
 constexpr int kDirectives = 1'000;
-
-void Write(const fs::path& path, const std::string& content) { std::ofstream(path, std::ios::binary) << content; }
-
-std::string Number(int i) { return std::to_string(10'000 + i); }
 
 std::string SampleDefinition(int i) {
   std::string text = "BZ2HALD5\r\ndname(Mod " + Number(i) +
@@ -40,34 +34,6 @@ std::string SampleDefinition(int i) {
     text += "rename(addon\\file" + Number(line) + ".odf,addon\\other.odf); // x\r\n";
   return text + "fold(mods\\mod" + Number(i) + ");\r\n";
 }
-
-// An install of this many files below the temporary folder, gone when the program ends.
-class Install {
- public:
-  explicit Install(int files) {
-    std::string pattern = (fs::temp_directory_path() / "varnik-bench-XXXXXX").string();
-    home_ = mkdtemp(pattern.data());
-    root_ = home_ / "game";
-    fs::create_directories(root_ / "hidden");
-    fs::create_directories(home_ / "app" / "mods");
-    setenv("HOME", home_.c_str(), 1);
-    setenv("XDG_CONFIG_HOME", (home_ / "config").c_str(), 1);
-    win::SetProgram({"varnik", "Varnik", ""});
-    varnik::AppPath = (home_ / "app").string() + "\\";
-    for (int i = 0; i < files; ++i)
-      Write(root_ / ("file" + Number(i) + ".odf"), "");
-    for (const char* name : {"bzone.exe", "data.pak", "binkw32.dll", "bzone.cfg"})
-      Write(root_ / name, "");
-    varnik::UseInstallFolder(Text());
-  }
-  ~Install() { fs::remove_all(home_); }
-
-  const fs::path& Root() const { return root_; }
-  std::string Text() const { return root_.string() + "\\"; }
-
- private:
-  fs::path home_, root_;
-};
 
 Install& LargeInstall() {
   static Install install(kFiles - kDefinitions);

@@ -18,7 +18,9 @@
 #include "support/modfileexists.h"
 #include "support/runstate.h"
 
+#include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace varnik {
 
@@ -26,12 +28,19 @@ namespace {
 
 std::function<void()> refreshMapPage;
 
+// The lines that go from one list. A list is read and written once for all `addrecy` that follow each other.
+struct LineRemoval {
+  std::string list;               // its name
+  std::vector<std::string> owns;  // what the lines begin with; none: nothing to do
+};
+
 // One file of the pass.
 struct Pass {
   const std::string& root;
   bool& noActionYet;
   bool& persistent;
   ReadBounds& bounds;
+  LineRemoval& removal;
   bool exeTookOver = false;
 
   std::string Below(const std::string& name) const { return root + name; }
@@ -87,14 +96,20 @@ void WriteId(Pass& pass, const Args& args) {
   if (!win::HasWildcards(args[1]) && FileExists(pass.Below(args[1]))) win::DeleteFiles(pass.Below(args[1]));
 }
 
+// `owns` are in order, and none begins with another.
+bool IsOwnLine(const std::string& line, const std::vector<std::string>& owns) {
+  const auto next = std::upper_bound(owns.begin(), owns.end(), line);
+  return next != owns.begin() && line.starts_with(*std::prev(next));
+}
+
 // The list goes only once its copy is whole, and the copy only while the list is still there.
-void RemoveLines(const std::string& list, const std::string& copy, const std::string& own) {
+void RemoveLines(const std::string& list, const std::string& copy, const std::vector<std::string>& owns) {
   std::string kept;
   {
     win::LineReader lines(list);
     if (!lines.IsOpen()) return;
     while (!lines.AtEnd())
-      if (const std::string line = lines.ReadLine(); !line.starts_with(own)) kept.append(line).append("\r\n");
+      if (const std::string line = lines.ReadLine(); !IsOwnLine(line, owns)) kept.append(line).append("\r\n");
     const auto isWhole = [&] { return !lines.Failed() || win::FailWith(EIO); };
     if (!isWhole()) return static_cast<void>(win::ReportOperation(win::Operation::kWrite, list, "", isWhole));
   }
@@ -106,14 +121,26 @@ void RemoveLines(const std::string& list, const std::string& copy, const std::st
 }
 
 // Looks below the selected install like RequireExe. A list of its own is left alone where there is no RecyList.txt.
-void AddRecy(Pass& pass, const Args& args) {
-  const std::string name = args.size() > 3 ? args[3] : kRecyList;
-  if (win::HasWildcards(name)) return;
+void RemovePendingLines(Pass& pass) {
+  if (pass.removal.owns.empty()) return;
+  auto [name, owns] = std::exchange(pass.removal, {});
+  std::sort(owns.begin(), owns.end());
+  owns.erase(
+      std::unique(owns.begin(), owns.end(), [](const auto& one, const auto& next) { return next.starts_with(one); }),
+      owns.end());
   // An earlier undo that died ahead of its last step left the list under the name of its copy.
   if (!FileExists(pass.Below(name))) win::RenameFile(pass.Below(kRecyListCopy), pass.Below(name));
   const std::string selected = InstallRoot();
   if (!selected.empty() && FileExists(selected + kRecyList))
-    RemoveLines(selected + name, selected + kRecyListCopy, args[1] + " ");
+    RemoveLines(selected + name, selected + kRecyListCopy, owns);
+}
+
+void AddRecy(Pass& pass, const Args& args) {
+  const std::string name = args.size() > 3 ? args[3] : kRecyList;
+  if (win::HasWildcards(name)) return;
+  if (name != pass.removal.list) RemovePendingLines(pass);
+  pass.removal.list = name;
+  pass.removal.owns.push_back(args[1] + " ");
 }
 
 constexpr PassDirective<Pass> kDirectives[] = {
@@ -129,8 +156,10 @@ bool DeactivateFile(win::LineReader& file, Pass pass) {
   while (!pass.exeTookOver && !file.AtEnd()) {
     win::DoEvents();
     ParseDirective(file.ReadLine(), args);
+    if (args[0] != "addrecy") RemovePendingLines(pass);
     ActOnDirective(kDirectives, pass, args);
   }
+  RemovePendingLines(pass);
   return !pass.exeTookOver;
 }
 
@@ -144,7 +173,8 @@ bool UndoLines(const std::string& definitionFile, const std::string& root, bool&
   bool noActionYet = true;
   persistent = false;
   ReadBounds bounds;
-  return DeactivateFile(file, {root, noActionYet, persistent, bounds});
+  LineRemoval removal;
+  return DeactivateFile(file, {root, noActionYet, persistent, bounds, removal});
 }
 
 bool EndDeactivation(const std::string& root, bool persistent) {

@@ -67,7 +67,9 @@ std::map<std::string, std::string> Snapshot(const fs::path& folder) {
   std::map<std::string, std::string> found;
   for (const auto& entry : fs::recursive_directory_iterator(folder)) {
     const std::string name = entry.path().lexically_relative(folder).string();
-    if (entry.is_directory())
+    if (entry.is_symlink())
+      found[name] = "leads to " + fs::read_symlink(entry).string();
+    else if (entry.is_directory())
       found[name + "/"];
     else
       found[name] = ReadFile(entry.path());

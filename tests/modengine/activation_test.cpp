@@ -11,6 +11,8 @@
 #include "tests/harness/failingreads.h"
 #include "tests/modengine/modtest.h"
 
+#include <random>
+
 namespace varnik {
 namespace {
 
@@ -139,6 +141,43 @@ TEST_F(Deactivation, LeavesAListAloneThatCannotBeReadToItsEnd) {
     const test::FailingReads disk("RecyList.txt", n);
     EXPECT_TRUE(Deactivate("addrecy(mod,1);"));
     EXPECT_TRUE(disk.HasFailed() && win::ReadWholeFile(Root() + "RecyList.txt") == list) << n;
+  }
+}
+
+// Lists that are written once for all lines hold what they do when each line is undone by a definition of its own.
+TEST_F(Deactivation, FiltersAListInOnePassAsLineByLine) {
+  std::mt19937 random(1);
+  const auto any = [&](auto& texts) { return std::string(texts[random() % std::size(texts)]); };
+  const char* const pieces[] = {"A ", "AB ", "A B ", " ", "a x", "A", "B ", "\r\n", "\r\n", "\n", "\r", "C D"};
+  const char* const lines[] = {"addrecy(A,x);",
+                               "addrecy(AB,x);",
+                               "addrecy(A B,x);",
+                               "addrecy(B,x,other);",
+                               "addrecy(C,x,tmp.recylist);",
+                               "addrecy(,x);",
+                               "rename(other,RecyList.txt);",
+                               "include(inc);"};
+  Put("inc=addrecy(a,x);");
+  for (int round = 0; round < 200; ++round) {
+    std::map<std::string, std::string> content = {{"RecyList.txt", ""}, {"other", ""}, {"tmp.recylist", ""}};
+    std::vector<std::string> definition;
+    for (auto& [name, text] : content)
+      for (unsigned left = random() % 12; left > 0; --left)
+        text += any(pieces);
+    for (unsigned left = 1 + random() % 6; left > 0; --left)
+      definition.push_back(any(lines) + "\n");
+    std::map<std::string, std::string> left[2];
+    for (auto& result : left) {
+      for (const auto& [name, text] : content)
+        text.empty() ? Put(name) : WriteFile(InRoot(name), text);
+      std::string whole;
+      for (const std::string& line : definition)
+        &result == left ? void(whole += line) : void(Deactivate(line));
+      Deactivate(whole);
+      result = test::Snapshot(sandbox_.Install());
+      result.erase("mod.bzm");
+    }
+    EXPECT_EQ(left[0], left[1]) << testing::PrintToString(content) << testing::PrintToString(definition);
   }
 }
 

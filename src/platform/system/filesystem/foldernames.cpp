@@ -21,21 +21,38 @@ bool FolderNames::Equal::operator()(std::string_view a, std::string_view b) cons
 }
 
 void FolderNames::Add(std::string_view name) {
-  const std::string* const known = Find(name);
-  if (known == nullptr || *known != name) names_.emplace(name);
+  Remove(name);
+  names_.emplace(name);
 }
 
 void FolderNames::Remove(std::string_view name) {
+  if (const auto hidden = hidden_.find(name); hidden != hidden_.end()) hidden_.erase(hidden);
   const auto [first, last] = names_.equal_range(name);
   const auto found = std::find(first, last, name);
   if (found != last) names_.erase(found);
 }
 
-const std::string* FolderNames::Find(std::string_view wanted) const {
+void FolderNames::Hide(std::string_view name) {
+  Remove(name);
+  hidden_.emplace(name);
+}
+
+void FolderNames::VisitAlike(std::string_view wanted, const Visitor& visit) const {
   const auto [first, last] = names_.equal_range(wanted);
-  if (first == last) return nullptr;
-  const auto exact = std::find(first, last, wanted);
-  return exact != last ? &*exact : &*std::min_element(first, last);
+  std::for_each(first, last, visit);
+  if (below_ == nullptr) return;
+  below_->VisitAlike(wanted, [&](const std::string& name) {
+    if (!hidden_.contains(name)) visit(name);
+  });
+}
+
+const std::string* FolderNames::Find(std::string_view wanted) const {
+  const std::string* found = nullptr;
+  VisitAlike(wanted, [&](const std::string& name) {
+    const bool isBetter = found == nullptr || name == wanted || (*found != wanted && name < *found);
+    if (isBetter) found = &name;
+  });
+  return found;
 }
 
 }  // namespace win

@@ -3,11 +3,11 @@
 #include "platform/system/filesystem/filesystem.h"
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace win {
@@ -25,6 +25,7 @@ class OverlayFileSystem : public FileSystem {
  public:
   // `base` must outlive this object.
   explicit OverlayFileSystem(FileSystem& base);
+  ~OverlayFileSystem() override;
 
   std::unique_ptr<ReadableFile> OpenForReading(const std::string& path) override;
   std::unique_ptr<WritableFile> OpenForWriting(const std::string& path, OpenMode mode, mode_t permissions) override;
@@ -81,7 +82,17 @@ class OverlayFileSystem : public FileSystem {
     ino_t inode = 0;  // of what is not below
   };
 
-  std::optional<Entry> Find(const std::string& resolved) const;
+  // A name that has changed, or a folder with changes below it.
+  struct Node;
+
+  struct Below;
+
+  std::shared_ptr<Node> NodeAt(std::string_view resolved) const;
+  Node& MakeNode(std::string_view resolved);
+  void Prune(std::string resolved);
+  std::optional<Entry> Find(std::string_view resolved) const;
+  Below& LookBelow(const std::string& backing);
+  std::string TargetAt(const std::string& resolved);
   bool IsFileNamedAsFolder(const std::string& path);
   bool StatusOf(const std::string& resolved, bool followLink, FileStatus& status);
   bool IsFolderAt(const std::string& resolved);
@@ -90,15 +101,20 @@ class OverlayFileSystem : public FileSystem {
   bool MayMove(const std::string& from, const std::string& to);
   Entry InMemory(const std::string& resolved, bool withContent, mode_t permissions);
   void Set(const std::string& resolved, Entry entry);
+  void Put(const std::string& resolved, std::shared_ptr<Node> node);
   bool RenameTo(const std::string& from, const std::string& to, bool replace);
   bool RemoveEntry(const std::string& resolved);
-  std::vector<FoundEntry> EntriesIn(const std::string& resolved);
   bool IsMadeAgain(const std::string& resolved);
+  void AddChanges(const std::string& folder, const Node& node,
+                  const std::function<void(const std::string& path, const std::string& below)>& take) const;
+  FoundEntry EntryNamed(const std::string& folder, const std::string& name);
   bool IsChanged(const std::string& resolved);
+  void AddDifferences(const std::string& folder, const Node& node, std::vector<PathDifference>& differences);
 
   FileSystem& base_;
-  std::map<std::string, Entry> entries_;      // by resolved path
-  std::map<std::string, FolderNames> names_;  // by resolved path, those asked for
+  std::shared_ptr<Node> root_;
+  std::unordered_map<std::string, Below> below_;                  // by path in `base_`, those looked at lately
+  std::unordered_map<std::string, std::string> resolvedFolders_;  // by absolute path as given
   ino_t lastInode_;
 };
 
