@@ -1,6 +1,7 @@
 #include "legacy/legacydeactivation.h"
 
 #include "definition/bzonecfg.h"
+#include "definition/confines.h"
 #include "definition/crashmarker.h"
 #include "legacy/legacyformat.h"
 #include "platform/system/files/files.h"
@@ -88,8 +89,11 @@ void DeactivateLegacyMod(const std::string& definitionFile, const std::string& r
   // Recovery at a start has no install selected; the interrupted run had this one.
   const std::string selected = InstallRoot();
   UndoPass pass{root, {selected.empty() ? root : selected}};
-  while (!file.AtEnd())
+  Confines confines(root);
+  while (!file.AtEnd()) {
+    const win::ScopedFileSystem confined = confines.Enforce();
     ActOnLegacyLine(kDirectives, pass, ReadLegacyLine(file));
+  }
   // The folder goes while the marker still stands: a kill in between leaves nothing behind that a start would not find.
   win::RemoveFolder(pass.InRoot(kParkingFolder));
   RemoveCrashMarker(win::OtherKeys::kRemove);

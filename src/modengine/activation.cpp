@@ -1,6 +1,7 @@
 #include "modengine/activation.h"
 
 #include "definition/bzonecfg.h"
+#include "definition/confines.h"
 #include "definition/crashmarker.h"
 #include "definition/currentline.h"
 #include "definition/includes.h"
@@ -25,6 +26,7 @@ struct Pass {
   ActivationState& state;
   const std::string& root;
   ReadBounds& bounds;
+  Confines& confines;
   bool exeTookOver = false;
 
   std::string Below(const std::string& name) const { return root + name; }
@@ -45,10 +47,11 @@ void Include(Pass& pass, const Args& args) {
 }
 
 void RequireExe(Pass& pass, const Args& args) {
-  if (!pass.state.noActionYet || !FileExists(pass.Below(args[1]))) return;
+  const std::string program = pass.Below(args[1]);
+  if (!pass.state.noActionYet || !FileExists(program) || !pass.confines.MayStart(program)) return;
   pass.state.noActionYet = false;
   pass.exeTookOver = true;
-  win::ShellExecute(pass.Below(args[1]));
+  win::ShellExecute(program);
 }
 
 // Reading the attributes and storing them back changes none of them: a read-only file stays one.
@@ -67,7 +70,7 @@ void Replace(Pass& pass, const Args& args) {
   KeepAttributes(pass.Below(args[1]));
   KeepAttributes(pass.Below(args[2]));
   win::RenameFile(pass.Below(args[1]), pass.Below(args[3]));
-  win::DoEvents();
+  pass.confines.DoEvents();
   win::RenameFile(pass.Below(args[2]), pass.Below(args[1]));
 }
 
@@ -132,9 +135,10 @@ constexpr PassDirective<Pass> kDirectives[] = {
 bool ActivateFile(win::LineReader& file, Pass pass) {
   Args args;
   while (!pass.exeTookOver && !file.AtEnd()) {
-    win::DoEvents();
+    pass.confines.DoEvents();
     ParseDirective(file.ReadLine(), args);
     const ScopedLine line(file);
+    const win::ScopedFileSystem confined = pass.confines.Enforce();
     ActOnDirective(kDirectives, pass, args);
   }
   return !pass.exeTookOver;
@@ -152,11 +156,12 @@ bool ActivateMod(const std::string& definitionFile) {
   win::DoEvents();
   ActivationState state;
   ReadBounds bounds;
-  if (!ActivateFile(file, {state, root, bounds})) {
+  Confines confines(root);
+  if (!ActivateFile(file, {state, root, bounds, confines})) {
     DropConfiguration(root);
     return false;
   }
-  ActivateConfiguration(root, IsVersion13());
+  ActivateConfiguration(confines, root, IsVersion13());
   // A persistent mod has no marker, since it stays active across starts, and leaves the player's own files alone.
   if (state.persistent) return true;
   if (IsVersion13()) ApplyPlayersValues(state);

@@ -1,6 +1,7 @@
 #include "modengine/deactivation.h"
 
 #include "definition/bzonecfg.h"
+#include "definition/confines.h"
 #include "definition/crashmarker.h"
 #include "definition/includes.h"
 #include "definition/recylist.h"
@@ -32,6 +33,7 @@ struct Pass {
   bool& noActionYet;
   bool& persistent;
   ReadBounds& bounds;
+  Confines& confines;
   bool exeTookOver = false;
 
   std::string Below(const std::string& name) const { return root + name; }
@@ -53,9 +55,11 @@ void Include(Pass& pass, const Args& args) {
 void RequireExe(Pass& pass, const Args& args) {
   const std::string selected = InstallRoot();
   if (!pass.noActionYet || selected.empty() || !FileExists(selected + args[1])) return;
+  const std::string commandLine = "\"" + selected + args[1] + "\" " + args[2];
+  if (!pass.confines.MayStart(commandLine)) return;
   pass.noActionYet = false;
   pass.exeTookOver = true;
-  win::ShellExecute("\"" + selected + args[1] + "\" " + args[2]);
+  win::ShellExecute(commandLine);
 }
 
 void Rename(Pass& pass, const Args& args) {
@@ -65,7 +69,7 @@ void Rename(Pass& pass, const Args& args) {
 
 void Replace(Pass& pass, const Args& args) {
   win::RenameFile(pass.Below(args[1]), pass.Below(args[2]));
-  win::DoEvents();
+  pass.confines.DoEvents();
   win::RenameFile(pass.Below(args[3]), pass.Below(args[1]));
   pass.noActionYet = false;
 }
@@ -124,8 +128,9 @@ bool DeactivateFile(win::LineReader& file, Pass pass) {
   LogLine("DeactivateFile Begin");
   Args args;
   while (!pass.exeTookOver && !file.AtEnd()) {
-    win::DoEvents();
+    pass.confines.DoEvents();
     ParseDirective(file.ReadLine(), args);
+    const win::ScopedFileSystem confined = pass.confines.Enforce();
     ActOnDirective(kDirectives, pass, args);
   }
   return !pass.exeTookOver;
@@ -141,7 +146,8 @@ bool DeactivateMod(const std::string& definitionFile, const std::string& root) {
   bool noActionYet = true;
   bool persistent = false;
   ReadBounds bounds;
-  if (!DeactivateFile(file, {root, noActionYet, persistent, bounds})) return false;
+  Confines confines(root);
+  if (!DeactivateFile(file, {root, noActionYet, persistent, bounds, confines})) return false;
   win::SettingsSnapshot stored;
   if (!persistent) stored = RemoveCrashMarker();
   SelectedMapIndex = -1;

@@ -46,6 +46,7 @@ class Check : public test::ModTest {
     for (const test::Case& c : test::Cases("diagnosis/cases/" + name)) {
       SCOPED_TRACE(c.dump());
       if (CurrentInstall >= 0) MakeInstall(c.value("version", "1.3"));
+      if (CurrentInstall >= 0) std::filesystem::create_symlink("..", InRoot("up"));
       WriteFile(InRoot("RecyList.txt"), "B\n");
       WriteFile(InRoot("full.txt"), "Ax\nA Other\n");
       WriteFile(InRoot("gameprefs.ini"), "[UserPrefs]\nDefaultSessionName=y\n");

@@ -55,4 +55,7 @@ std::string RunnerProblem(const std::string& commandLine);
 // is empty.
 bool ShellExecute(const std::string& commandLine, const std::string& folder = "");
 
+// Absolute native path of the program that ShellExecute starts for this command line.
+std::string ProgramOf(const std::string& commandLine);
+
 }  // namespace win
