@@ -85,10 +85,10 @@ constexpr LegacyDirective<UndoPass> kDirectives[] = {
 
 void DeactivateLegacyMod(const std::string& definitionFile, const std::string& root) {
   win::LineReader file(definitionFile);
-  if (!file.IsOpen()) return;  // nothing is undone, so the marker stays for the next start
   // Recovery at a start has no install selected; the interrupted run had this one.
   const std::string selected = InstallRoot();
   UndoPass pass{root, {selected.empty() ? root : selected}};
+  // A file that cannot be opened has no lines; what every undo ends with takes place all the same.
   Confines confines(root);
   while (!file.AtEnd()) {
     const win::ScopedFileSystem confined = confines.Enforce();

@@ -109,6 +109,7 @@ TEST_F(Check, EndsSoonWithHostileFiles) {
   for (int depth = 0; depth < 70; ++depth)
     Put("i" + std::to_string(depth) + "=include(i" + std::to_string(depth + 1) + ");");
   EXPECT_EQ(CodesOf("BZ2HALD5\ndname(M);\ninclude(i0);\n"), "include-too-deep@3");
+  EXPECT_EQ(CodesOf("BZ2HALD5\ndname(M);\ninclude(i10);\n"), "include-missing@3");
 }
 
 // Each is written twice, with arguments that no directive takes well.

@@ -47,6 +47,14 @@ TEST_F(LegacyActivation, ChangesFilesAndPutsThemBack) {
   }
 }
 
+TEST_F(LegacyActivation, IsEndedWithoutItsDefinition) {
+  std::filesystem::create_directory(InRoot("tempstuff"));
+  WriteCrashMarker({Root(), "gone"});
+  DeactivateLegacyMod("gone", Root());
+  EXPECT_FALSE(std::filesystem::exists(InRoot("tempstuff")));
+  EXPECT_EQ(ReadCrashMarker().root + RegReadValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue), "");
+}
+
 TEST_F(LegacyActivation, GeneratesAConfiguration) {
   StartWith("bzone.cfg=own");
   EXPECT_TRUE(ActivateLegacyMod(DefineLegacy("pak early\ndynamic\npak foo\npak b.PAK\nfold @rootdir\\m \ndynamic")));
