@@ -131,6 +131,7 @@ run_first_start() {
 run_plain_mod() {
   make_world
   start_window
+  [ "/proc/$program/cwd" -ef "$VARNIK_HOME" ] || fail "the program runs in another folder than its own"
   play_arena
   no_window Varnik || fail "the window stays while the game runs"
   await "window after the game" main_window

@@ -4,6 +4,7 @@
 #include "legacy/legacyactivation.h"
 #include "modengine/deactivation.h"
 #include "platform/system/filesystem/operations.h"
+#include "platform/system/paths/workingfolder.h"
 #include "platform/system/store/registry.h"
 #include "support/install.h"
 #include "support/registry.h"
@@ -78,8 +79,7 @@ TEST_F(Activation, HandsOverToAnExeOnlyAboveTheFirstAction) {
 TEST_F(Activation, NothingOutsideTheInstallIsChangedOrStarted) {
   namespace fs = std::filesystem;
   const fs::path outside = sandbox_.Root() / "outside", ini = sandbox_.Home() / "config/varnik/platform.ini";
-  const fs::path before = fs::current_path();
-  fs::current_path(sandbox_.Root());
+  const win::ScopedWorkingFolder above(sandbox_.Root().string());
   for (const test::Case& c : test::Cases("modengine/outside.jsonl")) {
     SCOPED_TRACE(c);
     MakeInstall("1.2");
@@ -106,7 +106,6 @@ TEST_F(Activation, NothingOutsideTheInstallIsChangedOrStarted) {
     EXPECT_EQ(refused == 0, c.contains("allow"));
     EXPECT_EQ(started, 0);
   }
-  fs::current_path(before);
 }
 
 TEST_F(Deactivation, BringsBackEveryByteOfTheInstall) {
