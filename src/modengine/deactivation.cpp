@@ -157,7 +157,7 @@ bool DeactivateMod(const std::string& definitionFile, const std::string& root) {
 }
 
 UndoOutcome DeactivateByMarker(const std::string& definitionFile, const std::string& root) {
-  const RunGuard guard;
+  const RunGuard guard(root);
   if (!guard.IsHeld()) {
     win::MsgBox(kRunRefused);
     return UndoOutcome::kRefused;

@@ -126,7 +126,7 @@ std::string RunnerProblem(int modIndex, bool useEditor, const RunHooks& hooks) {
 
 RunOutcome LaunchBZ2(int modIndex, const std::string& commandLine, bool useEditor, const RunHooks& hooks,
                      const win::SettingsSnapshot& stored) {
-  const RunGuard guard;
+  const RunGuard guard(InstallRoot());
   if (!guard.IsHeld()) return Refused(kRunRefused);
   if (const std::string problem = RunnerProblem(modIndex, useEditor, hooks); !problem.empty()) return Refused(problem);
   Run run{commandLine, useEditor, hooks, InstallRoot(), {}};
@@ -145,7 +145,7 @@ RunOutcome LaunchBZ2(int modIndex, const std::string& commandLine, bool useEdito
 
 ClickOutcome LaunchClick(int modIndex, const std::function<std::string()>& buildLine, const RunHooks& hooks,
                          const win::SettingsSnapshot& stored) {
-  const RunGuard guard;
+  const RunGuard guard(InstallRoot());
   const auto refuse = [](const std::string& problem) {
     return ClickOutcome{ClickOutcome::Act::kNone, false, Refused(problem)};
   };

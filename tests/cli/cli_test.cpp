@@ -125,9 +125,12 @@ TEST_F(Cli, RefusesASecondOneMeanwhile) {
   std::string script;
   for (const char* command : {"run -", "activate keep.bzm", "deactivate plain.bzm", "recover", "mods"})
     script += program_ + " --root . " + command + "; echo $? >>" + log + "\n";
+  script += "export XDG_CONFIG_HOME=" + sandbox_.Root().string() + "/other\n";  // as another user has one
+  for (const char* command : {"run -", "doctor", "mods"})
+    script += program_ + " --root . " + command + " || echo refused >>" + log + "\n";
   PutProgram("bzone.exe", script);
   EXPECT_EQ(Ask("run plain.bzm")["ExitStatus"], 0);
-  EXPECT_EQ(ReadFile(log), "1\n1\n1\n1\n0\n");
+  EXPECT_EQ(ReadFile(log), "1\n1\n1\n1\n0\nrefused\nrefused\n");
 }
 
 }  // namespace

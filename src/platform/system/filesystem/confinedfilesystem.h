@@ -42,6 +42,7 @@ class ConfinedFileSystem : public FileSystem {
   bool SetModified(const std::string& path, const timespec& time) override;
   bool Sync(const std::string& path) override { return base_.Sync(path); }
   std::unique_ptr<FileLock> TryLock(const std::string& path) override { return base_.TryLock(path); }
+  std::unique_ptr<FileLock> TryLockFolder(const std::string& path) override { return base_.TryLockFolder(path); }
   const FolderNames* NamesIn(const std::string& folder) override { return base_.NamesIn(folder); }
   std::uint64_t NameChanges() override { return base_.NameChanges(); }
   bool IsSeenByPrograms() const override { return base_.IsSeenByPrograms(); }

@@ -331,6 +331,12 @@ std::unique_ptr<FileLock> OverlayFileSystem::TryLock(const std::string& path) {
   return std::make_unique<FileLock>();
 }
 
+std::unique_ptr<FileLock> OverlayFileSystem::TryLockFolder(const std::string& path) {
+  if (IsFolderAt(Resolved(path, true))) return std::make_unique<FileLock>();
+  FailWith(ENOTDIR);
+  return nullptr;
+}
+
 // Those of the folder below in its order, then new ones.
 std::vector<FoundEntry> OverlayFileSystem::EntriesIn(const std::string& resolved) {
   std::vector<FoundEntry> entries;

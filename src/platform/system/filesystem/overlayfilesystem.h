@@ -42,6 +42,7 @@ class OverlayFileSystem : public FileSystem {
   bool SetModified(const std::string& path, const timespec& time) override;
   bool Sync(const std::string& path) override { return Exists(path) || FailWith(ENOENT); }
   std::unique_ptr<FileLock> TryLock(const std::string& path) override;
+  std::unique_ptr<FileLock> TryLockFolder(const std::string& path) override;
   const FolderNames* NamesIn(const std::string& folder) override;
   bool IsSeenByPrograms() const override { return false; }
 
