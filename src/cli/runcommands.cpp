@@ -8,6 +8,7 @@
 #include "modengine/listedmod.h"
 #include "modengine/runcycle.h"
 #include "platform/system/paths/paths.h"
+#include "platform/system/process/signals.h"
 #include "startup/crashrecovery.h"
 #include "support/install.h"
 
@@ -47,16 +48,23 @@ int PrintRun(const Arguments& arguments, const RunOutcome& run) {
   return Print(result);
 }
 
+constexpr char kCarriedOut[] = "waited until the command had been carried out";
+
 int Launch(const Arguments& arguments, int row) {
-  SilenceMessages();
   const auto buildLine = [&] {
     const std::string ticked = JoinTickedOptions(ReadOptionList(OptionListFile()));
     return BuildCommandLine({arguments.options.value_or(ticked), arguments.map, arguments.edit}, true);
   };
+  SilenceMessages();
   const RunOutcome run = LaunchClick(row, buildLine, {}, SessionSettings()).run;
+  if (win::SignalsNoted().count > 0) return kFailed;
   if (!run.problem.empty()) return Fail(arguments.mod, OneLine(run.problem));
   if (run.ran && run.exitStatus == -1) return Fail(run.program, "could not be started; everything was put back");
   return PrintRun(arguments, run);
+}
+
+int LaunchUninterrupted(const Arguments& arguments, int row) {
+  return Uninterrupted("everything was put back", [&] { return Launch(arguments, row); });
 }
 
 }  // namespace
@@ -68,7 +76,8 @@ int ActivateGivenMod(const Arguments& arguments) {
   const ModEntry& mod = ModList[row];
   if (const int refused = RefuseActivation(mod); refused != kDone) return refused;
   if (mod.State == 0) Note(mod.DefinitionFile + ": is deactivated by `deactivate`, or by the next start of Varnik");
-  return PrintDone(arguments, ActivateListedMod(mod), mod.DefinitionFile + " is active");
+  return Uninterrupted(kCarriedOut,
+                       [&] { return PrintDone(arguments, ActivateListedMod(mod), mod.DefinitionFile + " is active"); });
 }
 
 int DeactivateGivenMod(const Arguments& arguments) {
@@ -79,29 +88,33 @@ int DeactivateGivenMod(const Arguments& arguments) {
   SelectModFolders(row == 0 ? -1 : static_cast<int>(row));
   const std::string inactive = file + " is inactive";
   if (ModList[row].State == -1) Note(file + ": counts as inactive already");
-  if (row != 0) return PrintDone(arguments, DeactivateListedMod(ModList[row]), inactive);
-  // A mod that does not fit the install any more can still be deactivated: its definition is all that it takes.
-  const UndoOutcome outcome = DeactivateByMarker(file, InstallRoot());
-  if (outcome == UndoOutcome::kNoFormat) return Fail(file, "is no definition");
-  return PrintDone(arguments, outcome == UndoOutcome::kDone, inactive);
+  return Uninterrupted(kCarriedOut, [&] {
+    if (row != 0) return PrintDone(arguments, DeactivateListedMod(ModList[row]), inactive);
+    // A mod that does not fit the install any more can still be deactivated: its definition is all that it takes.
+    const UndoOutcome outcome = DeactivateByMarker(file, InstallRoot());
+    if (outcome == UndoOutcome::kNoFormat) return Fail(file, "is no definition");
+    return PrintDone(arguments, outcome == UndoOutcome::kDone, inactive);
+  });
 }
 
 int RunGivenMod(const Arguments& arguments) {
   const std::optional<int> row = SelectMod(arguments.mod);
   if (!row) return kFailed;
-  if (*row == -1) return Launch(arguments, *row);
+  if (*row == -1) return LaunchUninterrupted(arguments, *row);
   const ModEntry& mod = ModList[*row];
   if (mod.State == 1) return Fail(mod.DefinitionFile, "is persistent and active: use `varnik-cli deactivate`");
   if (mod.State == -1) return Fail(mod.DefinitionFile, "is persistent and inactive: use `varnik-cli activate`");
   if (const CrashMarker marker = ReadCrashMarker(SessionSettings()); !marker.root.empty())
     return FailOverActiveMod(marker.definitionFile);
-  return Launch(arguments, *row);
+  return LaunchUninterrupted(arguments, *row);
 }
 
 int Recover(const Arguments& arguments) {
-  const bool recovered = RecoverFromCrash();
-  if (arguments.json) return Print({{"Recovered", recovered}});
-  return PrintLine(recovered ? "An interrupted run was undone." : "There was no interrupted run.");
+  return Uninterrupted(kCarriedOut, [&] {
+    const bool recovered = RecoverFromCrash();
+    if (arguments.json) return Print({{"Recovered", recovered}});
+    return PrintLine(recovered ? "An interrupted run was undone." : "There was no interrupted run.");
+  });
 }
 
 }  // namespace varnik::cli

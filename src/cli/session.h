@@ -4,6 +4,7 @@
 #include "definition/modentry.h"
 #include "support/settings.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -28,6 +29,10 @@ std::string GivenFolder(const std::string& folder);
 
 // What was stored when the command began.
 const win::SettingsSnapshot& SessionSettings();
+
+// Does what must not end halfway: SIGINT, SIGTERM and SIGHUP wait for it. Gives what `work` returns, or after one of
+// them 128 plus its number, with a note of it and of `outcome`.
+int Uninterrupted(const std::string& outcome, const std::function<int()>& work);
 
 // Makes the install of --root, or the one that the store names, the selected one, with the folders of no mod. False,
 // with a note on why, when there is none.

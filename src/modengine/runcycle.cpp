@@ -14,6 +14,7 @@
 #include "platform/system/files/lines.h"
 #include "platform/system/process/process.h"
 #include "platform/system/process/services.h"
+#include "platform/system/process/signals.h"
 #include "support/install.h"
 #include "support/modfileexists.h"
 #include "support/modshellwait.h"
@@ -73,6 +74,7 @@ void RotateLog(const std::string& root) {
 
 void RunGame(Run& run) {
   Call(run.hooks.finishSplash);
+  if (win::SignalsNoted().count > 0) return;
   run.outcome.ran = true;
   run.outcome.program = GameOf(run.root, run.useEditor);
   run.outcome.commandLine = "\"" + run.outcome.program + "\" " + run.commandLine;

@@ -21,7 +21,8 @@ struct RunHooks {
 
 // How a run went, for a caller that reports it.
 struct RunOutcome {
-  bool ran = false;         // the game was to be started; false without a problem: an EXE of the mod took over
+  bool ran = false;         // the game was to be started; false without a problem: an EXE of the mod took over, or a
+                            // signal was noted before
   std::string program;      // full path of it
   std::string commandLine;  // the whole line as spawned
   int exitStatus = -1;      // -1: it could not be started

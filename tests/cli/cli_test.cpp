@@ -4,7 +4,9 @@
 #include <stdlib.h>
 #include <sys/wait.h>
 
+#include <csignal>
 #include <regex>
+#include <tuple>
 
 namespace {
 
@@ -118,6 +120,20 @@ TEST_F(Cli, AnswersNoUnlessToldToConvertMaps) {
   EXPECT_EQ(Ask("maps --convert --page SMap1.1").size(), 1u);
   EXPECT_NE(ReadFile(folder / "duel.inf").find("svar7=ctf"), std::string::npos);
   EXPECT_EQ(Ask("maps --page SMap1.2").size(), 0u);
+}
+
+// The first signal reaches the game and what it has started, the second ends it. Every time all is put back.
+TEST_F(Cli, EndsBySignalWithEverythingPutBack) {
+  for (const auto& [game, status, name] :
+       {std::tuple("trap 'exit 0' TERM; kill -HUP $PPID; sleep 60", 128 + SIGHUP, "HUP"),
+        {"trap '' INT; kill -INT $PPID; sleep 1; kill -TERM $PPID; sleep 60", 128 + SIGINT, "INT"}}) {
+    PutProgram("bzone.exe", game);
+    const CliResult result = RunCli("--root @ run plain.bzm");
+    EXPECT_EQ(result.status, status) << game;
+    EXPECT_EQ(result.out, "");
+    EXPECT_TRUE(result.err.ends_with(std::string("varnik-cli: SIG") + name + ": everything was put back\n"));
+    Expect("plain.odf=plain modded.odf bzonevarnik.bak");
+  }
 }
 
 TEST_F(Cli, RefusesASecondOneMeanwhile) {

@@ -226,6 +226,12 @@ WaitResult Process::Wait(int milliseconds) {
   return WaitResult::kEnded;
 }
 
+void Process::Send(int signal) {
+  if (!Started() || state_->ended) return;
+  for (const Descriptor& process : FindSession(state_->session))
+    syscall(SYS_pidfd_send_signal, process.Get(), signal, nullptr, 0);
+}
+
 int Process::ExitStatus() const {
   if (!Started()) return -1;
   return state_->ended ? state_->exitStatus : StatusOf(state_->session, WNOHANG | WNOWAIT).value_or(-1);

@@ -31,6 +31,9 @@ class Process {
   // waits.
   WaitResult Wait(int milliseconds);
 
+  // Sends a signal to all that run in the session now.
+  void Send(int signal);
+
   // Exit status of the program itself once it has ended; 128 plus the signal for one that was killed; -1 before.
   int ExitStatus() const;
 
