@@ -1,10 +1,13 @@
 #include "cli/commands.h"
 #include "cli/output.h"
+#include "cli/session.h"
 #include "diagnosis/doctor.h"
 
 namespace varnik::cli {
 
-int LookAtInstall(const Arguments& arguments) {
+namespace {
+
+int Look(const Arguments& arguments) {
   Json list = Json::array();
   std::string text;
   bool allFixed = true;
@@ -24,6 +27,13 @@ int LookAtInstall(const Arguments& arguments) {
   }
   const int printed = arguments.json ? Print(list) : PrintBytes(list.empty() ? "Nothing was left behind.\n" : text);
   return allFixed ? printed : kFailed;
+}
+
+}  // namespace
+
+int LookAtInstall(const Arguments& arguments) {
+  if (!arguments.fix) return Look(arguments);
+  return Uninterrupted("waited until everything that could be fixed had been", [&] { return Look(arguments); });
 }
 
 }  // namespace varnik::cli

@@ -3,6 +3,7 @@
 #include "cli/session.h"
 #include "modengine/runguard.h"
 #include "platform/system/paths/program.h"
+#include "support/install.h"
 #include "support/version.h"
 
 #include <CLI/CLI.hpp>
@@ -40,13 +41,16 @@ CLI::App* DeclareCommand(CLI::App& app, const Command& command, Arguments& argum
 
 int RunCommand(const Command& command, const Arguments& arguments) {
   using namespace varnik::cli;
+  const bool locks = command.needs & kRunLock;
+  const auto refuse = [&] { return Fail(arguments.mod == kNoMod ? command.name : arguments.mod, varnik::kRunRefused); };
   // Taken before the first reading of the store, which may hold the marker of a run that is just ending.
   std::optional<varnik::RunGuard> guard;
-  if (command.needs & kRunLock && !guard.emplace().IsHeld())
-    return Fail(arguments.mod == kNoMod ? command.name : arguments.mod, varnik::kRunRefused);
+  if (locks && !guard.emplace().IsHeld()) return refuse();
   StartSession(arguments);
   if (command.needs & kRunLock && !SessionSettings().IsReadable()) return FailWithoutSettings();
   if (command.needs & kInstall && !OpenInstall(arguments)) return kFailed;
+  std::optional<varnik::RunGuard> installGuard;
+  if (locks && !installGuard.emplace(varnik::InstallRoot()).IsHeld()) return refuse();
   return command.act(arguments);
 }
 

@@ -8,6 +8,7 @@
 #include "modengine/catalogue.h"
 #include "modengine/runcycle.h"
 #include "platform/system/paths/paths.h"
+#include "platform/system/process/signals.h"
 #include "platform/system/text/text.h"
 #include "startup/crashrecovery.h"
 #include "support/install.h"
@@ -42,6 +43,15 @@ int PrintDone(const Arguments& arguments, bool done, const std::string& what) {
   return done ? PrintLine(what) : kDone;
 }
 
+int PrintApplied(const Arguments& arguments, const std::string& file, const ApplyResult& result) {
+  if (!result.refusal.empty()) return Fail(file, result.refusal);
+  const bool isFailed = !result.failed.empty() || (result.active && !result.IsAsPromised());
+  if (!result.active && !isFailed) NoteExeTookOver();
+  NoteAll(result.failed);
+  const int printed = PrintDone(arguments, result.IsAsPromised(), file + " is active");
+  return isFailed ? kFailed : printed;
+}
+
 // An EXE that takes over is no failure, though nothing was done here.
 int PrintReverted(const Arguments& arguments, const std::string& file, const RevertResult& result) {
   if (result.end == RevertResult::End::kRefused) return Fail(file, OneLine(result.refusal));
@@ -70,6 +80,8 @@ int PrintRun(const Arguments& arguments, const RunOutcome& run) {
   return run.asPromised || !run.ran ? printed : kFailed;
 }
 
+constexpr char kCarriedOut[] = "waited until the command had been carried out";
+
 int Launch(const Arguments& arguments, int row) {
   SilenceMessages();
   std::string options = arguments.options.value_or("");
@@ -83,6 +95,7 @@ int Launch(const Arguments& arguments, int row) {
   RunHooks hooks;
   hooks.foretell = Foretell;
   const RunOutcome run = LaunchClick(row, buildLine, hooks, SessionSettings()).run;
+  if (win::SignalsNoted().count > 0 && !run.ran) return kFailed;
   if (!run.problem.empty()) return Fail(arguments.mod, OneLine(run.problem));
   if (run.ran && run.exitStatus == -1) {
     NoteAll(run.failed);
@@ -100,6 +113,10 @@ std::string FindJournaledDefinition(const std::string& mod) {
   return "";
 }
 
+int LaunchUninterrupted(const Arguments& arguments, int row) {
+  return Uninterrupted("everything was put back", [&] { return Launch(arguments, row); });
+}
+
 }  // namespace
 
 int ActivateGivenMod(const Arguments& arguments) {
@@ -110,13 +127,8 @@ int ActivateGivenMod(const Arguments& arguments) {
   if (const int refused = RefuseActivation(mod); refused != kDone) return refused;
   if (mod.State == 0) Note(mod.DefinitionFile + ": is deactivated by `deactivate`, or by the next start of Varnik");
   const std::string file = mod.DefinitionFile;
-  const ApplyResult result = ApplyMod(file, mod.Legacy, Foretell);
-  if (!result.refusal.empty()) return Fail(file, result.refusal);
-  const bool isFailed = !result.failed.empty() || (result.active && !result.IsAsPromised());
-  if (!result.active && !isFailed) NoteExeTookOver();
-  NoteAll(result.failed);
-  const int printed = PrintDone(arguments, result.IsAsPromised(), file + " is active");
-  return isFailed ? kFailed : printed;
+  const bool isLegacy = mod.Legacy;
+  return Uninterrupted(kCarriedOut, [&] { return PrintApplied(arguments, file, ApplyMod(file, isLegacy, Foretell)); });
 }
 
 int DeactivateGivenMod(const Arguments& arguments) {
@@ -127,27 +139,29 @@ int DeactivateGivenMod(const Arguments& arguments) {
   if (const std::string other = OtherActiveMod(file); !other.empty()) return FailOverActiveMod(other);
   SelectModFolders(row == 0 ? -1 : static_cast<int>(row));
   if (ModList[row].State == -1) Note(file + ": counts as inactive already");
-  return PrintReverted(arguments, file, RevertMod(file, InstallRoot()));
+  return Uninterrupted(kCarriedOut, [&] { return PrintReverted(arguments, file, RevertMod(file, InstallRoot())); });
 }
 
 int RunGivenMod(const Arguments& arguments) {
   const std::optional<int> row = SelectMod(arguments.mod);
   if (!row) return kFailed;
-  if (*row == -1) return Launch(arguments, *row);
+  if (*row == -1) return LaunchUninterrupted(arguments, *row);
   const ModEntry& mod = ModList[*row];
   if (mod.State == 1) return Fail(mod.DefinitionFile, "is persistent and active: use `varnik-cli deactivate`");
   if (mod.State == -1) return Fail(mod.DefinitionFile, "is persistent and inactive: use `varnik-cli activate`");
   if (const CrashMarker marker = ReadCrashMarker(SessionSettings()); !marker.root.empty())
     return FailOverActiveMod(marker.definitionFile);
-  return Launch(arguments, *row);
+  return LaunchUninterrupted(arguments, *row);
 }
 
 int Recover(const Arguments& arguments) {
-  const Recovery recovery = RecoverFromCrash();
-  const int printed =
-      arguments.json ? Print({{"Recovered", recovery.acted}})
-                     : PrintLine(recovery.acted ? "An interrupted run was undone." : "There was no interrupted run.");
-  return recovery.isDone ? printed : kFailed;
+  return Uninterrupted(kCarriedOut, [&] {
+    const Recovery recovery = RecoverFromCrash();
+    const int printed =
+        arguments.json ? Print({{"Recovered", recovery.acted}})
+                       : PrintLine(recovery.acted ? "An interrupted run was undone." : "There was no interrupted run.");
+    return recovery.isDone ? printed : kFailed;
+  });
 }
 
 }  // namespace varnik::cli

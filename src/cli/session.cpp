@@ -10,11 +10,13 @@
 #include "platform/system/paths/paths.h"
 #include "platform/system/paths/program.h"
 #include "platform/system/process/services.h"
+#include "platform/system/process/signals.h"
 #include "platform/system/store/configfolder.h"
 #include "platform/system/text/text.h"
 #include "support/modfileexists.h"
 #include "support/runstate.h"
 
+#include <cstring>
 #include <filesystem>
 
 namespace varnik::cli {
@@ -79,6 +81,15 @@ std::string GivenPath(const std::string& path) {
 }
 
 std::string GivenFolder(const std::string& folder) { return win::WithSeparator(GivenPath(folder)); }
+
+int Uninterrupted(const std::string& outcome, const std::function<int()>& work) {
+  const win::SignalHold hold;
+  const int status = work();
+  const win::NotedSignals noted = win::SignalsNoted();
+  if (noted.count == 0) return status;
+  Note(std::string("SIG") + sigabbrev_np(noted.first) + ": " + outcome);
+  return 128 + noted.first;
+}
 
 bool OpenInstall(const Arguments& arguments) {
   const bool isOpen = arguments.root ? OpenGivenInstall(GivenFolder(*arguments.root)) : SelectStoredInstall();

@@ -4,6 +4,7 @@
 #include "definition/modentry.h"
 #include "support/settings.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -31,6 +32,10 @@ const win::SettingsSnapshot& SessionSettings();
 
 // Says that they could not be read, so that nobody knows whether a run was interrupted.
 [[nodiscard]] int FailWithoutSettings();
+
+// Does what must not end halfway: SIGINT, SIGTERM and SIGHUP wait for it. Gives what `work` returns, or after one of
+// them 128 plus its number, with a note of it and of `outcome`.
+int Uninterrupted(const std::string& outcome, const std::function<int()>& work);
 
 // Makes the install of --root, or the one that the store names, the selected one, with the folders of no mod. False,
 // with a note on why, when there is none.

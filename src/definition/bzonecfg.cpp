@@ -1,8 +1,8 @@
 #include "definition/bzonecfg.h"
 
+#include "definition/confines.h"
 #include "platform/system/files/files.h"
 #include "platform/system/files/lines.h"
-#include "platform/system/process/services.h"
 #include "platform/system/text/text.h"
 #include "support/modfileexists.h"
 
@@ -87,7 +87,8 @@ void GenerateFolderEntry(const std::string& root, const std::string& path) {
   AddEntry(root, ConfigurationHead(false), FolderEntry(kModEntryIndent, "@rootdir\\" + path));
 }
 
-void ActivateConfiguration(const std::string& root, bool version13) {
+void ActivateConfiguration(Confines& confines, const std::string& root, bool version13) {
+  const win::ScopedFileSystem confined = confines.Enforce();
   if (!FileExists(root + kGeneratedConfig)) return;
   win::LineWriter file(root + kGeneratedConfig, win::WriteMode::kAppend);
   file.WriteLine(kAddonEntries);
@@ -99,9 +100,9 @@ void ActivateConfiguration(const std::string& root, bool version13) {
   file.WriteLine("");
   file.WriteLine(kConfigurationEnd);
   file.Close();
-  win::DoEvents();
+  confines.DoEvents();
   win::RenameFile(root + kGameConfig, root + kGameConfigBackup);
-  win::DoEvents();
+  confines.DoEvents();
   win::RenameFile(root + kGeneratedConfig, root + kGameConfig);
 }
 

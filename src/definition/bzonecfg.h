@@ -8,6 +8,8 @@
 // own ahead of the game's. Lines end in CRLF; texts below stand without the end of their last line.
 namespace varnik {
 
+class Confines;
+
 // Files in the install's root.
 constexpr char kGameConfig[] = "bzone.cfg";
 constexpr char kGeneratedConfig[] = "bzonevarnik.cfg";   // until it takes the place of bzone.cfg
@@ -40,7 +42,7 @@ void GenerateFolderEntry(const std::string& root, const std::string& path);
 
 // Appends the game's own data to the generated configuration and gives it the place of bzone.cfg, which becomes the
 // backup. Does nothing when no entry was generated.
-void ActivateConfiguration(const std::string& root, bool version13);
+void ActivateConfiguration(Confines& confines, const std::string& root, bool version13);
 
 // There is a backup of the game's own bzone.cfg.
 bool ConfigurationIsReplaced(const std::string& root);

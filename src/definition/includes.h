@@ -12,7 +12,7 @@ std::string FindModFile(const std::string& name);
 // How many files one pass reads beside its definition, and how deep they include each other. A file may include itself,
 // and one that does so twice doubles the work with each level; no real definition comes near.
 struct ReadBounds {
-  static constexpr int kMaxDepth = 16;
+  static constexpr int kMaxDepth = 64;
   static constexpr int kMaxFiles = 256;
 
   int depth = 0;

@@ -69,9 +69,10 @@ bool CountOnce(CheckState& state, const std::string& what) {
   return isFirst;
 }
 
-// False for a name that the install cannot have.
-bool CheckPath(CheckState& state, const std::string& name) {
+// False for a name that the install cannot have, and for one with which nothing is done.
+bool CheckPath(CheckState& state, const std::string& name, PathUse use = PathUse::kRead) {
   if (!CheckInstallPath(state.place, name)) return false;
+  if (!CheckConfined(state.place, name, PathBase::kInstall, use, state.install)) return false;
   if (state.install) state.install->Spelling(state.place, name);
   return true;
 }
@@ -103,7 +104,8 @@ void RequireExe(CheckState& state, const Args& args) {
     state.Report(kExeTooLate, "the EXE is not run, since " + NameOfLine(state.actionLine) + " is an action already");
     return;
   }
-  Require(state, args);
+  if (!CheckPath(state, args[1], PathUse::kWrite)) return;
+  if (state.install) state.install->Requirement(state.place, args[1]);
   state.actionLine = state.exeLine = state.place.line;
   if (args.size() <= 2) state.Report(kNotUndone, "without a second argument the EXE is not called to undo its work");
 }
@@ -125,7 +127,7 @@ void CheckConfigurations(CheckState& state) {
 void MovePaths(CheckState& state, const std::vector<MovedName>& names) {
   BeginAction(state);
   for (const MovedName& moved : names)
-    if (!CheckPath(state, moved.name) || !CheckSingleName(state.place, moved.name)) return;
+    if (!CheckPath(state, moved.name, PathUse::kMove) || !CheckSingleName(state.place, moved.name)) return;
   for (const MovedName& moved : names) {
     if (win::EqualNoCase(moved.name, kGameConfig)) state.movedConfigLine = state.place.line;
     if (state.install && !state.undo.Touches(moved.name)) state.install->Moved(state.place, moved);
@@ -231,14 +233,14 @@ void ActivatedRecy(CheckState& state, const Args& args) {
 }
 
 void WriteId(CheckState& state, const Args& args) {
-  if (!CheckPath(state, args[1]) || !CheckSingleName(state.place, args[1])) return;
+  if (!CheckPath(state, args[1], PathUse::kWrite) || !CheckSingleName(state.place, args[1])) return;
   if (!CountOnce(state, Quoted(args[1]))) return;
   if (state.install && !state.undo.Touches(args[1])) state.install->IdFile(state.place, args[1]);
   state.undo.Add(state.place, {{args[1], NameUse::kGives}});
 }
 
 void AddRecy(CheckState& state, const Args& args) {
-  if (args.size() > 3 && !(CheckPath(state, args[3]) && CheckSingleName(state.place, args[3]))) return;
+  if (args.size() > 3 && !(CheckPath(state, args[3], PathUse::kWrite) && CheckSingleName(state.place, args[3]))) return;
   if (state.install) state.install->AddRecy(state.place, args);
 }
 

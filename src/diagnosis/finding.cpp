@@ -39,7 +39,9 @@ constexpr FindingKind kKinds[] = {
     {kTab, "tab", kError, "a tab at the edge of a name or argument is part of it"},
     {kBadPath, "bad-path", kError, "paths stand below the install: no `@rootdir`, no drive"},
     {kLongPath, "long-path", kError, "a path longer than Windows takes"},
-    {kOutsideInstall, "outside-install", kWarning, "a path that leads out of the install"},
+    {kOutsideInstall, "outside-install", kError,
+     "a path that leads out of the install, where nothing is changed or started"},
+    {kLeadsOut, "leads-out", kWarning, "a path that leads out of the install, to what is read only or allowed"},
     {kWildcard, "wildcard", kError, "a name with wildcards where one file is meant"},
     {kLetterCase, "letter-case", kError, "a text that counts in exactly one spelling"},
     {kSameName, "same-name", kWarning, "both names are the same file"},
@@ -80,7 +82,7 @@ constexpr FindingKind kKinds[] = {
     {kNeedsDynamic, "needs-dynamic", kError, "`pak` and `fold` count below `dynamic` only"},
     {kGluedKeyword, "glued-keyword", kWarning, "text that begins like a keyword is taken for it"},
     {kQuotesKept, "quotes-kept", kError, "quotes are part of a name in the older format"},
-    {kRelativePath, "relative-path", kWarning,
+    {kRelativePath, "relative-path", kError,
      "without `@rootdir\\` a path of the older format starts at the folder in which the program runs"},
 };
 

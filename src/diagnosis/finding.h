@@ -39,6 +39,7 @@ enum class Problem {
   kBadPath,
   kLongPath,
   kOutsideInstall,
+  kLeadsOut,
   kWildcard,
   kLetterCase,
   kSameName,

@@ -53,6 +53,8 @@ bool EndsInOpenLine(const std::string& list) {
 
 }  // namespace
 
+InstallCheck::InstallCheck(bool modIsActive) : modIsActive_(modIsActive), confines_(InstallRoot()) {}
+
 bool InstallCheck::Has(const std::string& name) const { return FileExists(InstallRoot() + name); }
 
 void InstallCheck::Requirement(const Place& place, const std::string& name) {

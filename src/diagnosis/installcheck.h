@@ -1,5 +1,6 @@
 #pragma once
 
+#include "definition/confines.h"
 #include "definition/directive.h"
 #include "diagnosis/finding.h"
 
@@ -26,9 +27,12 @@ struct MovedName {
 class InstallCheck {
  public:
   // While the mod is active the install holds its changes: what depends on them is not looked at.
-  explicit InstallCheck(bool modIsActive) : modIsActive_(modIsActive) {}
+  explicit InstallCheck(bool modIsActive);
 
   bool Has(const std::string& name) const;
+
+  // Whether the mod may change this path, or start it; that of a link, or what it leads to. Not only below the root.
+  bool MayChange(const std::string& path, bool followLink) { return confines_.Contains(path, followLink); }
 
   // A condition on which the catalogue lists the mod.
   void Requirement(const Place& place, const std::string& name);
@@ -60,6 +64,7 @@ class InstallCheck {
   Names& TwinsIn(const std::string& folder);
 
   bool modIsActive_;
+  Confines confines_;
   std::map<std::string, Names> twins_;  // by folder, in lower case
 };
 

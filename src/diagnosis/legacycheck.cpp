@@ -45,29 +45,37 @@ void SetFirst(std::size_t& first, std::size_t line) {
 // Below the root; a path that starts elsewhere stands as it is.
 std::string BelowRoot(const std::string& path) { return HasRootDir(path) ? path.substr(kRootDirLength) : path; }
 
+// A path with neither `@rootdir\` nor a root. The window runs in the program's folder.
+void ReportRelative(const Place& place, const std::string& path, PathUse use) {
+  const bool isInMods = win::StartsWithNoCase(win::ToNativeSpelling(path), "mods/");
+  const bool isDone = isInMods || use == PathUse::kRead;
+  place.Report(
+      isDone ? kLeadsOut : kRelativePath,
+      Quoted(path) + " has no `@rootdir\\` in front: it is looked for in the folder in which the program runs");
+}
+
 // Reports a path that leads to no file of the install, and returns false then.
-bool CheckPath(CheckState& state, const std::string& path) {
+bool CheckPath(CheckState& state, const std::string& path, PathUse use) {
   const Place& place = state.place;
   if (path.empty()) place.Report(kEmptyArgument, "a path is empty");
   if (path.find('"') != std::string::npos)
     place.Report(kQuotesKept, Quoted(path) + ": quotes are taken for part of the name");
   if (win::IsAbsolutePath(path)) {
-    place.Report(kOutsideInstall, Quoted(path) + " does not begin with `@rootdir`: it fits one machine only");
+    CheckConfined(place, path, PathBase::kOwn, use, state.install);
     return false;
   }
   if (path.empty() || !CheckInstallPath(place, BelowRoot(path)) || !CheckSingleName(place, path)) return false;
-  if (HasRootDir(path)) {
-    if (state.install) state.install->Spelling(place, BelowRoot(path));
-    return true;
+  if (!HasRootDir(path)) {
+    ReportRelative(place, path, use);
+    return false;
   }
-  place.Report(
-      kRelativePath,
-      Quoted(path) + " has no `@rootdir\\` in front: it is looked for in the folder in which the program runs");
-  return false;
+  if (!CheckConfined(place, BelowRoot(path), PathBase::kInstall, use, state.install)) return false;
+  if (state.install) state.install->Spelling(place, BelowRoot(path));
+  return true;
 }
 
-void CheckThere(CheckState& state, const std::string& path) {
-  if (CheckPath(state, path) && state.install) state.install->Needed(state.place, BelowRoot(path));
+void CheckThere(CheckState& state, const std::string& path, PathUse use) {
+  if (CheckPath(state, path, use) && state.install) state.install->Needed(state.place, BelowRoot(path));
 }
 
 // The name under which the activation keeps the install's own.
@@ -76,7 +84,7 @@ void KeepUnder(CheckState& state, const std::string& name) {
 }
 
 void Exec(CheckState& state, const LegacyLine& line) {
-  CheckPath(state, line.Value());
+  CheckPath(state, line.Value(), PathUse::kWrite);
   const std::size_t listed = state.loaderActionLine;
   const std::size_t done = state.activationActionLine;
   if (listed != 0 && done != 0)
@@ -117,7 +125,7 @@ void NoBzoneCfg(CheckState& state, const LegacyLine& line) { DecideAlone(state, 
 
 void Predefined(CheckState& state, const LegacyLine& line) {
   if (!Decide(state, LegacyConfig::kPredefined)) return;
-  CheckThere(state, line.Value());
+  CheckThere(state, line.Value(), PathUse::kMove);
   KeepUnder(state, kLegacyConfigBackup);
 }
 
@@ -129,7 +137,7 @@ void SwapFolder(CheckState& state, const LegacyLine& line) {
     return;
   }
   SetFirst(state.activationActionLine, state.place.line);
-  CheckThere(state, line.Value());
+  CheckThere(state, line.Value(), PathUse::kMove);
   KeepUnder(state, keyword + kLegacyFolderBackup);
 }
 
@@ -140,13 +148,13 @@ void PakOrFold(CheckState& state, const LegacyLine& line) {
   if (state.config != LegacyConfig::kGenerated)
     state.Report(kNeedsDynamic, "the line has no effect without `dynamic` above it");
   else if (HasRootDir(path))
-    CheckThere(state, path);
+    CheckThere(state, path, PathUse::kRead);
 }
 
 void MovePaths(CheckState& state, std::vector<MovedName> names) {
   SetFirst(state.loaderActionLine, state.place.line);
   for (MovedName& moved : names) {
-    if (!CheckPath(state, moved.name)) return;
+    if (!CheckPath(state, moved.name, PathUse::kMove)) return;
     moved.name = BelowRoot(moved.name);
   }
   for (const MovedName& moved : names)
@@ -208,7 +216,7 @@ void CheckDescription(CheckState& state, const std::string& text) {
     return;
   }
   const std::string path = win::Trim(text.substr(std::string_view(kLegacyDescription).size()));
-  if (CheckPath(state, path) && state.install) state.install->Extra(state.place, BelowRoot(path));
+  if (CheckPath(state, path, PathUse::kRead) && state.install) state.install->Extra(state.place, BelowRoot(path));
 }
 
 void CheckHeader(CheckState& state, const std::string& text) {

@@ -3,6 +3,9 @@
 #include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
 #include "platform/system/text/wildcards.h"
+#include "support/install.h"
+
+#include <algorithm>
 
 namespace varnik {
 
@@ -12,13 +15,16 @@ using enum Problem;
 
 constexpr std::size_t kMaxPathLength = 259;  // of Windows, the install's own folder included
 
+// By its text alone.
 bool LeadsUp(const std::string& name) {
-  for (std::size_t at = name.find(".."); at != std::string::npos; at = name.find("..", at + 2)) {
-    const bool begins = at == 0 || win::IsSeparator(name[at - 1]);
-    const bool ends = at + 2 == name.size() || win::IsSeparator(name[at + 2]);
-    if (begins && ends) return true;
+  int depth = 0;
+  for (std::size_t begin = 0; begin <= name.size() && depth >= 0;) {
+    const std::size_t end = std::min(name.find_first_of("\\/", begin), name.size());
+    const std::string part = name.substr(begin, end - begin);
+    depth += part == ".." ? -1 : part.empty() || part == "." ? 0 : 1;
+    begin = end + 1;
   }
-  return false;
+  return depth < 0;
 }
 
 }  // namespace
@@ -34,8 +40,20 @@ bool CheckInstallPath(const Place& place, const std::string& name) {
                                (hasRootDir ? "`@rootdir`" : "a drive"));
     return false;
   }
-  if (LeadsUp(name)) place.Report(kOutsideInstall, Quoted(name) + " leads up by `..`");
   return !name.empty();
+}
+
+bool CheckConfined(const Place& place, const std::string& path, PathBase base, PathUse use, InstallCheck* install) {
+  const bool isOwn = base == PathBase::kOwn;
+  const bool leadsOut = isOwn || LeadsUp(path);
+  const bool isDone =
+      use == PathUse::kRead ||
+      (install ? install->MayChange(isOwn ? path : InstallRoot() + path, use == PathUse::kWrite) : !leadsOut);
+  if (!isDone)
+    place.Report(kOutsideInstall, Quoted(path) + " leads out of the install: nothing there is changed or started");
+  else if (leadsOut)
+    place.Report(kLeadsOut, Quoted(path) + " leads out of the install: it fits one machine only");
+  return isDone;
 }
 
 bool CheckSingleName(const Place& place, const std::string& name) {

@@ -46,7 +46,7 @@ struct Journal {
   std::string root;  // of the install, as the program holds it
   win::FileIdentity rootIdentity;
   std::string definitionFile;
-  std::string workingFolder;  // native; relative paths of older mods begin there
+  std::string workingFolder;  // relative paths of older mods begin there
   bool legacy = false;
   bool persistent = false;
   std::vector<DefinitionText> definitions;

@@ -1,6 +1,7 @@
 #include "legacy/legacyactivation.h"
 
 #include "definition/bzonecfg.h"
+#include "definition/confines.h"
 #include "definition/crashmarker.h"
 #include "definition/currentline.h"
 #include "legacy/legacyformat.h"
@@ -48,6 +49,7 @@ class ConfigWriter {
 
 struct ActivationPass {
   LegacyPlaces places{InstallRoot()};
+  Confines confines{places.root};
   LegacyArguments arguments;
   LegacyConfig config = LegacyConfig::kUndecided;
   ConfigWriter generated;
@@ -61,8 +63,9 @@ struct ActivationPass {
 
 void Exec(ActivationPass& pass, const LegacyLine& line) {
   if (!pass.execAllowed) return;
-  const std::string program = pass.places.ExpandRootDir(line.Value());
-  win::ShellExecute("\"" + program + "\"");
+  const std::string commandLine = "\"" + pass.places.ExpandRootDir(line.Value()) + "\"";
+  if (!pass.confines.MayStart(commandLine)) return;
+  win::ShellExecute(commandLine);
   pass.programTookOver = true;
 }
 
@@ -163,10 +166,14 @@ bool ActivateLegacyMod(const std::string& definitionFile) {
   while (!file.AtEnd() && !pass.programTookOver) {
     const LegacyLine line = ReadLegacyLine(file);
     const ScopedLine here(file);
+    const win::ScopedFileSystem confined = pass.confines.Enforce();
     ActOnLegacyLine(kDirectives, pass, line);
   }
   if (pass.programTookOver) return false;
-  if (pass.config == LegacyConfig::kGenerated) pass.generated.Finish(pass.places.root);
+  if (pass.config == LegacyConfig::kGenerated) {
+    const win::ScopedFileSystem confined = pass.confines.Enforce();
+    pass.generated.Finish(pass.places.root);
+  }
   WriteCrashMarker({pass.places.root, definitionFile});
   return true;
 }

@@ -1,6 +1,7 @@
 #include "legacy/legacydeactivation.h"
 
 #include "definition/bzonecfg.h"
+#include "definition/confines.h"
 #include "definition/crashmarker.h"
 #include "legacy/legacyformat.h"
 #include "platform/system/files/files.h"
@@ -87,8 +88,12 @@ void UndoLegacyLines(const std::string& definitionFile, const std::string& root)
   // Recovery at a start has no install selected; the interrupted run had this one.
   const std::string selected = InstallRoot();
   UndoPass pass{root, {selected.empty() ? root : selected}};
-  while (!file.AtEnd())
+  // A file that cannot be opened has no lines; what every undo ends with takes place all the same.
+  Confines confines(root);
+  while (!file.AtEnd()) {
+    const win::ScopedFileSystem confined = confines.Enforce();
     ActOnLegacyLine(kDirectives, pass, ReadLegacyLine(file));
+  }
 }
 
 bool EndLegacyDeactivation(const std::string& root) {

@@ -1,6 +1,7 @@
 #include "modengine/activation.h"
 
 #include "definition/bzonecfg.h"
+#include "definition/confines.h"
 #include "definition/crashmarker.h"
 #include "definition/currentline.h"
 #include "definition/includes.h"
@@ -26,6 +27,7 @@ struct Pass {
   ActivationState& state;
   const std::string& root;
   ReadBounds& bounds;
+  Confines& confines;
   bool exeTookOver = false;
 
   std::string Below(const std::string& name) const { return root + name; }
@@ -47,10 +49,11 @@ void Include(Pass& pass, const Args& args) {
 }
 
 void RequireExe(Pass& pass, const Args& args) {
-  if (!pass.state.noActionYet || !FileExists(pass.Below(args[1]))) return;
+  const std::string program = pass.Below(args[1]);
+  if (!pass.state.noActionYet || !FileExists(program) || !pass.confines.MayStart(program)) return;
   pass.state.noActionYet = false;
   pass.exeTookOver = true;
-  win::ShellExecute(pass.Below(args[1]));
+  win::ShellExecute(program);
 }
 
 // Reading the attributes and storing them back changes none of them: a read-only file stays one.
@@ -69,7 +72,7 @@ void Replace(Pass& pass, const Args& args) {
   KeepAttributes(pass.Below(args[1]));
   KeepAttributes(pass.Below(args[2]));
   win::RenameFile(pass.Below(args[1]), pass.Below(args[3]));
-  win::DoEvents();
+  pass.confines.DoEvents();
   win::RenameFile(pass.Below(args[2]), pass.Below(args[1]));
 }
 
@@ -134,9 +137,10 @@ constexpr PassDirective<Pass> kDirectives[] = {
 bool ActivateFile(win::LineReader& file, Pass pass) {
   Args args;
   while (!pass.exeTookOver && !file.AtEnd()) {
-    win::DoEvents();
+    pass.confines.DoEvents();
     ParseDirective(file.ReadLine(), args);
     const ScopedLine line(file);
+    const win::ScopedFileSystem confined = pass.confines.Enforce();
     ActOnDirective(kDirectives, pass, args);
   }
   return !pass.exeTookOver;
@@ -153,11 +157,12 @@ bool ActivateMod(const std::string& definitionFile, ActivationState& state) {
   if (root.empty() || !file.IsOpen()) return false;
   win::DoEvents();
   ReadBounds bounds;
-  if (!ActivateFile(file, {state, root, bounds})) {
+  Confines confines(root);
+  if (!ActivateFile(file, {state, root, bounds, confines})) {
     DropConfiguration(root);
     return false;
   }
-  ActivateConfiguration(root, IsVersion13());
+  ActivateConfiguration(confines, root, IsVersion13());
   // A persistent mod has no marker, since it stays active across starts, and leaves the player's own files alone.
   if (state.persistent) return true;
   if (IsVersion13()) ApplyPlayersValues(state);

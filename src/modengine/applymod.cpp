@@ -14,11 +14,13 @@
 #include "platform/system/files/lines.h"
 #include "platform/system/filesystem/operations.h"
 #include "platform/system/paths/paths.h"
+#include "platform/system/paths/workingfolder.h"
 #include "platform/system/text/text.h"
 #include "support/install.h"
 
 #include <algorithm>
 #include <cerrno>
+#include <optional>
 #include <utility>
 
 namespace varnik {
@@ -162,11 +164,13 @@ ApplyResult ApplyMod(const std::string& definitionFile, bool isLegacy,
 
 RevertResult RevertMod(const std::string& definitionFile, const std::string& root) {
   using Outcome = RevertResult::End;
-  const RunGuard guard;
+  const RunGuard guard(root);
   if (!guard.IsHeld()) return {Outcome::kRefused, kRunRefused, {}};
   std::optional<Journal> journal = FindJournal(root, definitionFile);
   if (journal && journal->phase != JournalPhase::kOpen && !StoreAs(*journal, JournalPhase::kOpen))
     return {Outcome::kRefused, TextOf(NotWrittenDown()) + ". Nothing was changed.", {}};
+  std::optional<win::ScopedWorkingFolder> folder;
+  if (journal) folder.emplace(journal->workingFolder);
   const bool byDefinition = !journal || DefinitionsAreAsNoted(*journal);
   const Format format = byDefinition ? FormatOf(definitionFile) : Format::kNone;
   if (!journal && format == Format::kNone) return {Outcome::kNoFormat, "", {}};
@@ -191,6 +195,8 @@ RevertResult RevertAtStart(const std::string& definitionFile, const std::string&
   const Format format = FormatOf(definitionFile);
   if (format == Format::kNone) return {Outcome::kNoFormat, "", {}};
   std::optional<Journal> journal = FindJournal(root, definitionFile);
+  std::optional<win::ScopedWorkingFolder> folder;
+  if (journal) folder.emplace(journal->workingFolder);
   if (journal) StoreAs(*journal, JournalPhase::kLeft);
   bool persistent = false;
   if (!UndoByDefinition(format, definitionFile, root, persistent)) return {Outcome::kExeTookOver, "", {}};

@@ -1,6 +1,7 @@
 #include "modengine/deactivation.h"
 
 #include "definition/bzonecfg.h"
+#include "definition/confines.h"
 #include "definition/crashmarker.h"
 #include "definition/includes.h"
 #include "definition/recylist.h"
@@ -41,6 +42,7 @@ struct Pass {
   bool& persistent;
   ReadBounds& bounds;
   LineRemoval& removal;
+  Confines& confines;
   bool exeTookOver = false;
 
   std::string Below(const std::string& name) const { return root + name; }
@@ -63,9 +65,11 @@ void Include(Pass& pass, const Args& args) {
 void RequireExe(Pass& pass, const Args& args) {
   const std::string selected = InstallRoot();
   if (!pass.noActionYet || selected.empty() || !FileExists(selected + args[1])) return;
+  const std::string commandLine = "\"" + selected + args[1] + "\" " + args[2];
+  if (!pass.confines.MayStart(commandLine)) return;
   pass.noActionYet = false;
   pass.exeTookOver = true;
-  win::ShellExecute("\"" + selected + args[1] + "\" " + args[2]);
+  win::ShellExecute(commandLine);
 }
 
 void Rename(Pass& pass, const Args& args) {
@@ -75,7 +79,7 @@ void Rename(Pass& pass, const Args& args) {
 
 void Replace(Pass& pass, const Args& args) {
   win::RenameFile(pass.Below(args[1]), pass.Below(args[2]));
-  win::DoEvents();
+  pass.confines.DoEvents();
   win::RenameFile(pass.Below(args[3]), pass.Below(args[1]));
   pass.noActionYet = false;
 }
@@ -123,6 +127,7 @@ void RemoveLines(const std::string& list, const std::string& copy, const std::ve
 // Looks below the selected install like RequireExe. A list of its own is left alone where there is no RecyList.txt.
 void RemovePendingLines(Pass& pass) {
   if (pass.removal.owns.empty()) return;
+  const win::ScopedFileSystem confined = pass.confines.Enforce();
   auto [name, owns] = std::exchange(pass.removal, {});
   std::sort(owns.begin(), owns.end());
   owns.erase(
@@ -154,9 +159,10 @@ bool DeactivateFile(win::LineReader& file, Pass pass) {
   LogLine("DeactivateFile Begin");
   Args args;
   while (!pass.exeTookOver && !file.AtEnd()) {
-    win::DoEvents();
+    pass.confines.DoEvents();
     ParseDirective(file.ReadLine(), args);
     if (args[0] != "addrecy") RemovePendingLines(pass);
+    const win::ScopedFileSystem confined = pass.confines.Enforce();
     ActOnDirective(kDirectives, pass, args);
   }
   RemovePendingLines(pass);
@@ -174,7 +180,8 @@ bool UndoLines(const std::string& definitionFile, const std::string& root, bool&
   persistent = false;
   ReadBounds bounds;
   LineRemoval removal;
-  return DeactivateFile(file, {root, noActionYet, persistent, bounds, removal});
+  Confines confines(root);
+  return DeactivateFile(file, {root, noActionYet, persistent, bounds, removal, confines});
 }
 
 bool EndDeactivation(const std::string& root, bool persistent) {

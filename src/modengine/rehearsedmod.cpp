@@ -13,6 +13,7 @@
 #include "platform/system/filesystem/nativepath.h"
 #include "platform/system/filesystem/operations.h"
 #include "platform/system/paths/paths.h"
+#include "platform/system/paths/workingfolder.h"
 #include "support/install.h"
 
 #include <cerrno>
@@ -28,7 +29,7 @@ Journal NewJournal(const std::string& definitionFile, bool isLegacy) {
   journal.root = InstallRoot();
   journal.definitionFile = definitionFile;
   journal.legacy = isLegacy;
-  journal.workingFolder = win::FollowLinks(".");
+  journal.workingFolder = win::WorkingFolder();
   win::FileStatus status;
   if (win::CurrentFileSystem().Status(win::NativePath(journal.root), status)) journal.rootIdentity = status.identity;
   return journal;

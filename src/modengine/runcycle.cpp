@@ -11,6 +11,7 @@
 #include "platform/system/files/lines.h"
 #include "platform/system/process/process.h"
 #include "platform/system/process/services.h"
+#include "platform/system/process/signals.h"
 #include "support/install.h"
 #include "support/modfileexists.h"
 #include "support/modshellwait.h"
@@ -70,6 +71,7 @@ void RotateLog(const std::string& root) {
 
 void RunGame(Run& run) {
   Call(run.hooks.finishSplash);
+  if (win::SignalsNoted().count > 0) return;
   run.outcome.ran = true;
   run.outcome.program = GameOf(run.root, run.useEditor);
   run.outcome.commandLine = "\"" + run.outcome.program + "\" " + run.commandLine;
@@ -143,7 +145,7 @@ ClickOutcome Deactivated(const RevertResult& result) {
 
 RunOutcome LaunchBZ2(int modIndex, const std::string& commandLine, bool useEditor, const RunHooks& hooks,
                      const win::SettingsSnapshot& stored) {
-  const RunGuard guard;
+  const RunGuard guard(InstallRoot());
   if (!guard.IsHeld()) return Refused(kRunRefused);
   if (const std::string problem = RunnerProblem(modIndex, useEditor, hooks); !problem.empty()) return Refused(problem);
   Run run{commandLine, useEditor, hooks, InstallRoot(), {}};
@@ -162,7 +164,7 @@ RunOutcome LaunchBZ2(int modIndex, const std::string& commandLine, bool useEdito
 
 ClickOutcome LaunchClick(int modIndex, const std::function<std::string()>& buildLine, const RunHooks& hooks,
                          const win::SettingsSnapshot& stored) {
-  const RunGuard guard;
+  const RunGuard guard(InstallRoot());
   const auto refuse = [](const std::string& problem) {
     return ClickOutcome{ClickOutcome::Act::kNone, false, {}, Refused(problem)};
   };

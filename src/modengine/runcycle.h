@@ -23,7 +23,8 @@ struct RunHooks {
 
 // How a run went, for a caller that reports it.
 struct RunOutcome {
-  bool ran = false;         // the game was to be started; false without a problem: an EXE of the mod took over
+  bool ran = false;         // the game was to be started; false without a problem: an EXE of the mod took over, or a
+                            // signal was noted before
   bool asPromised = true;   // with the mod as far as the install allows, and all is as it was before
   Report failed;            // steps that did not work though they should have, and what was not put back
   std::string program;      // full path of it

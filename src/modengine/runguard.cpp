@@ -1,7 +1,5 @@
 #include "modengine/runguard.h"
 
-#include "platform/system/process/instance.h"
-
 #include <memory>
 
 namespace varnik {
@@ -17,7 +15,7 @@ int guardsHeld = 0;
 
 }  // namespace
 
-RunGuard::RunGuard() {
+RunGuard::RunGuard(const std::string& root) : install_(root) {
   if (guardsHeld == 0) theLock = std::make_unique<win::ExclusiveLock>("run");
   held_ = theLock->TryAcquire();
   if (held_) ++guardsHeld;

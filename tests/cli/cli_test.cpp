@@ -4,7 +4,9 @@
 #include <stdlib.h>
 #include <sys/wait.h>
 
+#include <csignal>
 #include <regex>
+#include <tuple>
 
 namespace {
 
@@ -120,14 +122,31 @@ TEST_F(Cli, AnswersNoUnlessToldToConvertMaps) {
   EXPECT_EQ(Ask("maps --page SMap1.2").size(), 0u);
 }
 
+// The first signal reaches the game and what it has started, the second ends it. Every time all is put back.
+TEST_F(Cli, EndsBySignalWithEverythingPutBack) {
+  for (const auto& [game, status, name] :
+       {std::tuple("trap 'exit 0' TERM; kill -HUP $PPID; sleep 60", 128 + SIGHUP, "HUP"),
+        {"trap '' INT; kill -INT $PPID; sleep 1; kill -TERM $PPID; sleep 60", 128 + SIGINT, "INT"}}) {
+    PutProgram("bzone.exe", game);
+    const CliResult result = RunCli("--root @ run plain.bzm");
+    EXPECT_EQ(result.status, status) << game;
+    EXPECT_EQ(result.out, "");
+    EXPECT_TRUE(result.err.ends_with(std::string("varnik-cli: SIG") + name + ": everything was put back\n"));
+    Expect("plain.odf=plain modded.odf bzonevarnik.bak");
+  }
+}
+
 TEST_F(Cli, RefusesASecondOneMeanwhile) {
   const std::string log = sandbox_.Root() / "statuses";
   std::string script;
   for (const char* command : {"run -", "activate keep.bzm", "deactivate plain.bzm", "recover", "mods"})
     script += program_ + " --root . " + command + "; echo $? >>" + log + "\n";
+  script += "export XDG_CONFIG_HOME=" + sandbox_.Root().string() + "/other\n";  // as another user has one
+  for (const char* command : {"run -", "doctor", "mods"})
+    script += program_ + " --root . " + command + " || echo refused >>" + log + "\n";
   PutProgram("bzone.exe", script);
   EXPECT_EQ(Ask("run plain.bzm")["ExitStatus"], 0);
-  EXPECT_EQ(ReadFile(log), "1\n1\n1\n1\n0\n");
+  EXPECT_EQ(ReadFile(log), "1\n1\n1\n1\n0\nrefused\nrefused\n");
 }
 
 }  // namespace

@@ -46,6 +46,7 @@ class Check : public test::ModTest {
     for (const test::Case& c : test::Cases("diagnosis/cases/" + name)) {
       SCOPED_TRACE(c.dump());
       if (CurrentInstall >= 0) MakeInstall(c.value("version", "1.3"));
+      if (CurrentInstall >= 0) std::filesystem::create_symlink("..", InRoot("up"));
       WriteFile(InRoot("RecyList.txt"), "B\n");
       WriteFile(InRoot("full.txt"), "Ax\nA Other\n");
       WriteFile(InRoot("gameprefs.ini"), "[UserPrefs]\nDefaultSessionName=y\n");
@@ -108,6 +109,7 @@ TEST_F(Check, EndsSoonWithHostileFiles) {
   for (int depth = 0; depth < 70; ++depth)
     Put("i" + std::to_string(depth) + "=include(i" + std::to_string(depth + 1) + ");");
   EXPECT_EQ(CodesOf("BZ2HALD5\ndname(M);\ninclude(i0);\n"), "include-too-deep@3");
+  EXPECT_EQ(CodesOf("BZ2HALD5\ndname(M);\ninclude(i10);\n"), "include-missing@3");
 }
 
 // Each is written twice, with arguments that no directive takes well.

@@ -131,8 +131,10 @@ run_first_start() {
 run_plain_mod() {
   make_world
   start_window
+  [ "/proc/$program/cwd" -ef "$VARNIK_HOME" ] || fail "the program runs in another folder than its own"
   play_arena
   no_window Varnik || fail "the window stays while the game runs"
+  kill -TERM "$program"  # it cannot be closed now
   await "window after the game" main_window
   grep -q "folder: $game" "$played.txt" || fail "the game ran elsewhere"
   mod_was_active || fail "the mod was not active"

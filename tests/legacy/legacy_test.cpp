@@ -2,6 +2,7 @@
 #include "legacy/legacyactivation.h"
 #include "legacy/legacydeactivation.h"
 #include "modengine/applymod.h"
+#include "platform/system/paths/workingfolder.h"
 #include "platform/system/store/registry.h"
 #include "support/install.h"
 #include "support/registry.h"
@@ -45,6 +46,14 @@ TEST_F(LegacyActivation, ChangesFilesAndPutsThemBack) {
     EXPECT_EQ(ReadCrashMarker().root, "");
     EXPECT_EQ(RegReadValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue), "");
   }
+}
+
+TEST_F(LegacyActivation, IsEndedWithoutItsDefinition) {
+  std::filesystem::create_directory(InRoot("tempstuff"));
+  WriteCrashMarker({Root(), "gone"});
+  DeactivateLegacyMod("gone", Root());
+  EXPECT_FALSE(std::filesystem::exists(InRoot("tempstuff")));
+  EXPECT_EQ(ReadCrashMarker().root + RegReadValue(win::kHkeyLocalMachine, kRunOnceKey, kCrashRecoveryValue), "");
 }
 
 TEST_F(LegacyActivation, GeneratesAConfiguration) {
@@ -100,13 +109,11 @@ TEST_F(LegacyLoader, ReadsTheHeaderByPositionAndLines) {
 
 // Without a name the file is opened again by its bare name, from wherever the program was started.
 TEST_F(LegacyLoader, WithoutANameLooksForTheLinesInTheWorkingFolder) {
-  const auto before = std::filesystem::current_path();
-  std::filesystem::current_path(sandbox_.Home());
+  const win::ScopedWorkingFolder home(sandbox_.Home().string());
   const std::string definition = DefineText("bz2hald1\n\n\n\n\nmove a,b");
   EXPECT_EQ(RowOf(definition), "mod|addon|data");
   test::WriteFile(sandbox_.Home() / "mod.bzm", "move c,d");
   EXPECT_EQ(RowOf(definition), "mod c>d|addon|data");
-  std::filesystem::current_path(before);
 }
 
 }  // namespace

@@ -1,8 +1,11 @@
 #include "modengine/activation.h"
 
 #include "definition/crashmarker.h"
+#include "legacy/legacyactivation.h"
 #include "modengine/deactivation.h"
 #include "platform/system/files/wholefile.h"
+#include "platform/system/filesystem/operations.h"
+#include "platform/system/paths/workingfolder.h"
 #include "platform/system/store/registry.h"
 #include "support/install.h"
 #include "support/registry.h"
@@ -12,6 +15,7 @@
 #include "tests/modengine/modtest.h"
 
 #include <random>
+#include <regex>
 
 namespace varnik {
 namespace {
@@ -71,6 +75,40 @@ TEST_F(Activation, HandsOverToAnExeOnlyAboveTheFirstAction) {
   EXPECT_EQ(ReadCrashMarker().root, "");
   EXPECT_TRUE(Appears("ran0"));
   EXPECT_TRUE(Activate("rename(a,b);\nrequireexe(tool);"));
+}
+
+// A folder beside the install, with links to it in the install. `$` stands for the folder above both, which is the
+// working folder. With `allow` the player allows the folder.
+TEST_F(Activation, NothingOutsideTheInstallIsChangedOrStarted) {
+  namespace fs = std::filesystem;
+  const fs::path outside = sandbox_.Root() / "outside", ini = sandbox_.Home() / "config/varnik/platform.ini";
+  const win::ScopedWorkingFolder above(sandbox_.Root().string());
+  for (const test::Case& c : test::Cases("modengine/outside.jsonl")) {
+    SCOPED_TRACE(c);
+    MakeInstall("1.2");
+    Put("g=g dir/f=f ../outside/f=f ../outside/list.txt=mod1 ../outside/dir/f=f");
+    test::WriteScript(outside / "tool", ": > ran");
+    fs::create_symlink(outside, InRoot("link"));
+    for (const auto& [name, target] : {std::pair("leak", "f"), {"tool", "tool"}})
+      fs::create_symlink(outside / target, InRoot(name));
+    WriteFile(ini, c.contains("allow") ? "Allow=/nowhere\nallow = " + outside.string() : "");
+    std::string lines = c.contains("legacy") ? "BZ2HALD3\ndesc M\n\n\n\n" : "BZ2HALD5\n";
+    for (const std::string line : c["lines"])
+      lines += std::regex_replace(line, std::regex("\\$"), sandbox_.Root().string() + "\\") + "\n";
+    WriteFile(InRoot("mod.bzm"), lines);
+    const auto own = test::Snapshot(outside);
+    int refused = 0, started = 0;
+    const win::OperationObserver observer([&](const win::FileOperation& operation) {
+      if (operation.why == "it lies outside the install") ++refused;
+      if (operation.kind == win::Operation::kStart && operation.done) ++started;
+    });
+    EXPECT_TRUE(c.contains("legacy") ? ActivateLegacyMod(Root() + "mod.bzm") : ActivateMod(Root() + "mod.bzm"));
+    EXPECT_EQ(test::Snapshot(outside) == own, !c.contains("allow"));
+    EXPECT_EQ(DeactivateByMarker(Root() + "mod.bzm", Root()), UndoOutcome::kDone);
+    EXPECT_EQ(test::Snapshot(outside) == own, !c.contains("allow"));
+    EXPECT_EQ(refused == 0, c.contains("allow"));
+    EXPECT_EQ(started, 0);
+  }
 }
 
 TEST_F(Deactivation, BringsBackEveryByteOfTheInstall) {

@@ -2,6 +2,7 @@
 
 #include "mainwindow/frmmain.h"
 #include "platform/system/paths/program.h"
+#include "platform/system/paths/workingfolder.h"
 #include "platform/system/process/instance.h"
 #include "platform/system/process/services.h"
 #include "platform/system/store/configfolder.h"
@@ -26,9 +27,8 @@ void FixAppPath() { AppPath = win::ProgramFolder(kOptionFile); }
 
 bool TrayIsOff() { return win::LeadingNumber(ReadOption("TrayIcon")) == 0; }
 
-// The mode of this start, once the command line and an interrupted run have been dealt with.
-std::int16_t DecideRunMode() {
-  std::int16_t mode = ProcessCmdLine();
+// The mode of this start, once an interrupted run has been dealt with.
+std::int16_t DecideRunMode(std::int16_t mode) {
   if (RecoverFromCrash().acted && mode != kRunModeHidden) mode = kRunModeLeave;
   if (mode == kRunModeHidden && TrayIsOff()) mode = kRunModeLeave;  // the window could not be reached
   return mode;
@@ -73,7 +73,11 @@ int Main() {
   application.Serve(instance);
   frmSplash busy;
   busy.Show();
-  const std::int16_t mode = DecideRunMode();
+  const std::int16_t asked = ProcessCmdLine();
+  // Relative paths of the command line start where the caller is, those of older definitions in the program's folder,
+  // wherever the program is started from.
+  const win::ScopedWorkingFolder folder(AppPath);
+  const std::int16_t mode = DecideRunMode(asked);
   if (mode == kRunModeLeave) {
     busy.Close();
     return 0;

@@ -1,5 +1,6 @@
 #include "platform/system/paths/program.h"
 
+#include "platform/system/paths/workingfolder.h"
 #include "platform/system/process/instance.h"
 #include "platform/system/process/services.h"
 #include "tests/harness/sandbox.h"
@@ -44,6 +45,25 @@ TEST_F(ProgramTest, ItsFoldersFollowTheXdgVariablesAndAreForTheUserAlone) {
   fs::create_directory_symlink(home, own);
   EXPECT_EQ(win::RuntimeFolder(), win::ConfigFolder());
   fs::remove(own);
+}
+
+TEST_F(ProgramTest, TheWorkingFolderIsReturnedToUnderAnyName) {
+  const std::string before = win::WorkingFolder();
+  const fs::path one = sandbox.Root() / "one", two = sandbox.Root() / "two";
+  fs::create_directory(one);
+  {
+    const win::ScopedWorkingFolder outer(one.string());
+    EXPECT_EQ(win::WorkingFolder(), one.string() + "\\");
+    const win::ScopedWorkingFolder missing(two.string() + "\\");
+    EXPECT_FALSE(missing.IsEntered());
+    {
+      const win::ScopedWorkingFolder inner("..\\HOME");
+      EXPECT_TRUE(inner.IsEntered());
+      fs::rename(one, two);
+    }
+    EXPECT_EQ(win::WorkingFolder(), two.string() + "\\");
+  }
+  EXPECT_EQ(win::WorkingFolder(), before);
 }
 
 TEST_F(ProgramTest, ItsDataFolderIsTheGivenOneOrFilledOnceAndNeverReplacesAFile) {

@@ -146,6 +146,9 @@ class FileSystem {
   // it. Where the file system has no locks, it succeeds.
   virtual std::unique_ptr<FileLock> TryLock(const std::string& path) = 0;
 
+  // The same on a folder that is there, which need not be writable. It leaves nothing behind.
+  virtual std::unique_ptr<FileLock> TryLockFolder(const std::string& path) = 0;
+
   // The names in the folder as it is now, without `.` and `..`. Null when it is no folder or cannot be read. Valid
   // until the next call.
   virtual const FolderNames* NamesIn(const std::string& folder) = 0;

@@ -1,5 +1,7 @@
 #include "platform/system/filesystem/operations.h"
 
+#include "platform/system/filesystem/confinedfilesystem.h"
+
 #include <cerrno>
 #include <cstring>
 #include <utility>
@@ -27,6 +29,7 @@ constexpr Explanation kExplanations[] = {
     {EXDEV, "a folder cannot be moved to another file system"},
     {ENOEXEC, "this system has nothing that runs it"},
     {EINVAL, "a folder cannot be moved into itself"},
+    {kErrorOutside, "it lies outside the install"},
 };
 
 }  // namespace

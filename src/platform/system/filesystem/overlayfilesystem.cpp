@@ -472,6 +472,12 @@ std::unique_ptr<FileLock> OverlayFileSystem::TryLock(const std::string& path) {
   return std::make_unique<FileLock>();
 }
 
+std::unique_ptr<FileLock> OverlayFileSystem::TryLockFolder(const std::string& path) {
+  if (IsFolderAt(Resolved(path, true))) return std::make_unique<FileLock>();
+  FailWith(ENOTDIR);
+  return nullptr;
+}
+
 FoundEntry OverlayFileSystem::EntryNamed(const std::string& folder, const std::string& name) {
   const std::string path = JoinPath(folder, name);
   return {name, IsFolderAt(Resolved(path, true)), !TargetAt(path).empty()};

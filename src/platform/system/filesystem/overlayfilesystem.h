@@ -46,6 +46,7 @@ class OverlayFileSystem : public FileSystem {
   bool Sync(const std::string& path) override { return Exists(path) || FailWith(ENOENT); }
   bool SyncAll(const std::string& path) override { return Sync(path); }
   std::unique_ptr<FileLock> TryLock(const std::string& path) override;
+  std::unique_ptr<FileLock> TryLockFolder(const std::string& path) override;
   const FolderNames* NamesIn(const std::string& folder) override;
   bool IsSeenByPrograms() const override { return false; }
 

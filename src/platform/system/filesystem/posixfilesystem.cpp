@@ -178,9 +178,11 @@ class Posix : public FileSystem {
   }
 
   std::unique_ptr<FileLock> TryLock(const std::string& path) override {
-    Descriptor file(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600));
-    if (!file.IsOpen() || !LockUnlessHeld(file.Get())) return nullptr;
-    return std::make_unique<PosixLock>(std::move(file));
+    return Locked(Descriptor(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600)));
+  }
+
+  std::unique_ptr<FileLock> TryLockFolder(const std::string& path) override {
+    return Locked(Descriptor(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)));
   }
 
   const FolderNames* NamesIn(const std::string& folder) override { return Index().NamesIn(folder); }
@@ -193,6 +195,11 @@ class Posix : public FileSystem {
     if (fstatat(AT_FDCWD, path.c_str(), &found, flags) != 0) return false;
     status = StatusFrom(found);
     return true;
+  }
+
+  static std::unique_ptr<FileLock> Locked(Descriptor file) {
+    if (!file.IsOpen() || !LockUnlessHeld(file.Get())) return nullptr;
+    return std::make_unique<PosixLock>(std::move(file));
   }
 
   // Another writer that waited for the lock may find that the name has moved on with the content of the first.

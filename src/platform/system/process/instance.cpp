@@ -3,6 +3,7 @@
 #include "platform/system/filesystem/currentfilesystem.h"
 #include "platform/system/filesystem/descriptor.h"
 #include "platform/system/paths/environment.h"
+#include "platform/system/paths/paths.h"
 #include "platform/system/paths/program.h"
 
 #include <fcntl.h>
@@ -14,6 +15,7 @@
 #include <cstdio>
 #include <cstring>
 #include <utility>
+#include <vector>
 
 namespace win {
 namespace {
@@ -104,5 +106,23 @@ bool ExclusiveLock::TryAcquire() {
 void ExclusiveLock::Release() { lock_.reset(); }
 
 bool ExclusiveLock::IsHeld() const { return lock_ != nullptr; }
+
+FolderLock::FolderLock(const std::string& folder) {
+  struct Held {
+    FileIdentity identity;
+    std::weak_ptr<FileLock> lock;
+  };
+  static std::vector<Held> held;
+  const std::string native = AbsoluteNativePath(folder);
+  FileStatus status;
+  if (!CurrentFileSystem().Status(native, status)) return;
+  std::erase_if(held, [](const Held& one) { return one.lock.expired(); });
+  for (const Held& one : held)
+    if (one.identity == status.identity) lock_ = one.lock.lock();
+  if (lock_) return;
+  lock_ = CurrentFileSystem().TryLockFolder(native);
+  allowed_ = lock_ || errno != EWOULDBLOCK;
+  if (lock_) held.push_back({status.identity, lock_});
+}
 
 }  // namespace win

@@ -57,4 +57,19 @@ class ExclusiveLock {
   std::unique_ptr<FileLock> lock_;
 };
 
+// Keeps every other process from locking the same folder, whoever runs it and under whatever name, and leaves no file
+// there. Locks of one folder nest within a process.
+class FolderLock {
+ public:
+  // A Windows path.
+  explicit FolderLock(const std::string& folder);
+
+  // False while another process holds the lock. A folder that cannot be locked at all is not refused.
+  [[nodiscard]] bool IsAllowed() const { return allowed_; }
+
+ private:
+  std::shared_ptr<FileLock> lock_;
+  bool allowed_ = true;
+};
+
 }  // namespace win

@@ -1,13 +1,11 @@
 #include "platform/system/process/launch.h"
 
-#include "platform/system/files/lines.h"
+#include "platform/system/files/platformini.h"
 #include "platform/system/filesystem/currentfilesystem.h"
 #include "platform/system/filesystem/nativepath.h"
 #include "platform/system/paths/environment.h"
-#include "platform/system/paths/paths.h"
 #include "platform/system/paths/program.h"
 #include "platform/system/text/argumentlist.h"
-#include "platform/system/text/text.h"
 
 #include <unistd.h>
 
@@ -46,15 +44,8 @@ std::string BitsOf(std::string_view header) {
 std::string RunnerLine() {
   const std::string given = Variable(OwnVariableName("_RUNNER"));
   if (!given.empty()) return given;
-  LineReader file(WindowsPathFromNative(ConfigFolder() + "/platform.ini"));
-  while (!file.AtEnd()) {
-    const std::string line = file.ReadLine();
-    const std::size_t equals = line.find('=');
-    if (equals == std::string::npos || !EqualNoCase(Trim(line.substr(0, equals)), "Runner")) continue;
-    const std::string value = Trim(line.substr(equals + 1));
-    if (!value.empty()) return value;
-  }
-  return "wine";
+  const std::vector<std::string> values = PlatformValues("Runner");
+  return values.empty() ? "wine" : values[0];
 }
 
 // The runner may have arguments of its own. It is found from the folder that we are in, the program runs in another.

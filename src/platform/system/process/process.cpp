@@ -226,6 +226,12 @@ WaitResult Process::Wait(int milliseconds) {
   return WaitResult::kEnded;
 }
 
+void Process::Send(int signal) {
+  if (!Started() || state_->ended) return;
+  for (const Descriptor& process : FindSession(state_->session))
+    syscall(SYS_pidfd_send_signal, process.Get(), signal, nullptr, 0);
+}
+
 int Process::ExitStatus() const {
   if (!Started()) return -1;
   return state_->ended ? state_->exitStatus : StatusOf(state_->session, WNOHANG | WNOWAIT).value_or(-1);
@@ -254,9 +260,13 @@ bool CouldBeStarted(const std::string& program) {
   return (status.IsFile() && (status.permissions & 0111) != 0) || FailWith(EACCES);
 }
 
-bool StartWithoutWaiting(const std::string& commandLine, const std::string& folder) {
+ProgramAndTail WholeOrSplit(const std::string& commandLine) {
   const bool whole = CurrentFileSystem().IsFile(NativePath(commandLine));
-  const ProgramAndTail line = whole ? ProgramAndTail{commandLine, ""} : SplitProgram(commandLine);
+  return whole ? ProgramAndTail{commandLine, ""} : SplitProgram(commandLine);
+}
+
+bool StartWithoutWaiting(const std::string& commandLine, const std::string& folder) {
+  const ProgramAndTail line = WholeOrSplit(commandLine);
   const std::string program = AbsoluteNativePath(line.program);
   const std::string start = folder.empty() ? FolderAbove(program) : AbsoluteNativePath(folder);
   if (!CurrentFileSystem().IsSeenByPrograms()) return CouldBeStarted(program);
@@ -271,6 +281,8 @@ bool StartWithoutWaiting(const std::string& commandLine, const std::string& fold
 std::string RunnerProblem(const std::string& commandLine) {
   return RunnerProblemOf(AbsoluteNativePath(SplitProgram(commandLine).program));
 }
+
+std::string ProgramOf(const std::string& commandLine) { return AbsoluteNativePath(WholeOrSplit(commandLine).program); }
 
 bool ShellExecute(const std::string& commandLine, const std::string& folder) {
   return ReportOperation(Operation::kStart, commandLine, "", [&] { return StartWithoutWaiting(commandLine, folder); });

@@ -31,6 +31,9 @@ class Process {
   // waits.
   WaitResult Wait(int milliseconds);
 
+  // Sends a signal to all that run in the session now.
+  void Send(int signal);
+
   // Exit status of the program itself once it has ended; 128 plus the signal for one that was killed; -1 before.
   int ExitStatus() const;
 
@@ -54,5 +57,8 @@ std::string RunnerProblem(const std::string& commandLine);
 // existing file is taken whole, blanks included. The child starts in `folder`, or in the program's own folder when that
 // is empty.
 bool ShellExecute(const std::string& commandLine, const std::string& folder = "");
+
+// Absolute native path of the program that ShellExecute starts for this command line.
+std::string ProgramOf(const std::string& commandLine);
 
 }  // namespace win
