@@ -3,6 +3,7 @@
 #include "cli/session.h"
 #include "diagnosis/check.h"
 #include "installs/installlist.h"
+#include "modengine/catalogue.h"
 #include "platform/system/paths/paths.h"
 
 #include <algorithm>
@@ -39,6 +40,7 @@ void NoteOtherInstall(const std::string& path) {
 
 int CheckFile(const Arguments& arguments) {
   if (!OpenInstallIfAny(arguments)) return kFailed;
+  LoadModList();
   const std::string path = GivenPath(arguments.file);
   const std::optional<CheckReport> report = CheckDefinition(path);
   if (!report) return Fail(arguments.file, "cannot be read");

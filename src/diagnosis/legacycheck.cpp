@@ -1,5 +1,6 @@
 #include "diagnosis/legacycheck.h"
 
+#include "diagnosis/linecheck.h"
 #include "diagnosis/pathcheck.h"
 #include "diagnosis/spelling.h"
 #include "diagnosis/undoorder.h"
@@ -55,7 +56,9 @@ bool CheckPath(CheckState& state, const std::string& path) {
     place.Report(kOutsideInstall, Quoted(path) + " does not begin with `@rootdir`: it fits one machine only");
     return false;
   }
-  if (path.empty() || !CheckInstallPath(place, BelowRoot(path)) || !CheckSingleName(place, path)) return false;
+  if (path.empty() || !CheckInstallPath(place, BelowRoot(path)) || !CheckWindowsName(place, BelowRoot(path)) ||
+      !CheckSingleName(place, path))
+    return false;
   if (HasRootDir(path)) {
     if (state.install) state.install->Spelling(place, BelowRoot(path));
     return true;
@@ -76,7 +79,8 @@ void KeepUnder(CheckState& state, const std::string& name) {
 }
 
 void Exec(CheckState& state, const LegacyLine& line) {
-  CheckPath(state, line.Value());
+  CheckThere(state, line.Value());
+  if (HasRootDir(line.Value()) && state.install) state.install->Program(state.place, BelowRoot(line.Value()));
   const std::size_t listed = state.loaderActionLine;
   const std::size_t done = state.activationActionLine;
   if (listed != 0 && done != 0)
@@ -139,7 +143,7 @@ void PakOrFold(CheckState& state, const LegacyLine& line) {
   if (line.Keyword() == "pak" && !win::LowerCase(path).ends_with(".pak")) path += ".pak";
   if (state.config != LegacyConfig::kGenerated)
     state.Report(kNeedsDynamic, "the line has no effect without `dynamic` above it");
-  else if (HasRootDir(path))
+  else if (HasRootDir(path) && state.undo.CheckFound(state.place, BelowRoot(path)))
     CheckThere(state, path);
 }
 
@@ -208,7 +212,7 @@ void CheckDescription(CheckState& state, const std::string& text) {
     return;
   }
   const std::string path = win::Trim(text.substr(std::string_view(kLegacyDescription).size()));
-  if (CheckPath(state, path) && state.install) state.install->Extra(state.place, BelowRoot(path));
+  if (CheckPath(state, path) && state.install) state.install->Description(state.place, BelowRoot(path));
 }
 
 void CheckHeader(CheckState& state, const std::string& text) {
