@@ -1,4 +1,5 @@
 #include "cli/commandtable.h"
+#include "cli/completion.h"
 #include "cli/output.h"
 #include "cli/session.h"
 #include "diagnosis/finding.h"
@@ -89,6 +90,8 @@ int ParseAndRun(int argc, char** argv) {
   std::vector<CLI::App*> declared;
   for (const Command& command : kCommands)
     declared.push_back(DeclareCommand(app, command, arguments));
+  if (argc > 1 && argv[1] == std::string_view(varnik::cli::kComplete))
+    return varnik::cli::PrintCompletions(app, {argv + 2, argv + argc});
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
