@@ -37,15 +37,17 @@ struct Typed {
   Arguments arguments;                  // those that choose the install
 };
 
+bool HasControls(const std::string& text) {
+  return std::any_of(text.begin(), text.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; });
+}
+
 struct Completions {
   explicit Completions(const std::string& word) : begin(word) {}
 
-  // A name with line ends or other control characters cannot be typed.
+  // What has control characters cannot be typed, and would act on the terminal.
   void Add(const std::string& text, const std::string& meaning = "") {
-    const bool isTypeable =
-        std::none_of(text.begin(), text.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; });
-    if (text.empty() || !isTypeable || !win::StartsWithNoCase(text, begin) || !seen.insert(text).second) return;
-    lines += text + (meaning.empty() ? "" : "\t" + OneLine(meaning)) + "\n";
+    if (text.empty() || HasControls(text) || !win::StartsWithNoCase(text, begin) || !seen.insert(text).second) return;
+    lines += text + (meaning.empty() || HasControls(meaning) ? "" : "\t" + meaning) + "\n";
   }
 
   std::string begin;
@@ -195,7 +197,7 @@ int PrintCompletions(const CLI::App& app, const std::vector<std::string>& words)
     AddValues(found, typed, places[typed.values.size()]->get_name(true));
   else if (typed.values.empty())
     AddCommands(found, typed.command);
-  return PrintLine(found.lines + found.files);
+  return PrintBytes(found.lines + found.files + "\n");
 }
 
 }  // namespace varnik::cli

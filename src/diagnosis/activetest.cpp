@@ -1,6 +1,7 @@
 #include "diagnosis/activetest.h"
 
 #include "platform/system/text/text.h"
+#include "platform/system/text/wildcards.h"
 
 namespace varnik {
 
@@ -27,12 +28,14 @@ void ActiveTests::AddMade(const std::string& name) { made_.insert(win::LowerCase
 
 ActiveTests::Answer ActiveTests::AnswerOf(const std::string& name, const UndoOrder& undo,
                                           const InstallCheck* install) const {
+  if (win::HasWildcards(name)) return Answer::kTells;
   if (const NameFate* const fate = undo.FateOf(name)) {
     if (fate->use == NameUse::kMoves) return Answer::kNeverThere;
-    if (fate->use == NameUse::kGives || !install) return Answer::kTells;
-    // Whether the mod is active now or not, something stood in this place without it.
-    const bool wasThere = install->Has(fate->backup) || (install->Has(name) && install->Has(fate->replacement));
-    return wasThere ? Answer::kAlwaysThere : Answer::kTells;
+    if (!install) return Answer::kTells;
+    // Whether the mod is active now or not, something stands in this place without it.
+    const bool isReplaced = fate->use == NameUse::kReplaces && install->Has(fate->backup);
+    const bool isInactive = !fate->replacement.empty() && install->Has(fate->replacement);
+    return isReplaced || (isInactive && install->Has(name)) ? Answer::kAlwaysThere : Answer::kTells;
   }
   if (!install || made_.contains(win::LowerCase(name))) return Answer::kTells;
   return install->Has(name) ? Answer::kAlwaysThere : Answer::kNeverThere;

@@ -176,7 +176,7 @@ void AddToConfiguration(CheckState& state, const std::string& name, bool isPack)
   state.generatedConfigLine = state.place.line;
   state.activeTests.AddMade(kGameConfigBackup);
   CheckConfigurations(state);
-  if (CountOnce(state, "the entry " + Quoted(name), "entry " + win::LowerCase(name)) && CheckPath(state, name))
+  if (CheckPath(state, name) && CountOnce(state, "the entry " + Quoted(name), "entry " + win::LowerCase(name)))
     state.entries.push_back({state.place, name, isPack});
 }
 

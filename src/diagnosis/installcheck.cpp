@@ -150,8 +150,9 @@ void InstallCheck::Twins(const Place& place, const std::string& name) {
 }
 
 void InstallCheck::IdFile(const Place& place, const std::string& name) const {
-  if (const std::size_t folder = name.find_last_of("\\/"); folder != std::string::npos)
-    Needed(place, name.substr(0, folder));
+  const std::string folder = name.substr(0, std::min(name.find_last_of("\\/"), name.size()));
+  if (!modIsActive_ && folder.size() < name.size() && !Has(folder))
+    place.Report(kMissingFile, "the install has no folder " + Quoted(folder) + ", and `writeid` makes none");
   if (IsFolder(InstallRoot() + name))
     place.Report(kWrongKind, Quoted(name) + " is a folder, so no file of that name can be made: take another name");
   else if (!modIsActive_ && win::FileSize(InstallRoot() + name).value_or(0) > 0)

@@ -123,13 +123,17 @@ void Report(Findings& findings, Meeting& meeting) {
 bool CheckModsMeet(const ModEntry& mod, Findings& findings) {
   const Recorder mine = Rehearse(mod);
   std::size_t operations = mine.Operations();
+  bool anyLeftOut = false;
   std::map<std::string, Meeting> meetings;  // by the names of the files
   // By index: an activation handles events, and a handler may fill the list anew.
   for (std::size_t row = 1; row < ModList.size() && operations <= kMaxOperations; ++row) {
     const ModEntry other = ModList[row];
     const std::string name = win::FileNameOf(other.DefinitionFile);
     if (win::EqualNoCase(name, win::FileNameOf(mod.DefinitionFile))) continue;
-    if (IsTooLarge(other)) return false;
+    if (IsTooLarge(other)) {
+      anyLeftOut = true;
+      continue;
+    }
     const Recorder theirs = Rehearse(other);
     operations += theirs.Operations();
     const Shared shared = InBoth(mine.Files(), theirs.Files());
@@ -142,7 +146,7 @@ bool CheckModsMeet(const ModEntry& mod, Findings& findings) {
   }
   for (auto& [files, meeting] : meetings)
     Report(findings, meeting);
-  return operations <= kMaxOperations;
+  return !anyLeftOut && operations <= kMaxOperations;
 }
 
 }  // namespace varnik

@@ -18,7 +18,7 @@ struct NameFate {
   std::string oldName;            // as the line spells it; a folder above the name, if that is what was moved
   std::string newName;            // of what was moved; empty for a name that holds it aside
   std::string backup;             // of what was replaced: where it is kept
-  std::string replacement;        // of what was replaced: what takes its place
+  std::string replacement;        // what was moved for it, and is in its old place without the mod
 };
 
 // Names that actions of a definition move. A deactivation undoes lines from the first to the last, as they were done;
