@@ -12,6 +12,11 @@ install(FILES packaging/copyright DESTINATION ${doc_dir})
 install(FILES packaging/lintian-overrides RENAME varnik DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides)
 install(FILES completion/varnik-cli.bash RENAME varnik-cli
         DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+# Debian's zsh looks into vendor-completions below /usr, and into site-functions below /usr/local.
+foreach(folder vendor-completions site-functions)
+  install(FILES completion/_varnik-cli DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/${folder})
+endforeach()
+install(FILES completion/varnik-cli.fish DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
 
 # Without a time stamp: the same file gives the same bytes.
 find_program(GZIP gzip REQUIRED)

@@ -33,7 +33,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (varnik::ModListFilled) varnik::SelectModFolders(1);
   fuzz::LookAhead(path);
   varnik::ActivateMod(path);
-  varnik::DeactivateByMarker(path, world.sandbox.InstallText());
+  varnik::DeactivateMod(path, world.sandbox.InstallText());
   Edit(path);
   return 0;
 }

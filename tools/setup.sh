@@ -12,7 +12,7 @@ packages=(
   fonts-dejavu-core
   # test
   libgtest-dev libgmock-dev libbenchmark-dev strace xvfb xdotool openbox imagemagick x11-utils procps desktop-file-utils
-  dbus-daemon libglib2.0-bin trayer
+  dbus-daemon libglib2.0-bin trayer zsh fish
   # check
   clang-format clang-tidy libclang-rt-14-dev llvm
   # package, and check it

@@ -12,7 +12,7 @@ namespace varnik::cli {
 namespace {
 
 // The text has the form of a compiler's messages, so that editors find the line.
-int PrintFindings(const Arguments& arguments, const std::vector<Finding>& findings) {
+int PrintFindings(const Arguments& arguments, const std::string& file, const std::vector<Finding>& findings) {
   Json list = Json::array();
   int status = kDone;
   for (const auto& [line, problem, message] : findings) {
@@ -21,7 +21,7 @@ int PrintFindings(const Arguments& arguments, const std::vector<Finding>& findin
     if (arguments.json)
       list.push_back({{"Line", line}, {"Severity", severity}, {"Code", kind.code}, {"Message", Text(message)}});
     else if (status == kDone)
-      status = PrintLine(arguments.file + ":" + std::to_string(line) + ": " + severity + ": " + message + " [" +
+      status = PrintLine(file + ":" + std::to_string(line) + ": " + severity + ": " + message + " [" +
                          std::string(kind.code) + "]");
   }
   return arguments.json ? Print(list) : status;
@@ -39,12 +39,13 @@ void NoteOtherInstall(const std::string& path) {
 
 int CheckFile(const Arguments& arguments) {
   if (!OpenInstallIfAny(arguments)) return kFailed;
-  const std::string path = GivenPath(arguments.file);
+  const std::string path = FindFileToLookAt(arguments.file);
   const std::optional<CheckReport> report = CheckDefinition(path);
   if (!report) return Fail(arguments.file, "cannot be read");
   NoteOtherInstall(path);
   if (!report->leftOut.empty()) Note(report->leftOut);
-  const int status = PrintFindings(arguments, report->findings);
+  const bool isHere = win::IsSamePath(path, GivenPath(arguments.file));
+  const int status = PrintFindings(arguments, isHere ? arguments.file : win::NativePath(path), report->findings);
   const bool anyError = std::any_of(report->findings.begin(), report->findings.end(), [](const Finding& finding) {
     return KindOf(finding.problem).severity == Severity::kError;
   });

@@ -16,7 +16,9 @@ void DeclareMod(CLI::App& app, Arguments& arguments) {
 }
 
 void DeclareFile(CLI::App& app, Arguments& arguments) {
-  app.add_option("FILE", arguments.file, "A definition file")->required()->type_name("");
+  app.add_option("FILE", arguments.file, "File name of a definition in the catalogue, or a path to any file")
+      ->required()
+      ->type_name("");
 }
 
 void DeclareRow(CLI::App& app, Arguments& arguments) {
@@ -98,9 +100,9 @@ const std::vector<Command> kCommands = {
      "installs select 0"},
     {"mods", "List the mods that fit the install", kInstall, nullptr, ListMods, "mods\n--root ~/games/bz2 --json mods"},
     {"parse", "Show a definition file as its readers see it, line by line", kNothing, DeclareFile, ParseFile,
-     "parse ~/games/bz2/mymod.bzm"},
+     "parse mymod.bzm\nparse ~/games/bz2/mymod.bzm"},
     {"check", "Report what readers of a definition file would skip in silence", kNothing, DeclareFile, CheckFile,
-     "check ~/games/bz2/mymod.bzm"},
+     "check mymod.bzm\ncheck ~/work/mymod.bzm\n--root ~/games/bz2 check ~/work/mymod.bzm"},
     {"plan", "Show each step that an activation would take now, and change nothing", kInstall | kRunLock, DeclarePlan,
      PlanGivenMod, "plan mymod.bzm\nplan mymod.bzm --after\nplan mymod.bzm --config"},
     {"activate", "Activate a mod", kInstall | kRunLock, DeclareMod, ActivateGivenMod, "activate mymod.bzm"},

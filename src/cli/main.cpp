@@ -1,8 +1,12 @@
 #include "cli/commandtable.h"
+#include "cli/completion.h"
 #include "cli/output.h"
 #include "cli/session.h"
+#include "diagnosis/finding.h"
+#include "diagnosis/spelling.h"
 #include "modengine/runguard.h"
 #include "platform/system/paths/program.h"
+#include "platform/system/text/text.h"
 #include "support/install.h"
 #include "support/version.h"
 
@@ -39,6 +43,26 @@ CLI::App* DeclareCommand(CLI::App& app, const Command& command, Arguments& argum
   return declared;
 }
 
+// Where words are left over that should name a command, the parser only says that one is required, or too much given.
+std::string DescribeFailure(const CLI::App* app, const CLI::Error& error) {
+  const CLI::App* command = app;
+  std::string given;
+  for (auto parsed = app->get_subcommands(); !parsed.empty(); parsed = command->get_subcommands()) {
+    command = parsed.back();
+    given += command->get_name() + " ";
+  }
+  const std::vector<std::string> rest = app->remaining(true);
+  const auto known = command->get_subcommands([](const CLI::App*) { return true; });
+  if (known.empty() || rest.empty() || rest[0].starts_with('-')) return CLI::FailureMessage::simple(app, error);
+  std::vector<std::string_view> names;
+  for (const CLI::App* one : known)
+    names.push_back(one->get_name());
+  const std::string likely(varnik::LikelyName(win::LowerCase(rest[0]), names));
+  return "unknown command " + varnik::Quoted(given + rest[0]) +
+         (likely.empty() ? "" : "; did you mean " + varnik::Quoted(given + likely) + "?") +
+         "\n`varnik-cli --help` lists the commands.\n";
+}
+
 int RunCommand(const Command& command, const Arguments& arguments) {
   using namespace varnik::cli;
   const bool locks = command.needs & kRunLock;
@@ -66,10 +90,13 @@ int ParseAndRun(int argc, char** argv) {
   app.add_option("--app-path", arguments.appPath, "The program's folder, which holds varnik.cmd and mods/")
       ->type_name("DIR");
   app.add_flag("--json", arguments.json, "One JSON document on standard output, and nothing else there");
+  app.failure_message(DescribeFailure);
   app.set_version_flag("--version", std::string("varnik-cli ") + varnik::kVersion, "Print the version and exit");
   std::vector<CLI::App*> declared;
   for (const Command& command : kCommands)
     declared.push_back(DeclareCommand(app, command, arguments));
+  if (argc > 1 && argv[1] == std::string_view(varnik::cli::kComplete))
+    return varnik::cli::PrintCompletions(app, {argv + 2, argv + argc});
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

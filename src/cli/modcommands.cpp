@@ -50,7 +50,8 @@ int ListMods(const Arguments& arguments) {
 }
 
 int ParseFile(const Arguments& arguments) {
-  win::LineReader file(GivenPath(arguments.file));
+  if (!OpenInstallIfAny(arguments)) return kFailed;
+  win::LineReader file(FindFileToLookAt(arguments.file));
   if (!file.IsOpen()) return Fail(arguments.file, "cannot be read");
   Json lines = Json::array();
   std::vector<Row> rows;

@@ -126,6 +126,17 @@ std::string FindGivenDefinition(const std::string& mod) {
   return FileExists(path) ? path : "";
 }
 
+std::string FindFileToLookAt(const std::string& modOrPath) {
+  const std::size_t row = FindGivenMod(modOrPath);
+  const std::string here = GivenPath(modOrPath);
+  if (IsPath(modOrPath)) return here;
+  const std::string found = row == 0 ? FindModFile(modOrPath) : ModList[row].DefinitionFile;
+  if (found.empty()) return here;
+  if (FileExists(here) && !win::IsSamePath(here, found))
+    Note(found + " is looked at: ./" + modOrPath + " names the file of this folder");
+  return found;
+}
+
 int RefuseActivation(const ModEntry& mod) {
   if (const CrashMarker marker = ReadCrashMarker(settings); !marker.root.empty())
     return FailOverActiveMod(marker.definitionFile);

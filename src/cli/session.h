@@ -54,6 +54,11 @@ int FailWithoutMod(const std::string& mod);
 // The file that `mod` names, whether it fits the install or not; empty when there is none.
 std::string FindGivenDefinition(const std::string& mod);
 
+// The file to look at for `modOrPath`, as a path: the definition of that name in the catalogue, in the install or in
+// the program's folder of mods, whether it fits or not; else a file in the working folder. Loads the catalogue, and
+// needs no install. A note says so when there is a file of the name in both.
+std::string FindFileToLookAt(const std::string& modOrPath);
+
 // kDone, or kFailed with a note when the mod cannot be activated now: one is active already.
 int RefuseActivation(const ModEntry& mod);
 

@@ -6,6 +6,8 @@
 #include "diagnosis/definitioncheck.h"
 #include "diagnosis/installcheck.h"
 #include "diagnosis/legacycheck.h"
+#include "diagnosis/linecheck.h"
+#include "diagnosis/modsmeet.h"
 #include "modengine/catalogue.h"
 #include "modengine/definitionreader.h"
 #include "platform/system/files/lines.h"
@@ -23,15 +25,23 @@ namespace {
 
 using enum Problem;
 
+// The mod as the catalogue would list it; nothing when it does not fit the selected install.
+std::optional<ModEntry> EntryOf(const std::string& path, bool isLegacy) {
+  ModEntry entry;
+  entry.DefinitionFile = path;
+  entry.Legacy = isLegacy;
+  if (isLegacy) return entry;
+  win::LineReader file(path);
+  bool noActionYet = true;
+  if (!ReadModDefinition(file, entry, noActionYet)) return std::nullopt;
+  return entry;
+}
+
 // True while a run or, of a persistent mod, its activation has changed the selected install.
-bool IsActive(const std::string& path, bool isLegacy) {
+bool IsActive(const std::string& path, const std::optional<ModEntry>& entry) {
   const CrashMarker marker = ReadCrashMarker();
   if (win::IsSamePath(marker.definitionFile, path) && win::IsSamePath(marker.root, InstallRoot())) return true;
-  if (isLegacy) return false;
-  win::LineReader file(path);
-  ModEntry entry;
-  bool noActionYet = true;
-  return ReadModDefinition(file, entry, noActionYet) && entry.State == 1;
+  return entry && entry->State == 1;
 }
 
 // What keeps a good definition out of the list of mods.
@@ -60,15 +70,19 @@ void CheckBody(CheckReport& report, Findings& findings, const std::string& path,
     findings = ofFileAlone;
     return;
   }
-  const bool isActive = IsActive(path, isLegacy);
+  const std::optional<ModEntry> entry = EntryOf(path, isLegacy);
+  const bool isActive = IsActive(path, entry);
   if (isActive) report.leftOut = "the mod is active: what an activation would find was not looked at";
   InstallCheck install(isActive);
   const std::string name = win::FileNameOf(path);
   if (win::IsSamePath(path, InstallRoot() + name)) install.Twins({&findings, 1, ""}, name);
   check(path, findings, &install);
+  if (entry && !CheckModsMeet(*entry, findings) && !isActive)
+    report.leftOut = "too many mods, or too large ones, to compare this one with all of them";
 }
 
 bool CheckMarker(const Place& place, const std::string& line, double& version) {
+  if (!CheckEncoding(place, line)) return false;
   if (!ReadMarker(line, version)) {
     place.Report(kNoMarker, line.starts_with("\xEF\xBB\xBF") ? "a byte-order mark stands before the marker `BZ2HALD5`"
                                                              : "line 1 is not the marker `BZ2HALD5`");

@@ -14,7 +14,8 @@ struct CheckReport {
 };
 
 // Reports what all passes over a definition file, of either format, would skip in silence. With an install selected
-// its lines are held against that install, as it is now. Changes nothing. Nothing when the file cannot be read.
+// its lines are held against that install, as it is now, and what it does against the mods of ModList. Changes nothing.
+// Nothing when the file cannot be read.
 [[nodiscard]] std::optional<CheckReport> CheckDefinition(const std::string& path);
 
 }  // namespace varnik

@@ -4,6 +4,9 @@
 #include "definition/directivecatalogue.h"
 #include "definition/includes.h"
 #include "definition/passdirective.h"
+#include "definition/recylist.h"
+#include "diagnosis/activetest.h"
+#include "diagnosis/filekind.h"
 #include "diagnosis/linecheck.h"
 #include "diagnosis/pathcheck.h"
 #include "diagnosis/undoorder.h"
@@ -35,6 +38,13 @@ struct VersionTest {
   bool matched = false;
 };
 
+// What `pak` or `fold` adds to the generated configuration.
+struct ConfigurationEntry {
+  Place place;
+  std::string name;
+  bool isPack = false;
+};
+
 // A line number is 0 as long as there was no such line.
 struct CheckState {
   Place place;
@@ -43,6 +53,7 @@ struct CheckState {
   ReadBounds bounds = {};
   std::vector<std::string> openFiles = {};                       // from the definition inwards, as native paths
   std::unordered_map<std::string, std::size_t> readFiles = {};   // the line that brought each
+  bool lineIsCut = false;                                        // by a comment, inside an argument
   VersionTest version = {};                                      // of the innermost open file
   bool undoReadsFile = true;                                     // the deactivation finds the file, too
   std::unordered_map<std::string, std::size_t> firstLines = {};  // of what counts once
@@ -55,23 +66,27 @@ struct CheckState {
   std::size_t generatedConfigLine = 0;
   bool configurationsMeet = false;
   UndoOrder undo = {};
-  std::vector<std::pair<Place, std::string>> missing = {};  // may come into being by a later line
+  ActiveTests activeTests = {};
+  std::vector<ConfigurationEntry> entries = {};
 
   void Report(Problem problem, const std::string& message) const { place.Report(problem, message); }
   bool IsIncluded() const { return openFiles.size() > 1; }
   bool IsDone() const { return place.findings->IsFull() || budget.IsSpent(); }
 };
 
-// True for the line that counts.
-bool CountOnce(CheckState& state, const std::string& what) {
-  const auto [first, isFirst] = state.firstLines.try_emplace(what, state.place.line);
+// True for the line that counts. Lines with the same `key` mean the same.
+bool CountOnce(CheckState& state, const std::string& what, const std::string& key) {
+  const auto [first, isFirst] = state.firstLines.try_emplace(key, state.place.line);
   if (!isFirst) state.Report(kCountsOnce, what + " is set by " + NameOfLine(first->second) + " already");
   return isFirst;
 }
+bool CountOnce(CheckState& state, const std::string& what) { return CountOnce(state, what, what); }
 
-// False for a name that the install cannot have, and for one with which nothing is done.
+// False for a name that the install cannot have, for one with which nothing is done, and for what a comment leaves of
+// one.
 bool CheckPath(CheckState& state, const std::string& name, PathUse use = PathUse::kRead) {
-  if (!CheckInstallPath(state.place, name)) return false;
+  if (state.lineIsCut) return false;
+  if (!CheckInstallPath(state.place, name) || !CheckWindowsName(state.place, name)) return false;
   if (!CheckConfined(state.place, name, PathBase::kInstall, use, state.install)) return false;
   if (state.install) state.install->Spelling(state.place, name);
   return true;
@@ -89,10 +104,10 @@ void ShownText(CheckState& state, const Args& args) {
   if (!args[1].empty()) CountOnce(state, kWhat);
 }
 
-template <const char* kWhat>
+template <const char* kWhat, void (InstallCheck::*kCheck)(const Place&, const std::string&)>
 void ShownFile(CheckState& state, const Args& args) {
   if (args[1].empty() || !CountOnce(state, kWhat)) return;
-  if (CheckPath(state, args[1]) && state.install) state.install->Extra(state.place, args[1]);
+  if (CheckPath(state, args[1]) && state.install) (state.install->*kCheck)(state.place, args[1]);
 }
 
 void Require(CheckState& state, const Args& args) {
@@ -106,6 +121,7 @@ void RequireExe(CheckState& state, const Args& args) {
   }
   if (!CheckPath(state, args[1], PathUse::kWrite)) return;
   if (state.install) state.install->Requirement(state.place, args[1]);
+  if (state.install) state.install->Program(state.place, args[1]);
   state.actionLine = state.exeLine = state.place.line;
   if (args.size() <= 2) state.Report(kNotUndone, "without a second argument the EXE is not called to undo its work");
 }
@@ -144,29 +160,47 @@ void Rename(CheckState& state, const Args& args) {
 }
 
 void Replace(CheckState& state, const Args& args) {
+  for (const auto& [first, second] : {std::pair{1, 2}, {1, 3}, {2, 3}})
+    if (win::EqualNoCase(args[first], args[second]))
+      return state.Report(kSameName, "arguments " + std::to_string(first) + " and " + std::to_string(second) +
+                                         " are both " + Quoted(args[second]) +
+                                         ": they are the file, what takes its place, and a new name to keep it under");
   MovePaths(state, {{args[1], NameUse::kReplaces}, {args[2], NameUse::kMoves}, {args[3], NameUse::kGives}});
   if (win::EqualNoCase(args[1], kGameConfig) && args[1] != kGameConfig)
-    state.Report(kLetterCase, "the folders in " + Quoted(args[2]) + " count for `bzone.cfg` in small letters only");
+    state.Report(kLetterCase, "maps and pictures are looked for in the folders that " + Quoted(args[2]) +
+                                  " adds only when the first name is spelt " + Quoted(kGameConfig) + ", not " +
+                                  Quoted(args[1]));
 }
 
-// A later line may still bring the file or folder.
-void AddToConfiguration(CheckState& state, const std::string& name) {
+// Whether the file or folder is there is seen at the end, since a later line may still bring it or take it away.
+void AddToConfiguration(CheckState& state, const std::string& name, bool isPack) {
   BeginAction(state);
   if (state.generatedConfigLine == 0 && state.install) state.install->ConfigurationBackup(state.place);
   state.generatedConfigLine = state.place.line;
+  state.activeTests.AddMade(kGameConfigBackup);
   CheckConfigurations(state);
-  if (CheckPath(state, name) && state.install && !state.install->Has(name))
-    state.missing.emplace_back(state.place, name);
+  if (CheckPath(state, name) && CountOnce(state, "the entry " + Quoted(name), "entry " + win::LowerCase(name)))
+    state.entries.push_back({state.place, name, isPack});
+}
+
+void CheckEntries(const CheckState& state) {
+  for (const auto& [place, name, isPack] : state.entries) {
+    if (!state.undo.CheckFound(place, name) || !state.install || state.undo.Touches(name)) continue;
+    if (isPack)
+      state.install->Pack(place, name);
+    else
+      state.install->Folder(place, name);
+  }
 }
 
 void Pak(CheckState& state, const Args& args) {
   const bool hasEnding = args[1].ends_with(".pak");
   if (!hasEnding && win::LowerCase(args[1]).ends_with(".pak"))
     state.Report(kLetterCase, "`.pak` counts in small letters only: the game is told " + Quoted(args[1] + ".pak"));
-  AddToConfiguration(state, hasEnding ? args[1] : args[1] + ".pak");
+  AddToConfiguration(state, hasEnding ? args[1] : args[1] + ".pak", true);
 }
 
-void Fold(CheckState& state, const Args& args) { AddToConfiguration(state, args[1]); }
+void Fold(CheckState& state, const Args& args) { AddToConfiguration(state, args[1], false); }
 
 // Session defaults and race names: for the length of a run, and on version 1.3 only.
 bool CheckSession(CheckState& state) {
@@ -224,23 +258,25 @@ void TestActive(CheckState& state) {
 
 void ActivatedPath(CheckState& state, const Args& args) {
   TestActive(state);
-  CheckPath(state, args[1]);
+  if (CheckPath(state, args[1]) && state.activatedLine != 0) state.activeTests.AddPath(state.place, args[1]);
 }
 
 void ActivatedRecy(CheckState& state, const Args& args) {
   TestActive(state);
+  state.activeTests.AddList();
   if (args.size() > 2) CheckPath(state, args[2]);
 }
 
 void WriteId(CheckState& state, const Args& args) {
   if (!CheckPath(state, args[1], PathUse::kWrite) || !CheckSingleName(state.place, args[1])) return;
-  if (!CountOnce(state, Quoted(args[1]))) return;
+  if (!CountOnce(state, Quoted(args[1]), "file " + args[1])) return;
   if (state.install && !state.undo.Touches(args[1])) state.install->IdFile(state.place, args[1]);
   state.undo.Add(state.place, {{args[1], NameUse::kGives}});
 }
 
 void AddRecy(CheckState& state, const Args& args) {
   if (args.size() > 3 && !(CheckPath(state, args[3], PathUse::kWrite) && CheckSingleName(state.place, args[3]))) return;
+  state.activeTests.AddMade(args.size() > 3 ? args[3] : kRecyList);
   if (state.install) state.install->AddRecy(state.place, args);
 }
 
@@ -284,6 +320,8 @@ void Include(CheckState& state, const Args& args) {
 void Version(CheckState& state, const Args& args) {
   if (!state.version.first) state.version.first = state.place;
   state.version.matched |= NamesVersion(args, InstallVersion());
+  for (std::size_t i = 1; i < args.size(); ++i)
+    if (!win::EqualNoCase(args[i], win::Trim(InstallVersion()))) CheckGameVersion(state.place, args[i]);
 }
 
 // Every directive that a reader knows, with the arguments that are looked at here.
@@ -291,9 +329,9 @@ constexpr PassDirective<CheckState> kDirectives[] = {
     {"include", 1, Include},
     {"dname", 1, ShownText<kName>},
     {"description", 1, ShownText<kDescription>},
-    {"descriptionf", 1, ShownFile<kDescription>},
-    {"image", 1, ShownFile<kPicture>},
-    {"splash", 1, ShownFile<kSplash>},
+    {"descriptionf", 1, ShownFile<kDescription, &InstallCheck::Description>},
+    {"image", 1, ShownFile<kPicture, &InstallCheck::Picture>},
+    {"splash", 1, ShownFile<kSplash, &InstallCheck::Picture>},
     {"version", 1, Version},
     {"requirefile", 1, Require},
     {"requirefolder", 1, Require},
@@ -357,7 +395,7 @@ void CheckLine(CheckState& state, const std::string& line) {
   const std::size_t useful = args[0] == "version"
                                  ? std::numeric_limits<std::size_t>::max() - 1
                                  : std::max<std::size_t>(*use.needed, Directives[FindDirective(args[0])].ParamCount);
-  CheckForm(state.place, line, args, *use.needed, useful);
+  state.lineIsCut = !CheckForm(state.place, line, args, *use.needed, useful);
   if (args.size() <= *use.needed) {
     state.Report(kTooFewArguments, Quoted(args[0]) + " needs " + std::to_string(*use.needed) + " arguments and has " +
                                        std::to_string(args.size() - 1) + ", so the line is passed over");
@@ -379,6 +417,7 @@ void CheckFile(CheckState& state, const std::string& path) {
       state.place.within = outer + "in " + Quoted(win::FileNameOf(path)) + ", " + NameOfLine(number) + ": ";
     else
       state.place.line = number;
+    if (number == 1 && !CheckEncoding(state.place, line)) break;
     double marked = 0;
     if (number > 1 || !ReadMarker(line, marked)) CheckLine(state, line);
   }
@@ -397,6 +436,7 @@ void CheckWhole(CheckState& state) {
   if (state.activeTestLine == 0)
     state.Report(kNoActiveTest,
                  "no `activatedfile` or its like below: the mod always counts as active and is never activated");
+  state.activeTests.Check(state.undo, state.install);
   if (state.sessionLine == 0) return;
   state.place.line = state.sessionLine;
   state.Report(kPersistentSession, "the mod is persistent by " + NameOfLine(state.activatedLine) +
@@ -409,8 +449,7 @@ bool CheckCurrentDefinition(const std::string& path, Findings& findings, Install
   CheckState state{{&findings, 1, ""}, install};
   state.readFiles.emplace(win::NativePath(path), 1);
   CheckFile(state, path);
-  for (const auto& [place, name] : state.missing)
-    if (!state.undo.Touches(name)) state.install->Needed(place, name);
+  CheckEntries(state);
   if (state.budget.IsSpent())
     state.budget.Report(state.place);
   else

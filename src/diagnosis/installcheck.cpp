@@ -3,6 +3,7 @@
 #include "definition/bzonecfg.h"
 #include "definition/includes.h"
 #include "definition/recylist.h"
+#include "diagnosis/filekind.h"
 #include "modengine/sessiondefaults.h"
 #include "platform/system/files/files.h"
 #include "platform/system/files/findfile.h"
@@ -61,9 +62,26 @@ void InstallCheck::Requirement(const Place& place, const std::string& name) {
   if (!Has(name)) place.Report(kDoesNotFit, "the install has no " + Quoted(name) + ", so the mod is not listed");
 }
 
-void InstallCheck::Extra(const Place& place, const std::string& name) {
-  if (FindModFile(name).empty())
+void InstallCheck::Program(const Place& place, const std::string& name) const {
+  if (Has(name) && !LooksLikeProgram(InstallRoot() + name))
+    place.Report(kNotAProgram, Quoted(name) + " does not begin as an EXE or a script does: name the program itself");
+}
+
+std::string InstallCheck::Extra(const Place& place, const std::string& name) {
+  std::string path = FindModFile(name);
+  if (path.empty())
     place.Report(kMissingExtra, Quoted(name) + " is neither in the install nor in the program's folder of mods");
+  return path;
+}
+
+void InstallCheck::Picture(const Place& place, const std::string& name) {
+  if (const std::string path = Extra(place, name); !path.empty() && !LooksLikePicture(path))
+    place.Report(kNotAPicture, Quoted(name) + " is no picture: name a file such as a BMP, PNG or JPEG");
+}
+
+void InstallCheck::Description(const Place& place, const std::string& name) {
+  if (const std::string path = Extra(place, name); !path.empty() && IsFolder(path))
+    place.Report(kWrongKind, Quoted(name) + " is a folder: name a text file in it");
 }
 
 void InstallCheck::Needed(const Place& place, const std::string& name) const {
@@ -81,6 +99,18 @@ void InstallCheck::Moved(const Place& place, const MovedName& moved) const {
     place.Report(kTargetExists, Quoted(moved.name) + " is in the install already, so nothing gets that name");
   else if (moved.use == NameUse::kGives && folder != std::string::npos)
     Needed(place, moved.name.substr(0, folder));
+}
+
+void InstallCheck::Pack(const Place& place, const std::string& name) const {
+  Needed(place, name);
+  if (IsFolder(InstallRoot() + name))
+    place.Report(kWrongKind, Quoted(name) + " is a folder, and `pak` adds a pack: `fold` adds a folder");
+}
+
+void InstallCheck::Folder(const Place& place, const std::string& name) const {
+  Needed(place, name);
+  if (Has(name) && !IsFolder(InstallRoot() + name))
+    place.Report(kWrongKind, Quoted(name) + " is a file, and `fold` adds a folder: `pak` adds a pack");
 }
 
 void InstallCheck::ConfigurationBackup(const Place& place) {
@@ -122,7 +152,12 @@ void InstallCheck::Twins(const Place& place, const std::string& name) {
 }
 
 void InstallCheck::IdFile(const Place& place, const std::string& name) const {
-  if (!modIsActive_ && win::FileSize(InstallRoot() + name).value_or(0) > 0)
+  const std::string folder = name.substr(0, std::min(name.find_last_of("\\/"), name.size()));
+  if (!modIsActive_ && folder.size() < name.size() && !Has(folder))
+    place.Report(kMissingFile, "the install has no folder " + Quoted(folder) + ", and `writeid` makes none");
+  if (IsFolder(InstallRoot() + name))
+    place.Report(kWrongKind, Quoted(name) + " is a folder, so no file of that name can be made: take another name");
+  else if (!modIsActive_ && win::FileSize(InstallRoot() + name).value_or(0) > 0)
     place.Report(kUndoTakesMore,
                  Quoted(name) + " is there: the activation empties it, and the deactivation deletes it");
 }

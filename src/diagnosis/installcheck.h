@@ -37,13 +37,21 @@ class InstallCheck {
   // A condition on which the catalogue lists the mod.
   void Requirement(const Place& place, const std::string& name);
 
+  // What is to be started in the place of an activation.
+  void Program(const Place& place, const std::string& name) const;
+
   // What the catalogue looks for below the root, then in the program's folder of mods.
-  void Extra(const Place& place, const std::string& name);
+  void Picture(const Place& place, const std::string& name);
+  void Description(const Place& place, const std::string& name);
 
   // A file or folder without which a step of the mod does nothing.
   void Needed(const Place& place, const std::string& name) const;
 
   void Moved(const Place& place, const MovedName& moved) const;
+
+  // What the generated configuration names.
+  void Pack(const Place& place, const std::string& name) const;
+  void Folder(const Place& place, const std::string& name) const;
 
   // The name under which an activation keeps the game's configuration.
   void ConfigurationBackup(const Place& place);
@@ -60,6 +68,9 @@ class InstallCheck {
   void RaceName(const Place& place, char letter) const;
 
  private:
+  // Where the catalogue finds it; empty when it does not.
+  static std::string Extra(const Place& place, const std::string& name);
+
   using Names = std::unordered_set<std::string>;
   Names& TwinsIn(const std::string& folder);
 

@@ -1,5 +1,6 @@
 #include "diagnosis/legacycheck.h"
 
+#include "diagnosis/linecheck.h"
 #include "diagnosis/pathcheck.h"
 #include "diagnosis/spelling.h"
 #include "diagnosis/undoorder.h"
@@ -64,7 +65,9 @@ bool CheckPath(CheckState& state, const std::string& path, PathUse use) {
     CheckConfined(place, path, PathBase::kOwn, use, state.install);
     return false;
   }
-  if (path.empty() || !CheckInstallPath(place, BelowRoot(path)) || !CheckSingleName(place, path)) return false;
+  if (path.empty() || !CheckInstallPath(place, BelowRoot(path)) || !CheckWindowsName(place, BelowRoot(path)) ||
+      !CheckSingleName(place, path))
+    return false;
   if (!HasRootDir(path)) {
     ReportRelative(place, path, use);
     return false;
@@ -84,7 +87,8 @@ void KeepUnder(CheckState& state, const std::string& name) {
 }
 
 void Exec(CheckState& state, const LegacyLine& line) {
-  CheckPath(state, line.Value(), PathUse::kWrite);
+  CheckThere(state, line.Value(), PathUse::kWrite);
+  if (HasRootDir(line.Value()) && state.install) state.install->Program(state.place, BelowRoot(line.Value()));
   const std::size_t listed = state.loaderActionLine;
   const std::size_t done = state.activationActionLine;
   if (listed != 0 && done != 0)
@@ -147,7 +151,7 @@ void PakOrFold(CheckState& state, const LegacyLine& line) {
   if (line.Keyword() == "pak" && !win::LowerCase(path).ends_with(".pak")) path += ".pak";
   if (state.config != LegacyConfig::kGenerated)
     state.Report(kNeedsDynamic, "the line has no effect without `dynamic` above it");
-  else if (HasRootDir(path))
+  else if (HasRootDir(path) && state.undo.CheckFound(state.place, BelowRoot(path)))
     CheckThere(state, path, PathUse::kRead);
 }
 
@@ -216,7 +220,7 @@ void CheckDescription(CheckState& state, const std::string& text) {
     return;
   }
   const std::string path = win::Trim(text.substr(std::string_view(kLegacyDescription).size()));
-  if (CheckPath(state, path, PathUse::kRead) && state.install) state.install->Extra(state.place, BelowRoot(path));
+  if (CheckPath(state, path, PathUse::kRead) && state.install) state.install->Description(state.place, BelowRoot(path));
 }
 
 void CheckHeader(CheckState& state, const std::string& text) {

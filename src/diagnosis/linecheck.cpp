@@ -1,14 +1,17 @@
 #include "diagnosis/linecheck.h"
 
 #include "definition/directivecatalogue.h"
+#include "diagnosis/filekind.h"
 #include "diagnosis/spelling.h"
 #include "legacy/legacyactivation.h"
 #include "modengine/activation.h"
 #include "modengine/deactivation.h"
 #include "modengine/definitionreader.h"
+#include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
 
 #include <algorithm>
+#include <array>
 #include <vector>
 
 namespace varnik {
@@ -18,6 +21,7 @@ namespace {
 using enum Problem;
 
 constexpr std::string_view kClose = ");";
+constexpr std::array<std::string_view, 4> kGameVersions = {"1.0", "1.1", "1.2", "1.3"};
 
 std::vector<std::string_view> KnownNames() {
   std::vector<std::string_view> names;
@@ -79,6 +83,25 @@ void CheckEnd(const Place& place, const LineParts& parts, const ListShape& shape
     place.Report(kNotClosed, "the line does not end in `);`: its last argument is " + last);
 }
 
+bool IsTypographicQuote(char32_t c) { return c == U'\u201C' || c == U'\u201D' || c == U'\u201E' || c == U'\u201F'; }
+
+// Quotes inside a text belong to it; a pair round the whole was meant to protect it.
+void CheckTypographicQuotes(const Place& place, const Args& args) {
+  std::u32string list;
+  for (std::size_t i = 1; i < args.size(); ++i) {
+    const std::u32string text = win::CharactersFromBytes(args[i]);
+    const bool continues = !list.empty();
+    if (!continues && (text.empty() || !IsTypographicQuote(text[0]))) continue;
+    list += text;
+    if (std::count_if(list.begin(), list.end(), IsTypographicQuote) < 2) continue;
+    if (list.size() > 1 && IsTypographicQuote(list.back()) &&
+        std::count_if(list.begin(), list.end(), IsTypographicQuote) == 2)
+      return place.Report(kTypographicQuotes, "the quotes round " + Quoted(args[i]) +
+                                                  " are a word processor's, and part of the text: write `\"`");
+    list.clear();
+  }
+}
+
 void CheckArguments(const Place& place, const Args& args, std::size_t needed, std::size_t useful) {
   for (std::size_t i = 1; i < args.size() && i <= needed; ++i)
     if (args[i].empty()) place.Report(kEmptyArgument, "argument " + std::to_string(i) + " is empty");
@@ -96,6 +119,33 @@ void CheckPlainText(const Place& place, std::string_view line) {
   std::string message = Quoted(text) + " is no directive, and comments begin with `//` or `;`";
   if (IsKnown(word)) message = Quoted(word) + " has no `(` behind it, so the line is no directive";
   place.Report(IsKnown(word) ? kUnknownDirective : kNoDirective, message);
+}
+
+bool CheckEncoding(const Place& place, std::string_view firstLine) {
+  if (!BeginsAsUtf16(firstLine)) return true;
+  place.Report(kUtf16,
+               "the file is saved as UTF-16: save it as ANSI (Windows-1252), or as UTF-8 without a byte-order mark");
+  return false;
+}
+
+void CheckGameVersion(const Place& place, const std::string& version) {
+  if (version.find_first_not_of("0123456789.") == std::string::npos) return;
+  const std::string_view likely = LikelyName(win::LowerCase(version), {kGameVersions.begin(), kGameVersions.end()});
+  place.Report(kUnknownGameVersion, "no version of the game is called " + Quoted(version) +
+                                        (likely.empty() ? "" : "; did you mean " + Quoted(likely) + "?"));
+}
+
+bool CheckWindowsName(const Place& place, std::string_view path) {
+  for (std::size_t start = 0; start < path.size();) {
+    const std::size_t end = std::min(path.find_first_of("\\/", start), path.size());
+    const std::string_view name = path.substr(start, end - start);
+    if (IsForbiddenOnWindows(name)) {
+      place.Report(kForbiddenName, "Windows allows no file of the name " + Quoted(name) + ": choose another one");
+      return false;
+    }
+    start = end + 1;
+  }
+  return true;
 }
 
 void CheckUnknownName(const Place& place, const std::string& name) {
@@ -117,15 +167,15 @@ void CheckUnknownName(const Place& place, const std::string& name) {
     place.Report(kUnknownDirective, "no reader knows " + Quoted(bare));
 }
 
-void CheckForm(const Place& place, std::string_view line, const Args& args, std::size_t needed, std::size_t useful) {
+bool CheckForm(const Place& place, std::string_view line, const Args& args, std::size_t needed, std::size_t useful) {
   const LineParts parts = CutLine(line);
   const ListShape shape = ShapeOf(parts.text.substr(parts.text.find('(') + 1));
   if (CommentCutsArgument(parts, shape)) {
     place.Report(kCommentInArgument,
                  "`//` begins a comment, inside quotes too: " + Quoted(args.back()) + " is all that is read");
-    return;
+    return false;
   }
-  if (args.size() <= 1 || useful == 0) return;
+  if (args.size() <= 1 || useful == 0) return true;
   CheckEnd(place, parts, shape, args);
   if (shape.openQuote) place.Report(kOpenQuote, "a quote without its partner: commas behind it belong to the text");
   if (shape.skipsArgument)
@@ -133,7 +183,9 @@ void CheckForm(const Place& place, std::string_view line, const Args& args, std:
   // In a line reported as not closed, a tab at the end is the reason, so it is not reported again.
   if (parts.isClosed && std::any_of(args.begin() + 1, args.end(), HasOuterTab))
     place.Report(kTab, "a tab at the edge of an argument is part of it: readers take blanks away only");
+  CheckTypographicQuotes(place, args);
   CheckArguments(place, args, needed, useful);
+  return true;
 }
 
 }  // namespace varnik

@@ -49,11 +49,47 @@ std::size_t UndoOrder::FindShared(std::string_view key) const {
 
 bool UndoOrder::Touches(const std::string& name) const { return FindShared(KeyOf(name)) != 0; }
 
+const NameFate* UndoOrder::FateOf(const std::string& name) const {
+  const std::string key = KeyOf(name);
+  const auto find = [&](std::uint64_t hash) {
+    const auto found = fates_.find(hash);
+    return found == fates_.end() ? nullptr : &found->second;
+  };
+  const NameFate* fate = find(HashOf(key));
+  ForEachFolder(key, [&](std::uint64_t folder) {
+    if (!fate) fate = find(folder);
+  });
+  return fate;
+}
+
+bool UndoOrder::CheckFound(const Place& place, const std::string& name) const {
+  const NameFate* const fate = FateOf(name);
+  if (!fate || fate->use != NameUse::kMoves) return true;
+  place.Report(kMovedAway,
+               NameOfLine(fate->line) + " moves " + Quoted(fate->oldName) + " away, so the game finds no " +
+                   Quoted(name) +
+                   (fate->newName.empty() ? "" : ": while the mod is active it is " + Quoted(fate->newName)));
+  return false;
+}
+
+void UndoOrder::SetFates(const Place& place, const std::vector<MovedName>& names) {
+  const auto nameOf = [&](NameUse use) {
+    const auto found = std::find_if(names.begin(), names.end(), [&](const MovedName& one) { return one.use == use; });
+    return found == names.end() ? std::string() : found->name;
+  };
+  const std::string replaced = nameOf(NameUse::kReplaces), given = nameOf(NameUse::kGives);
+  if (firstGiven_.empty()) firstGiven_ = given;
+  for (const MovedName& moved : names)
+    fates_[HashOf(KeyOf(moved.name))] = {
+        place.line, moved.use, moved.name, replaced.empty() ? given : replaced, given, nameOf(NameUse::kMoves)};
+}
+
 void UndoOrder::Add(const Place& place, const std::vector<MovedName>& names) {
   const auto isShared = [&](const MovedName& moved) { return Touches(moved.name); };
   if (const auto shared = std::find_if(names.begin(), names.end(), isShared); shared != names.end())
     place.Report(kUndoOrder, NameOfLine(FindShared(KeyOf(shared->name))) + " names " + Quoted(shared->name) +
                                  " too, and is undone first, as it was done first: not all comes back");
+  SetFates(place, names);
   for (const MovedName& moved : names) {
     const std::string key = KeyOf(moved.name);
     names_.emplace(HashOf(key), place.line);

@@ -5,6 +5,7 @@
 #include "maps/mapmetadata.h"
 #include "platform/system/files/lines.h"
 #include "platform/system/files/wholefile.h"
+#include "platform/system/paths/paths.h"
 #include "platform/system/process/services.h"
 #include "platform/system/text/text.h"
 #include "support/debuglog.h"
@@ -105,6 +106,8 @@ void Load::Scan(const std::string& cache) {
   win::WriteWholeFile(cache, lines);
 }
 
+std::string CacheFile() { return InstallRoot() + "varnik.lst"; }
+
 // The empty name at index 0 of SearchDirs counts here, for folders that begin with a backslash.
 bool IsBelow(const std::string& folder, const std::string& searchDir) {
   return win::StartsWithNoCase(folder, searchDir + "\\");
@@ -138,12 +141,22 @@ void LoadMapList(bool rescan, const Progress& progress) {
   ClearMapList();
   mapLoadTried = true;
   if (CurrentInstall < 0) return;
-  const std::string cache = InstallRoot() + "varnik.lst";
+  const std::string cache = CacheFile();
   Load load(progress);
   if (!rescan && FileExists(cache))
     load.ReadCache(cache);
   else
     load.Scan(cache);
+}
+
+std::vector<std::string> CachedMapNames() {
+  std::vector<std::string> names;
+  if (CurrentInstall < 0) return names;
+  for (win::LineReader file(CacheFile()); !file.AtEnd();) {
+    const std::string line = file.ReadLine();
+    names.push_back(win::FileNameOf(win::Trim(line.substr(0, line.find(',')))));
+  }
+  return names;
 }
 
 std::vector<std::size_t> MapRowsOfPage(int mapType, int subType) {

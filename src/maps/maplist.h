@@ -30,6 +30,10 @@ void ClearMapList();
 // catalogue that an event cleared during the load.
 void LoadMapList(bool rescan, const std::function<void(const std::string&)>& progress = {});
 
+// File names of the maps in `varnik.lst` of the selected install, in its order, without a look at any map. Empty where
+// there is no such file.
+std::vector<std::string> CachedMapNames();
+
 // Rows of MapList that a page shows, grouped by folder name as SearchDirs gives them; a row that matches two names
 // stands twice. The numbers name a page as kMapPages does; others show nothing.
 std::vector<std::size_t> MapRowsOfPage(int mapType, int subType);

@@ -6,6 +6,7 @@
 #include "definition/currentline.h"
 #include "definition/includes.h"
 #include "definition/recylist.h"
+#include "legacy/legacyactivation.h"
 #include "modengine/activationstate.h"
 #include "modengine/sessiondefaults.h"
 #include "platform/system/files/files.h"
@@ -147,6 +148,10 @@ bool ActivateFile(win::LineReader& file, Pass pass) {
 }
 
 }  // namespace
+
+bool RunActivation(const std::string& definitionFile, bool isLegacy, ActivationState& state) {
+  return isLegacy ? ActivateLegacyMod(definitionFile) : ActivateMod(definitionFile, state);
+}
 
 std::vector<DirectiveForm> ActivationDirectives() { return FormsOf(kDirectives); }
 

@@ -12,6 +12,9 @@ namespace varnik {
 // the game is not to be run then. No roll-back: a step that fails is skipped.
 // `state` receives what was collected.
 bool ActivateMod(const std::string& definitionFile, ActivationState& state);
+// Of either format.
+bool RunActivation(const std::string& definitionFile, bool isLegacy, ActivationState& state);
+
 inline bool ActivateMod(const std::string& definitionFile) {
   ActivationState state;
   return ActivateMod(definitionFile, state);

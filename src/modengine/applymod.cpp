@@ -3,7 +3,6 @@
 #include "definition/crashmarker.h"
 #include "definition/directive.h"
 #include "journal/restore.h"
-#include "legacy/legacyactivation.h"
 #include "legacy/legacydeactivation.h"
 #include "modengine/activation.h"
 #include "modengine/deactivation.h"
@@ -154,7 +153,7 @@ ApplyResult ApplyMod(const std::string& definitionFile, bool isLegacy,
   ActivationState state;
   {
     const win::OperationObserver observer([&](const win::FileOperation& operation) { steps.Take(operation); });
-    result.active = isLegacy ? ActivateLegacyMod(definitionFile) : ActivateMod(definitionFile, state);
+    result.active = RunActivation(definitionFile, isLegacy, state);
   }
   result.steps = steps.All();
   result.failed = Unforetold(FailedSteps(result.steps, definitionFile), result.foretold);

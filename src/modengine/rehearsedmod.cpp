@@ -2,7 +2,6 @@
 
 #include "definition/bzonecfg.h"
 #include "journal/record.h"
-#include "legacy/legacyactivation.h"
 #include "legacy/legacydeactivation.h"
 #include "modengine/activation.h"
 #include "modengine/deactivation.h"
@@ -45,8 +44,7 @@ void RehearseUndo(const Journal& journal) {
 
 void RehearseActivation(RehearsedMod& mod) {
   ActivationState state;
-  const std::string& definition = mod.journal.definitionFile;
-  mod.active = mod.journal.legacy ? ActivateLegacyMod(definition) : ActivateMod(definition, state);
+  mod.active = RunActivation(mod.journal.definitionFile, mod.journal.legacy, state);
   mod.journal.persistent = state.persistent;
   if (!state.persistent) mod.journal.session = SessionValuesSet();
   mod.configuration = win::ReadWholeFile(mod.journal.root + kGameConfig);

@@ -92,28 +92,54 @@ for mod in "$work"/demo/games/*/*.bzm; do
   diff -r "$work/copy" "$folder" >"$work/said" || [[ $mod == */league.bzm ]] || fail "$(cat "$work/said")"
 done
 
+# What each shell offers for a line, sorted, and quoted as bash does it.
+in_bash() {
+  # shellcheck source=/dev/null
+  source "$source_dir/completion/varnik-cli.bash"
+  read -ra COMP_WORDS <<<"varnik-cli $1"
+  [[ $1 == *' ' || ! $1 ]] && COMP_WORDS+=('')
+  COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
+  _varnik_cli "$cli"
+  [ ${#COMPREPLY[@]} = 0 ] || printf '%s\n' "${COMPREPLY[@]}"
+}
+in_zsh() {
+  # shellcheck disable=SC2016
+  zsh -fc 'fpath=($1); autoload -U _varnik-cli; words=($2 "${(@s: :)3}"); CURRENT=$#words; PREFIX=$words[-1]
+    _files() { }; compadd() { print -rl -- "${(@)names}" }; _varnik-cli' - "$source_dir/completion" "$cli" "$1" | quote
+}
+in_fish() {
+  fish --no-config -c "source '$source_dir/completion/varnik-cli.fish'; complete -C 'varnik-cli $1'" | cut -f 1 | quote
+}
+quote() { while IFS= read -r word; do printf '%q\n' "$word"; done; }
+
 before 1.2 </dev/null
 printf 'BZ2HALD5\r\ndname(Ice);\r\n' | tee ice.bzm >"snow \$(touch ran).bzm"
-cd "$work"
-# shellcheck source=/dev/null
-source "$source_dir/completion/varnik-cli.bash"
-while IFS='|' read -r words expected; do
-  read -ra COMP_WORDS <<<"varnik-cli $words"
-  [[ $words == *' ' || ! $words ]] && COMP_WORDS+=('')
-  COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
-  _varnik_cli "$cli" || true
-  [ "${COMPREPLY[*]}" = "$expected" ] || fail "\`$words\` is completed by \`${COMPREPLY[*]}\`, not \`$expected\`"
-done < <(sed "s|@|$install|" "$source_dir/tests/cli/completions.txt")
-[ -e "$work/ran" ] && fail "completing a file name ran it"
+printf 'BZ2HALD5\r\nversion(9);\r\n' >inapt.bzm
+printf 'BZ2HALD5\r\nactivated();\r\nactivatedfile(x);\r\n' >stay.bzm
+printf 'addon\\%s,addon\\\r\n' duel.bzn dune.bzn isle.trn >varnik.lst
+mkdir "$work/here"
+cd "$work/here"
+PATH=$(dirname "$cli"):$PATH
+for shell in bash zsh fish; do
+  command -v $shell >/dev/null || { echo "no $shell here: its completion was not tried" >&2; continue; }
+  while IFS='|' read -r words expected; do
+    offered=$("in_$shell" "$words" | sort | paste -sd ' ') || true # nothing to offer is a failure to a shell
+    [ "$offered" = "$expected" ] || fail "$shell completes \`$words\` by \`$offered\`, not \`$expected\`"
+  done < <(sed "s|@|$install|" "$source_dir/tests/cli/completions.txt")
+done
+[ -e ran ] && fail "completing a file name ran it"
 
 page=$(sed -E 's/\\-/-/g; s/\bF[lL] Fl /--/g' "$source_dir/man/varnik-cli.1")
+part() {
+  awk -v part="$1:" '/^[^ ]/ { inside = $0 == part; next } inside && /^  [^ ]/ { sub(/^  (-h,)?/, ""); print $1 }'
+}
 check_page() {
   local help option command
   help=$("$cli" "$@" --help)
-  for option in $(_varnik_cli_part Options <<<"$help" | awk '{ print $1 }'); do
+  for option in $(part Options <<<"$help"); do
     grep -qE -- "$option\b" <<<"$page" || fail "the manual page lacks $* $option"
   done
-  for command in $(_varnik_cli_part Subcommands <<<"$help" | awk '{ print $1 }'); do
+  for command in $(part Subcommands <<<"$help"); do
     grep -qE "^\.It Ic ${*:+$* }$command( |$)" <<<"$page" || fail "the manual page lacks $* $command"
     check_page "$@" "$command"
   done

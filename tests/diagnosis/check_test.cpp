@@ -52,6 +52,10 @@ class Check : public test::ModTest {
       WriteFile(InRoot("gameprefs.ini"), "[UserPrefs]\nDefaultSessionName=y\n");
       WriteFile(InRoot("a.inc"), "BZ2HALD5\nrenmae(a,b);\ninclude(b.inc);");
       Put("open.txt=B b.inc= c.inc=version(1.0); d.inc=activated(); " + c.value("files", ""));
+      if (c.contains("other")) {
+        Define(c["other"], "other.bzm");
+        LoadModList();
+      }
       EXPECT_EQ(CodesOf(head + Lines(c) + foot), c["findings"]);
     }
   }
@@ -74,6 +78,10 @@ TEST_F(Check, HoldsLinesAgainstTheInstall) {
 TEST_F(Check, TellsWhyAFileIsNotListed) {
   const std::string legacy = "BZ2HALD3\ndesc M\n", current = "BZ2HALD5\ndname(M);\n";
   EXPECT_EQ(CodesOf(current, "mod.txt"), "not-listed@1");
+  EXPECT_EQ(CodesOf(std::string("\xFF\xFE"
+                                "B\0Z\0",
+                                6)),
+            "utf-16@1");
   ShowOldMods = false;
   EXPECT_EQ(CodesOf(legacy), "not-listed@1");
   ShowOldMods = true;
