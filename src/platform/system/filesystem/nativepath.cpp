@@ -71,9 +71,4 @@ bool IsTemporaryName(std::string_view native) {
          name.ends_with(kTemporaryEnd);
 }
 
-bool IsTemporaryName(std::string_view native) {
-  const std::string_view name = LastName(native);
-  return name.starts_with('.') && name.ends_with(".new~");
-}
-
 }  // namespace win
