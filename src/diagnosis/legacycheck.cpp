@@ -84,7 +84,7 @@ void KeepUnder(CheckState& state, const std::string& name) {
 }
 
 void Exec(CheckState& state, const LegacyLine& line) {
-  CheckPath(state, line.Value(), PathUse::kWrite);
+  if (!CheckPath(state, line.Value(), PathUse::kWrite)) return;
   const std::size_t listed = state.loaderActionLine;
   const std::size_t done = state.activationActionLine;
   if (listed != 0 && done != 0)
