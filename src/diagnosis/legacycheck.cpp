@@ -87,8 +87,11 @@ void KeepUnder(CheckState& state, const std::string& name) {
 }
 
 void Exec(CheckState& state, const LegacyLine& line) {
-  CheckThere(state, line.Value(), PathUse::kWrite);
-  if (HasRootDir(line.Value()) && state.install) state.install->Program(state.place, BelowRoot(line.Value()));
+  if (!CheckPath(state, line.Value(), PathUse::kWrite)) return;
+  if (HasRootDir(line.Value()) && state.install) {
+    state.install->Needed(state.place, BelowRoot(line.Value()));
+    state.install->Program(state.place, BelowRoot(line.Value()));
+  }
   const std::size_t listed = state.loaderActionLine;
   const std::size_t done = state.activationActionLine;
   if (listed != 0 && done != 0)

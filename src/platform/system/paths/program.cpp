@@ -68,6 +68,7 @@ std::string OwnVariableName(const char* suffix) { return UpperCase(identity_.nam
 void SetProgram(const ProgramIdentity& identity) {
   identity_ = identity;
   ExecutablePath();
+  StartFolder();
 }
 
 const ProgramIdentity& Program() { return identity_; }
@@ -76,6 +77,11 @@ const ProgramIdentity& Program() { return identity_; }
 std::string ExecutablePath() {
   static const std::string path = CurrentFileSystem().LinkTarget("/proc/self/exe");
   return path;
+}
+
+std::string StartFolder() {
+  static const std::string folder = FollowLinks(".");
+  return folder;
 }
 
 std::string CompanionProgram(const std::string& file) {

@@ -21,6 +21,9 @@ const ProgramIdentity& Program();
 // Native path of the running executable, links resolved.
 std::string ExecutablePath();
 
+// Native path of the folder in which the program was started, whatever folder it has entered since.
+std::string StartFolder();
+
 // Native path of a companion program, beside the running executable or in ../libexec/<name>. Empty when there is none.
 std::string CompanionProgram(const std::string& file);
 

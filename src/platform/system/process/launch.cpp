@@ -48,12 +48,17 @@ std::string RunnerLine() {
   return values.empty() ? "wine" : values[0];
 }
 
-// The runner may have arguments of its own. It is found from the folder that we are in, the program runs in another.
+std::string FromStartFolder(const std::string& path) {
+  return path.starts_with('/') ? path : JoinPath(StartFolder(), path);
+}
+
+// The runner may have arguments of its own. It is found from the folder of the start, the program runs in another.
 std::vector<std::string> Runner() {
   const std::string line = RunnerLine();
-  std::vector<std::string> words = CurrentFileSystem().Exists(line) ? std::vector{line} : SplitArguments(line);
+  const bool isWhole = CurrentFileSystem().Exists(FromStartFolder(line));
+  std::vector<std::string> words = isWhole ? std::vector{line} : SplitArguments(line);
   if (words.empty()) words = {"wine"};
-  if (words[0].find('/') != std::string::npos) words[0] = AbsolutePath(words[0]);
+  if (words[0].find('/') != std::string::npos) words[0] = FromStartFolder(words[0]);
   return words;
 }
 
