@@ -8,18 +8,21 @@ _varnik_cli() {
       *) found+=("${line%%$'\t'*}") ;;
     esac
   done < <("${1/#\~\//$HOME/}" complete "${words[@]//[\\\"\']/}" 2>/dev/null)
+  COMPREPLY=()
   case $kind in
-    :none)
-      # Not by compgen -W, which would run what a name may hold.
-      COMPREPLY=()
-      for line in "${found[@]}"; do COMPREPLY+=("$(printf '%q' "$line")"); done
-      return
-      ;;
     :file) mapfile -t COMPREPLY < <(compgen -f -- "$word") ;;
     :folder) mapfile -t COMPREPLY < <(compgen -d -- "$word") ;;
   esac
-  compopt -o filenames 2>/dev/null # the shell quotes them, and knows folders
-  COMPREPLY+=("${found[@]}")
+  found+=("${COMPREPLY[@]}")
+  if [[ ${#found[@]} -gt ${#COMPREPLY[@]} && $word != [\"\']* ]]; then
+    # Not by compgen -W, which would run what a name may hold.
+    COMPREPLY=()
+    for line in "${found[@]}"; do COMPREPLY+=("$(printf '%q' "$line")"); done
+  else
+    # The shell quotes names of files itself, as the quote on the line wants it, and marks folders.
+    compopt -o filenames 2>/dev/null
+    COMPREPLY=("${found[@]}")
+  fi
 }
 
 complete -F _varnik_cli varnik-cli

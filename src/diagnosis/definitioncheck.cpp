@@ -6,7 +6,6 @@
 #include "definition/passdirective.h"
 #include "definition/recylist.h"
 #include "diagnosis/activetest.h"
-#include "diagnosis/filekind.h"
 #include "diagnosis/linecheck.h"
 #include "diagnosis/pathcheck.h"
 #include "diagnosis/undoorder.h"
@@ -120,8 +119,10 @@ void RequireExe(CheckState& state, const Args& args) {
     return;
   }
   if (!CheckPath(state, args[1], PathUse::kWrite)) return;
-  if (state.install) state.install->Requirement(state.place, args[1]);
-  if (state.install) state.install->Program(state.place, args[1]);
+  if (state.install) {
+    state.install->Requirement(state.place, args[1]);
+    state.install->Program(state.place, args[1]);
+  }
   state.actionLine = state.exeLine = state.place.line;
   if (args.size() <= 2) state.Report(kNotUndone, "without a second argument the EXE is not called to undo its work");
 }
@@ -141,7 +142,6 @@ void CheckConfigurations(CheckState& state) {
 
 // A name that an earlier action moved is not looked for, since the install still has it in its old place.
 void MovePaths(CheckState& state, const std::vector<MovedName>& names) {
-  BeginAction(state);
   for (const MovedName& moved : names)
     if (!CheckPath(state, moved.name, PathUse::kMove) || !CheckSingleName(state.place, moved.name)) return;
   for (const MovedName& moved : names) {
@@ -153,6 +153,7 @@ void MovePaths(CheckState& state, const std::vector<MovedName>& names) {
 }
 
 void Rename(CheckState& state, const Args& args) {
+  BeginAction(state);
   if (win::EqualNoCase(args[1], args[2]))
     state.Report(kSameName, Quoted(args[1]) + " is given its own name");
   else
@@ -160,6 +161,7 @@ void Rename(CheckState& state, const Args& args) {
 }
 
 void Replace(CheckState& state, const Args& args) {
+  BeginAction(state);
   for (const auto& [first, second] : {std::pair{1, 2}, {1, 3}, {2, 3}})
     if (win::EqualNoCase(args[first], args[second]))
       return state.Report(kSameName, "arguments " + std::to_string(first) + " and " + std::to_string(second) +

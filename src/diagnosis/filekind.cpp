@@ -1,7 +1,6 @@
 #include "diagnosis/filekind.h"
 
 #include "platform/system/files/files.h"
-#include "platform/system/files/lines.h"
 #include "platform/system/filesystem/currentfilesystem.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
@@ -17,46 +16,41 @@ using namespace std::string_view_literals;
 
 constexpr std::size_t kHeadLength = 16;
 
-constexpr std::array kPictureHeads = {
-    "BM"sv,
-    "\x89PNG"sv,
-    "\x8BJNG"sv,
-    "\x8AMNG"sv,
-    "\xFF\xD8\xFF"sv,
-    "GIF8"sv,
-    "DDS "sv,
-    "II*\0"sv,
-    "MM\0*"sv,
-    "II\xBC"sv,
-    "8BPS"sv,
-    "FORM"sv,
-    "\x76\x2F\x31\x01"sv,
-    "RIFF"sv,
-    "\0\0\1\0"sv,
-    "\0\0\2\0"sv,
-    "#?RADIANCE"sv,
-    "#define "sv,
-    "/* XPM"sv,
-    "\x59\xA6\x6A\x95"sv,
-    "\0\0\0\x0CjP"sv,
-    "\xFF\x4F\xFF\x51"sv,
-    "\1\xDA"sv,
-    "P1"sv,
-    "P2"sv,
-    "P3"sv,
-    "P4"sv,
-    "P5"sv,
-    "P6"sv,
-    "PF"sv,
-    "Pf"sv,
-};
+constexpr std::array kPictureHeads = {"BM"sv,
+                                      "\x89PNG"sv,
+                                      "\x8BJNG"sv,
+                                      "\x8AMNG"sv,
+                                      "\xFF\xD8\xFF"sv,
+                                      "GIF8"sv,
+                                      "DDS "sv,
+                                      "II*\0"sv,
+                                      "MM\0*"sv,
+                                      "II\xBC"sv,
+                                      "8BPS"sv,
+                                      "FORM"sv,
+                                      "\x76\x2F\x31\x01"sv,
+                                      "RIFF"sv,
+                                      "\0\0\1\0"sv,
+                                      "\0\0\2\0"sv,
+                                      "#?RADIANCE"sv,
+                                      "#define "sv,
+                                      "/* XPM"sv,
+                                      "\x59\xA6\x6A\x95"sv,
+                                      "\0\0\0\x0CjP"sv,
+                                      "\xFF\x4F\xFF\x51"sv,
+                                      "\1\xDA"sv,
+                                      "P1"sv,
+                                      "P2"sv,
+                                      "P3"sv,
+                                      "P4"sv,
+                                      "P5"sv,
+                                      "P6"sv,
+                                      "PF"sv,
+                                      "Pf"sv};
 constexpr std::array kPicturesWithoutHead = {".tga"sv, ".targa"sv, ".pcx"sv,  ".cut"sv,  ".koa"sv,
                                              ".pcd"sv, ".pct"sv,   ".pict"sv, ".wbmp"sv, ".g3"sv};
 
-constexpr std::array kProgramHeads = {"MZ"sv,
-                                      "\x7F"
-                                      "ELF"sv,
-                                      "#!"sv};
+constexpr std::array kProgramHeads = {"MZ"sv, "\x7F\x45LF"sv, "#!"sv};
 
 constexpr std::array kDevices = {"con"sv, "prn"sv, "aux"sv, "nul"sv};
 constexpr std::array kNumberedDevices = {"com"sv, "lpt"sv};

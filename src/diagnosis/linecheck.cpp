@@ -7,7 +7,6 @@
 #include "modengine/activation.h"
 #include "modengine/deactivation.h"
 #include "modengine/definitionreader.h"
-#include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
 
 #include <algorithm>
