@@ -3,8 +3,8 @@
 #include "maps/mapconversion.h"
 #include "maps/mapfiles.h"
 #include "maps/mapmetadata.h"
-#include "platform/system/files/files.h"
 #include "platform/system/files/lines.h"
+#include "platform/system/files/wholefile.h"
 #include "platform/system/process/services.h"
 #include "platform/system/text/text.h"
 #include "support/debuglog.h"
@@ -91,21 +91,18 @@ void Load::Scan(const std::string& cache) {
   std::vector<std::string> found = files_.FindMaps();
   if (found.empty() || Lost()) return;
   mapList.resize(found.size() + 1);
-  win::DeleteFiles(cache);
-  std::vector<std::string> lines;
+  std::string lines;
   std::size_t row = 1;
   for (; row <= found.size(); ++row) {
     Report(CountText(row));
     std::string folder;
     if (Lost() || !ReadRow(row, found[row - 1], folder)) break;
-    lines.push_back(found[row - 1] + "," + folder);
+    lines += found[row - 1] + "," + folder + "\r\n";
   }
   if (Lost()) return;
   mapsLoaded = row > found.size();
-  // Only now: a cache is always trusted, and a program that is stopped during the scan must not leave half of one.
-  win::LineWriter file(cache, win::WriteMode::kOutput);
-  for (const std::string& line : lines)
-    file.WriteLine(line);
+  // Only now, and all at once: a cache is always trusted, and a program that is killed must not leave half of one.
+  win::WriteWholeFile(cache, lines);
 }
 
 // The empty name at index 0 of SearchDirs counts here, for folders that begin with a backslash.

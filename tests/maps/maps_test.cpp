@@ -2,10 +2,12 @@
 #include "maps/mapdetails.h"
 #include "maps/maplist.h"
 #include "maps/mapmetadata.h"
+#include "platform/system/paths/program.h"
 #include "support/install.h"
 #include "support/modfileexists.h"
 #include "support/modfindfile.h"
 #include "tests/harness/cases.h"
+#include "tests/harness/crash.h"
 #include "tests/modengine/modtest.h"
 
 using namespace varnik;
@@ -80,6 +82,15 @@ TEST_F(Maps, TheCacheIsTrustedUpToTheLineThatCannotBeRead) {
   SelectInstall(-1);
   LoadMapList(true);
   EXPECT_EQ(MapList.size(), 1u);
+}
+
+TEST_F(Maps, AKillLeavesTheOldCacheOrTheNewOne) {
+  PutFile("a/1.bzn");
+  win::ConfigFolder();  // the first run would make it
+  const test::Command rescan{{BINARY_DIR "/varnik-cli", "--root", sandbox_.Install().string(), "maps", "--rescan"}};
+  test::SweepKills(
+      rescan, [&] { PutFile("varnik.lst", "old,\r\n"); },
+      [&] { EXPECT_TRUE(Cache() == "old,\r\n" || Cache() == "a\\1.bzn,a\\\r\n") << Cache(); });
 }
 
 // The load must not go on into the other install's catalogue.
