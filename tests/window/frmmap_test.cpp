@@ -76,6 +76,10 @@ TEST_F(MapPage, AClickShowsTheMapWhenTheTimerHasFired) {
   ExpectShown("Alpha|First line.\r\nSecond line.", alpha, "Alpha.bzn", true);
   Choose("gone.bzn");  // it has no name to look for a text under
   ExpectShown("gone.bzn|First line.\r\nSecond line.", "Map Name: gone.bzn\r\nMap Type: N/A", "gone.bzn", false);
+  Put("data/text.odf", std::string((1u << 20) + 1, 'x'));
+  Choose("Alpha");
+  EXPECT_EQ(Page().txtMapDesc.Text(), "No Description Available");
+  Put("data/text.odf", "First line.\r\nSecond line.");
   Choose("Gamma");
   EXPECT_EQ(Page().txtMapDesc.Text(), "No Description Available");
   Put("addon/pictures/picture.png", test::SoundPicture("bmp").substr(0, 30));
