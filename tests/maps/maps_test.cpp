@@ -93,6 +93,20 @@ TEST_F(Maps, AKillLeavesTheOldCacheOrTheNewOne) {
       [&] { EXPECT_TRUE(Cache() == "old,\r\n" || Cache() == "a\\1.bzn,a\\\r\n") << Cache(); });
 }
 
+TEST_F(Maps, AScanThatIsStoppedAtAnyMomentLeavesTheCacheAsItWas) {
+  PutFile("a/1.bzn");
+  PutFile("a/2.bzn");
+  PutFile("varnik.lst", "old");
+  bool wasStopped = true;
+  for (int moment = 1; wasStopped; ++moment) {
+    wasStopped = false;
+    LoadMapList(true, {}, [&, asked = 0]() mutable { return wasStopped = wasStopped || ++asked == moment; });
+    EXPECT_EQ(Cache() == "old", wasStopped) << moment;
+    EXPECT_EQ(MapsLoaded, !wasStopped);
+    EXPECT_EQ(MapList.size(), wasStopped ? 1u : 3u);
+  }
+}
+
 // The load must not go on into the other install's catalogue.
 TEST_F(Maps, AnotherInstallMayBeSelectedAtAnyMomentOfALoad) {
   PutFile("a/1.bzn");

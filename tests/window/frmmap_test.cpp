@@ -140,6 +140,34 @@ TEST_F(MapPage, TheSelectionComesBackWithThePage) {
   EXPECT_EQ(Selected() + Name().Text(), "-1");
 }
 
+TEST_F(MapPage, EscapeOrACloseBoxEndsAScan) {
+  Put("varnik.lst", "addon\\maps\\Beta.inf,addon\\maps\\\r\n");
+  const std::function<void()> ways[] = {
+      [this] {
+        QApplication::setActiveWindow(busy.Window());
+        QTest::keyClick(busy.Window(), Qt::Key_Escape);
+      },
+      [this] { QTest::keyClick(main->Window()->windowHandle(), Qt::Key_Escape); },
+      [this] { busy.Window()->close(); },
+      [this] { main->Window()->close(); },
+  };
+  for (const auto& stop : ways) {
+    SCOPED_TRACE(&stop - ways);
+    QTimer events;
+    QObject::connect(&events, &QTimer::timeout, [&] {
+      if (!busy.Visible()) return;
+      events.stop();
+      stop();
+    });
+    test::RunEvents(100);  // a short scan runs events only after a pause
+    events.start(0);
+    test::ClickOn(Page().cmdMapLstRefresh);
+    EXPECT_FALSE(MapsLoaded || busy.Visible());
+    EXPECT_TRUE(main->Loaded() && main->Enabled());
+    EXPECT_EQ(test::ReadFile(InRoot("varnik.lst")), "addon\\maps\\Beta.inf,addon\\maps\\\r\n");
+  }
+}
+
 TEST_F(MapPage, ATypedNameIsJudgedWhenTheBoxIsLeft) {
   const std::string alpha = "Alpha|First line.\r\nSecond line.", manual = "-2|Manual Entry";
   const std::string ending = "Invalid Map Filename. Must end in .bzn or .trn";

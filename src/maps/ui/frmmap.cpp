@@ -81,7 +81,7 @@ void FrmMap::ClearMaps() {
 void FrmMap::LoadMaps(bool rescan) {
   ClearMaps();
   host_.busy.begin();
-  LoadMapList(rescan, host_.busy.setStatus);
+  LoadMapList(rescan, host_.busy.setStatus, host_.busy.isStopped);
   host_.busy.end();
 }
 
