@@ -23,9 +23,10 @@ int Look(const Arguments& arguments) {
                     {"Fixable", leftover.mend != nullptr},
                     {"Fixed", fixed}});
     const char* const state = fixed ? "fixed" : leftover.mend ? "--fix does it" : "by hand";
-    text += leftover.item + " (" + state + ")\n  " + leftover.meaning + "\n  " + leftover.remedy + "\n";
+    text += (text.empty() ? "" : "\n") + leftover.item + " (" + state + ")\n  " + leftover.meaning + "\n  " +
+            leftover.remedy;
   }
-  const int printed = arguments.json ? Print(list) : PrintBytes(list.empty() ? "Nothing was left behind.\n" : text);
+  const int printed = arguments.json ? Print(list) : PrintLine(list.empty() ? "Nothing was left behind." : text);
   return allFixed ? printed : kFailed;
 }
 

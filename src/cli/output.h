@@ -6,7 +6,8 @@
 #include <string_view>
 #include <vector>
 
-// What the program says: data on standard output, everything else on standard error.
+// What the program says: data on standard output, everything else on standard error. Texts come from files of
+// strangers: outside JSON and PrintBytes, control characters other than line ends are written as `\x1b`.
 namespace varnik::cli {
 
 using Json = nlohmann::ordered_json;

@@ -71,6 +71,7 @@ void FrmMain::WireControls() {
   Load = [this] { Form_Load(); };
   QueryUnload = [this](bool& cancel, win::UnloadMode mode) { Form_QueryUnload(cancel, mode); };
   Unload = [this] { Form_Unload(); };
+  CloseRefused = [this] { busy_.Stop(); };
   SettingTree.NodeClick = [this](const std::string& key) { SettingTree_NodeClick(key); };
   txtActivePage.GotFocus = [this] { SettingTree.SetFocus(); };
   cmdLaunchBZ2.Click = [this] { cmdLaunchBZ2_Click(); };
@@ -152,6 +153,7 @@ BusyWindow FrmMain::MakeBusyWindow() {
     SetEnabled(true);
     busy_.Close();
   };
+  busy.isStopped = [this] { return !Loaded() || busy_.IsStopped(); };
   busy.isUp = [this] { return busy_.Visible(); };
   return busy;
 }

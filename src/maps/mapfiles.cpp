@@ -42,6 +42,7 @@ void MapFiles::ReadFolders() {
       relative = folder.substr(root_.size());
       number = folders_.try_emplace(relative, folders_.size()).first->second;
     }
+    if (isStopped_ && isStopped_()) return false;
     if (EndsInInf(entry.name)) {
       std::string name = win::LowerCase(entry.name);
       besides_.insert(KeyOf(number, name));

@@ -3,6 +3,7 @@
 #include "platform/system/files/findfile.h"
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -15,7 +16,9 @@ namespace varnik {
 
 class MapFiles {
  public:
-  explicit MapFiles(std::string root) : root_(std::move(root)) {}
+  // `isStopped` may be empty. Once it says true the pass ends, and what it would have seen counts as not there.
+  explicit MapFiles(std::string root, std::function<bool()> isStopped = {})
+      : root_(std::move(root)), isStopped_(std::move(isStopped)) {}
 
   // Of the install that is loaded. Events run during a load, after which it need not be the selected one.
   const std::string& Root() const { return root_; }
@@ -33,6 +36,7 @@ class MapFiles {
   void ReadFolders();
 
   std::string root_;
+  std::function<bool()> isStopped_;
   bool isRead_ = false;
   std::vector<std::string> maps_;
   std::unordered_map<std::string, std::string> firstInf_;  // name in lower case to full path

@@ -30,10 +30,12 @@ bool mapLoadTried = false;
 unsigned generation = 0;
 
 using Progress = std::function<void(const std::string&)>;
+using IsStopped = std::function<bool()>;
 
 class Load {
  public:
-  explicit Load(const Progress& progress) : progress_(progress), files_(InstallRoot()), generation_(generation) {}
+  Load(const Progress& progress, const IsStopped& isStopped)
+      : progress_(progress), isStopped_(isStopped), files_(InstallRoot(), isStopped), generation_(generation) {}
 
   void ReadCache(const std::string& cache);
   void Scan(const std::string& cache);
@@ -41,10 +43,12 @@ class Load {
  private:
   void Report(const std::string& text);
   bool Lost() const { return generation_ != generation; }
+  bool Ended() const { return Lost() || (isStopped_ && isStopped_()); }
   bool ReadCacheLine(const std::string& line);
   bool ReadRow(std::size_t row, std::string& path, std::string& folder);
 
   const Progress& progress_;
+  const IsStopped& isStopped_;
   MapFiles files_;
   const unsigned generation_;
 };
@@ -83,24 +87,25 @@ void Load::ReadCache(const std::string& cache) {
   win::LineReader file(cache);
   while (!file.AtEnd()) {
     Report(CountText(mapList.size()));
-    if (Lost() || !ReadCacheLine(file.ReadLine())) return;
+    if (Ended() || !ReadCacheLine(file.ReadLine())) return;
   }
 }
 
 void Load::Scan(const std::string& cache) {
   Report("Loading Map File List");
   std::vector<std::string> found = files_.FindMaps();
-  if (found.empty() || Lost()) return;
+  if (found.empty() || Ended()) return;
   mapList.resize(found.size() + 1);
   std::string lines;
   std::size_t row = 1;
   for (; row <= found.size(); ++row) {
     Report(CountText(row));
     std::string folder;
-    if (Lost() || !ReadRow(row, found[row - 1], folder)) break;
+    if (Ended() || !ReadRow(row, found[row - 1], folder)) break;
     lines += found[row - 1] + "," + folder + "\r\n";
   }
   if (Lost()) return;
+  if (Ended()) return mapList.resize(1);
   mapsLoaded = row > found.size();
   // Only now, and all at once: a cache is always trusted, and a program that is killed must not leave half of one.
   win::WriteWholeFile(cache, lines);
@@ -137,12 +142,12 @@ void ClearMapList() {
   ResetConversion();
 }
 
-void LoadMapList(bool rescan, const Progress& progress) {
+void LoadMapList(bool rescan, const Progress& progress, const IsStopped& isStopped) {
   ClearMapList();
   mapLoadTried = true;
   if (CurrentInstall < 0) return;
   const std::string cache = CacheFile();
-  Load load(progress);
+  Load load(progress, isStopped);
   if (!rescan && FileExists(cache))
     load.ReadCache(cache);
   else

@@ -27,8 +27,10 @@ void ClearMapList();
 // From `varnik.lst` in the install root when it exists and `rescan` is false, else by a scan that writes it. `progress`
 // gets each step in words and may be empty. What cannot be read on (a line of the cache without a comma, a number
 // beyond 16 bits) ends the load silently: the rows so far stand, and the one that failed stays empty. So does a
-// catalogue that an event cleared during the load.
-void LoadMapList(bool rescan, const std::function<void(const std::string&)>& progress = {});
+// catalogue that an event cleared during the load. `isStopped`, which may be empty, is asked all the time; once it says
+// true the load ends as well, and a scan then leaves no row and `varnik.lst` as it was.
+void LoadMapList(bool rescan, const std::function<void(const std::string&)>& progress = {},
+                 const std::function<bool()>& isStopped = {});
 
 // File names of the maps in `varnik.lst` of the selected install, in its order, without a look at any map. Empty where
 // there is no such file.

@@ -11,6 +11,7 @@ struct BusyWindow {
   std::function<void(const std::string& status)> setStatus;
   std::function<void()> end;  // enables the main window, takes the busy window down
   std::function<bool()> isUp;
+  std::function<bool()> isStopped;  // the player pressed Escape or asked to close a window, or the program is to end
 };
 
 }  // namespace varnik

@@ -15,7 +15,7 @@ bool VisitFolder(win::FolderReader folder, const std::string& path, bool recurse
   win::DoEvents();
   for (win::FoundEntry entry; folder.Next(entry);) {
     if (entry.isFolder && recurse && !entry.name.starts_with('.') &&
-        !VisitFolder(folder.Descend(entry.name), path + entry.name + "\\", recurse, visit))
+        !VisitFolder(folder.Descend(entry), path + entry.name + "\\", recurse, visit))
       return false;
     if (!visit(path, entry)) return false;
   }

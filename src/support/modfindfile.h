@@ -31,7 +31,8 @@ void FindFiles(const std::string& folder, FileSearchParams& params, FileSearchRe
 using EntryVisitor = std::function<bool(const std::string& folder, const win::FoundEntry& entry)>;
 
 // Shows every entry of `folder` in the order of FindFiles, a sub-folder after what it holds; for callers who look for
-// many names at once. With `recurse` it enters the folders that FindFiles enters, and pumps events as it does.
+// many names at once. With `recurse` it enters the folders that FindFiles enters, each once whatever links there are
+// (win::FolderReader), and pumps events as it does.
 void VisitEntries(const std::string& folder, bool recurse, const EntryVisitor& visit);
 
 // Full path of the first file below `folder`, sub-folders included, whose name matches; empty when there is none.

@@ -96,6 +96,31 @@ TEST_F(Cli, ListsModsWithTheirKeysInOrder) {
   EXPECT_EQ(Ask("mods")[0].dump(), expected.dump());
 }
 
+TEST_F(Cli, LeavesTheTerminalAlone) {
+  const std::string bad = "\x1b]0;t\x07", safe = "\\x1b]0;t\\x07";
+  Define("dname(" + bad + "\x7f\t\xC2\x9B);\nimage(none" + bad + ");\nrename(a" + bad + ",b);", "m.bzm");
+  WriteFile(InRoot("addon/m" + bad + ".bzn"), "");
+  WriteFile(InRoot("varnik.cmd"), bad);
+  std::filesystem::copy(root_, root_ + bad, std::filesystem::copy_options::recursive);
+  const std::string commands[] = {"mods",
+                                  "parse @/m.bzm",
+                                  "plan m.bzm",
+                                  "maps",
+                                  "options",
+                                  "check '@/" + bad + "'",
+                                  "installs add @'" + bad + "'",
+                                  "run 'm" + bad + "'",
+                                  "settings --all"};
+  for (const std::string& command : commands) {
+    const CliResult result = RunCli("--root @ " + command);
+    const std::string said = result.out + result.err;
+    EXPECT_NE(said.find(safe), std::string::npos) << command << said;
+    for (const char c : said)
+      EXPECT_TRUE(c == '\n' || static_cast<unsigned char>(c) >= ' ') << command << said;
+  }
+  EXPECT_NE(RunCli("--root @ mods").out.find(safe + "\\x7f\\x09\\x9b"), std::string::npos);
+}
+
 TEST_F(Cli, StoresSettingsItKnows) {
   EXPECT_EQ(RunCli("settings set renamelog On").status, 0);
   for (const Json& row : Ask("settings")) {

@@ -2,6 +2,7 @@
 #include "maps/mapdetails.h"
 #include "maps/maplist.h"
 #include "maps/mapmetadata.h"
+#include "platform/system/paths/program.h"
 #include "support/install.h"
 #include "support/modfileexists.h"
 #include "support/modfindfile.h"
@@ -85,10 +86,25 @@ TEST_F(Maps, TheCacheIsTrustedUpToTheLineThatCannotBeRead) {
 
 TEST_F(Maps, AKillLeavesTheOldCacheOrTheNewOne) {
   PutFile("a/1.bzn");
+  win::ConfigFolder();  // the first run would make it
   const test::Command rescan{{BINARY_DIR "/varnik-cli", "--root", sandbox_.Install().string(), "maps", "--rescan"}};
   test::SweepKills(
       rescan, [&] { PutFile("varnik.lst", "old,\r\n"); },
       [&] { EXPECT_TRUE(Cache() == "old,\r\n" || Cache() == "a\\1.bzn,a\\\r\n") << Cache(); });
+}
+
+TEST_F(Maps, AScanThatIsStoppedAtAnyMomentLeavesTheCacheAsItWas) {
+  PutFile("a/1.bzn");
+  PutFile("a/2.bzn");
+  PutFile("varnik.lst", "old");
+  bool wasStopped = true;
+  for (int moment = 1; wasStopped; ++moment) {
+    wasStopped = false;
+    LoadMapList(true, {}, [&, asked = 0]() mutable { return wasStopped = wasStopped || ++asked == moment; });
+    EXPECT_EQ(Cache() == "old", wasStopped) << moment;
+    EXPECT_EQ(MapsLoaded, !wasStopped);
+    EXPECT_EQ(MapList.size(), wasStopped ? 1u : 3u);
+  }
 }
 
 // The load must not go on into the other install's catalogue.

@@ -12,6 +12,7 @@
 #include "tests/modengine/modtest.h"
 
 #include <algorithm>
+#include <regex>
 #include <tuple>
 
 using namespace varnik;
@@ -174,10 +175,19 @@ TEST_F(FindFilesTest, SearchesAddUpAndTheFirstHitEndsOneAfterItsFolder) {
   EXPECT_EQ(results_.size(), 2u);
 }
 
-TEST_F(FindFilesTest, ALinkLoopIsNotEnteredTwice) {
-  std::filesystem::create_directory_symlink("..", InRoot("Sub/up"));
-  std::filesystem::create_directory_symlink("Sub", InRoot("again"));
-  EXPECT_EQ(Find(), ".f.bzm Sub\\C.BZM Sub\\Deep\\d.bzm a.bzm again\\C.BZM again\\Deep\\d.bzm ");
+TEST_F(FindFilesTest, EachFolderIsEnteredOnceWhereverLinksLead) {
+  const std::filesystem::path far = sandbox_.Root() / "far";
+  test::WriteFile(far / "x.bzm", "");
+  const std::pair<const char*, std::filesystem::path> links[] = {
+      {"Sub/up", ".."}, {"again", "Sub"}, {"Sub/root", "/"}, {"Sub/above", sandbox_.Root()},
+      {"in", ".dot"},   {"f1", far},      {"Sub/f2", far}};
+  for (const auto& [name, target] : links)
+    std::filesystem::create_directory_symlink(target, InRoot(name));
+  std::filesystem::create_directory_symlink(sandbox_.Install(), far / "back");
+  const std::string found = Find();
+  EXPECT_EQ(std::regex_replace(found, std::regex(R"((f1|Sub\\f2)\\x.bzm )"), ""),
+            ".f.bzm Sub\\C.BZM Sub\\Deep\\d.bzm a.bzm in\\e.bzm ");
+  EXPECT_EQ(params_.FoundCount, 6) << found;
 }
 
 TEST_F(FindFilesTest, SearchDirsAreSearchedFromTheOneGiven) {

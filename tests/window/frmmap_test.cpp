@@ -76,6 +76,10 @@ TEST_F(MapPage, AClickShowsTheMapWhenTheTimerHasFired) {
   ExpectShown("Alpha|First line.\r\nSecond line.", alpha, "Alpha.bzn", true);
   Choose("gone.bzn");  // it has no name to look for a text under
   ExpectShown("gone.bzn|First line.\r\nSecond line.", "Map Name: gone.bzn\r\nMap Type: N/A", "gone.bzn", false);
+  Put("data/text.odf", std::string((1u << 20) + 1, 'x'));
+  Choose("Alpha");
+  EXPECT_EQ(Page().txtMapDesc.Text(), "No Description Available");
+  Put("data/text.odf", "First line.\r\nSecond line.");
   Choose("Gamma");
   EXPECT_EQ(Page().txtMapDesc.Text(), "No Description Available");
   Put("addon/pictures/picture.png", test::SoundPicture("bmp").substr(0, 30));
@@ -134,6 +138,34 @@ TEST_F(MapPage, TheSelectionComesBackWithThePage) {
   EXPECT_TRUE(main->Enabled() && !busy.Visible());
   AwaitTimer();
   EXPECT_EQ(Selected() + Name().Text(), "-1");
+}
+
+TEST_F(MapPage, EscapeOrACloseBoxEndsAScan) {
+  Put("varnik.lst", "addon\\maps\\Beta.inf,addon\\maps\\\r\n");
+  const std::function<void()> ways[] = {
+      [this] {
+        QApplication::setActiveWindow(busy.Window());
+        QTest::keyClick(busy.Window(), Qt::Key_Escape);
+      },
+      [this] { QTest::keyClick(main->Window()->windowHandle(), Qt::Key_Escape); },
+      [this] { busy.Window()->close(); },
+      [this] { main->Window()->close(); },
+  };
+  for (const auto& stop : ways) {
+    SCOPED_TRACE(&stop - ways);
+    QTimer events;
+    QObject::connect(&events, &QTimer::timeout, [&] {
+      if (!busy.Visible()) return;
+      events.stop();
+      stop();
+    });
+    test::RunEvents(100);  // a short scan runs events only after a pause
+    events.start(0);
+    test::ClickOn(Page().cmdMapLstRefresh);
+    EXPECT_FALSE(MapsLoaded || busy.Visible());
+    EXPECT_TRUE(main->Loaded() && main->Enabled());
+    EXPECT_EQ(test::ReadFile(InRoot("varnik.lst")), "addon\\maps\\Beta.inf,addon\\maps\\\r\n");
+  }
 }
 
 TEST_F(MapPage, ATypedNameIsJudgedWhenTheBoxIsLeft) {

@@ -81,7 +81,7 @@ void FrmMap::ClearMaps() {
 void FrmMap::LoadMaps(bool rescan) {
   ClearMaps();
   host_.busy.begin();
-  LoadMapList(rescan, host_.busy.setStatus);
+  LoadMapList(rescan, host_.busy.setStatus, host_.busy.isStopped);
   host_.busy.end();
 }
 
@@ -154,9 +154,9 @@ void FrmMap::ShowPendingMap() {
 
 // What cannot be read leaves the text as it is.
 void FrmMap::ShowDescription(const std::string& file) {
-  if (file.empty()) return txtMapDesc.SetText("No Description Available");
   const std::optional<std::uint64_t> size = win::FileSize(file);
-  if (!size || *size > kMaxDescriptionBytes) return;
+  if (file.empty() || size > kMaxDescriptionBytes) return txtMapDesc.SetText("No Description Available");
+  if (!size) return;
   if (const std::optional<std::string> text = win::ReadWholeFile(file)) txtMapDesc.SetText(*text);
 }
 

@@ -110,6 +110,9 @@ void Form::Impl::EndModal() {
 Form::Form(const char* name, double clientWidth, double clientHeight) : impl_(std::make_shared<Impl>()) {
   impl_->name = name;
   impl_->window->closeAsked = [this] { Close(UnloadMode::kControlMenu); };
+  impl_->window->closeRefused = [this] {
+    if (CloseRefused) CloseRefused();
+  };
   impl_->window->stateChanged = [impl = impl_.get()] {
     const FormWindow& window = *impl->window;
     impl->state = window.isMinimized()   ? WindowState::kMinimized
@@ -125,7 +128,7 @@ Form::~Form() {
   impl_->EndModal();
   Forget(this);
   if (!impl_->window) return;
-  impl_->window->closeAsked = impl_->window->stateChanged = {};
+  impl_->window->closeAsked = impl_->window->closeRefused = impl_->window->stateChanged = {};
   impl_->window->hide();
   impl_->window->deleteLater();
 }

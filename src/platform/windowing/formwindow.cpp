@@ -82,6 +82,8 @@ void FormWindow::BlockInput(bool block) {
 bool FormWindow::eventFilter(QObject*, QEvent* event) {
   const bool isInput = event->isInputEvent() || dynamic_cast<QDropEvent*>(event) != nullptr;
   if (!inputIsBlocked_ || !isInput) return false;
+  const auto* const key = event->type() == QEvent::KeyPress ? static_cast<QKeyEvent*>(event) : nullptr;
+  if (key && key->key() == Qt::Key_Escape && closeRefused) closeRefused();
   event->setAccepted(event->type() == QEvent::ShortcutOverride);  // taken as a key, so that no shortcut acts
   return true;
 }
@@ -91,7 +93,8 @@ void FormWindow::resizeEvent(QResizeEvent*) { Arrange(); }
 void FormWindow::closeEvent(QCloseEvent* event) {
   // Whether the window goes is the form's decision, and Close hides it.
   event->ignore();
-  if (closeAsked && !inputIsBlocked_) closeAsked();
+  const std::function<void()>& asked = inputIsBlocked_ ? closeRefused : closeAsked;
+  if (asked) asked();
 }
 
 void FormWindow::changeEvent(QEvent* event) {

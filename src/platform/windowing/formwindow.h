@@ -32,6 +32,7 @@ class FormWindow : public QWidget {
   void BlockInput(bool block);
 
   std::function<void()> closeAsked;    // by a person, while input is not blocked
+  std::function<void()> closeRefused;  // the same while it is, and Escape
   std::function<void()> stateChanged;  // a person minimised it or brought it back
   QPointer<QAbstractButton> defaultButton, cancelButton;
 

@@ -5,6 +5,7 @@
 #include "support/quips.h"
 #include "support/ui/artwork.h"
 #include "support/version.h"
+#include "windowing/shortcut.h"
 
 #include <random>
 
@@ -23,11 +24,17 @@ frmSplash::frmSplash() : Form("frmSplash", 6600, 2880) {
   lblWarning.Move(240, 2040, 6120, 720);
   lblWarning.SetCentered(true);
   Load = [this] { Form_Load(); };
+  QueryUnload = [this](bool& cancel, win::UnloadMode mode) {
+    cancel = mode == win::UnloadMode::kControlMenu;
+    if (cancel) Stop();
+  };
+  win::AddShortcut(*this, "Esc", [this] { Stop(); });
   Unload = [] { LogLine("frmSplash Unload"); };
 }
 
 void frmSplash::Form_Load() {
   LogLine("frmSplash Load");
+  isStopped_ = false;
   imgLogo.SetPicture(Logo());
   lblVersion.SetCaption(VersionLine());
   lblProductName.SetCaption(win::Program().title);

@@ -16,6 +16,10 @@ class frmSplash : public win::Form {
   // What is being done; when the window is not up the text goes nowhere. Cheap: the screen follows at its own pace.
   void SetStatus(const std::string& text);
 
+  // Asks what is being done to end. The next time that the window comes up this is forgotten.
+  void Stop() { isStopped_ = true; }
+  bool IsStopped() const { return isStopped_; }
+
   win::PictureBox imgLogo{*this, "imgLogo"};
   win::Label lblProductName{*this, "lblProductName"};
   win::Label lblVersion{*this, "lblVersion"};
@@ -26,6 +30,8 @@ class frmSplash : public win::Form {
 
  private:
   void Form_Load();
+
+  bool isStopped_ = false;
 };
 
 }  // namespace varnik

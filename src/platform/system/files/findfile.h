@@ -2,9 +2,9 @@
 
 #include "platform/system/filesystem/filesystem.h"
 
+#include <cstddef>
 #include <memory>
 #include <string>
-#include <vector>
 
 // Enumeration of folders.
 namespace win {
@@ -16,9 +16,11 @@ class FolderReader {
   // `folder` is a Windows path; a trailing separator is allowed.
   explicit FolderReader(const std::string& folder);
 
-  // A reader of one of its sub-folders, opened relative to this one: no path is looked up again. It is not open for a
-  // folder that it is itself in, as a link may have it: that would be entered without end.
-  FolderReader Descend(const std::string& name) const;
+  // A reader of one of its sub-folders, opened relative to this one: no path is looked up again. A walk from one reader
+  // down enters each folder once, however often links lead to it, and under its own name where it lies below the first
+  // reader's folder. So links to folders elsewhere are followed, but none to the first folder or to one above it: what
+  // a player links in is a folder of files, never what the walk itself is in. The reader is not open for any of these.
+  FolderReader Descend(const FoundEntry& entry);
 
   bool IsOpen() const;
 
@@ -26,10 +28,13 @@ class FolderReader {
   bool Next(FoundEntry& entry);
 
  private:
-  FolderReader(std::unique_ptr<FolderListing> listing, const std::vector<FileIdentity>& above);
+  struct Walk;
+  FolderReader() = default;
 
   std::unique_ptr<FolderListing> listing_;
-  std::vector<FileIdentity> way_;  // the folders from the first reader down to this one
+  std::string path_;  // native; links on the way are resolved once there is a walk
+  std::size_t depth_ = 0;
+  std::shared_ptr<Walk> walk_;  // of all readers of one walk, made by the first descent
 };
 
 // The bare test for one path: a file or folder of this name, or, with wildcards in the last name, any entry that

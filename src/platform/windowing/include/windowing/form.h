@@ -96,6 +96,7 @@ class Form : public Container {
   std::function<void()> Load;
   std::function<void(bool& cancel, UnloadMode mode)> QueryUnload;
   std::function<void()> Unload;
+  std::function<void()> CloseRefused;  // the close box or Escape was used while the form is disabled
 
   QWidget* Area() const override;
   QWidget* Window() const;    // the window itself; for this layer and its tests
