@@ -1,15 +1,21 @@
 #pragma once
 
-#include "tests/harness/sandbox.h"
+#include "platform/system/filesystem/currentfilesystem.h"
+#include "platform/system/filesystem/overlayfilesystem.h"
+#include "tests/harness/memoryfilesystem.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 
-// A small install for the fuzz targets, made anew for each input. No program in it can be started, and none is found
-// elsewhere.
+// A small install for the fuzz targets, in memory: a definition may name any path, by `..`, by a drive or by a link.
+// No program in it can be started.
 namespace fuzz {
+
+constexpr char kInstall[] = "/game\\";  // as the program holds it
 
 class World {
  public:
@@ -18,10 +24,17 @@ class World {
   // The install has its first files again and is the selected one.
   void Reset();
 
-  // Puts a file into the install; gives its Windows path.
-  std::string Put(const std::string& name, std::string_view content);
+  // Puts a file into the install, or elsewhere below `folder`; gives its Windows path.
+  std::string Put(const std::string& name, std::string_view content, const std::string& folder = kInstall);
 
-  test::Sandbox sandbox;
+  // All paths with their content.
+  std::map<std::string, std::string> Everything();
+
+ private:
+  test::EmptyFileSystem links_;
+  win::OverlayFileSystem first_;  // never changed once it is filled
+  std::optional<win::OverlayFileSystem> files_;
+  std::optional<win::ScopedFileSystem> scope_;
 };
 
 // Made at the first call.
@@ -31,12 +44,8 @@ inline std::string_view Text(const std::uint8_t* data, std::size_t size) {
   return {reinterpret_cast<const char*>(data), size};
 }
 
-// Definitions may name files anywhere, which is their good right and no place for random names: false for a text that
-// may leave the install by `..`, by a drive or by a separator at the front of a path.
-bool StaysInside(std::string_view definition);
-
 // What a person may ask of a definition ahead of a run: its check, and the plan of row 1 of the catalogue when there is
-// one. Neither may change the install.
+// one. Neither may change anything.
 void LookAhead(const std::string& path);
 
 // Ends the process where a promise is broken.
