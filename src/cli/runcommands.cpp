@@ -95,7 +95,10 @@ int Launch(const Arguments& arguments, int row) {
   RunHooks hooks;
   hooks.foretell = Foretell;
   const RunOutcome run = LaunchClick(row, buildLine, hooks, SessionSettings()).run;
-  if (win::SignalsNoted().count > 0 && !run.ran) return kFailed;
+  if (win::SignalsNoted().count > 0) {
+    NoteAll(run.failed);
+    return run.failed.empty() ? kDone : kFailed;
+  }
   if (!run.problem.empty()) return Fail(arguments.mod, OneLine(run.problem));
   if (run.ran && run.exitStatus == -1) {
     NoteAll(run.failed);
