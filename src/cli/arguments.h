@@ -31,6 +31,7 @@ struct Arguments {
   bool configuration = false;
   bool after = false;
   bool fix = false;
+  bool force = false;
   std::string key;
   std::string value;
 };

@@ -83,6 +83,12 @@ void DeclarePlan(CLI::App& app, Arguments& arguments) {
                "Add a row `put back` for all that would differ from now once the mod is deactivated again");
 }
 
+void DeclareDeactivate(CLI::App& app, Arguments& arguments) {
+  DeclareMod(app, arguments);
+  app.add_flag("--force", arguments.force,
+               "Undo what the definition says though nothing tells that the mod is active; may move files of yours");
+}
+
 void DeclareDoctor(CLI::App& app, Arguments& arguments) {
   app.add_flag("--fix", arguments.fix,
                "Undo what can be undone safely, with a copy kept of every file that is replaced");
@@ -106,7 +112,7 @@ const std::vector<Command> kCommands = {
     {"plan", "Show each step that an activation would take now, and change nothing", kInstall | kRunLock, DeclarePlan,
      PlanGivenMod, "plan mymod.bzm\nplan mymod.bzm --after\nplan mymod.bzm --config"},
     {"activate", "Activate a mod", kInstall | kRunLock, DeclareMod, ActivateGivenMod, "activate mymod.bzm"},
-    {"deactivate", "Deactivate a mod", kInstall | kRunLock, DeclareMod, DeactivateGivenMod, "deactivate mymod.bzm"},
+    {"deactivate", "Deactivate a mod", kInstall | kRunLock, DeclareDeactivate, DeactivateGivenMod, "deactivate mymod.bzm"},
     {"run", "Activate a mod, run the game, and put everything back", kInstall | kRunLock, DeclareRun, RunGivenMod,
      "run mymod.bzm\nrun mymod.bzm --map stalker.bzn\nrun - --options \"/win /nointro\""},
     {"options", "List the game's command-line options", kInstall, nullptr, ListOptions, "options"},

@@ -56,7 +56,9 @@ int PrintApplied(const Arguments& arguments, const std::string& file, const Appl
 int PrintReverted(const Arguments& arguments, const std::string& file, const RevertResult& result) {
   if (result.end == RevertResult::End::kRefused) return Fail(file, OneLine(result.refusal));
   if (result.end == RevertResult::End::kNoFormat) return Fail(file, "is no definition");
-  const bool isDone = result.end == RevertResult::End::kDone && result.failed.empty();
+  const bool isActive = result.end != RevertResult::End::kNotActive;
+  if (!isActive) Note(file + ": nothing tells that it is active; nothing was changed (--force undoes it all the same)");
+  const bool isDone = result.end != RevertResult::End::kExeTookOver && result.failed.empty();
   if (result.end == RevertResult::End::kExeTookOver) NoteExeTookOver();
   NoteAll(result.failed);
   const int printed = PrintDone(arguments, isDone, file + " is inactive");
@@ -141,8 +143,8 @@ int DeactivateGivenMod(const Arguments& arguments) {
   if (file.empty()) return FailWithoutMod(arguments.mod);
   if (const std::string other = OtherActiveMod(file); !other.empty()) return FailOverActiveMod(other);
   SelectModFolders(row == 0 ? -1 : static_cast<int>(row));
-  if (ModList[row].State == -1) Note(file + ": counts as inactive already");
-  return Uninterrupted(kCarriedOut, [&] { return PrintReverted(arguments, file, RevertMod(file, InstallRoot())); });
+  const bool isForced = arguments.force || ModList[row].State == 1;
+  return Uninterrupted(kCarriedOut, [&] { return PrintReverted(arguments, file, RevertMod(file, InstallRoot(), isForced)); });
 }
 
 int RunGivenMod(const Arguments& arguments) {

@@ -87,7 +87,7 @@ int Uninterrupted(const std::string& outcome, const std::function<int()>& work) 
   const int status = work();
   const win::NotedSignals noted = win::SignalsNoted();
   if (noted.count == 0) return status;
-  Note(std::string("SIG") + sigabbrev_np(noted.first) + ": " + (status == kDone ? outcome : "not all was put back"));
+  Note(std::string("SIG") + sigabbrev_np(noted.first) + ": " + (status == kDone ? outcome : "not everything could be done"));
   return 128 + noted.first;
 }
 

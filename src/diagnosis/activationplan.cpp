@@ -25,7 +25,7 @@ std::vector<ActivationStep> LeftBehind(const ModEntry& mod) {
   const std::string root = InstallRoot();
   std::vector<ActivationStep> left;
   if (!ApplyMod(mod.DefinitionFile, mod.Legacy).active) return left;
-  RevertMod(mod.DefinitionFile, root);
+  RevertMod(mod.DefinitionFile, root, true);
   for (const auto& [path, kind] : rehearsal.Differences(root))
     left.push_back(
         {0, "put back", path.starts_with(root) ? path.substr(root.size()) : path, "", false, ClauseFor(kind)});

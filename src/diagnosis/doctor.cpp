@@ -33,7 +33,7 @@ Leftover Interrupted(const CrashMarker& marker) {
     return {kCrashSection, run, "`varnik-cli --root DIR doctor --fix` with that install.", {}};
   if (FindJournal(marker.root, marker.definitionFile))
     return {kCrashSection, run, "The mod is deactivated, and everything is put back as it was.",
-            [marker] { RevertMod(marker.definitionFile, marker.root); }};
+            [marker] { RevertMod(marker.definitionFile, marker.root, true); }, true};
   double version = 0;
   const bool isDefinition = FileExists(marker.definitionFile) &&
                             ReadMarker(win::LineReader(marker.definitionFile).ReadLine(), version) &&
@@ -44,7 +44,7 @@ Leftover Interrupted(const CrashMarker& marker) {
             "Put the definition back, then ask again. The next start of Varnik removes this note as it is.",
             {}};
   return {kCrashSection, run, "The mod is deactivated, and the player's own values are put back.",
-          [marker] { RevertMod(marker.definitionFile, marker.root); }};
+          [marker] { RevertMod(marker.definitionFile, marker.root, true); }};
 }
 
 bool OtherInstallIsListed() {
@@ -100,7 +100,7 @@ std::optional<Leftover> Unfinished(const Journal& journal) {
       : journal.phase == JournalPhase::kLeft ? "A start has undone " + mod + ", and left what it does not put back."
                                              : "An activation or deactivation of " + mod + " was interrupted.";
   return Leftover{win::FileNameOf(journal.file), meaning, "Everything is put back as it was before the mod.",
-                  [journal] { RevertMod(journal.definitionFile, InstallRoot()); }};
+                  [journal] { RevertMod(journal.definitionFile, InstallRoot(), true); }, true};
 }
 
 void AddJournals(std::vector<Leftover>& leftovers) {
@@ -125,7 +125,7 @@ std::vector<Leftover> FindLeftovers() {
     if (leftover.mend) leftover.mend();
   // An active mod may have put files away that would count as left over otherwise.
   for (std::size_t row = 1; row < ModList.size(); ++row)
-    if (ModList[row].State == 1) RevertMod(std::string(ModList[row].DefinitionFile), InstallRoot());
+    if (ModList[row].State == 1) RevertMod(std::string(ModList[row].DefinitionFile), InstallRoot(), true);
   AddLeftoverFiles(InstallRoot(), leftovers);
   // Values that belong to the marker of another install, or to one that waits for its definition, are not left over.
   const bool isAwaited = !leftovers.empty() && leftovers[0].item == kCrashSection && !leftovers[0].mend;
@@ -136,7 +136,7 @@ std::vector<Leftover> FindLeftovers() {
 bool Mend(const Leftover& leftover) {
   if (!leftover.mend) return false;
   std::vector<win::PathDifference> effects;
-  {
+  if (!leftover.isExact) {
     win::Rehearsal rehearsal;
     leftover.mend();
     effects = rehearsal.Differences(InstallRoot());

@@ -12,6 +12,7 @@ struct Leftover {
   std::string meaning;  // one sentence each
   std::string remedy;
   std::function<void()> mend;  // does what `remedy` says; empty where a person has to decide
+  bool isExact = false;        // it puts back what was there, and loses nothing of a person's
 };
 
 // Adds the files and folders below `root` that a run keeps under names of its own.

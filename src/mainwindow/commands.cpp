@@ -156,7 +156,7 @@ void FrmMain::mnuEmergencyDeactivate_Click() {
   const win::Answer answer = win::MsgBox(kForcedWarning, win::kYesNo + win::kCritical, "Varnik WARNING");
   const int mod = modPage.SelectedMod();
   if (answer != win::Answer::kYes || mod < 1 || mod >= static_cast<int>(ModList.size())) return;
-  const RevertResult result = RevertMod(ModList[mod].DefinitionFile, InstallRoot());
+  const RevertResult result = RevertMod(ModList[mod].DefinitionFile, InstallRoot(), true);
   if (!result.refusal.empty()) win::MsgBox(result.refusal);
   ShowReport(result.failed);
 }

@@ -44,6 +44,11 @@ bool MarkerNames(const Journal& journal) {
          IsAbout(journal, marker.root);
 }
 
+bool MarkerNames(const std::string& definitionFile, const std::string& root) {
+  const CrashMarker marker = ReadCrashMarker();
+  return win::IsSamePath(marker.definitionFile, definitionFile) && win::IsSamePath(marker.root, root);
+}
+
 // The file of the game's preferences, when the mod sets session defaults.
 std::string PreferencesOf(const Journal& journal) {
   constexpr std::string_view kPreferences = "gameprefs.ini";
@@ -122,7 +127,7 @@ namespace {
 Report FinishEarlier(const std::string& root) {
   const CrashMarker marker = ReadCrashMarker();
   if (!marker.root.empty() && win::IsSamePath(marker.root, root)) {
-    const RevertResult earlier = RevertMod(marker.definitionFile, marker.root);
+    const RevertResult earlier = RevertMod(marker.definitionFile, marker.root, true);
     if (!earlier.failed.empty()) return earlier.failed;
   }
   int count = 0;
@@ -161,7 +166,7 @@ ApplyResult ApplyMod(const std::string& definitionFile, bool isLegacy,
   return result;
 }
 
-RevertResult RevertMod(const std::string& definitionFile, const std::string& root) {
+RevertResult RevertMod(const std::string& definitionFile, const std::string& root, bool isForced) {
   using Outcome = RevertResult::End;
   const RunGuard guard(root);
   if (!guard.IsHeld()) return {Outcome::kRefused, kRunRefused, {}};
@@ -173,6 +178,7 @@ RevertResult RevertMod(const std::string& definitionFile, const std::string& roo
   const bool byDefinition = !journal || DefinitionsAreAsNoted(*journal);
   const Format format = byDefinition ? FormatOf(definitionFile) : Format::kNone;
   if (!journal && format == Format::kNone) return {Outcome::kNoFormat, "", {}};
+  if (!journal && !isForced && !MarkerNames(definitionFile, root)) return {Outcome::kNotActive, "", {}};
   bool persistent = journal && journal->persistent;
   if (format != Format::kNone && !UndoByDefinition(format, definitionFile, root, persistent)) {
     if (journal) StoreAs(*journal, JournalPhase::kActive);

@@ -32,8 +32,9 @@ struct RevertResult {
   enum class End {
     kDone,
     kExeTookOver,
-    kNoFormat,  // the file cannot be read, its marker is bad or its version is no format, and no journal tells of it
-    kRefused,   // another process is at work, or the journal cannot be written
+    kNoFormat,   // the file cannot be read, its marker is bad or its version is no format, and no journal tells of it
+    kNotActive,  // nothing tells that the mod is active; nothing was changed
+    kRefused,    // another process is at work, or the journal cannot be written
   };
 
   End end = End::kDone;
@@ -43,7 +44,9 @@ struct RevertResult {
 
 // Undoes a mod of either format in the install at `root`, which ends in a separator: by its definition, and by the
 // journal what that leaves. With a definition that is not what it was when the mod was activated, by the journal alone.
-RevertResult RevertMod(const std::string& definitionFile, const std::string& root);
+// A mod with neither a journal nor a marker is undone when `isForced`, as one of an older version of Varnik may have to
+// be: where it is not active, that may move files of the player's.
+RevertResult RevertMod(const std::string& definitionFile, const std::string& root, bool isForced);
 
 // Undoes a mod as a start does that finds the marker of an interrupted run: no install is selected, so that the
 // player's values and lists are left as the mod set them. `left` receives what a later `RevertMod` puts back.

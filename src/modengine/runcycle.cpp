@@ -106,7 +106,7 @@ void RunMod(Run& run, const ModEntry& mod) {
   run.outcome.asPromised = applied.IsAsPromised() || applied.foretold.size() + applied.failed.size() == 0;
   if (!applied.active) return;
   RunGame(run);
-  const RevertResult reverted = RevertMod(file, run.root);
+  const RevertResult reverted = RevertMod(file, run.root, true);
   run.outcome.failed.insert(run.outcome.failed.end(), reverted.failed.begin(), reverted.failed.end());
   run.outcome.asPromised = run.outcome.asPromised && reverted.failed.empty();
 }
@@ -170,7 +170,7 @@ ClickOutcome LaunchClick(int modIndex, const std::function<std::string()>& build
   };
   if (!guard.IsHeld()) return refuse(kRunRefused);
   const ModEntry mod = modIndex == -1 ? ModEntry() : RowOf(modIndex);
-  if (mod.State == 1) return Deactivated(RevertMod(mod.DefinitionFile, InstallRoot()));
+  if (mod.State == 1) return Deactivated(RevertMod(mod.DefinitionFile, InstallRoot(), true));
   if (mod.State == -1) return Activated(ApplyMod(mod.DefinitionFile, false, hooks.foretell));
   const bool useEditor = IsVersion13() && HasEditSwitch(buildLine());
   if (useEditor && !FileExists(GameOf(InstallRoot(), true))) return refuse(kNoEditor);

@@ -37,7 +37,7 @@ std::vector<std::string> SplitCommandLine(std::string_view line, int maxArgs) {
 namespace {
 
 void Deactivate(const std::string& definitionFile, const std::string& root) {
-  const RevertResult result = RevertMod(definitionFile, root);
+  const RevertResult result = RevertMod(definitionFile, root, true);
   if (!result.refusal.empty()) win::MsgBox(result.refusal);
   for (const Problem& problem : result.failed)
     std::fprintf(stderr, "%s: %s\n", win::Program().name.c_str(), TextOf(problem).c_str());

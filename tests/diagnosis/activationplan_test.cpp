@@ -98,7 +98,7 @@ TEST_F(Plan, TellsWhatAnActivationThenDoes) {
     EXPECT_EQ(Written(taken.steps), Written(plan.steps));
     EXPECT_EQ(plan.configuration, Content("bzone.cfg") == own ? std::nullopt : Content("bzone.cfg"));
     if (!plan.active) continue;
-    const RevertResult reverted = RevertMod(mod.DefinitionFile, Root());
+    const RevertResult reverted = RevertMod(mod.DefinitionFile, Root(), false);
     if (reverted.end == RevertResult::End::kExeTookOver) continue;
     EXPECT_EQ(Written(plan.left), "");
     EXPECT_TRUE(reverted.failed.empty()) << TextOf(reverted.failed[0]);

@@ -82,7 +82,7 @@ TEST_F(LegacyActivation, EveryDirectiveComesBackAlsoAtAStart) {
                      "replace @rootdir\\a,@rootdir\\m\\a\nmove @rootdir\\m\\n,@rootdir\\n\nexec @rootdir\\x.exe")));
     const CrashMarker marker = ReadCrashMarker();
     if (!selected) SelectInstall(-1);
-    EXPECT_EQ(RevertMod(marker.definitionFile, marker.root).end, RevertResult::End::kDone);
+    EXPECT_EQ(RevertMod(marker.definitionFile, marker.root, false).end, RevertResult::End::kDone);
     EXPECT_EQ(test::Snapshot(sandbox_.Install()), before);
   }
 }
