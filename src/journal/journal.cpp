@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 
@@ -165,14 +166,19 @@ bool WriteJournal(Journal& journal) {
   return true;
 }
 
-std::vector<Journal> ReadJournals() {
+std::vector<Journal> ReadJournals(std::string* unread) {
   std::vector<Journal> journals;
+  win::FileStatus status;
+  const std::string folder = JournalFolder();
+  const bool isThere = win::CurrentFileSystem().Status(folder, status);
+  if (unread && (isThere || errno != ENOENT) && !win::CurrentFileSystem().OpenFolder(folder)) *unread = folder;
   for (const long number : Numbers()) {
     const std::string file = JournalFolder() + "/" + std::to_string(number) + kExtension;
     const std::optional<std::string> bytes = win::ReadWholeFile(win::WindowsPathFromNative(file));
     std::optional<Journal> journal = bytes ? Decoded(*bytes) : std::nullopt;
     if (!bytes) {
       std::fprintf(stderr, "%s: %s cannot be read\n", win::Program().name.c_str(), file.c_str());
+      if (unread) *unread = file;
     } else if (!journal) {
       SetAside(file);
     } else {
@@ -194,8 +200,8 @@ bool IsAbout(const Journal& journal, const std::string& root) {
          (win::CurrentFileSystem().Status(win::NativePath(root), status) && status.identity == journal.rootIdentity);
 }
 
-std::optional<Journal> FindJournal(const std::string& root, const std::string& definitionFile) {
-  for (Journal& journal : ReadJournals())
+std::optional<Journal> FindJournal(const std::string& root, const std::string& definitionFile, std::string* unread) {
+  for (Journal& journal : ReadJournals(unread))
     if (win::IsSamePath(journal.definitionFile, definitionFile) && IsAbout(journal, root)) return std::move(journal);
   return std::nullopt;
 }

@@ -61,8 +61,8 @@ struct Journal {
 bool WriteJournal(Journal& journal);
 
 // All journals, the newest first. One that cannot be understood is kept under another name, and that is said on
-// standard error.
-std::vector<Journal> ReadJournals();
+// standard error. `unread` receives the native path of one that cannot be read.
+std::vector<Journal> ReadJournals(std::string* unread = nullptr);
 
 bool RemoveJournal(const Journal& journal);
 
@@ -70,7 +70,8 @@ bool RemoveJournal(const Journal& journal);
 bool IsAbout(const Journal& journal, const std::string& root);
 
 // The newest journal of this definition in this install.
-std::optional<Journal> FindJournal(const std::string& root, const std::string& definitionFile);
+std::optional<Journal> FindJournal(const std::string& root, const std::string& definitionFile,
+                                   std::string* unread = nullptr);
 
 // True when the definition and what it includes can be read and are what they were.
 bool DefinitionsAreAsNoted(const Journal& journal);

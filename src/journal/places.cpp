@@ -26,10 +26,10 @@ bool IsSame(const FileStatus& before, const FileStatus& now) {
          (before.identity.device == now.identity.device || HasSameTime(before, now));
 }
 
-// What a power cut leaves of a file: its beginning, and zeros where the rest was not written.
+// What a power cut leaves of a file: its beginning, with zeros where something was not written.
 bool IsTorn(std::string_view content, std::string_view whole) {
-  const auto [differs, unused] = std::mismatch(content.begin(), content.end(), whole.begin(), whole.end());
-  return content.size() <= whole.size() && std::all_of(differs, content.end(), [](char c) { return c == '\0'; });
+  return content.size() <= whole.size() &&
+         std::equal(content.begin(), content.end(), whole.begin(), [](char c, char w) { return c == w || c == '\0'; });
 }
 
 std::string WaitingName(const std::string& native) {

@@ -174,6 +174,8 @@ bool ActivateLegacyMod(const std::string& definitionFile) {
     const win::ScopedFileSystem confined = pass.confines.Enforce();
     pass.generated.Finish(pass.places.root);
   }
+  // What undoes the mod starts from what is on the disk.
+  win::SyncFileSystemOf(pass.places.root);
   WriteCrashMarker({pass.places.root, definitionFile});
   return true;
 }

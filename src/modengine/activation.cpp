@@ -171,6 +171,8 @@ bool ActivateMod(const std::string& definitionFile, ActivationState& state) {
   // A persistent mod has no marker, since it stays active across starts, and leaves the player's own files alone.
   if (state.persistent) return true;
   if (IsVersion13()) ApplyPlayersValues(state);
+  // What undoes the mod starts from what is on the disk.
+  win::SyncFileSystemOf(root);
   WriteCrashMarker({root, definitionFile});
   return true;
 }

@@ -2,6 +2,7 @@
 
 #include "definition/crashmarker.h"
 #include "definition/directive.h"
+#include "journal/journaledfilesystem.h"
 #include "journal/restore.h"
 #include "legacy/legacydeactivation.h"
 #include "modengine/activation.h"
@@ -11,6 +12,7 @@
 #include "modengine/sessiondefaults.h"
 #include "platform/system/files/files.h"
 #include "platform/system/files/lines.h"
+#include "platform/system/filesystem/currentfilesystem.h"
 #include "platform/system/filesystem/operations.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/paths/workingfolder.h"
@@ -102,7 +104,11 @@ Format FormatOf(const std::string& definitionFile) {
 }
 
 // By the definition alone. False when an EXE took over.
-bool UndoByDefinition(Format format, const std::string& definitionFile, const std::string& root, bool& persistent) {
+bool UndoByDefinition(Format format, const std::string& definitionFile, const std::string& root,
+                      const std::optional<Journal>& journal, bool& persistent) {
+  std::optional<JournaledFileSystem> noted;
+  std::optional<win::ScopedFileSystem> onlyNoted;
+  if (journal) onlyNoted.emplace(noted.emplace(win::CurrentFileSystem(), *journal));
   if (format == Format::kCurrent) return UndoLines(definitionFile, root, persistent);
   UndoLegacyLines(definitionFile, root);
   return true;
@@ -145,7 +151,7 @@ ApplyResult ApplyMod(const std::string& definitionFile, bool isLegacy,
   }
   RehearsedMod mod = RehearseMod(definitionFile, isLegacy);
   if (!mod.unreadable.empty()) {
-    result.refusal = mod.unreadable + " would be changed and cannot be kept: " + mod.why + ". Nothing was changed.";
+    result.refusal = mod.unreadable + " cannot be read: " + mod.why + ". Nothing was changed.";
     return result;
   }
   if (!mod.journal.entries.empty() && !WriteJournal(mod.journal)) {
@@ -157,6 +163,8 @@ ApplyResult ApplyMod(const std::string& definitionFile, bool isLegacy,
   ActivationSteps steps;
   ActivationState state;
   {
+    JournaledFileSystem noted(win::CurrentFileSystem(), mod.journal);
+    const win::ScopedFileSystem onlyNoted(noted);
     const win::OperationObserver observer([&](const win::FileOperation& operation) { steps.Take(operation); });
     result.active = RunActivation(definitionFile, isLegacy, state);
   }
@@ -170,7 +178,9 @@ RevertResult RevertMod(const std::string& definitionFile, const std::string& roo
   using Outcome = RevertResult::End;
   const RunGuard guard(root);
   if (!guard.IsHeld()) return {Outcome::kRefused, kRunRefused, {}};
-  std::optional<Journal> journal = FindJournal(root, definitionFile);
+  std::string unread;
+  std::optional<Journal> journal = FindJournal(root, definitionFile, &unread);
+  if (!unread.empty()) return {Outcome::kRefused, unread + " cannot be read. Nothing was changed.", {}};
   if (journal && journal->phase != JournalPhase::kOpen && !StoreAs(*journal, JournalPhase::kOpen))
     return {Outcome::kRefused, TextOf(NotWrittenDown()) + ". Nothing was changed.", {}};
   std::optional<win::ScopedWorkingFolder> folder;
@@ -180,7 +190,7 @@ RevertResult RevertMod(const std::string& definitionFile, const std::string& roo
   if (!journal && format == Format::kNone) return {Outcome::kNoFormat, "", {}};
   if (!journal && !isForced && !MarkerNames(definitionFile, root)) return {Outcome::kNotActive, "", {}};
   bool persistent = journal && journal->persistent;
-  if (format != Format::kNone && !UndoByDefinition(format, definitionFile, root, persistent)) {
+  if (format != Format::kNone && !UndoByDefinition(format, definitionFile, root, journal, persistent)) {
     if (journal) StoreAs(*journal, JournalPhase::kActive);
     return {Outcome::kExeTookOver, "", {}};
   }
@@ -198,13 +208,16 @@ RevertResult RevertMod(const std::string& definitionFile, const std::string& roo
 RevertResult RevertAtStart(const std::string& definitionFile, const std::string& root, Report& left) {
   using Outcome = RevertResult::End;
   const Format format = FormatOf(definitionFile);
-  if (format == Format::kNone) return {Outcome::kNoFormat, "", {}};
-  std::optional<Journal> journal = FindJournal(root, definitionFile);
+  if (format == Format::kNone)
+    return {Outcome::kNoFormat, "", {{definitionFile, 1, "undo the mod", "it cannot be read, or is no definition"}}};
+  std::string unread;
+  std::optional<Journal> journal = FindJournal(root, definitionFile, &unread);
+  if (!unread.empty()) return {Outcome::kRefused, "", {{definitionFile, 0, "read " + unread, "nothing was changed"}}};
   std::optional<win::ScopedWorkingFolder> folder;
   if (journal) folder.emplace(journal->workingFolder);
   if (journal) StoreAs(*journal, JournalPhase::kLeft);
   bool persistent = false;
-  if (!UndoByDefinition(format, definitionFile, root, persistent)) return {Outcome::kExeTookOver, "", {}};
+  if (!UndoByDefinition(format, definitionFile, root, journal, persistent)) return {Outcome::kExeTookOver, "", {}};
   RevertResult result;
   if (!End(format == Format::kLegacy, root, persistent))
     result.failed.push_back({"", 0, "forget the run", win::ExplainError(errno)});
@@ -215,7 +228,10 @@ RevertResult RevertAtStart(const std::string& definitionFile, const std::string&
 Report FinishInterrupted(const std::string& root, bool withLeft, int& count) {
   Report failed;
   count = 0;
-  for (const Journal& journal : ReadJournals()) {
+  std::string unread;
+  const std::vector<Journal> journals = ReadJournals(&unread);
+  if (!unread.empty()) failed.push_back({"", 0, "read " + unread, "what it tells of is not put back"});
+  for (const Journal& journal : journals) {
     const bool isMeant = journal.phase == JournalPhase::kOpen || (withLeft && journal.phase == JournalPhase::kLeft);
     if (!isMeant || (!root.empty() && !IsAbout(journal, root)) || MarkerNames(journal)) continue;
     ++count;

@@ -50,10 +50,14 @@ void RehearseActivation(RehearsedMod& mod) {
   mod.configuration = win::ReadWholeFile(mod.journal.root + kGameConfig);
 }
 
-void NoteDefinitions(Journal& journal, const std::set<std::string>& files) {
-  for (const std::string& path : files)
-    if (std::optional<std::string> content = win::ReadWholeFile(path))
-      journal.definitions.push_back({path, *std::move(content)});
+bool NoteDefinitions(Journal& journal, const std::set<std::string>& files, std::string& failed) {
+  for (const std::string& path : files) {
+    std::optional<std::string> content = win::ReadWholeFile(path);
+    failed = path;
+    if (!content) return false;
+    journal.definitions.push_back({path, *std::move(content)});
+  }
+  return true;
 }
 
 }  // namespace
@@ -76,11 +80,13 @@ RehearsedMod RehearseMod(const std::string& definitionFile, bool isLegacy) {
   ActiveState active = NoteActiveState(rehearsal.Record());
   RehearseUndo(mod.journal);
   const win::ScopedFileSystem asItIs(present);
-  NoteDefinitions(mod.journal, files);
-  if (!FillJournal(mod.journal, rehearsal.Record(), std::move(active), mod.unreadable))
-    mod.why = win::ExplainError(errno);
-  else
+  mod.unreadable = rehearsal.Record().Unreadable();
+  errno = rehearsal.Record().ReadError();
+  if (mod.unreadable.empty() && NoteDefinitions(mod.journal, files, mod.unreadable) &&
+      FillJournal(mod.journal, rehearsal.Record(), std::move(active), mod.unreadable))
     mod.unreadable.clear();
+  else
+    mod.why = win::ExplainError(errno);
   return mod;
 }
 

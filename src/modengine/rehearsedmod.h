@@ -15,8 +15,9 @@ struct RehearsedMod {
   std::vector<ActivationStep> steps;
   std::optional<std::string> configuration;  // the bzone.cfg that the game would find
   Journal journal;                           // not written yet
-  std::string unreadable;  // native path of a file that would be overwritten and cannot be kept; the journal is of no
-  std::string why;         // use then. And the reason
+  std::string unreadable;  // a file that cannot be read, so that nobody knows what would be done, or cannot be kept
+                           // though it would be overwritten; the journal is of no use then
+  std::string why;         // the reason
 };
 
 RehearsedMod RehearseMod(const std::string& definitionFile, bool isLegacy);

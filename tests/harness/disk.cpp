@@ -61,4 +61,15 @@ std::vector<Row> CutsOf(const std::vector<DiskCall>& log, bool isOrdered, const 
   return rows;
 }
 
+void DoWhatLasts(const std::vector<DiskCall>& log, const std::vector<bool>& lasts, Disk& disk) {
+  for (std::size_t i = 0; i < log.size(); ++i) {
+    DiskCall call = log[i];
+    bool isLast = true;
+    for (std::size_t later = i + 1; later < log.size(); ++later)
+      isLast = isLast && !(lasts[later] && log[later].kind == Kind::kAppend && log[later].path == call.path);
+    if (call.kind == Kind::kAppend && !lasts[i] && !isLast) call.content.assign(call.content.size(), '\0');
+    if (lasts[i] || (call.kind == Kind::kAppend && !isLast)) disk.Do(call);
+  }
+}
+
 }  // namespace test

@@ -14,10 +14,10 @@ namespace test {
 
 // One call that changes something, or makes changes last.
 struct DiskCall {
-  enum class Kind { kOpen, kAppend, kRename, kRemove, kMakeFolder, kRemoveFolder, kSync, kSyncAll };
+  enum class Kind { kOpen, kAppend, kRename, kMove, kRemove, kMakeFolder, kRemoveFolder, kSync, kSyncAll };
 
   Kind kind;
-  std::string path, target;  // of a rename to `target`
+  std::string path, target;  // of a rename to `target`; a move replaces nothing
   std::string content = {};
   win::OpenMode mode = {};
 
@@ -48,6 +48,7 @@ class Disk : public win::OverlayFileSystem {
       if (const auto file = OverlayFileSystem::OpenForWriting(call.path, win::OpenMode::kAppend, 0666))
         file->Append(call.content);
     if (call.kind == Kind::kRename) OverlayFileSystem::Rename(call.path, call.target);
+    if (call.kind == Kind::kMove) OverlayFileSystem::RenameWithoutReplacing(call.path, call.target);
     if (call.kind == Kind::kRemove) OverlayFileSystem::Remove(call.path);
     if (call.kind == Kind::kMakeFolder) OverlayFileSystem::MakeFolder(call.path, 0777);
     if (call.kind == Kind::kRemoveFolder) OverlayFileSystem::RemoveFolder(call.path);
@@ -71,7 +72,8 @@ class Disk : public win::OverlayFileSystem {
     return Logged(call, !Fails() && OverlayFileSystem::Rename(from, to));
   }
   bool RenameWithoutReplacing(const std::string& from, const std::string& to) override {
-    return HasEntry(to) ? win::FailWith(EEXIST) : Rename(from, to);
+    const DiskCall call{DiskCall::Kind::kMove, Resolved(from, false), Resolved(to, false)};
+    return Logged(call, !Fails() && OverlayFileSystem::RenameWithoutReplacing(from, to));
   }
   bool Remove(const std::string& path) override {
     const DiskCall call{DiskCall::Kind::kRemove, Resolved(path, false), ""};
@@ -149,5 +151,8 @@ class Disk : public win::OverlayFileSystem {
 // they last in any combination, as on btrfs. Paths below `other` lie on a disk of their own. At most about `limit` rows.
 std::vector<std::vector<bool>> CutsOf(const std::vector<DiskCall>& log, bool isOrdered, const std::string& other,
                                       int limit);
+
+// Does those calls on another disk. Of a file that lacks a part in the middle the part is zeros.
+void DoWhatLasts(const std::vector<DiskCall>& log, const std::vector<bool>& lasts, Disk& disk);
 
 }  // namespace test

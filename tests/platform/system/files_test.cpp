@@ -122,8 +122,7 @@ TEST_F(Files, HoldTheOldOrTheNewContentWhateverFails) {
       EXPECT_EQ(win::ReadWholeFile(path), n == 0 || n == calls ? "new content" : "old");
       for (const auto& lasts : test::CutsOf(faulty.Log(), false, "/none", 64)) {
         test::Disk cut(before);
-        for (std::size_t i = 0; i < lasts.size(); ++i)
-          if (lasts[i]) cut.Do(faulty.Log()[i]);
+        test::DoWhatLasts(faulty.Log(), lasts, cut);
         const win::ScopedFileSystem afterwards(cut);
         const auto content = win::ReadWholeFile(path);
         EXPECT_TRUE(content == "new content" || (n != 0 && content == "old")) << content.value_or("none");

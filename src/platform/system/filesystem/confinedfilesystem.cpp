@@ -30,7 +30,10 @@ std::string ConfinedFileSystem::Resolved(const std::string& path, bool followLas
 }
 
 bool ConfinedFileSystem::Contains(const std::string& path, bool followLast) {
-  const std::string resolved = Resolved(path, followLast);
+  return MayChange(Resolved(path, followLast));
+}
+
+bool ConfinedFileSystem::MayChange(const std::string& resolved) {
   const bool isInside = std::any_of(folders_.begin(), folders_.end(), [&resolved](const std::string& folder) {
     return resolved.size() > folder.size() && resolved.starts_with(folder);
   });

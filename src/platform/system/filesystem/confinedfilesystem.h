@@ -48,6 +48,11 @@ class ConfinedFileSystem : public FileSystem {
   std::uint64_t NameChanges() override { return base_.NameChanges(); }
   bool IsSeenByPrograms() const override { return base_.IsSeenByPrograms(); }
 
+ protected:
+  // Whether what stands at this path may change: an absolute one without links on the way. False leaves the reason in
+  // errno.
+  virtual bool MayChange(const std::string& resolved);
+
  private:
   std::string Resolved(const std::string& path, bool followLast);
   bool MayRename(const std::string& from, const std::string& to);

@@ -25,6 +25,7 @@ constexpr Explanation kExplanations[] = {
     {EPERM, "the file is read-only"},
     {EACCES, "permission denied"},
     {EISDIR, "it is a folder"},
+    {EBADSLT, "the install is not as it was a moment ago"},
     {ENOTEMPTY, "the folder is not empty"},
     {EXDEV, "a folder cannot be moved to another file system"},
     {ENOEXEC, "this system has nothing that runs it"},

@@ -2,6 +2,8 @@
 
 #include "platform/system/filesystem/nativepath.h"
 
+#include <utility>
+
 namespace win {
 
 void RecordingFileSystem::Touch(const std::string& resolved) {
@@ -28,6 +30,42 @@ void RecordingFileSystem::TouchForRename(const std::string& from, const std::str
   // To another file system a file is copied, under this name first.
   if (LinkStatus(from, source) && Status(FolderAbove(to), folder) && source.identity.device != folder.identity.device)
     Touch(TemporaryNameFor(to));
+}
+
+class RecordingFileSystem::Reader : public ReadableFile {
+ public:
+  Reader(RecordingFileSystem& files, std::string path, std::unique_ptr<ReadableFile> file)
+      : files_(files), path_(std::move(path)), file_(std::move(file)) {}
+
+  ssize_t Read(char* buffer, std::size_t size) override {
+    const ssize_t count = file_->Read(buffer, size);
+    if (count < 0) files_.NoteUnreadable(path_);
+    return count;
+  }
+  bool Status(FileStatus& status) override { return file_->Status(status); }
+
+ private:
+  RecordingFileSystem& files_;
+  std::string path_;
+  std::unique_ptr<ReadableFile> file_;
+};
+
+// A folder is not read as a file.
+void RecordingFileSystem::NoteUnreadable(const std::string& path) {
+  const int error = errno;
+  FileStatus status;
+  if (unreadable_.empty() && error != EISDIR && Status(path, status) && status.IsFile()) {
+    unreadable_ = path;
+    readError_ = error;
+  }
+  errno = error;
+}
+
+std::unique_ptr<ReadableFile> RecordingFileSystem::OpenForReading(const std::string& path) {
+  auto file = OverlayFileSystem::OpenForReading(path);
+  if (file) return std::make_unique<Reader>(*this, path, std::move(file));
+  NoteUnreadable(path);
+  return nullptr;
 }
 
 std::unique_ptr<WritableFile> RecordingFileSystem::OpenForWriting(const std::string& path, OpenMode mode,

@@ -15,6 +15,7 @@ class RecordingFileSystem : public OverlayFileSystem {
  public:
   using OverlayFileSystem::OverlayFileSystem;
 
+  std::unique_ptr<ReadableFile> OpenForReading(const std::string& path) override;
   std::unique_ptr<WritableFile> OpenForWriting(const std::string& path, OpenMode mode, mode_t permissions) override;
   bool Rename(const std::string& from, const std::string& to) override;
   bool RenameWithoutReplacing(const std::string& from, const std::string& to) override;
@@ -30,6 +31,11 @@ class RecordingFileSystem : public OverlayFileSystem {
   // Files of the file system below whose content a call overwrote or removed.
   const std::set<std::string>& Destroyed() const { return destroyed_; }
 
+  // A file that could not be opened or read to its end, and the reason as in errno. Empty when there was none. What
+  // follows such a failure may be other than what another try would do.
+  const std::string& Unreadable() const { return unreadable_; }
+  int ReadError() const { return readError_; }
+
   // What files held that calls wrote: of each file what it held last, and what it held when it was renamed or emptied.
   std::set<ContentId> Written() const;
 
@@ -40,10 +46,15 @@ class RecordingFileSystem : public OverlayFileSystem {
   std::map<std::string, std::string> Moves() const;
 
  private:
+  class Reader;
+
+  void NoteUnreadable(const std::string& path);
   void Touch(const std::string& resolved);
   void TouchForGood(const std::string& resolved);
   void TouchForRename(const std::string& from, const std::string& to);
 
+  std::string unreadable_;
+  int readError_ = 0;
   std::set<std::string> touched_;
   std::set<std::string> destroyed_;
   std::set<ContentId> written_;
