@@ -105,7 +105,13 @@ std::optional<Leftover> Unfinished(const Journal& journal) {
 
 void AddJournals(std::vector<Leftover>& leftovers) {
   const CrashMarker marker = ReadCrashMarker();
-  for (const Journal& journal : ReadJournals()) {
+  std::string unread;
+  const std::vector<Journal> journals = ReadJournals(&unread);
+  if (!unread.empty())
+    leftovers.push_back({win::FileNameOf(unread), unread + " cannot be read: what it tells of is not known.",
+                         "Mend the disk or the permissions of the file, and ask again.",
+                         {}});
+  for (const Journal& journal : journals) {
     const bool isMarked = !marker.root.empty() && win::IsSamePath(marker.definitionFile, journal.definitionFile);
     if (isMarked || !IsAbout(journal, InstallRoot())) continue;
     if (std::optional<Leftover> leftover = Unfinished(journal)) leftovers.push_back(*std::move(leftover));

@@ -18,6 +18,7 @@
 #include "platform/system/paths/workingfolder.h"
 #include "platform/system/text/text.h"
 #include "support/install.h"
+#include "support/settings.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -40,8 +41,11 @@ Report Unforetold(const Report& failed, const Report& foretold) {
 
 Problem NotWrittenDown() { return {"", 0, "write down how the install is", win::ExplainError(errno)}; }
 
+// Settings that cannot be read may name it.
 bool MarkerNames(const Journal& journal) {
-  const CrashMarker marker = ReadCrashMarker();
+  const win::SettingsSnapshot stored = StoredSettings();
+  if (!stored.IsReadable()) return true;
+  const CrashMarker marker = ReadCrashMarker(stored);
   return !marker.root.empty() && win::IsSamePath(marker.definitionFile, journal.definitionFile) &&
          IsAbout(journal, marker.root);
 }
