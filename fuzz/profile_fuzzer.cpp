@@ -1,5 +1,4 @@
 #include "fuzz/world.h"
-#include "gameconfig/gamesettings.h"
 #include "platform/system/files/profile.h"
 
 // A profile file: reads of it, and edits that must be found again and must not grow the file beyond what they add.
@@ -21,10 +20,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   fuzz::Require(win::WritePrivateProfileString(kSection, "Key", "value", path));
   fuzz::Require(Read(path) == "value");
   fuzz::Require(win::WritePrivateProfileString(kSection, std::nullopt, std::nullopt, path));
-
-  world.Put("addon/gameprefs.ini", fuzz::Text(data, size));
-  world.Put("render.cfg", fuzz::Text(data, size));
-  varnik::ApplyUserPrefs(varnik::ReadUserPrefs().value_or(varnik::UserPrefs{}));
-  varnik::ApplyDarkPlants(varnik::ReadDarkPlants() == 0);
   return 0;
 }

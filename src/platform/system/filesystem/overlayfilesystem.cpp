@@ -14,7 +14,7 @@ namespace win {
 namespace {
 
 constexpr std::size_t kMaxLookedAt = 20'000;
-constexpr std::size_t kMaxFolders = 1'000;
+constexpr std::size_t kMaxFollowed = 1'000;
 
 bool IsBelow(const std::string& path, const std::string& folder) { return path.starts_with(JoinPath(folder, "")); }
 
@@ -178,15 +178,19 @@ std::string OverlayFileSystem::Resolved(const std::string& path, bool followLast
   constexpr char kNowhere[] = "/dev/null/none";
   const std::string given = path.substr(0, path.find('\0'));  // as the calls of the system end a name
   if (given.empty()) return kNowhere;
-  const auto targetOf = [this](const std::string& resolved) { return TargetAt(resolved); };
   const std::string_view name = LastName(given);
   if (!given.starts_with('/') || name.empty() || name == "." || name == "..")
-    return ResolveLinks(given, followLast, targetOf);
-  if (resolvedFolders_.size() >= kMaxFolders) resolvedFolders_.clear();
-  const auto [folder, isNew] = resolvedFolders_.try_emplace(FolderAbove(given));
-  if (isNew) folder->second = ResolveLinks(folder->first, true, targetOf);
-  std::string resolved = JoinPath(folder->second, name);
-  return followLast && !TargetAt(resolved).empty() ? ResolveLinks(given, true, targetOf) : resolved;
+    return ResolveLinks(given, followLast, [this](const auto& resolved) { return TargetAt(resolved); });
+  std::string resolved = JoinPath(Followed(FolderAbove(given)), name);
+  return followLast && IsLinkAt(resolved) ? Followed(given) : resolved;
+}
+
+// As Resolved, for a folder or a link, which are asked for again and again.
+const std::string& OverlayFileSystem::Followed(const std::string& path) {
+  if (followed_.size() >= kMaxFollowed) followed_.clear();
+  const auto [found, isNew] = followed_.try_emplace(path);
+  if (isNew) found->second = ResolveLinks(path, true, [this](const auto& resolved) { return TargetAt(resolved); });
+  return found->second;
 }
 
 std::shared_ptr<OverlayFileSystem::Node> OverlayFileSystem::NodeAt(std::string_view resolved) const {
@@ -244,9 +248,12 @@ OverlayFileSystem::Below& OverlayFileSystem::LookBelow(const std::string& backin
 
 // What the link at this path leads to, empty for anything else.
 std::string OverlayFileSystem::TargetAt(const std::string& resolved) {
+  return IsLinkAt(resolved) ? base_.LinkTarget(Find(resolved)->backing) : std::string();
+}
+
+bool OverlayFileSystem::IsLinkAt(const std::string& resolved) {
   const std::optional<Entry> entry = Find(resolved);
-  const bool isLink = entry && !entry->backing.empty() && LookBelow(entry->backing).IsLink();
-  return isLink ? base_.LinkTarget(entry->backing) : std::string();
+  return entry && !entry->backing.empty() && LookBelow(entry->backing).IsLink();
 }
 
 bool OverlayFileSystem::StatusOf(const std::string& resolved, bool followLink, FileStatus& status) {
@@ -355,7 +362,7 @@ void OverlayFileSystem::Put(const std::string& resolved, std::shared_ptr<Node> n
 std::unique_ptr<ReadableFile> OverlayFileSystem::OpenForReading(const std::string& path) {
   const std::string resolved = Resolved(path, true);
   const std::optional<Entry> entry = Find(resolved);
-  if (!TargetAt(resolved).empty()) return FailWith(ELOOP), nullptr;
+  if (IsLinkAt(resolved)) return FailWith(ELOOP), nullptr;
   if (entry && !entry->backing.empty() && !IsFileNamedAsFolder(path)) return base_.OpenForReading(entry->backing);
   if (entry && entry->memory && !path.ends_with('/')) return std::make_unique<MemoryReader>(entry->memory);
   errno = !entry ? ENOENT : entry->memory ? ENOTDIR : EISDIR;
@@ -403,7 +410,7 @@ bool OverlayFileSystem::RenameTo(const std::string& from, const std::string& to,
   if (source == target) return true;
   FileStatus status;
   StatusOf(source, false, status);
-  if (!status.IsFile()) resolvedFolders_.clear();  // it is a link, or there may be one in it
+  if (!status.IsFile()) followed_.clear();  // it is a link, or there may be one in it
   // What had changed below a folder goes with it.
   std::shared_ptr<Node> moved = NodeAt(source);
   if (moved == nullptr) moved = std::make_shared<Node>();
@@ -415,7 +422,7 @@ bool OverlayFileSystem::RenameTo(const std::string& from, const std::string& to,
 
 bool OverlayFileSystem::RemoveEntry(const std::string& resolved) {
   if (!MayChange(FolderAbove(resolved))) return false;
-  if (!TargetAt(resolved).empty()) resolvedFolders_.clear();
+  if (IsLinkAt(resolved)) followed_.clear();
   Set(resolved, {.gone = true});
   return true;
 }
@@ -473,7 +480,7 @@ std::unique_ptr<FileLock> OverlayFileSystem::TryLock(const std::string& path) {
 
 FoundEntry OverlayFileSystem::EntryNamed(const std::string& folder, const std::string& name) {
   const std::string path = JoinPath(folder, name);
-  return {name, IsFolderAt(Resolved(path, true)), !TargetAt(path).empty()};
+  return {name, IsFolderAt(Resolved(path, true)), IsLinkAt(path)};
 }
 
 std::unique_ptr<FolderListing> OverlayFileSystem::OpenFolder(const std::string& path) {
