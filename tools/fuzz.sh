@@ -40,7 +40,8 @@ stat() { sed -n "s/stat::$1: *//p" "$2"; }
 
 fuzz() {
   local format=$1 log=$work/$1.log
-  local seeds=$PWD/fuzz/seeds/$(shared "$1")  # the targets work in a folder of their own
+  local seeds
+  seeds=$PWD/fuzz/seeds/$(shared "$format")  # the targets work in a folder of their own
   [ -d "$seeds" ] || seeds=$work/seeds/$format
   local words=()
   [ -f "fuzz/$(shared "$format").dict" ] && words=(-dict="$PWD/fuzz/$(shared "$format").dict")
