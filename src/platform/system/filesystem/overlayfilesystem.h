@@ -11,6 +11,8 @@
 
 namespace win {
 
+struct MemoryFile;
+
 struct PathDifference {
   enum class Kind { kNew, kGone, kChanged };
 
@@ -55,9 +57,6 @@ class OverlayFileSystem : public FileSystem {
   std::string Resolved(const std::string& path, bool followLast);
 
  private:
-  struct MemoryFile;
-  class MemoryReader;
-  class MemoryWriter;
   class Listing;
 
   // What a path that has changed leads to: an unchanged file or folder, known below as `backing`, a file in memory, or
