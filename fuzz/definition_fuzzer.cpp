@@ -8,7 +8,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string_view text = fuzz::Text(data, size);
   fuzz::World& world = fuzz::TheWorld();
   world.Reset();
-  world.Put("part.inc", "BZ2HALD5\r\nrename(b.odf, part.odf);\r\ninclude(mod.bzm);\r\n");
+  world.Put("part.inc", "BZ2HALD5\r\nrename(b.odf, part.odf);\r\n");
   const std::string path = world.Put("mod.bzm", text);
   varnik::LoadModFile(path);
   if (varnik::ModListFilled) varnik::SelectModFolders(1);

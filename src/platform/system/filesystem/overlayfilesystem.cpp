@@ -1,8 +1,7 @@
 #include "platform/system/filesystem/overlayfilesystem.h"
 
+#include "platform/system/filesystem/memoryfile.h"
 #include "platform/system/filesystem/nativepath.h"
-
-#include <unistd.h>
 
 #include <algorithm>
 #include <functional>
@@ -15,7 +14,7 @@ namespace win {
 namespace {
 
 constexpr std::size_t kMaxLookedAt = 20'000;
-constexpr std::size_t kMaxFolders = 1'000;
+constexpr std::size_t kMaxFollowed = 1'000;
 
 bool IsBelow(const std::string& path, const std::string& folder) { return path.starts_with(JoinPath(folder, "")); }
 
@@ -39,52 +38,6 @@ std::optional<std::string> ContentOf(FileSystem& files, const std::string& path)
 }
 
 }  // namespace
-
-struct OverlayFileSystem::MemoryFile {
-  std::string content;
-  mode_t permissions = 0;
-  timespec modified = {};
-  FileIdentity identity;
-
-  FileStatus Status() const {
-    return {FileStatus::Kind::kFile, permissions, content.size(), geteuid(), modified, identity};
-  }
-};
-
-class OverlayFileSystem::MemoryReader : public ReadableFile {
- public:
-  explicit MemoryReader(std::shared_ptr<const MemoryFile> file) : file_(std::move(file)) {}
-
-  ssize_t Read(char* buffer, std::size_t size) override {
-    const std::size_t next = std::min(next_, file_->content.size());
-    const std::size_t count = file_->content.copy(buffer, size, next);
-    next_ = next + count;
-    return static_cast<ssize_t>(count);
-  }
-  bool Status(FileStatus& status) override {
-    status = file_->Status();
-    return true;
-  }
-
- private:
-  std::shared_ptr<const MemoryFile> file_;
-  std::size_t next_ = 0;
-};
-
-class OverlayFileSystem::MemoryWriter : public WritableFile {
- public:
-  explicit MemoryWriter(std::shared_ptr<MemoryFile> file) : file_(std::move(file)) {}
-
-  bool Append(std::string_view content) override {
-    file_->content += content;
-    return true;
-  }
-  bool Sync() override { return true; }
-  bool Close() override { return true; }
-
- private:
-  std::shared_ptr<MemoryFile> file_;
-};
 
 struct OverlayFileSystem::Node {
   std::optional<Entry> change;  // nothing: what the folder above leads to
@@ -179,15 +132,19 @@ std::string OverlayFileSystem::Resolved(const std::string& path, bool followLast
   constexpr char kNowhere[] = "/dev/null/none";
   const std::string given = path.substr(0, path.find('\0'));  // as the calls of the system end a name
   if (given.empty()) return kNowhere;
-  const auto targetOf = [this](const std::string& resolved) { return TargetAt(resolved); };
   const std::string_view name = LastName(given);
   if (!given.starts_with('/') || name.empty() || name == "." || name == "..")
-    return ResolveLinks(given, followLast, targetOf);
-  if (resolvedFolders_.size() >= kMaxFolders) resolvedFolders_.clear();
-  const auto [folder, isNew] = resolvedFolders_.try_emplace(FolderAbove(given));
-  if (isNew) folder->second = ResolveLinks(folder->first, true, targetOf);
-  std::string resolved = JoinPath(folder->second, name);
-  return followLast && !TargetAt(resolved).empty() ? ResolveLinks(given, true, targetOf) : resolved;
+    return ResolveLinks(given, followLast, [this](const auto& resolved) { return TargetAt(resolved); });
+  std::string resolved = JoinPath(Followed(FolderAbove(given)), name);
+  return followLast && IsLinkAt(resolved) ? Followed(given) : resolved;
+}
+
+// As Resolved, for a folder or a link, which are asked for again and again.
+const std::string& OverlayFileSystem::Followed(const std::string& path) {
+  if (followed_.size() >= kMaxFollowed) followed_.clear();
+  const auto [found, isNew] = followed_.try_emplace(path);
+  if (isNew) found->second = ResolveLinks(path, true, [this](const auto& resolved) { return TargetAt(resolved); });
+  return found->second;
 }
 
 std::shared_ptr<OverlayFileSystem::Node> OverlayFileSystem::NodeAt(std::string_view resolved) const {
@@ -245,9 +202,12 @@ OverlayFileSystem::Below& OverlayFileSystem::LookBelow(const std::string& backin
 
 // What the link at this path leads to, empty for anything else.
 std::string OverlayFileSystem::TargetAt(const std::string& resolved) {
+  return IsLinkAt(resolved) ? base_.LinkTarget(Find(resolved)->backing) : std::string();
+}
+
+bool OverlayFileSystem::IsLinkAt(const std::string& resolved) {
   const std::optional<Entry> entry = Find(resolved);
-  const bool isLink = entry && !entry->backing.empty() && LookBelow(entry->backing).IsLink();
-  return isLink ? base_.LinkTarget(entry->backing) : std::string();
+  return entry && !entry->backing.empty() && LookBelow(entry->backing).IsLink();
 }
 
 bool OverlayFileSystem::StatusOf(const std::string& resolved, bool followLink, FileStatus& status) {
@@ -356,7 +316,7 @@ void OverlayFileSystem::Put(const std::string& resolved, std::shared_ptr<Node> n
 std::unique_ptr<ReadableFile> OverlayFileSystem::OpenForReading(const std::string& path) {
   const std::string resolved = Resolved(path, true);
   const std::optional<Entry> entry = Find(resolved);
-  if (!TargetAt(resolved).empty()) return FailWith(ELOOP), nullptr;
+  if (IsLinkAt(resolved)) return FailWith(ELOOP), nullptr;
   if (entry && !entry->backing.empty() && !IsFileNamedAsFolder(path)) return base_.OpenForReading(entry->backing);
   if (entry && entry->memory && !path.ends_with('/')) return std::make_unique<MemoryReader>(entry->memory);
   errno = !entry ? ENOENT : entry->memory ? ENOTDIR : EISDIR;
@@ -404,7 +364,7 @@ bool OverlayFileSystem::RenameTo(const std::string& from, const std::string& to,
   if (source == target) return true;
   FileStatus status;
   StatusOf(source, false, status);
-  if (!status.IsFile()) resolvedFolders_.clear();  // it is a link, or there may be one in it
+  if (!status.IsFile()) followed_.clear();  // it is a link, or there may be one in it
   // What had changed below a folder goes with it.
   std::shared_ptr<Node> moved = NodeAt(source);
   if (moved == nullptr) moved = std::make_shared<Node>();
@@ -416,7 +376,7 @@ bool OverlayFileSystem::RenameTo(const std::string& from, const std::string& to,
 
 bool OverlayFileSystem::RemoveEntry(const std::string& resolved) {
   if (!MayChange(FolderAbove(resolved))) return false;
-  if (!TargetAt(resolved).empty()) resolvedFolders_.clear();
+  if (IsLinkAt(resolved)) followed_.clear();
   Set(resolved, {.gone = true});
   return true;
 }
@@ -480,7 +440,7 @@ std::unique_ptr<FileLock> OverlayFileSystem::TryLockFolder(const std::string& pa
 
 FoundEntry OverlayFileSystem::EntryNamed(const std::string& folder, const std::string& name) {
   const std::string path = JoinPath(folder, name);
-  return {name, IsFolderAt(Resolved(path, true)), !TargetAt(path).empty()};
+  return {name, IsFolderAt(Resolved(path, true)), IsLinkAt(path)};
 }
 
 std::unique_ptr<FolderListing> OverlayFileSystem::OpenFolder(const std::string& path) {

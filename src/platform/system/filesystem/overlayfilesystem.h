@@ -12,6 +12,8 @@
 
 namespace win {
 
+struct MemoryFile;
+
 struct PathDifference {
   enum class Kind { kNew, kGone, kChanged };
 
@@ -69,9 +71,6 @@ class OverlayFileSystem : public FileSystem {
   void ForEachChange(const std::function<void(const std::string& path, const std::string& below)>& take) const;
 
  private:
-  struct MemoryFile;
-  class MemoryReader;
-  class MemoryWriter;
   class Listing;
 
   // What a path that has changed leads to: an unchanged file or folder, known below as `backing`, a file in memory, or
@@ -93,7 +92,9 @@ class OverlayFileSystem : public FileSystem {
   void Prune(std::string resolved);
   std::optional<Entry> Find(std::string_view resolved) const;
   Below& LookBelow(const std::string& backing);
+  const std::string& Followed(const std::string& path);
   std::string TargetAt(const std::string& resolved);
+  bool IsLinkAt(const std::string& resolved);
   bool IsFileNamedAsFolder(const std::string& path);
   bool StatusOf(const std::string& resolved, bool followLink, FileStatus& status);
   bool IsFolderAt(const std::string& resolved);
@@ -114,8 +115,8 @@ class OverlayFileSystem : public FileSystem {
 
   FileSystem& base_;
   std::shared_ptr<Node> root_;
-  std::unordered_map<std::string, Below> below_;                  // by path in `base_`, those looked at lately
-  std::unordered_map<std::string, std::string> resolvedFolders_;  // by absolute path as given
+  std::unordered_map<std::string, Below> below_;           // by path in `base_`, those looked at lately
+  std::unordered_map<std::string, std::string> followed_;  // what absolute paths lead to, as given
   ino_t lastInode_;
 };
 
