@@ -36,12 +36,13 @@ std::string Entry(int indent, const char* function, std::string_view path) {
   return std::string(indent, ' ') + function + "(\"" + std::string(path) + "\");";
 }
 
-void AddEntry(const std::string& root, const std::string& head, const std::string& entry) {
+bool AddEntry(const std::string& root, const std::string& head, const std::string& entry) {
   const bool isFirst = !FileExists(root + kGeneratedConfig);
   win::LineWriter file(root + kGeneratedConfig, isFirst ? win::WriteMode::kOutput : win::WriteMode::kAppend);
   if (isFirst) file.WriteLine(head);
   file.WriteLine(entry);
   file.WriteLine("");
+  return file.Close();
 }
 
 }  // namespace
@@ -79,12 +80,12 @@ std::optional<std::string> FolderOfConfigurationLine(std::string_view line) {
   return folder;
 }
 
-void GeneratePackEntry(const std::string& root, const std::string& path) {
-  AddEntry(root, ConfigurationHead(true), PackEntry(kModEntryIndent, "@rootdir\\" + path));
+bool GeneratePackEntry(const std::string& root, const std::string& path) {
+  return AddEntry(root, ConfigurationHead(true), PackEntry(kModEntryIndent, "@rootdir\\" + path));
 }
 
-void GenerateFolderEntry(const std::string& root, const std::string& path) {
-  AddEntry(root, ConfigurationHead(false), FolderEntry(kModEntryIndent, "@rootdir\\" + path));
+bool GenerateFolderEntry(const std::string& root, const std::string& path) {
+  return AddEntry(root, ConfigurationHead(false), FolderEntry(kModEntryIndent, "@rootdir\\" + path));
 }
 
 void ActivateConfiguration(Confines& confines, const std::string& root, bool version13) {
@@ -99,7 +100,7 @@ void ActivateConfiguration(Confines& confines, const std::string& root, bool ver
   file.WriteLine(std::string(16, ' ') + (version13 ? "//" : "") + FolderEntry(0, "@rootdir\\data"));
   file.WriteLine("");
   file.WriteLine(kConfigurationEnd);
-  file.Close();
+  if (!file.Close()) return DropConfiguration(root);
   confines.DoEvents();
   win::RenameFile(root + kGameConfig, root + kGameConfigBackup);
   confines.DoEvents();

@@ -36,12 +36,14 @@ extern const std::string_view kConfigurationEnd;
 std::optional<std::string> FolderOfConfigurationLine(std::string_view line);
 
 // Adds an entry to the generated configuration below `root`, which it creates with a head when it is missing; a file
-// that is there already, a stale one too, is appended to. `path` is relative to the root.
-void GeneratePackEntry(const std::string& root, const std::string& path);
-void GenerateFolderEntry(const std::string& root, const std::string& path);
+// that is there already, a stale one too, is appended to. `path` is relative to the root. False when it could not be
+// written, or not wholly.
+[[nodiscard]] bool GeneratePackEntry(const std::string& root, const std::string& path);
+[[nodiscard]] bool GenerateFolderEntry(const std::string& root, const std::string& path);
 
 // Appends the game's own data to the generated configuration and gives it the place of bzone.cfg, which becomes the
-// backup. Does nothing when no entry was generated.
+// backup. Does nothing when no entry was generated. A file that cannot be written to its end is deleted: the game is
+// never given half a configuration.
 void ActivateConfiguration(Confines& confines, const std::string& root, bool version13);
 
 // There is a backup of the game's own bzone.cfg.

@@ -34,6 +34,12 @@ class Restoration {
     return Judge();
   }
 
+  // What would be left to do.
+  RestoreResult Look() {
+    places_.Look();
+    return Judge();
+  }
+
  private:
   std::size_t Count() const { return journal_.entries.size(); }
   Place& At(std::size_t place) { return places_.All()[place]; }
@@ -217,6 +223,11 @@ class Restoration {
 };
 
 }  // namespace
+
+bool IsAsBefore(const Journal& journal) {
+  const RestoreResult found = Restoration(journal, RestoreScope::kEverything).Look();
+  return found.failed.empty() && found.lost.empty();
+}
 
 RestoreResult Restore(const Journal& journal, RestoreScope scope) { return Restoration(journal, scope).Run(); }
 

@@ -23,4 +23,7 @@ struct RestoreResult {
 // no copy. May be repeated, and finishes what a kill has cut off.
 RestoreResult Restore(const Journal& journal, RestoreScope scope);
 
+// Whether there is nothing to put back.
+bool IsAsBefore(const Journal& journal);
+
 }  // namespace varnik

@@ -37,7 +37,7 @@ class ConfigWriter {
     file_->WriteLine(kGamePacks);
     file_->WriteLine(FolderEntry(kIndent, "@rootdir\\data"));
     file_->WriteLine(kConfigurationEnd);
-    file_->Close();
+    if (!file_->Close()) return static_cast<void>(win::DeleteFiles(root + kLegacyGeneratedConfig));
     win::RenameFile(root + kGameConfig, root + kLegacyConfigBackup);
     win::RenameFile(root + kLegacyGeneratedConfig, root + kGameConfig);
   }

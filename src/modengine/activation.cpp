@@ -78,12 +78,13 @@ void Replace(Pass& pass, const Args& args) {
 }
 
 void Pak(Pass& pass, const Args& args) {
-  GeneratePackEntry(pass.root, args[1].ends_with(".pak") ? args[1] : args[1] + ".pak");
+  const std::string pack = args[1].ends_with(".pak") ? args[1] : args[1] + ".pak";
+  if (!GeneratePackEntry(pass.root, pack)) pass.state.configurationFailed = true;
   pass.state.noActionYet = false;
 }
 
 void Fold(Pass& pass, const Args& args) {
-  GenerateFolderEntry(pass.root, args[1]);
+  if (!GenerateFolderEntry(pass.root, args[1])) pass.state.configurationFailed = true;
   pass.state.noActionYet = false;
 }
 
@@ -167,6 +168,7 @@ bool ActivateMod(const std::string& definitionFile, ActivationState& state) {
     DropConfiguration(root);
     return false;
   }
+  if (state.configurationFailed) DropConfiguration(root);
   ActivateConfiguration(confines, root, IsVersion13());
   // A persistent mod has no marker, since it stays active across starts, and leaves the player's own files alone.
   if (state.persistent) return true;

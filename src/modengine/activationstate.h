@@ -12,6 +12,7 @@ struct ActivationState {
   std::string message;
   std::array<std::string, 26> RaceNames;  // new names by letter, A to Z
   bool noActionYet = true;
+  bool configurationFailed = false;  // an entry of the generated bzone.cfg could not be written
   bool persistent = false;  // that of an included file is not taken over
 };
 

@@ -1,5 +1,6 @@
 #include "modengine/applymod.h"
 
+#include "definition/bzonecfg.h"
 #include "definition/crashmarker.h"
 #include "definition/directive.h"
 #include "journal/journaledfilesystem.h"
@@ -90,7 +91,7 @@ bool StoreAs(Journal& journal, JournalPhase phase) {
 // unless nothing was changed.
 void KeepJournal(Journal& journal, ApplyResult& result) {
   if (journal.entries.empty()) return;
-  const bool isUnchanged = !result.active && Restore(journal, RestoreScope::kAllButContents).left.empty();
+  const bool isUnchanged = !result.active && IsAsBefore(journal);
   win::SyncFileSystemOf(journal.root);
   if (isUnchanged)
     RemoveJournal(journal);
@@ -144,6 +145,18 @@ Report FinishEarlier(const std::string& root) {
   return FinishInterrupted(root, true, count);
 }
 
+// A persistent mod that has taken bzone.cfg keeps it.
+void ForetellOfConfiguration(const std::string& definitionFile, Report& foretold) {
+  const auto isTaken = [](const Problem& problem) {
+    return problem.what.starts_with("rename") && problem.what.ends_with(kGameConfigBackup);
+  };
+  if (std::ranges::none_of(foretold, isTaken)) return;
+  for (const Journal& journal : ReadJournals())
+    if (journal.phase == JournalPhase::kActive && IsAbout(journal, InstallRoot()))
+      foretold.push_back({journal.definitionFile, 0, "is active and has taken bzone.cfg",
+                          "the packs and folders of " + win::FileNameOf(definitionFile) + " are not used"});
+}
+
 }  // namespace
 
 ApplyResult ApplyMod(const std::string& definitionFile, bool isLegacy,
@@ -163,6 +176,7 @@ ApplyResult ApplyMod(const std::string& definitionFile, bool isLegacy,
     return result;
   }
   result.foretold = FailedSteps(mod.steps, definitionFile);
+  ForetellOfConfiguration(definitionFile, result.foretold);
   if (foretell && !result.foretold.empty()) foretell(result.foretold);
   ActivationSteps steps;
   ActivationState state;

@@ -71,7 +71,7 @@ RehearsedMod RehearseMod(const std::string& definitionFile, bool isLegacy) {
   bool isUndo = false;
   const win::Rehearsal rehearsal;
   const win::OperationObserver observer([&](const win::FileOperation& operation) {
-    if (operation.kind == win::Operation::kInclude) files.insert(operation.target);
+    if (operation.kind == win::Operation::kInclude && operation.done) files.insert(operation.target);
     if (!isUndo) steps.Take(operation);
   });
   RehearseActivation(mod);

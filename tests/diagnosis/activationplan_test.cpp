@@ -60,6 +60,7 @@ class Plan : public test::ModTest {
     random_.seed(seed);
     RemoveCrashMarker();
     Forget(kBackupSection);
+    std::filesystem::remove_all(sandbox_.Home() / "state");
     MakeInstall(Pick("1.2|1.3"));
     Put("a.odf=a B.odf=b sub/c.odf=c sub/D.ODF=d taken.odf=t more/x=m addon/gameprefs.ini=[UserPrefs] readonly.odf=r");
     Put("addon/RaceName_A.txt=old saved/s=s " + Pick("RecyList.txt=other|RecyList.txt=mine|b") + " " +

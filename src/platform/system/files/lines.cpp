@@ -130,8 +130,9 @@ bool LineWriter::Close() {
   if (!IsOpen()) return false;
   failed_ = !file_->Append(buffer_) || failed_;
   failed_ = !file_->Close() || failed_;
+  const int error = errno;
   file_.reset();
-  return !failed_;
+  return !failed_ || ReportOperation(Operation::kWrite, path_, "", [error] { return FailWith(error); });
 }
 
 }  // namespace win
