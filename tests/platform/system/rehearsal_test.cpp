@@ -45,7 +45,7 @@ std::string Do(const std::string& verb, const std::string& path, const std::stri
     for (win::FoundEntry entry; reader.Next(entry);) {
       if (!above.empty() && entry.name.starts_with('.')) continue;
       names.insert(above + entry.name + (entry.isFolder ? "/" : "") + (entry.isLink ? "@" : ""));
-      if (entry.isFolder && !entry.name.starts_with('.')) list(reader.Descend(entry.name), above + entry.name + "/");
+      if (entry.isFolder && !entry.name.starts_with('.')) list(reader.Descend(entry), above + entry.name + "/");
     }
   };
   list(win::FolderReader(path), "");
