@@ -1,8 +1,9 @@
 #include "editor/ui/frmnewmod.h"
 #include "installs/ui/frmaddrembz2.h"
 #include "mainwindow/frmmain.h"
-#include "modengine/catalogue.h"
 #include "modengine/applymod.h"
+#include "modengine/catalogue.h"
+#include "modengine/takeover.h"
 #include "platform/system/process/services.h"
 #include "platform/system/text/text.h"
 #include "support/install.h"
@@ -156,6 +157,10 @@ void FrmMain::mnuEmergencyDeactivate_Click() {
   const win::Answer answer = win::MsgBox(kForcedWarning, win::kYesNo + win::kCritical, "Varnik WARNING");
   const int mod = modPage.SelectedMod();
   if (answer != win::Answer::kYes || mod < 1 || mod >= static_cast<int>(ModList.size())) return;
+  if (const std::string problem = DeactivationProblem(ModList[mod].DefinitionFile, InstallRoot()); !problem.empty()) {
+    win::MsgBox(problem);
+    return;
+  }
   const RevertResult result = RevertMod(ModList[mod].DefinitionFile, InstallRoot());
   if (!result.refusal.empty()) win::MsgBox(result.refusal);
   ShowReport(result.failed);
