@@ -12,6 +12,7 @@
 
 #include <chrono>
 #include <thread>
+#include <utility>
 
 namespace varnik {
 
@@ -70,6 +71,7 @@ RunHooks FrmMain::MakeRunHooks() {
     if (!Loaded()) return;  // closed from the tray during the run
     SetVisible(wasVisible_);
     SetState(stateBefore_);
+    if (wasVisible_ && stateBefore_ != win::WindowState::kMinimized) BringToFront();
   };
   hooks.showSplash = [this](const std::string& picture) { ShowSplash(picture); };
   hooks.finishSplash = [this] { FinishSplash(); };
@@ -105,10 +107,28 @@ std::function<void()> FrmMain::MakeReload() {
   return [this] { activatebz2(CurrentInstall, false); };
 }
 
+std::function<void()> FrmMain::MakeReloadAfterEdit() {
+  return [this] { DoWhenIdle(MakeReload()); };
+}
+
+void FrmMain::DoWhenIdle(std::function<void()> work) {
+  postponed_.push_back(std::move(work));
+  DoPostponed();
+}
+
+void FrmMain::DoPostponed() {
+  while (!IsBusy() && Loaded() && !postponed_.empty()) {
+    const std::function<void()> work = std::move(postponed_.front());
+    postponed_.erase(postponed_.begin());
+    work();
+  }
+  postponedTimer_.SetEnabled(Loaded() && !postponed_.empty());
+}
+
 void FrmMain::mnuFileEdit_Click() {
   const int mod = modPage.SelectedMod();
   if (mod < 1 || mod >= static_cast<int>(ModList.size())) return;
-  frmNewMod dialog(MakeReload());
+  frmNewMod dialog(MakeReloadAfterEdit());
   dialog.EnsureLoaded();
   dialog.loadmod(ModList[mod].DefinitionFile);
   dialog.ShowModal(this);
@@ -117,9 +137,10 @@ void FrmMain::mnuFileEdit_Click() {
 // Once the list has been saved no install is selected until the player picks one.
 void FrmMain::mnuBZ2DirAddRem_Click() {
   const auto listSaved = [this] {
-    if (IsBusy()) return;
-    LoadBZ2List();
-    activatebz2(-1, false);
+    DoWhenIdle([this] {
+      LoadBZ2List();
+      activatebz2(-1, false);
+    });
   };
   frmAddRemBZ2(listSaved).ShowModal(this);
 }
