@@ -114,7 +114,7 @@ int main(int argc, char** argv) try {
   std::signal(SIGPIPE, SIG_IGN);
   // What the next log-in starts after a crash is the program with the window, which lies beside this one.
   const std::string path = win::ExecutablePath();
-  win::SetProgram({"varnik", "Varnik", path.substr(0, path.rfind('/') + 1) + "varnik"});
+  win::SetProgram({"varnik", "Varnik", path.substr(0, path.rfind('/') + 1) + "varnik", varnik::kVersion});
   return ParseAndRun(argc, argv);
 } catch (const std::exception& error) {
   return varnik::cli::Fail("unexpected", error.what());

@@ -7,6 +7,7 @@
 #include "modengine/applymod.h"
 #include "modengine/catalogue.h"
 #include "modengine/runcycle.h"
+#include "modengine/takeover.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/process/signals.h"
 #include "platform/system/text/text.h"
@@ -68,7 +69,8 @@ int PrintReverted(const Arguments& arguments, const std::string& file, const Rev
 int PrintRun(const Arguments& arguments, const RunOutcome& run) {
   if (!run.ran) NoteExeTookOver();
   NoteAll(run.failed);
-  Json result = {{"Ran", run.ran && run.asPromised}, {"Program", nullptr}, {"CommandLine", nullptr}, {"ExitStatus", nullptr}};
+  Json result = {
+      {"Ran", run.ran && run.asPromised}, {"Program", nullptr}, {"CommandLine", nullptr}, {"ExitStatus", nullptr}};
   if (run.ran) {
     result["Program"] = Text(run.program);
     result["CommandLine"] = Text(run.commandLine);
@@ -104,8 +106,7 @@ int Launch(const Arguments& arguments, int row) {
   if (!run.problem.empty()) return Fail(arguments.mod, OneLine(run.problem));
   if (run.ran && run.exitStatus == -1) {
     NoteAll(run.failed);
-    return Fail(run.program,
-                run.asPromised ? "could not be started; everything was put back" : "could not be started");
+    return Fail(run.program, run.asPromised ? "could not be started; everything was put back" : "could not be started");
   }
   return PrintRun(arguments, run);
 }
@@ -113,7 +114,8 @@ int Launch(const Arguments& arguments, int row) {
 // The definition of a mod that is active though its definition has gone.
 std::string FindJournaledDefinition(const std::string& mod) {
   for (const Journal& journal : ReadJournals())
-    if (IsAbout(journal, InstallRoot()) && win::EqualNoCase(win::FileNameOf(journal.definitionFile), win::FileNameOf(mod)))
+    if (IsAbout(journal, InstallRoot()) &&
+        win::EqualNoCase(win::FileNameOf(journal.definitionFile), win::FileNameOf(mod)))
       return journal.definitionFile;
   return "";
 }
@@ -133,6 +135,8 @@ int ActivateGivenMod(const Arguments& arguments) {
   if (mod.State == 0) Note(mod.DefinitionFile + ": is deactivated by `deactivate`, or by the next start of Varnik");
   const std::string file = mod.DefinitionFile;
   const bool isLegacy = mod.Legacy;
+  if (const std::string problem = ActivationProblem(file, isLegacy); !problem.empty())
+    return Fail(file, OneLine(problem));
   return Uninterrupted(kCarriedOut, [&] { return PrintApplied(arguments, file, ApplyMod(file, isLegacy, Foretell)); });
 }
 
@@ -143,6 +147,8 @@ int DeactivateGivenMod(const Arguments& arguments) {
   if (file.empty()) return FailWithoutMod(arguments.mod);
   if (const std::string other = OtherActiveMod(file); !other.empty()) return FailOverActiveMod(other);
   SelectModFolders(row == 0 ? -1 : static_cast<int>(row));
+  if (const std::string problem = DeactivationProblem(file, InstallRoot()); !problem.empty())
+    return Fail(file, OneLine(problem));
   const bool isForced = arguments.force || ModList[row].State == 1;
   return Uninterrupted(kCarriedOut, [&] { return PrintReverted(arguments, file, RevertMod(file, InstallRoot(), isForced)); });
 }

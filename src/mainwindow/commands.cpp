@@ -1,8 +1,9 @@
 #include "editor/ui/frmnewmod.h"
 #include "installs/ui/frmaddrembz2.h"
 #include "mainwindow/frmmain.h"
-#include "modengine/catalogue.h"
 #include "modengine/applymod.h"
+#include "modengine/catalogue.h"
+#include "modengine/takeover.h"
 #include "platform/system/process/services.h"
 #include "platform/system/text/text.h"
 #include "support/install.h"
@@ -11,6 +12,7 @@
 
 #include <chrono>
 #include <thread>
+#include <utility>
 
 namespace varnik {
 
@@ -69,6 +71,7 @@ RunHooks FrmMain::MakeRunHooks() {
     if (!Loaded()) return;  // closed from the tray during the run
     SetVisible(wasVisible_);
     SetState(stateBefore_);
+    if (wasVisible_ && stateBefore_ != win::WindowState::kMinimized) BringToFront();
   };
   hooks.showSplash = [this](const std::string& picture) { ShowSplash(picture); };
   hooks.finishSplash = [this] { FinishSplash(); };
@@ -104,10 +107,28 @@ std::function<void()> FrmMain::MakeReload() {
   return [this] { activatebz2(CurrentInstall, false); };
 }
 
+std::function<void()> FrmMain::MakeReloadAfterEdit() {
+  return [this] { DoWhenIdle(MakeReload()); };
+}
+
+void FrmMain::DoWhenIdle(std::function<void()> work) {
+  postponed_.push_back(std::move(work));
+  DoPostponed();
+}
+
+void FrmMain::DoPostponed() {
+  while (!IsBusy() && Loaded() && !postponed_.empty()) {
+    const std::function<void()> work = std::move(postponed_.front());
+    postponed_.erase(postponed_.begin());
+    work();
+  }
+  postponedTimer_.SetEnabled(Loaded() && !postponed_.empty());
+}
+
 void FrmMain::mnuFileEdit_Click() {
   const int mod = modPage.SelectedMod();
   if (mod < 1 || mod >= static_cast<int>(ModList.size())) return;
-  frmNewMod dialog(MakeReload());
+  frmNewMod dialog(MakeReloadAfterEdit());
   dialog.EnsureLoaded();
   dialog.loadmod(ModList[mod].DefinitionFile);
   dialog.ShowModal(this);
@@ -116,9 +137,10 @@ void FrmMain::mnuFileEdit_Click() {
 // Once the list has been saved no install is selected until the player picks one.
 void FrmMain::mnuBZ2DirAddRem_Click() {
   const auto listSaved = [this] {
-    if (IsBusy()) return;
-    LoadBZ2List();
-    activatebz2(-1, false);
+    DoWhenIdle([this] {
+      LoadBZ2List();
+      activatebz2(-1, false);
+    });
   };
   frmAddRemBZ2(listSaved).ShowModal(this);
 }
@@ -156,6 +178,10 @@ void FrmMain::mnuEmergencyDeactivate_Click() {
   const win::Answer answer = win::MsgBox(kForcedWarning, win::kYesNo + win::kCritical, "Varnik WARNING");
   const int mod = modPage.SelectedMod();
   if (answer != win::Answer::kYes || mod < 1 || mod >= static_cast<int>(ModList.size())) return;
+  if (const std::string problem = DeactivationProblem(ModList[mod].DefinitionFile, InstallRoot()); !problem.empty()) {
+    win::MsgBox(problem);
+    return;
+  }
   const RevertResult result = RevertMod(ModList[mod].DefinitionFile, InstallRoot(), true);
   if (!result.refusal.empty()) win::MsgBox(result.refusal);
   ShowReport(result.failed);

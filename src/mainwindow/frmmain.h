@@ -1,8 +1,8 @@
 #pragma once
 
-#include "definition/report.h"
 #include "cmdline/ui/frmcmdline.h"
 #include "cmdline/ui/frmcmdlineedit.h"
+#include "definition/report.h"
 #include "gameconfig/ui/frmbz2config.h"
 #include "gameconfig/ui/frmbz2config1_3.h"
 #include "gameconfig/ui/frmextras.h"
@@ -18,6 +18,7 @@
 #include "windowing/form.h"
 #include "windowing/imagelist.h"
 #include "windowing/statusbar.h"
+#include "windowing/timer.h"
 #include "windowing/treeview.h"
 
 #include <functional>
@@ -114,16 +115,23 @@ class FrmMain : public win::Form {
   void FinishSplash();
   RunHooks MakeRunHooks();
   std::function<void()> MakeReload();
+  std::function<void()> MakeReloadAfterEdit();
 
   // A launch, or a load of the catalogues, is under way. Events run during it and the tray's menu works: a request that
   // would change the install or its lists is ignored.
   bool IsBusy() const { return running_ || !Enabled(); }
+
+  // For what a dialog has saved already: done now, or once the window is no longer busy.
+  void DoWhenIdle(std::function<void()> work);
+  void DoPostponed();
 
   frmSplash& busy_;
   BusyWindow busyWindow_;
   std::unique_ptr<frmSplashScrn> splash_;
   std::string clickedNode_;
   Report lastReport_;  // what did not work in the last run, activation or deactivation
+  std::vector<std::function<void()>> postponed_;
+  win::Timer postponedTimer_{50};
   bool running_ = false;    // from a click that launches to the end of what it does
   double FormHeight = 0;    // with the status bar showing, in twips
   bool wasVisible_ = true;  // before a run

@@ -75,13 +75,14 @@ void FrmMain::WireControls() {
   SettingTree.NodeClick = [this](const std::string& key) { SettingTree_NodeClick(key); };
   txtActivePage.GotFocus = [this] { SettingTree.SetFocus(); };
   cmdLaunchBZ2.Click = [this] { cmdLaunchBZ2_Click(); };
+  postponedTimer_.Tick = [this] { DoPostponed(); };
 }
 
 void FrmMain::WireMenus() {
   const auto select = [this](int index) { activatebz2(index, false); };
   const auto reload = MakeReload();
   const auto close = [this] { Close(); };
-  menu.mnuFileNew.Click = [this, reload] { frmNewMod(reload).ShowModal(this); };
+  menu.mnuFileNew.Click = [this] { frmNewMod(MakeReloadAfterEdit()).ShowModal(this); };
   menu.mnuFileEdit.Click = [this] { mnuFileEdit_Click(); };
   menu.mnuBZ2DirAddRem.Click = [this] { mnuBZ2DirAddRem_Click(); };
   menu.mnuOptions.Click = [this] { frmOptions(MakeOptionsHost()).ShowModal(this); };

@@ -7,6 +7,7 @@
 #include "modengine/applymod.h"
 #include "modengine/catalogue.h"
 #include "modengine/runguard.h"
+#include "modengine/takeover.h"
 #include "platform/system/files/files.h"
 #include "platform/system/files/lines.h"
 #include "platform/system/process/process.h"
@@ -118,16 +119,15 @@ RunOutcome Refused(const std::string& problem) {
   return refused;
 }
 
-// Why this system cannot run the game; empty when it can. With a window it also goes to standard error. A mod that
-// brings its own program needs no runner for the game.
+// Why this system cannot run what a run with this row comes to; empty when it can. With a window it also goes to
+// standard error.
 std::string RunnerProblem(int modIndex, bool useEditor, const RunHooks& hooks) {
-  if (!RowOf(modIndex).Standard) return "";
-  const std::string game = GameOf(InstallRoot(), useEditor);
-  const std::string problem = win::RunnerProblem("\"" + game + "\"");
-  if (problem.empty()) return "";
-  const std::string message = "The game cannot be run: " + problem;
-  if (hooks.hideWindow) std::fprintf(stderr, "%s\n", message.c_str());
-  return message + "\r\nNothing was changed.";
+  const ModEntry mod = RowOf(modIndex);
+  const std::string game = "\"" + GameOf(InstallRoot(), useEditor) + "\"";
+  const std::string problem =
+      mod.Standard ? GameProblem(game) : ActivationProblem(mod.DefinitionFile, mod.Legacy, game);
+  if (!problem.empty() && hooks.hideWindow) std::fprintf(stderr, "%s\n", problem.substr(0, problem.find('\r')).c_str());
+  return problem;
 }
 
 ClickOutcome Activated(const ApplyResult& result) {
@@ -170,6 +170,11 @@ ClickOutcome LaunchClick(int modIndex, const std::function<std::string()>& build
   };
   if (!guard.IsHeld()) return refuse(kRunRefused);
   const ModEntry mod = modIndex == -1 ? ModEntry() : RowOf(modIndex);
+  if (mod.State != 0) {
+    const std::string problem = mod.State == 1 ? DeactivationProblem(mod.DefinitionFile, InstallRoot())
+                                               : ActivationProblem(mod.DefinitionFile, false);
+    if (!problem.empty()) return refuse(problem);
+  }
   if (mod.State == 1) return Deactivated(RevertMod(mod.DefinitionFile, InstallRoot(), true));
   if (mod.State == -1) return Activated(ApplyMod(mod.DefinitionFile, false, hooks.foretell));
   const bool useEditor = IsVersion13() && HasEditSwitch(buildLine());

@@ -16,8 +16,8 @@ struct RunHooks {
   std::function<void()> hideWindow;  // remembers visibility and window state
   std::function<void()> restoreWindow;
   std::function<void(const std::string& picture)> showSplash;  // full path of the picture
-  std::function<void()> finishSplash;   // waits until the picture has had its time, then unloads it
-  std::function<void()> reloadInstall;  // the catalogue no longer fits the disk
+  std::function<void()> finishSplash;                  // waits until the picture has had its time, then unloads it
+  std::function<void()> reloadInstall;                 // the catalogue no longer fits the disk
   std::function<void(const Report& report)> foretell;  // steps of the mod that will not work; ahead of any change
 };
 
@@ -33,8 +33,8 @@ struct RunOutcome {
   std::string problem;      // the message that ended the run before the game, if any; it has been shown
 };
 
-// `modIndex` is a row of ModList, -1 for no mod. Holds a RunGuard; a refusal is shown. A game that is there
-// and that this system has no runner for is refused before any change.
+// `modIndex` is a row of ModList, -1 for no mod. Holds a RunGuard; a refusal is shown. A game, or
+// an EXE of the mod, that is there and that this system has no runner for is refused before any change.
 RunOutcome LaunchBZ2(int modIndex, const std::string& commandLine, bool useEditor, const RunHooks& hooks,
                      const win::SettingsSnapshot& stored = StoredSettings());
 

@@ -22,6 +22,8 @@ int ShellAndWait(const std::string& commandLine, unsigned creationFlags) {
     // Whoever asks again wants it to end in any case.
     game.Send(handedOn++ > 0 ? SIGKILL : noted.first == SIGINT ? SIGINT : SIGTERM);
   } while (game.Wait(kPumpEveryMilliseconds) == win::WaitResult::kTimedOut);
+  // What was asked for while the game ran counts as asked during the run, and goes with it.
+  win::DoEvents();
   GameRunning = false;
   return game.ExitStatus();
 }

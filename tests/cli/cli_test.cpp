@@ -63,6 +63,10 @@ TEST_F(Cli, AnswersStepByStep) {
   Define("activated();\r\naddrecy(mine,1);", "list.bzm");
   Define("requireexe(taker.exe);", "taker.bzm");
   WriteFile(InRoot("taker.exe"), "#!/bin/sh\n");
+  Define("writeid(made);\nrequireexe(win.exe,/undo);", "win.bzm");
+  WriteFile(InRoot("win.exe"), "MZ");
+  WriteFile(InRoot("old-exec.bzm"), "bz2hald1\ndesc Old\n\n\n\nexec @rootdir\\win.exe");
+  setenv("VARNIK_RUNNER", "no-such-runner", 1);
   std::filesystem::copy(root_, root_ + "2", std::filesystem::copy_options::recursive);
   const std::string log = sandbox_.Root() / "seen";
   PutProgram("bzone.exe", "echo noise; { pwd; ls *.odf; echo \"[$1] [$2] [$3]\"; } >>" + log + "; exit 5");

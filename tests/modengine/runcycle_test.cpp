@@ -83,6 +83,10 @@ TEST_F(RunCycle, ChangesNothingForAGameThatNothingHereRuns) {
   EXPECT_EQ(told_ + steps_, problem + problem);
   EXPECT_EQ(test::Snapshot(sandbox_.Install()), before);
   EXPECT_EQ(Launch(ownProgram).problem, "");  // a mod's own program needs no runner for the game,
+  Put("tool=MZ");                             // unless it is a Windows program itself
+  EXPECT_NE(Launch(ownProgram).problem.find("own program cannot be run: tool is"), std::string::npos);
+  Put("tool");  // or is not there
+  EXPECT_EQ(Launch(ownProgram).problem, problem);
   Put("bzone.exe");
   EXPECT_TRUE(Launch(mod).ran);  // and a game that is missing is found out by starting it
   unsetenv("VARNIK_RUNNER");

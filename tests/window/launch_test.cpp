@@ -1,3 +1,4 @@
+#include "installs/ui/frmaddrembz2.h"
 #include "support/install.h"
 #include "tests/window/pagetest.h"
 
@@ -72,6 +73,29 @@ TEST_F(Launch, TheSplashHoldsTheGameBackAndNoOtherRunComesBetween) {
   EXPECT_EQ(std::count(seen.begin(), seen.end(), '\n'), 1);
   EXPECT_EQ(varnik::CurrentInstall, 0);
   EXPECT_EQ(win::OpenForms().size(), 1u);
+}
+
+TEST_F(Launch, WhatIsAskedForDuringTheGameEndsWithItButWhatWasSavedCounts) {
+  Put("bzone.exe", "#!/bin/sh\nsleep 0.3\necho >> seen.txt\n");
+  main->modPage.lstmods.SetFocus();
+  QTimer::singleShot(100, main->SettingTree.Widget(), [this] {
+    test::ClickMenu(TrayRow("plain.bzm"));
+    test::ClickMenu(main->hidden.mnuCloseH);
+    main->Window()->close();
+  });
+  test::ClickMenu(TrayRow("plain.bzm"));
+  EXPECT_TRUE(test::Await([this] { return main->modPage.lstmods.Widget()->hasFocus(); }));
+  EXPECT_TRUE(main->Loaded() && main->Visible());
+  EXPECT_EQ(Content("seen.txt"), "\n");
+  QTimer::singleShot(100, main->SettingTree.Widget(), [this] {
+    test::DuringModal([this](win::Form& form) {
+      test::ClickOn(dynamic_cast<varnik::frmAddRemBZ2&>(form).cmdSaveChanges);
+      EXPECT_EQ(varnik::CurrentInstall, 0);
+    });
+    test::ClickMenu(main->menu.mnuBZ2DirAddRem);
+  });
+  main->cmdLaunchBZ2.Press();
+  EXPECT_TRUE(test::Await([] { return varnik::CurrentInstall == -1; }));
 }
 
 TEST_F(Launch, AWindowComesBackAsItWasUnlessItIsClosedDuringTheRun) {

@@ -42,13 +42,20 @@ const wchar_t* WindowsName(const char* hostPath) {
   return found ? reinterpret_cast<Translate>(reinterpret_cast<void*>(found))(hostPath) : nullptr;
 }
 
+// Bytes that are valid UTF-8 are that, any others Windows-1252, whatever the code page of the prefix.
+bool AppendTail(wchar_t* to, int size) {
+  constexpr UINT kWindows1252 = 1252;
+  return MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, tail, -1, to, size) != 0 ||
+         MultiByteToWideChar(kWindows1252, 0, tail, -1, to, size) != 0;
+}
+
 bool BuildLine(const wchar_t* name) {
   const int length = lstrlenW(name);
   if (length + 3 >= static_cast<int>(kLimit)) return false;
   line[0] = L'"';
   lstrcpyW(line + 1, name);
   line[length + 1] = L'"';
-  return MultiByteToWideChar(CP_ACP, 0, tail, -1, line + length + 2, static_cast<int>(kLimit) - length - 2) != 0;
+  return AppendTail(line + length + 2, static_cast<int>(kLimit) - length - 2);
 }
 
 // A job whose port says when its last process has ended.
@@ -68,6 +75,13 @@ void AwaitLast(HANDLE port) {
     if (!GetQueuedCompletionStatus(port, &message, &key, &unused, INFINITE)) return;
 }
 
+// A program may start others outside the job, as it may without a starter.
+void AllowBreakaway(HANDLE job) {
+  static JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits;
+  limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_BREAKAWAY_OK;
+  SetInformationJobObject(job, JobObjectExtendedLimitInformation, &limits, sizeof limits);
+}
+
 // The program talks to whom we talk to.
 bool Start(const wchar_t* name, PROCESS_INFORMATION& started) {
   static STARTUPINFOW info;
@@ -84,6 +98,7 @@ DWORD Run() {
   const wchar_t* const name = ReadOrder() ? WindowsName(program) : nullptr;
   if (!name || !BuildLine(name) || !Start(name, started)) return 127;
   const HANDLE job = CreateJobObjectW(nullptr, nullptr);
+  AllowBreakaway(job);
   const HANDLE port = PortOf(job);
   const bool inJob = port && AssignProcessToJobObject(job, started.hProcess);
   ResumeThread(started.hThread);

@@ -1,5 +1,6 @@
-// A stand-in for the game as a Windows program: writes the line that it was started with to line.txt in its folder.
-// With `--again` at its end it starts itself once more, with `--late`, and does not wait.
+// A stand-in for the game as a Windows program: writes the line that it was started with to line.txt in its folder, in
+// UTF-8.
+// With `--again` at its end it starts itself once more, outside its job and with `--late`, and does not wait.
 #include <windows.h>
 
 namespace {
@@ -21,13 +22,14 @@ void StartAgain() {
   static PROCESS_INFORMATION started;
   static char line[] = "bzone.exe --late";
   info.cb = sizeof info;
-  CreateProcessA(nullptr, line, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &info, &started);
+  CreateProcessA(nullptr, line, nullptr, nullptr, FALSE, CREATE_BREAKAWAY_FROM_JOB, nullptr, nullptr, &info, &started);
 }
 
 }  // namespace
 
 extern "C" void Enter() {
-  const char* const line = GetCommandLineA();
+  static char line[0x10000];
+  WideCharToMultiByte(CP_UTF8, 0, GetCommandLineW(), -1, line, sizeof line, nullptr, nullptr);
   if (EndsWith(line, "--late")) {
     Sleep(1500);
     Write("late.txt", line);

@@ -2,6 +2,7 @@
 
 #include "platform/system/paths/paths.h"
 #include "platform/system/process/launch.h"
+#include "platform/system/text/text.h"
 #include "tests/harness/cases.h"
 #include "tests/harness/sandbox.h"
 
@@ -183,13 +184,31 @@ TEST_F(ProcessTest, TheStarterIsOneThatTheProgramsPrefixCanRun) {
     return win::PrepareLaunch(program, " a  b ").arguments;
   };
   const List direct{"runner", "--fast", program, "a", "b"};
+  const fs::path wine = sandbox.Home() / "wine", drives = wine / "dosdevices";
+  fs::create_directories(drives);
+  fs::create_directory_symlink("/", drives / "z:");
   EXPECT_EQ(prepared(Head("x86")), direct);  // the prefix is not set up yet
-  test::WriteFile(sandbox.Home() / "wine/drive_c/windows/system32/kernel32.dll", "");
+  test::WriteFile(wine / "drive_c/windows/system32/kernel32.dll", "");
   EXPECT_EQ(prepared(Head("x86")), (List{"runner", "--fast", starter32, program, "a", "b"}));
   EXPECT_EQ(prepared(Head("x64", 0xf8)), (List{"runner", "--fast", starter64, program, "a", "b"}));
   for (const std::string& other :
        {Head("arm"), Head("x86").substr(0, 0x85), Head("x86", 0xffff'ffff), "MZ" + std::string(600, 0)})
     EXPECT_EQ(prepared(other), direct);
+  const fs::path ini = sandbox.Home() / "config" / "varnik" / "platform.ini";
+  test::WriteFile(ini, "starter = off\n");
+  EXPECT_EQ(prepared(Head("x86")), direct);
+  fs::remove(ini);
+  fs::rename(drives / "z:", drives / "d:");
+  setenv("VARNIK_RUNNER", "flatpak run wine", 1);
+  EXPECT_EQ(prepared(Head("x86")), (List{"flatpak", "run", "wine", program, "a", "b"}));
+  setenv("VARNIK_RUNNER", "runner --fast", 1);
+  EXPECT_EQ(prepared(Head("x86"))[2], starter32);
+  fs::remove(drives / "d:");
+  for (const fs::path& seen : {fs::path(BINARY_DIR), sandbox.Install()}) {
+    fs::create_directory_symlink(seen, drives / "d:");
+    EXPECT_EQ(prepared(Head("x86")), direct) << seen;
+    fs::remove(drives / "d:");
+  }
 }
 
 // Each row: the program's processor, a runner's file name, the files of the installation around it, and what is said.
@@ -222,23 +241,32 @@ TEST(Wine, AProgramSeesItsLineToTheByteAndIsWaitedForWithAllThatItStarts) {
   for (const char* name : {"VARNIK_RUNNER", "DISPLAY", "WAYLAND_DISPLAY"})
     unsetenv(name);
   setenv("WINEDEBUG", "-all", 1);
+  setenv("LC_ALL", "C.UTF-8", 1);
   setenv("WINEDLLOVERRIDES", "mscoree,mshtml=", 1);
   if (!fs::exists(BINARY_DIR "/showline.exe")) GTEST_SKIP() << "the Windows programs were not built";
   if (std::system("wine wineboot -i > /dev/null 2>&1") != 0) GTEST_SKIP() << "there is no Wine that makes a prefix";
   const fs::path game = sandbox.Home() / "wine" / "drive_c" / "games" / "Battlezone II";
   fs::create_directories(game);
   fs::copy_file(BINARY_DIR "/showline.exe", game / "bzone.exe");
+  const fs::path ini = sandbox.Home() / "config" / "varnik" / "platform.ini";
   const auto run = [&](const std::string& tail) {
     win::Process process = win::CreateProcess("\"" + game.string() + "\\bzone.exe\"" + tail, 32, game.string());
     EXPECT_EQ(process.Wait(60'000), win::WaitResult::kEnded);
     EXPECT_EQ(process.ExitStatus(), 7);
   };
-  for (const std::string tail :
-       {"", " ", "  \"my map.bzn\"  -x \"\" ", R"( a\ "b\\" \" d"e'*?%PATH%^& )", " \x81\xe9\xff", " caf\xc3\xa9"}) {
-    SCOPED_TRACE(tail);
+  const auto expectLine = [&](const std::string& tail) {
     run(tail);
-    EXPECT_EQ(test::ReadFile(game / "line.txt"), R"("C:\games\Battlezone II\bzone.exe")" + tail);
-  }
+    EXPECT_EQ(test::ReadFile(game / "line.txt"), R"("C:\games\Battlezone II\bzone.exe")" + win::Utf8FromBytes(tail));
+  };
+  const List everywhere = {" caf\xc3\xa9", " \x81\xe9\xff"};
+  for (const std::string& tail : everywhere)
+    expectLine(tail);
+  for (const std::string tail : {"", " ", "  \"my map.bzn\"  -x \"\" ", R"( a\ "b\\" \" d"e'*?%PATH%^& )"})
+    expectLine(tail);
+  test::WriteFile(ini, "Starter=Off");
+  for (const std::string& tail : everywhere)
+    expectLine(tail);
+  fs::remove(ini);
   run(" --again");
   EXPECT_EQ(test::ReadFile(game / "late.txt"), "bzone.exe --late");
   EXPECT_TRUE(win::FindNativePath("c:\\GAMES\\battlezone ii\\LATE.TXT"));

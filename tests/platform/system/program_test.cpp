@@ -66,29 +66,46 @@ TEST_F(ProgramTest, TheWorkingFolderIsReturnedToUnderAnyName) {
   EXPECT_EQ(win::WorkingFolder(), before);
 }
 
-TEST_F(ProgramTest, ItsDataFolderIsTheGivenOneOrFilledOnceAndNeverReplacesAFile) {
+TEST_F(ProgramTest, ItsDataFolderIsTheGivenOneOrFollowsWhatIsShipped) {
   setenv("VARNIK_HOME", "here", 1);
   EXPECT_EQ(win::ProgramFolder("varnik.cmd"), (fs::current_path() / "here").string() + "\\");
   unsetenv("VARNIK_HOME");
   const fs::path program = win::ExecutablePath();
   EXPECT_EQ(win::ProgramFolder(program.filename().string()), program.parent_path().string() + "\\");
-  win::SetProgram({name, "", ""});
   const fs::path shipped = program.parent_path().parent_path() / "share" / name;
   const fs::path data = sandbox.Home() / "data" / name;
-  for (const char* file : {"start.cmd", "mods/a.bzm", "mods/b.bzm"})
-    test::WriteFile(shipped / file, "shipped");
-  fs::permissions(shipped / "mods/b.bzm", fs::perms::owner_read);
-  test::WriteFile(data / "mods/a.bzm", "the user's");
-  EXPECT_EQ(win::ProgramFolder("start.cmd"), data.string() + "\\");
-  std::map<std::string, std::string> full = {
-      {"mods/", ""}, {"mods/a.bzm", "the user's"}, {"mods/b.bzm", "shipped"}, {"start.cmd", "shipped"}};
-  EXPECT_EQ(test::Snapshot(data), full);
-  EXPECT_NE(fs::status(data / "mods/b.bzm").permissions() & fs::perms::owner_write, fs::perms::none);
-  fs::remove(data / "mods/b.bzm");
-  full.erase("mods/b.bzm");
-  win::ProgramFolder("start.cmd");
-  EXPECT_EQ(test::Snapshot(data), full);
-  fs::remove_all(shipped);
+  const auto start = [&](const char* version, const std::map<std::string, std::string>& files) {
+    win::SetProgram({name, "", "", version});
+    for (const auto& [file, content] : files) {
+      test::WriteFile(shipped / file, content);
+      fs::permissions(shipped / file, fs::perms::owner_read);
+    }
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(win::ProgramFolder("start.cmd"), data.string() + "\\");
+    fs::remove_all(shipped);
+    return testing::internal::GetCapturedStderr();
+  };
+  const auto expect = [&](std::map<std::string, std::string> files) {
+    auto found = test::Snapshot(data);
+    EXPECT_EQ(found.erase(".shipped"), 1U);
+    files["mods/"] = "";
+    EXPECT_EQ(found, files);
+  };
+  test::WriteFile(data / "mods/own", "user's");
+  EXPECT_EQ(start("1", {{"start.cmd", "1"}, {"mods/a", "1"}, {"mods/b", "1"}, {"mods/c", "1"}, {"mods/own", "1"}}), "");
+  expect({{"start.cmd", "1"}, {"mods/a", "1"}, {"mods/b", "1"}, {"mods/c", "1"}, {"mods/own", "user's"}});
+  test::WriteFile(data / "mods/b", "changed");
+  fs::remove(data / "mods/c");
+  start("1", {{"mods/a", "other"}, {"new", "1"}});  // the same version: nothing is looked at
+  const std::map<std::string, std::string> second = {{"start.cmd", "2"}, {"mods/a", "2"},   {"mods/b", "2"},
+                                                     {"mods/c", "2"},    {"mods/own", "1"}, {"new", "2"}};
+  const std::string said = start("2", second);
+  EXPECT_NE(said.find("mods/b: has been changed"), std::string::npos);
+  EXPECT_EQ(said.find('\n'), said.size() - 1) << said;
+  expect({{"start.cmd", "2"}, {"mods/a", "2"}, {"mods/b", "changed"}, {"mods/own", "user's"}, {"new", "2"}});
+  start("1", {{"start.cmd", "1"}});
+  EXPECT_EQ(start("2", {{"start.cmd", "2"}, {"mods/b", "2"}, {"mods/c", "2"}}), "");
+  expect({{"start.cmd", "2"}, {"mods/a", "2"}, {"mods/b", "changed"}, {"mods/own", "user's"}, {"new", "2"}});
 }
 
 TEST_F(ProgramTest, WithoutAWindowAMessageIsSaidAndAQuestionGetsTheSafeAnswer) {

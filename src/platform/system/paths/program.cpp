@@ -4,6 +4,7 @@
 #include "platform/system/filesystem/nativepath.h"
 #include "platform/system/paths/environment.h"
 #include "platform/system/paths/paths.h"
+#include "platform/system/paths/shippedfiles.h"
 #include "platform/system/text/text.h"
 
 #include <unistd.h>
@@ -27,38 +28,6 @@ std::string Made(const std::string& folder) {
 std::string XdgFolder(const char* variable, const char* belowHome) {
   const std::string folder = Variable(variable);
   return folder.starts_with('/') ? folder : HomeFolder() + "/" + belowHome;
-}
-
-// Copies under another name first, so that a copy cut short is never taken for the file.
-void CopyShippedFile(const std::string& from, const std::string& to) {
-  FileSystem& files = CurrentFileSystem();
-  FileStatus status;
-  if (files.HasEntry(to)) return;
-  const std::string unfinished = to + ".part";
-  const bool isCopied = CopyFile(files, from, unfinished) && files.Status(unfinished, status) &&
-                        files.SetPermissions(unfinished, status.permissions | 0200) && files.Rename(unfinished, to);
-  if (!isCopied) files.Remove(unfinished);
-}
-
-void CopyShippedFolder(const std::string& from, const std::string& to, const std::string& except) {
-  FileSystem& files = CurrentFileSystem();
-  const auto listing = files.OpenFolder(from);
-  MakeFolders(files, to, 0777);
-  for (FoundEntry entry; listing && listing->Next(entry);) {
-    if (entry.name == "." || entry.name == ".." || entry.name == except) continue;
-    if (!entry.isFolder)
-      CopyShippedFile(JoinPath(from, entry.name), JoinPath(to, entry.name));
-    else if (!entry.isLink)
-      CopyShippedFolder(JoinPath(from, entry.name), JoinPath(to, entry.name), "");
-  }
-}
-
-// The marker comes last: it says that the rest is there.
-void FillFolder(const std::string& folder, const std::string& shipped, const std::string& marker) {
-  FileSystem& files = CurrentFileSystem();
-  if (files.IsFile(JoinPath(folder, marker)) || !files.IsFolder(shipped)) return;
-  CopyShippedFolder(shipped, folder, marker);
-  CopyShippedFile(JoinPath(shipped, marker), JoinPath(folder, marker));
 }
 
 }  // namespace
@@ -144,7 +113,7 @@ std::string ProgramFolder(const std::string& marker) {
   const std::string programs = FolderAbove(ExecutablePath());
   if (CurrentFileSystem().IsFile(JoinPath(programs, marker))) return WithSeparator(WindowsPathFromNative(programs));
   const std::string data = Made(XdgFolder("XDG_DATA_HOME", ".local/share") + "/" + identity_.name);
-  FillFolder(data, FolderAbove(programs) + "/share/" + identity_.name, marker);
+  FollowShippedFiles(data, FolderAbove(programs) + "/share/" + identity_.name, marker, identity_.version);
   return WithSeparator(WindowsPathFromNative(data));
 }
 

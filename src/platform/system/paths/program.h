@@ -10,6 +10,7 @@ struct ProgramIdentity {
   std::string name;       // names the folders and files that the program owns, in lower case
   std::string title;      // what a person reads
   std::string autostart;  // the file that an autostart entry runs; empty: the running program
+  std::string version = {};
 };
 
 // The name of an environment variable of the program's own: its name in upper case, then `suffix`.
@@ -55,8 +56,8 @@ class OwnFolders {
 
 // The program's own folder, as a Windows path that ends in a backslash: `<NAME>_HOME` if set; else the folder of the
 // executable when it holds `marker` (a portable copy); else $XDG_DATA_HOME/<name> or ~/.local/share/<name>, filled at
-// the first start with the shipped files from ../share/<name> as seen from the executable. It is full once it holds
-// `marker`; files that are there already are never replaced.
+// the first start with the shipped files from ../share/<name> as seen from the executable, and kept up to date as
+// FollowShippedFiles says.
 std::string ProgramFolder(const std::string& marker);
 
 }  // namespace win

@@ -6,9 +6,11 @@
 #include "platform/system/paths/environment.h"
 #include "platform/system/paths/program.h"
 #include "platform/system/text/argumentlist.h"
+#include "platform/system/text/text.h"
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <sstream>
@@ -62,6 +64,8 @@ std::vector<std::string> Runner() {
   return words;
 }
 
+std::string WithSlash(const std::string& path) { return path.ends_with('/') ? path : path + "/"; }
+
 // The Wine prefix in which the program is, the innermost one.
 std::optional<std::string> PrefixAround(const std::string& program) {
   for (const std::string& spelling : {program, FollowLinks(program)})
@@ -109,19 +113,59 @@ void SetVariable(std::vector<std::string>& environment, const std::string& name,
   environment.push_back(name + "=" + value);
 }
 
-void GoThroughRunner(Launch& launch, const std::string& program, const std::string& tail, std::string_view header) {
-  const std::vector<std::string> arguments = launch.arguments;
-  launch.arguments = Runner();
-  const std::optional<std::string> prefix = PrefixAround(program);
-  if (prefix) SetVariable(launch.environment, "WINEPREFIX", *prefix);
+std::string PrefixOf(const std::string& program) { return PrefixAround(program).value_or(DefaultWinePrefix()); }
+
+// Whether Wine has a drive letter for this folder or one above it.
+bool IsOnDrive(const std::string& prefix, const std::string& folder) {
+  const std::string resolved = WithSlash(FollowLinks(folder));
+  for (char letter = 'a'; letter <= 'z'; ++letter) {
+    const std::string drive = prefix + "/dosdevices/" + letter + ":";
+    if (CurrentFileSystem().IsFolder(drive) && resolved.starts_with(WithSlash(FollowLinks(drive)))) return true;
+  }
+  return false;
+}
+
+// Runners that show their programs another root than ours, but the user's own folder.
+bool IsContainer(const std::vector<std::string>& runner) {
+  constexpr std::string_view kContainers[] = {"bwrap",  "distrobox", "docker",    "firejail", "flatpak", "podman",
+                                              "proton", "snap",      "steam-run", "toolbox",  "umu-run"};
+  return std::ranges::any_of(runner, [&](const std::string& word) {
+    return std::ranges::find(kContainers, LastName(word)) != std::end(kContainers);
+  });
+}
+
+// The starter that can stand between the runner and this program; empty when none can.
+std::string StarterFor(const std::string& program, std::string_view header, const std::vector<std::string>& runner) {
+  const std::vector<std::string> chosen = PlatformValues("Starter");
+  if (!chosen.empty() && EqualNoCase(chosen[0], "Off")) return "";
   const std::string starter = CompanionProgram(Program().name + "-start" + BitsOf(header) + ".exe");
+  if (starter.empty()) return "";
+  const std::string prefix = PrefixOf(program), folder = FolderAbove(starter);
   // Wine fills the Windows folder when it sets a prefix up; the registry files come only later.
-  const std::string system = prefix.value_or(DefaultWinePrefix()) + "/drive_c/windows/system32";
-  if (!starter.empty() && CurrentFileSystem().Exists(system + "/kernel32.dll")) {
+  const bool isSetUp = CurrentFileSystem().Exists(prefix + "/drive_c/windows/system32/kernel32.dll");
+  const bool isSeen = !IsContainer(runner) || WithSlash(folder).starts_with(WithSlash(HomeFolder()));
+  return isSetUp && isSeen && IsOnDrive(prefix, folder) && IsOnDrive(prefix, FolderAbove(program)) ? starter : "";
+}
+
+void GoThroughRunner(Launch& launch, const std::string& program, const std::string& tail, std::string_view header) {
+  launch.arguments = Runner();
+  if (const auto prefix = PrefixAround(program)) SetVariable(launch.environment, "WINEPREFIX", *prefix);
+  if (const std::string starter = StarterFor(program, header, launch.arguments); !starter.empty()) {
     SetVariable(launch.environment, OwnVariableName("_START"), Hexadecimal(program) + "/" + Hexadecimal(tail));
     launch.arguments.push_back(starter);
   }
-  launch.arguments.insert(launch.arguments.end(), arguments.begin(), arguments.end());
+  launch.arguments.push_back(program);
+  // Wine takes what is no UTF-8 for damaged; the starter is given the bytes, and reads them by the same rule.
+  for (const std::string& argument : SplitArguments(Utf8FromBytes(tail)))
+    launch.arguments.push_back(argument);
+}
+
+// How to get what is missing for programs of so many bits, on the system that this program is made for.
+std::string Advice(const std::string& runner, std::string_view bits) {
+  if (!LastName(runner).starts_with("wine")) return "";
+  if (bits == "64") return " On Debian, `apt install wine64` as root installs it.";
+  return " On Debian, these three commands as root install it: `dpkg --add-architecture i386`, `apt update`, "
+         "`apt install wine32:i386`.";
 }
 
 }  // namespace
@@ -144,23 +188,27 @@ std::string RunnerProblemOf(const std::string& program) {
   const std::string header = HeaderOf(program);
   if (!header.starts_with("MZ")) return "";
   const std::string name = std::string(LastName(program)) + " is a Windows program";
-  const std::string runner = Runner()[0];
+  const std::string runner = Runner()[0], bits = BitsOf(header);
   const std::string found = FindExecutable(runner);
-  if (found.empty()) return name + ", and " + runner + ", which is to run those, is not there or cannot be started.";
-  const std::string bits = BitsOf(header);
+  if (found.empty())
+    return name + ", and " + runner + ", which is to run those, is not there or cannot be started." +
+           Advice(runner, bits);
   if (!LacksPart(found, bits)) return "";
-  return name + " of " + bits + " bits, and this system's " + runner + " lacks the part that runs those" +
-         (bits == "32" ? " (on Debian the package wine32)." : " (on Debian the package wine64).");
+  return name + " of " + bits + " bits, and this system's " + runner + " lacks the part that runs those." +
+         Advice(runner, bits);
 }
 
 Launch PrepareLaunch(const std::string& program, const std::string& tail) {
   Launch launch;
   for (char** entry = environ; *entry; ++entry)
     launch.environment.push_back(*entry);
+  const std::string header = HeaderOf(program);
+  if (header.starts_with("MZ")) {
+    GoThroughRunner(launch, program, tail, header);
+    return launch;
+  }
   launch.arguments = SplitArguments(tail);
   launch.arguments.insert(launch.arguments.begin(), program);
-  const std::string header = HeaderOf(program);
-  if (header.starts_with("MZ")) GoThroughRunner(launch, program, tail, header);
   return launch;
 }
 

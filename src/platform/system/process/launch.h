@@ -17,7 +17,10 @@ struct Launch {
 // between two arguments is lost, and so is one at the end. It also ends with the program, though that may have started
 // another that is the game. So the runner is given a small Windows program, the starter, which starts the real one with
 // `tail` byte for byte and waits for all that it starts: `<name>-start32.exe` or `<name>-start64.exe`, found as
-// CompanionProgram says. When it is not there, or Wine has not set up the prefix yet, the arguments are passed instead.
+// CompanionProgram says. The arguments are passed instead when `Starter=Off` stands in platform.ini, the starter is not
+// there, Wine has not set up the prefix yet, or the starter or the program would be out of sight: on no drive of the
+// prefix, or the starter outside a container that the runner makes. Either way a text that is valid UTF-8 is taken as
+// such, any other as Windows-1252.
 Launch PrepareLaunch(const std::string& program, const std::string& tail);
 
 bool IsWindowsProgram(const std::string& program);

@@ -278,9 +278,7 @@ bool StartWithoutWaiting(const std::string& commandLine, const std::string& fold
 
 }  // namespace
 
-std::string RunnerProblem(const std::string& commandLine) {
-  return RunnerProblemOf(AbsoluteNativePath(SplitProgram(commandLine).program));
-}
+std::string RunnerProblem(const std::string& commandLine) { return RunnerProblemOf(ProgramOf(commandLine)); }
 
 std::string ProgramOf(const std::string& commandLine) { return AbsoluteNativePath(WholeOrSplit(commandLine).program); }
 

@@ -50,7 +50,7 @@ Process CreateProcess(const std::string& commandLine, unsigned creationFlags, co
 
 // Why the runner could not run the Windows program that begins this command line, in one sentence: it is not there, or
 // a Wine without the part for programs of this kind. Nothing is started for it. Empty when nothing speaks against it,
-// and for any other program, a missing one too.
+// and for any other program, a missing one too. The line is one for CreateProcess or for ShellExecute.
 std::string RunnerProblem(const std::string& commandLine);
 
 // Starts a program and does not wait: it outlives this one. `commandLine` as above; an unquoted path that names an
