@@ -3,7 +3,7 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
-tools/setup.sh
+tools/setup.sh test
 cmake --preset dev
 cmake --build --preset dev
 ctest --preset dev -j2

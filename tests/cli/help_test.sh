@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# That completion, manual page, guide and links say what is so: help_test.sh VARNIK-CLI
+# That completion, manual page, README, guide and links say what is so: help_test.sh VARNIK-CLI
 set -euo pipefail
 cli=$(realpath "$1")
 source_dir=$(cd "$(dirname "$0")/../.." && pwd)
@@ -50,7 +50,7 @@ session() {
   grep '^\$ ' "$1" | while read -r line; do
     echo "$line"
     eval "${line#* }"
-  done | sed "s|$HOME|~|g"
+  done | sed "s|$HOME|~|g; s/ $//"
 }
 
 # The guide: each block between ``` marks is what its first line calls it.
@@ -71,6 +71,14 @@ for block in "$work"/blocks/*; do
   esac
   diff -u "$block" - <<<"$said" >&2 || fail "so it goes on line ${block##*/} of the guide"
 done
+
+# What README shows, typed into a clone that has been built.
+mkdir -p "$work/clone/build/release"
+ln -s "$source_dir/tools" "$source_dir/data" "$work/clone"
+ln -s "$(dirname "$cli")" "$work/clone/build/release/bin"
+awk '/^```/ { inside = !inside; next } inside' "$source_dir/README.md" >"$work/shown"
+(cd "$work/clone" && session "$work/shown") | diff -u "$work/shown" - >&2 || fail "README shows another run"
+
 for document in "$source_dir"/README.md "$source_dir"/docs/*.md; do
   for link in $(grep -oP '\]\(\K[^):#]+(?=[^):]*\))' "$document"); do
     [ -e "$(dirname "$document")/$link" ] || fail "$document links to $link"
@@ -78,10 +86,9 @@ for document in "$source_dir"/README.md "$source_dir"/docs/*.md; do
 done
 
 # The demo's mods use every directive of both formats.
-"$source_dir/tools/make-demo.sh" "$work/demo" >/dev/null
-for mod in "$work"/demo/games/*/*.bzm; do
+for mod in "$HOME"/varnik-demo/games/*/*.bzm; do
   folder=$(dirname "$mod")
-  on() { "$cli" --root "$folder" --app-path "$work/demo/app" "$1" "$mod" >"$work/said" 2>&1; }
+  on() { "$cli" --root "$folder" --app-path "$HOME/varnik-demo/app" "$1" "$mod" >"$work/said" 2>&1; }
   on check || fail "a finding in $mod"
   on deactivate || true
   rm -rf "$work/copy"

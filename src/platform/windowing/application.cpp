@@ -20,6 +20,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <cstdio>
+#include <cstdlib>
 #include <optional>
 #include <utility>
 
@@ -71,6 +73,15 @@ void ReleaseSignals() {
     sigaction(number, nullptr, &action);
     if (action.sa_handler == ForwardSignal) signal(number, SIG_DFL);
   }
+}
+
+QtMessageHandler ordinaryMessages;
+
+// Qt aborts a program that cannot reach a display.
+void OnStartMessage(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+  if (type != QtFatalMsg) return ordinaryMessages(type, context, text);
+  std::fprintf(stderr, "%s: no display can be reached, so there is no window\n", Program().name.c_str());
+  std::_Exit(kNoDisplayStatus);
 }
 
 class QtApplication : public QApplication {
@@ -141,7 +152,10 @@ void Application::Impl::PutRequest() {
   mainForm->Close(*std::exchange(requested, std::nullopt));
 }
 
-Application::Application() : impl_(std::make_unique<Impl>()) {
+Application::Application() {
+  ordinaryMessages = qInstallMessageHandler(OnStartMessage);
+  impl_ = std::make_unique<Impl>();
+  qInstallMessageHandler(ordinaryMessages);
   QApplication::setDesktopFileName(QString::fromStdString(Program().name));
   WindowServices services = BoxServices();
   services.doEvents = RunEvents;

@@ -42,7 +42,7 @@ std::optional<std::string> ReadWholeFile(const std::string& path) {
   FileStatus status;
   if (!file || !file->Status(status) || !status.IsFile() || status.size > kMaxBytes) return std::nullopt;
   std::optional<std::string> content = ReadUpTo(*file, status.size, kMaxBytes + 1);
-  if (content && content->size() > kMaxBytes) content.reset();
+  if (content && content->size() > kMaxBytes) return std::nullopt;
   return content;
 }
 

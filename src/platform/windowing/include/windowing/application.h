@@ -8,10 +8,14 @@ class Form;
 class Instance;
 class Picture;
 
+// The status of a program that ends because no display can be reached.
+constexpr int kNoDisplayStatus = 69;
+
 // The program's connection to the screen. Made once, before any form, control or timer, and destroyed after them. It
 // puts DoEvents, MsgBox and InputBox into services.h.
 class Application {
  public:
+  // Ends the program, with a line on standard error, when no display can be reached.
   Application();
   ~Application();
   Application(const Application&) = delete;
