@@ -1,8 +1,8 @@
 #include "editor/ui/frmnewmod.h"
 #include "installs/ui/frmaddrembz2.h"
 #include "mainwindow/frmmain.h"
-#include "modengine/catalogue.h"
 #include "modengine/applymod.h"
+#include "modengine/catalogue.h"
 #include "platform/system/process/services.h"
 #include "platform/system/text/text.h"
 #include "support/install.h"
@@ -111,6 +111,12 @@ void FrmMain::mnuFileEdit_Click() {
   dialog.EnsureLoaded();
   dialog.loadmod(ModList[mod].DefinitionFile);
   dialog.ShowModal(this);
+}
+
+void FrmMain::mnuFileFind_Click() {
+  if (mapPage.frmMap.Visible()) return mapPage.Finder().Open();
+  if (!modPage.frmMod.Visible()) ShowNode("RMod");
+  modPage.Finder().Open();
 }
 
 // Once the list has been saved no install is selected until the player picks one.

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "definition/report.h"
 #include "cmdline/ui/frmcmdline.h"
 #include "cmdline/ui/frmcmdlineedit.h"
+#include "definition/report.h"
 #include "gameconfig/ui/frmbz2config.h"
 #include "gameconfig/ui/frmbz2config1_3.h"
 #include "gameconfig/ui/frmextras.h"
@@ -18,6 +18,7 @@
 #include "windowing/form.h"
 #include "windowing/imagelist.h"
 #include "windowing/statusbar.h"
+#include "windowing/timer.h"
 #include "windowing/treeview.h"
 
 #include <functional>
@@ -45,6 +46,7 @@ class FrmMain : public win::Form {
   void ClearMaps();
   void SettingTree_NodeClick(const std::string& key);
   void showstatusbar(bool show);
+  void MaximizeAsLeft();  // when it was maximised when it was closed last
 
   MainMenu menu;
   HiddenMenu hidden;
@@ -58,6 +60,7 @@ class FrmMain : public win::Form {
   FrmBZ2Config1_3 config13Page;
   FrmExtras extrasPage;
   win::Label lblNoBZ2Dir;
+  win::Button cmdAddInstall{*this, "cmdAddInstall", "Add a BZ2 &Location..."};
   win::Label lblBZ2LocVer{*this, "lblBZ2LocVer"};
   win::Button cmdLaunchBZ2{*this, "cmdLaunchBZ2", "Launch"};
   win::StatusBar StatusBar1{*this, "StatusBar1"};
@@ -68,8 +71,11 @@ class FrmMain : public win::Form {
  private:
   // lifecycle.cpp
   void Form_Load();
+  void TakeStoredSize();
   void MeasureHeight();
+  double CurrentFormHeight() const;
   void Form_QueryUnload(bool& cancel, win::UnloadMode mode);
+  bool MayLoseEdits();
   void Form_Unload();
   void AddTrayAtLoad();
   bool TurnTrayOn(int patience);
@@ -91,11 +97,13 @@ class FrmMain : public win::Form {
   void SelectInstall(int index);
   void SelectNoInstall();
   void ShowNoModSelected();
+  void ShowNoInstallPage(bool shown);
 
   // pages.cpp
   void PopulateTree();
   std::vector<win::Frame*> Frames();
   void HidePages();
+  void ShowNode(const std::string& key);  // the page of a node, which the tree then marks
   void ShowPage(const std::string& key);
   void ShowConfig13Page(const std::string& key);
   void ShowNoPage();
@@ -104,6 +112,7 @@ class FrmMain : public win::Form {
   void cmdLaunchBZ2_Click();
   void mnuModH_Click(int index);
   void mnuFileEdit_Click();
+  void mnuFileFind_Click();
   void mnuBZ2DirAddRem_Click();
   void mnuShowTray_Click();
   void mnuFileHide_Click();
@@ -123,7 +132,8 @@ class FrmMain : public win::Form {
   BusyWindow busyWindow_;
   std::unique_ptr<frmSplashScrn> splash_;
   std::string clickedNode_;
-  Report lastReport_;  // what did not work in the last run, activation or deactivation
+  win::Timer tmrTree_{1};   // marks the node of the page that shows, once the click that brought it has been served
+  Report lastReport_;       // what did not work in the last run, activation or deactivation
   bool running_ = false;    // from a click that launches to the end of what it does
   double FormHeight = 0;    // with the status bar showing, in twips
   bool wasVisible_ = true;  // before a run

@@ -2,6 +2,7 @@
 
 #include "platform/system/paths/program.h"
 #include "platform/system/process/instance.h"
+#include "platform/windowing/accessibility.h"
 #include "platform/windowing/qtsupport.h"
 #include "windowing/dialogs.h"
 #include "windowing/form.h"
@@ -145,6 +146,7 @@ Application::Application() : impl_(std::make_unique<Impl>()) {
   QApplication::setDesktopFileName(QString::fromStdString(Program().name));
   WindowServices services = BoxServices();
   services.doEvents = RunEvents;
+  InstallAccessibility();
   SetWindowServices(services);
 }
 
