@@ -76,7 +76,6 @@ int AddInstall(const Arguments& arguments) {
   const bool isStored = ChangeLocations(Selected::kKeep, [&](LocationList& list, const auto&) {
     isNew = AddLocation(list, folder);
     if (!isNew) return false;
-    list.rows.back().Offered = true;
     list.Descriptions[list.rows.size() - 1] = arguments.description;
     return true;
   });

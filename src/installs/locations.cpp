@@ -1,6 +1,7 @@
 #include "installs/locations.h"
 
 #include "installs/installlist.h"
+#include "platform/system/paths/paths.h"
 #include "platform/system/text/text.h"
 #include "support/settings.h"
 
@@ -10,11 +11,37 @@
 
 namespace varnik {
 
+namespace {
+
+bool AddRow(LocationList& list, const Location& added) {
+  for (const Location& row : list.rows)
+    if (win::Trim(row.Path) == added.Path) return false;
+  list.rows.push_back(added);
+  list.Descriptions.resize(list.rows.size() + 1);
+  return true;
+}
+
+// A folder that a search found, as a person would type it: `/games/bz2\`.
+std::string AsTyped(const std::string& folder) {
+  if (folder.empty() || !win::IsSeparator(folder[0])) return folder;
+  std::string path = win::ToNativeSpelling(folder);
+  while (path.size() > 1 && path.back() == '/')
+    path.pop_back();
+  return win::WithSeparator(path);
+}
+
+bool IsListed(const LocationList& list, const std::string& folder) {
+  return std::any_of(list.rows.begin(), list.rows.end(),
+                     [&](const Location& row) { return win::IsSamePath(row.Path, folder); });
+}
+
+}  // namespace
+
 LocationList LoadLocations(const win::SettingsSnapshot& stored) {
   LocationList list;
   std::string path;
   for (std::size_t n = 0; !(path = StoredInstallPath(n, stored)).empty(); ++n) {
-    AddLocation(list, path);
+    AddRow(list, {path, false});
     list.Descriptions.resize(std::max(list.Descriptions.size(), n + 1));
     list.Descriptions[n] = StoredInstallDescription(n, stored);
     // Behind a path that stood twice there is no row of this number.
@@ -23,13 +50,7 @@ LocationList LoadLocations(const win::SettingsSnapshot& stored) {
   return list;
 }
 
-bool AddLocation(LocationList& list, const std::string& path) {
-  for (const Location& row : list.rows)
-    if (win::Trim(row.Path) == path) return false;
-  list.rows.push_back({path, false});
-  list.Descriptions.resize(list.rows.size() + 1);
-  return true;
-}
+bool AddLocation(LocationList& list, const std::string& path) { return AddRow(list, {path, true}); }
 
 void RemoveLocation(LocationList& list, std::size_t row) {
   if (row >= list.rows.size()) return;
@@ -48,7 +69,7 @@ void AddSearchResults(LocationList& list, const FileSearchResults& results) {
   for (std::size_t i = 1; i < results.size(); ++i) {
     std::string folder = win::Trim(results[i]);
     folder.erase(folder.size() - std::min(folder.size(), kProgram.size()));
-    if (IsBZ2Install(folder)) AddLocation(list, folder);
+    if (IsBZ2Install(folder) && !IsListed(list, folder)) AddLocation(list, AsTyped(folder));
   }
 }
 

@@ -26,7 +26,7 @@ struct LocationList {
 // while their descriptions and ticks keep the place that they have in the store.
 LocationList LoadLocations(const win::SettingsSnapshot& stored = StoredSettings());
 
-// Adds the path at the end, not offered and without a description. False when it is a row already, compared exactly and
+// Adds the path at the end, offered and without a description. False when it is a row already, compared exactly and
 // with case, each row trimmed.
 bool AddLocation(LocationList& list, const std::string& path);
 
@@ -35,7 +35,8 @@ void RemoveLocation(LocationList& list, std::size_t row);
 // Exchanges two rows that are both in the list, with their ticks and descriptions.
 void SwapLocations(LocationList& list, std::size_t a, std::size_t b);
 
-// Adds the folders of the found files that hold an install. `results` are from a search for bzone.exe, index 0 unused.
+// Adds the folders of the found files that hold an install, unless a row names that folder in whatever spelling.
+// `results` are from a search for bzone.exe, index 0 unused.
 void AddSearchResults(LocationList& list, const FileSearchResults& results);
 
 // Replaces the list that the store holds, the row selected last included, in one write: a kill leaves the old list or

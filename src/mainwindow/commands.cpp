@@ -134,6 +134,12 @@ void FrmMain::mnuFileEdit_Click() {
   dialog.ShowModal(this);
 }
 
+void FrmMain::mnuFileFind_Click() {
+  if (mapPage.frmMap.Visible()) return mapPage.Finder().Open();
+  if (!modPage.frmMod.Visible()) ShowNode("RMod");
+  modPage.Finder().Open();
+}
+
 // Once the list has been saved no install is selected until the player picks one.
 void FrmMain::mnuBZ2DirAddRem_Click() {
   const auto listSaved = [this] {

@@ -46,6 +46,7 @@ class FrmMain : public win::Form {
   void ClearMaps();
   void SettingTree_NodeClick(const std::string& key);
   void showstatusbar(bool show);
+  void MaximizeAsLeft();  // when it was maximised when it was closed last
 
   MainMenu menu;
   HiddenMenu hidden;
@@ -59,6 +60,7 @@ class FrmMain : public win::Form {
   FrmBZ2Config1_3 config13Page;
   FrmExtras extrasPage;
   win::Label lblNoBZ2Dir;
+  win::Button cmdAddInstall{*this, "cmdAddInstall", "Add a BZ2 &Location..."};
   win::Label lblBZ2LocVer{*this, "lblBZ2LocVer"};
   win::Button cmdLaunchBZ2{*this, "cmdLaunchBZ2", "Launch"};
   win::StatusBar StatusBar1{*this, "StatusBar1"};
@@ -69,8 +71,11 @@ class FrmMain : public win::Form {
  private:
   // lifecycle.cpp
   void Form_Load();
+  void TakeStoredSize();
   void MeasureHeight();
+  double CurrentFormHeight() const;
   void Form_QueryUnload(bool& cancel, win::UnloadMode mode);
+  bool MayLoseEdits();
   void Form_Unload();
   void AddTrayAtLoad();
   bool TurnTrayOn(int patience);
@@ -92,11 +97,13 @@ class FrmMain : public win::Form {
   void SelectInstall(int index);
   void SelectNoInstall();
   void ShowNoModSelected();
+  void ShowNoInstallPage(bool shown);
 
   // pages.cpp
   void PopulateTree();
   std::vector<win::Frame*> Frames();
   void HidePages();
+  void ShowNode(const std::string& key);  // the page of a node, which the tree then marks
   void ShowPage(const std::string& key);
   void ShowConfig13Page(const std::string& key);
   void ShowNoPage();
@@ -105,6 +112,7 @@ class FrmMain : public win::Form {
   void cmdLaunchBZ2_Click();
   void mnuModH_Click(int index);
   void mnuFileEdit_Click();
+  void mnuFileFind_Click();
   void mnuBZ2DirAddRem_Click();
   void mnuShowTray_Click();
   void mnuFileHide_Click();
@@ -130,6 +138,7 @@ class FrmMain : public win::Form {
   std::unique_ptr<frmSplashScrn> splash_;
   std::string clickedNode_;
   Report lastReport_;  // what did not work in the last run, activation or deactivation
+  win::Timer tmrTree_{1};   // marks the node of the page that shows, once the click that brought it has been served
   std::vector<std::function<void()>> postponed_;
   win::Timer postponedTimer_{50};
   bool running_ = false;    // from a click that launches to the end of what it does

@@ -2,6 +2,7 @@
 
 #include "mainwindow/modpagetext.h"
 #include "modengine/catalogue.h"
+#include "platform/system/paths/paths.h"
 
 #include <utility>
 
@@ -11,24 +12,36 @@ namespace {
 
 constexpr double kHeightWithPicture = 1635;
 constexpr double kHeightAlone = 3255;
+constexpr double kTextShare = 0.4;  // of the height that the page gains; the list has the rest
 
 const char* LaunchCaption(std::int32_t state) {
   if (state == 1) return "Deactivate";
   return state == -1 ? "Activate" : "Launch";
 }
 
+win::RowMark MarkOf(std::int32_t state) {
+  if (state == 1) return win::RowMark::kOn;
+  return state == -1 ? win::RowMark::kOff : win::RowMark::kPlain;
+}
+
 }  // namespace
 
-FrmMod::FrmMod(win::Container& parent, ModPageHost host) : frmMod(parent, "frmMod"), host_(std::move(host)) {
+FrmMod::FrmMod(win::Container& parent, ModPageHost host)
+    : frmMod(parent, "frmMod"),
+      finder_(frmMod, "txtModFind", lstmods, [this](int row) { return SearchedText(lstmods.ItemData(row)); }),
+      host_(std::move(host)) {
   frmMod.Move(2280, 480, 5520, 4890);
   txtModDesc.Move(240, 360, 5010, kHeightWithPicture);
   txtModDesc.SetLocked(true);
   txtModDesc.SetAccessibleName("Mod description");
   picModPic.Move(240, 2160, 5010, 1500);
   picModPic.SetAccessibleName("Mod picture");
-  lstmods.Move(240, 3780, 5010, 1035);
+  finder_.Place(240, 3780, 5010, 1035, {0, kTextShare, 1, 1});
   lstmods.SetAccessibleName("Mods");
+  txtModDesc.SetAnchors({0, 0, 1, kTextShare});
+  picModPic.SetAnchors({0, kTextShare, 1, kTextShare});
   lstmods.Click = [this] { lstmods_Click(); };
+  lstmods.DblClick = [this] { host_.launch(); };
 }
 
 void FrmMod::ShowModList() {
@@ -39,12 +52,20 @@ void FrmMod::ShowModList() {
     for (std::size_t i = 1; i < ModList.size(); ++i)
       AddRow(ModRowText(ModList[i]), static_cast<std::int32_t>(i));
   }
+  finder_.Filled();
   SelectFirstRow();
 }
 
 void FrmMod::AddRow(const std::string& text, std::int32_t data) {
   lstmods.AddItem(text);
   lstmods.SetItemData(lstmods.NewIndex(), data);
+  if (data > 0) lstmods.SetMark(lstmods.NewIndex(), MarkOf(ModList[data].State));
+}
+
+std::string FrmMod::SearchedText(int mod) {
+  if (mod < 1 || mod >= static_cast<int>(ModList.size())) return "";
+  const ModEntry& entry = ModList[mod];
+  return entry.Name + "\n" + win::FileNameOf(entry.DefinitionFile) + "\n" + entry.Description;
 }
 
 void FrmMod::SelectFirstRow() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/ui/listfinder.h"
 #include "windowing/frame.h"
 #include "windowing/listbox.h"
 #include "windowing/picturebox.h"
@@ -20,6 +21,7 @@ struct ModPageHost {
   std::function<void(bool enabled)> enableEdit;
   std::function<void(bool bold)> markMods;         // the node of the mod page
   std::function<void(bool present)> keepModNodes;  // the map and command-line nodes
+  std::function<void()> launch;                    // as its button does
   std::function<void()> followMod;                 // the map page shows the maps of the selected mod
 };
 
@@ -33,6 +35,9 @@ class FrmMod {
 
   // Selects row 0 and refreshes the page, also when that row was selected already.
   void SelectFirstRow();
+
+  // The box that narrows the list.
+  ListFinder& Finder() { return finder_; }
 
   // Item data of the selected row: an index of ModList, -1 for no mod.
   int SelectedMod() const;
@@ -52,6 +57,9 @@ class FrmMod {
   void ShowMod(const ModEntry& mod);
   void ShowPicture(const ModEntry& mod);
 
+  static std::string SearchedText(int mod);
+
+  ListFinder finder_;
   ModPageHost host_;
 };
 

@@ -1,6 +1,7 @@
 #include "installs/installlist.h"
 #include "mainwindow/frmmain.h"
 #include "mainwindow/picturelists.h"
+#include "mainwindow/windowsize.h"
 #include "platform/system/process/services.h"
 #include "platform/system/text/text.h"
 #include "support/debuglog.h"
@@ -30,6 +31,7 @@ std::string SingleText(double twips) {
 
 void FrmMain::Form_Load() {
   LogLine("Main form Load Begin");
+  TakeStoredSize();
   Move(NumberOption("MainLeft"), NumberOption("MainTop"));
   loadimglist(imglstnomap);
   loadiconlist(imglstIcon);
@@ -46,6 +48,12 @@ void FrmMain::Form_Load() {
   HideStatusBarAtLoad();
 }
 
+void FrmMain::TakeStoredSize() {
+  const WindowSize size =
+      StoredWindowSize().value_or(FirstWindowSize({Width(), Height()}, {ScreenWidth(), ScreenHeight()}));
+  SetSize(size.width, size.height);
+}
+
 // The window has its height once it has been on screen; at this point the status bar is showing.
 void FrmMain::MeasureHeight() {
   Show();
@@ -53,6 +61,10 @@ void FrmMain::MeasureHeight() {
   FormHeight = std::floor(Height());
   win::DoEvents();
   Hide();
+}
+
+void FrmMain::MaximizeAsLeft() {
+  if (WindowWasMaximized()) SetState(win::WindowState::kMaximized);
 }
 
 void FrmMain::AddTrayAtLoad() {
@@ -89,7 +101,16 @@ void FrmMain::Form_QueryUnload(bool& cancel, win::UnloadMode mode) {
     mnuFileHide_Click();
     return;
   }
-  cancel = GameRunning;
+  // At the end of a session there is nobody to answer.
+  cancel = GameRunning || (mode != win::UnloadMode::kAppWindows && !MayLoseEdits());
+}
+
+// Dialogs are asked as by their close boxes.
+bool FrmMain::MayLoseEdits() {
+  const std::vector<win::Form*> forms = win::OpenForms();
+  for (std::size_t i = forms.size(); i-- > 0;)
+    if (forms[i] != this && forms[i] != &busy_ && !forms[i]->Close(win::UnloadMode::kControlMenu)) return false;
+  return cmdLineEditPage.MayClose();
 }
 
 void FrmMain::Form_Unload() {
@@ -99,6 +120,7 @@ void FrmMain::Form_Unload() {
   if (State() != win::WindowState::kMinimized) {
     StoreOption("MainLeft", SingleText(Left()));
     StoreOption("MainTop", SingleText(Top()));
+    StoreWindowSize({Width(), CurrentFormHeight()}, State() == win::WindowState::kMaximized);
   }
   if (tray.IsHooked()) {
     tray.ShellTrayDelete();
@@ -107,7 +129,15 @@ void FrmMain::Form_Unload() {
   LogLine("Main Form Unload");
 }
 
+// A person may have changed it since it was set.
+double FrmMain::CurrentFormHeight() const {
+  constexpr double kOnePixel = 15;
+  const double height = Height() + (StatusBar1.Visible() ? 0 : StatusBar1.Height());
+  return std::abs(height - FormHeight) > kOnePixel ? height : FormHeight;
+}
+
 void FrmMain::showstatusbar(bool show) {
+  FormHeight = CurrentFormHeight();
   const win::WindowState state = State();
   const bool visible = Visible();
   SetVisible(true);

@@ -51,6 +51,7 @@ MainMenu::MainMenu(win::Form& form)
       mnuEmergency(form, "mnuEmergency", "&Emergency"),
       mnuHelp(form, "mnuHelp", "&Help") {
   mnubz2reload.SetShortcut("F5");
+  mnuFileFind.SetShortcut("Ctrl+F");
 }
 
 HiddenMenu::HiddenMenu() {

@@ -11,6 +11,7 @@ struct MainMenu {
   win::Menu mnuFile;
   win::MenuItem mnuFileNew{mnuFile, "mnuFileNew", "&New MOD File"};
   win::MenuItem mnuFileEdit{mnuFile, "mnuFileEdit", "&Edit MOD File"};
+  win::MenuItem mnuFileFind{mnuFile, "mnuFileFind", "&Find Mod or Map"};
   win::MenuSeparator mnuFileSpacer{mnuFile, "mnuFileSpacer"};
   win::MenuItem mnuOptions{mnuFile, "mnuOptions", "&Options"};
   win::MenuItem mnuShowTray{mnuFile, "mnuShowTray", "&Show Tray Icon"};

@@ -8,15 +8,20 @@ namespace varnik {
 void FrmMain::PopulateTree() {
   LogLine("PopulateTree Begin");
   AddAllNodes(SettingTree);
-  SettingTree.SetSelectedItem("RMod");
-  SettingTree_NodeClick("RMod");
+  ShowNode("RMod");
 }
 
 void FrmMain::SettingTree_NodeClick(const std::string& key) {
   cmdLineEditPage.OfferToSave();
   txtActivePage.SetText(SettingTree.FullPath(key));
   clickedNode_ = key;
+  tmrTree_.SetEnabled(true);
   HidePages();
+  const Page page = PageOfKey(key);
+  if (page == Page::kMod || page == Page::kMap)
+    SetDefaultButton(cmdLaunchBZ2);
+  else
+    SetNoDefaultButton();
   ShowPage(key);
 }
 
@@ -65,8 +70,12 @@ void FrmMain::ShowConfig13Page(const std::string& key) {
   const bool loaded = config13Page.LoadSettings();
   if (clickedNode_ != key) return;
   if (loaded) return config13Page.frmBZ2Config1_3.SetVisible(true);
-  SettingTree.SetSelectedItem("RCFG");
-  SettingTree_NodeClick("RCFG");
+  ShowNode("RCFG");
+}
+
+void FrmMain::ShowNode(const std::string& key) {
+  SettingTree.SetSelectedItem(key);
+  SettingTree_NodeClick(key);
 }
 
 // The node of the mods lends its place to a text that is no page of its own.

@@ -26,6 +26,7 @@ void FrmMain::SelectInstall(int index) {
   lblBZ2LocVer.SetCaption("Current BZ2 Dir: " + InstallRoot() + "\r\nVersion: " + InstallVersion());
   MarkInstall(menu, hidden, index);
   menu.mnubz2reload.SetEnabled(true);
+  menu.mnuFileFind.SetEnabled(true);
   hidden.mnubz2hreload.SetEnabled(true);
   hidden.mnuRunModH.SetVisible(true);
   if (menu.mnuBZ2Sel.IsLoaded(index)) hidden.mnuRunModHBZ2.SetCaption(menu.mnuBZ2Sel[index].Caption());
@@ -38,7 +39,7 @@ void FrmMain::SelectInstall(int index) {
   SettingTree.SetEnabled(true);
   SettingTree_NodeClick("RMod");
   SettingTree.SetSelectedItem("RMod");
-  lblNoBZ2Dir.SetVisible(false);
+  ShowNoInstallPage(false);
 }
 
 void FrmMain::SelectNoInstall() {
@@ -47,7 +48,7 @@ void FrmMain::SelectNoInstall() {
   cmdLinePage.ClearList();
   ShowNoPage();
   SettingTree.SetEnabled(false);
-  lblNoBZ2Dir.SetVisible(true);
+  ShowNoInstallPage(true);
   lblBZ2LocVer.SetCaption("Current BZ2 Dir: None\r\nVersion: N/A");
   varnik::SelectInstall(-1);
   MarkInstall(menu, hidden, -1);
@@ -55,8 +56,16 @@ void FrmMain::SelectNoInstall() {
   hidden.mnubz2hreload.SetEnabled(false);
   hidden.mnuRunModH.SetVisible(false);
   cmdLaunchBZ2.SetEnabled(false);
+  menu.mnuFileFind.SetEnabled(false);
+  menu.mnuFileEdit.SetEnabled(false);
+  menu.mnuEmergencyDeactivate.SetEnabled(false);
   // It stays disabled for the rest of the program's life, also once an install is selected.
   menu.mnuFileNew.SetEnabled(false);
+}
+
+void FrmMain::ShowNoInstallPage(bool shown) {
+  lblNoBZ2Dir.SetVisible(shown);
+  cmdAddInstall.SetVisible(shown);
 }
 
 void FrmMain::LoadBZ2List() {

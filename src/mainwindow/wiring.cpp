@@ -17,6 +17,8 @@ constexpr char kNoInstall[] =
     "Please use the BZ2 Directory Menu to add BZ2 locations to your list, or to select a BZ2 location. Varnik will not "
     "operate properly until you do.";
 
+constexpr double kTreeShare = 0.2;  // of the width that the window gains
+
 // A tray that shows the hidden menu by itself does so during a run, too.
 template <class Action>
 auto UnlessPlaying(Action action) {
@@ -33,8 +35,7 @@ FrmMain::FrmMain(frmSplash& busy)
       modPage(*this, MakeModPageHost()),
       mapPage(*this, MakeMapPageHost()),
       cmdLinePage(*this, [this] { mapPage.txtMapFileName_LostFocus(); }),
-      cmdLineEditPage(*this,
-                      {[this] { SettingTree_NodeClick("RCMD"); }, [this] { cmdLinePage.populatecmdlinelist(); }}),
+      cmdLineEditPage(*this, {[this] { ShowNode("RCMD"); }, [this] { cmdLinePage.populatecmdlinelist(); }}),
       configPage(*this),
       config13Page(*this),
       extrasPage(*this, [this](const std::string& hint) { StatusBar1.SetPanelText(1, hint); }),
@@ -58,13 +59,28 @@ void FrmMain::PlaceControls() {
   SettingTree.SetPathSeparator(": ");
   SettingTree.SetAccessibleName("Pages");
   txtActivePage.Move(2400, 120, 5280, 285);
+  txtActivePage.SetHeading();
   txtActivePage.SetLocked(true);
   txtActivePage.SetTabStop(false);
   txtActivePage.SetAccessibleName("Active page");
   lblNoBZ2Dir.Move(2295, 675, 5145, 4065);
+  cmdAddInstall.Move(2295, 2100, 2415, 495);
   lblBZ2LocVer.Move(120, 5640, 4815, 495);
   cmdLaunchBZ2.Move(5400, 5640, 2415, 495);
+  StatusBar1.SetAccessibleName("Hint");
   StatusBar1.Move(0, 6225, 7890, 375);
+  SetSizable();
+  SettingTree.SetAnchors({0, 0, kTreeShare, 1});
+  txtActivePage.SetAnchors({kTreeShare, 0, 1, 0});
+  lblNoBZ2Dir.SetAnchors({kTreeShare, 0, 1, 1});
+  cmdAddInstall.SetAnchors({kTreeShare, 0, kTreeShare, 0});
+  for (win::Frame* page : Frames())
+    page->SetAnchors({kTreeShare, 0, 1, 1});
+  lblBZ2LocVer.SetElided();
+  lblBZ2LocVer.SetAnchors(win::kBottomAcross);
+  cmdLaunchBZ2.SetMnemonic('a');
+  cmdLaunchBZ2.SetAnchors(win::kBottomRight);
+  StatusBar1.SetAnchors(win::kBottomAcross);
 }
 
 void FrmMain::WireControls() {
@@ -74,6 +90,11 @@ void FrmMain::WireControls() {
   CloseRefused = [this] { busy_.Stop(); };
   SettingTree.NodeClick = [this](const std::string& key) { SettingTree_NodeClick(key); };
   txtActivePage.GotFocus = [this] { SettingTree.SetFocus(); };
+  cmdAddInstall.Click = [this] { mnuBZ2DirAddRem_Click(); };
+  tmrTree_.Tick = [this] {
+    tmrTree_.SetEnabled(false);
+    SettingTree.SetSelectedItem(clickedNode_);
+  };
   cmdLaunchBZ2.Click = [this] { cmdLaunchBZ2_Click(); };
   postponedTimer_.Tick = [this] { DoPostponed(); };
 }
@@ -84,6 +105,7 @@ void FrmMain::WireMenus() {
   const auto close = [this] { Close(); };
   menu.mnuFileNew.Click = [this] { frmNewMod(MakeReloadAfterEdit()).ShowModal(this); };
   menu.mnuFileEdit.Click = [this] { mnuFileEdit_Click(); };
+  menu.mnuFileFind.Click = [this] { mnuFileFind_Click(); };
   menu.mnuBZ2DirAddRem.Click = [this] { mnuBZ2DirAddRem_Click(); };
   menu.mnuOptions.Click = [this] { frmOptions(MakeOptionsHost()).ShowModal(this); };
   menu.mnuShowTray.Click = [this] { mnuShowTray_Click(); };
@@ -120,6 +142,7 @@ ModPageHost FrmMain::MakeModPageHost() {
     else
       RemoveModNodes(SettingTree);
   };
+  host.launch = [this] { cmdLaunchBZ2.Press(); };
   host.followMod = [this] {
     if (!MapLoadTried) return;
     mapPage.PopulateMapList(0, kAllSubTypes);
@@ -134,7 +157,7 @@ MapPageHost FrmMain::MakeMapPageHost() {
   host.mapName = [this] { return cmdLinePage.txtMapFileName.Text(); };
   host.setMapName = [this](const std::string& name) { cmdLinePage.txtMapFileName.SetText(name); };
   host.askForMapName = [this] {
-    SettingTree_NodeClick("RCMD");
+    ShowNode("RCMD");
     cmdLinePage.txtMapFileName.SetFocus();
   };
   host.showSelectedPage = [this] { SettingTree_NodeClick(SettingTree.SelectedItem()); };

@@ -5,6 +5,7 @@
 #include "platform/system/process/services.h"
 #include "support/ini_sm.h"
 #include "support/install.h"
+#include "support/modfileexists.h"
 
 namespace varnik {
 namespace {
@@ -29,6 +30,7 @@ void ResetConversion() { ConvertAsked = ConvertWanted = false; }
 
 void OfferConversion(const MapEntry& entry, const win::ProfileFile& inf, const std::string& infPath) {
   if (!IsVersion13() || !IsMultiplayerPath(entry.Folder) || !IsInModFolders(entry.Folder)) return;
+  if (!FileExists(infPath)) return;  // named by the stored list, and gone since
   if (!inf.IsReadable() || !ReadIniValue("NetVars", "svar7", inf, "").empty()) return;
   if (!ConvertAsked) {
     ConvertAsked = true;

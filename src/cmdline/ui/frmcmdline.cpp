@@ -27,6 +27,18 @@ void FrmCmdLine::PlaceControls() {
   txtMapFileName.Move(240, 4380, 3840, 315);
   txtMapFileName.SetAccessibleName("Map file name");
   chkCMDEdit.Move(4260, 4380, 1020, 315);
+  cmdCMDReset.SetMnemonic('R');
+  chkCMDEdit.SetMnemonic('d');
+  lblCmdLine.SetTarget(txtCmdLine);
+  lblCmdLine.SetMnemonic('M');
+  lblMapName.SetTarget(txtMapFileName);
+  lblMapName.SetMnemonic('F');
+  lstCmdLine.SetAnchors(win::kFill);
+  cmdCMDReset.SetAnchors(win::kBottomLeft);
+  chkCMDEdit.SetAnchors(win::kBottomRight);
+  for (win::Control* control :
+       std::initializer_list<win::Control*>{&lblCMDReset, &lblCmdLine, &txtCmdLine, &lblMapName, &txtMapFileName})
+    control->SetAnchors(win::kBottomAcross);
 }
 
 void FrmCmdLine::populatecmdlinelist() {

@@ -13,6 +13,7 @@ namespace varnik {
 
 namespace {
 
+constexpr char kSaveQuestion[] = "Would you like to save your changes to the current file?";
 constexpr char kSaveTitle[] = "Save Changes?";
 constexpr int kEnter = 13;
 
@@ -39,11 +40,30 @@ void FrmCMDLineEdit::PlaceControls() {
   cmdSaveChanges.Move(3900, 3630, 1380, 375);
   cmdSaveFile.Move(240, 4260, 1740, 375);
   cmdDeleteCustom.Move(2160, 4260, 1740, 375);
+  lblEditCMD.SetTarget(lstCmdLineParam);
+  lblEditCMD.SetMnemonic('P');
+  lblChangeParam.SetTarget(txtCmdEdit);
+  lblChangeParam.SetMnemonic('Y');
+  const std::pair<win::Button&, char> keys[] = {{cmdMoveUp, 'U'},      {cmdMoveDown, 'w'},    {cmdAdd, 'd'},
+                                                {cmdRemove, 'R'},      {cmdSaveChanges, 'S'}, {cmdSaveFile, 'F'},
+                                                {cmdDeleteCustom, 'C'}};
+  for (const auto& [button, key] : keys)
+    button.SetMnemonic(key);
+  lblEditCMD.SetAnchors(win::kAcross);
+  lstCmdLineParam.SetAnchors(win::kFill);
+  for (win::Button* button : {&cmdMoveUp, &cmdMoveDown, &cmdAdd, &cmdRemove})
+    button->SetAnchors(win::kTopRight);
+  lblChangeParam.SetAnchors(win::kBottomAcross);
+  txtCmdEdit.SetAnchors(win::kBottomAcross);
+  cmdSaveChanges.SetAnchors(win::kBottomRight);
+  cmdSaveFile.SetAnchors(win::kBottomLeft);
+  cmdDeleteCustom.SetAnchors(win::kBottomLeft);
 }
 
 void FrmCMDLineEdit::WireControls() {
   lstCmdLineParam.Click = [this] { lstCmdLineParam_Click(); };
   lstCmdLineParam.ItemCheck = [this](int) { ListDirty = true; };
+  lstCmdLineParam.DragRow = [this](int step) { MoveRow(step); };
   cmdMoveUp.Click = [this] { MoveRow(-1); };
   cmdMoveDown.Click = [this] { MoveRow(1); };
   cmdAdd.Click = [this] { cmdAdd_Click(); };
@@ -100,14 +120,21 @@ void FrmCMDLineEdit::FillList(const std::vector<OptionRow>& rows) {
 
 void FrmCMDLineEdit::OfferToSave() {
   if (!ListDirty) return;
-  const win::Answer answer =
-      win::MsgBox("Would you like to save your changes to the current file?", win::kYesNoCancel, kSaveTitle);
+  const win::Answer answer = win::MsgBox(kSaveQuestion, win::kYesNoCancel, kSaveTitle);
   if (answer == win::Answer::kYes) {
     cmdSaveFile_Click();
     return;
   }
   ListDirty = false;
   ParamDirty = false;
+}
+
+bool FrmCMDLineEdit::MayClose() {
+  if (!ListDirty && !ParamDirty) return true;
+  const win::Answer answer = win::MsgBox(kSaveQuestion, win::kYesNoCancel, kSaveTitle);
+  if (answer == win::Answer::kYes) cmdSaveFile_Click();
+  if (answer == win::Answer::kNo) ListDirty = ParamDirty = false;
+  return !ListDirty && !ParamDirty;
 }
 
 void FrmCMDLineEdit::lstCmdLineParam_Click() {
@@ -150,7 +177,8 @@ void FrmCMDLineEdit::cmdAdd_Click() {
 }
 
 void FrmCMDLineEdit::cmdRemove_Click() {
-  if (win::MsgBox("Are you sure you want to remove this parameter?", win::kYesNo, "Remove?") != win::Answer::kYes)
+  if (win::MsgBox("Are you sure you want to remove this parameter?", win::kYesNo + win::kDefaultNo, "Remove?") !=
+      win::Answer::kYes)
     return;
   const int removed = ParamIndex;
   ParamIndex = -1;
@@ -187,7 +215,7 @@ void FrmCMDLineEdit::cmdSaveFile_Click() {
     cmdSaveChanges_Click();
   if (win::MsgBox("Are you sure you want to save your changes? This cannot be undone! Note: This will only affect the "
                   "current BZ2 install.",
-                  win::kYesNo, kSaveTitle) != win::Answer::kYes)
+                  win::kYesNo + win::kDefaultNo, kSaveTitle) != win::Answer::kYes)
     return;
   std::vector<OptionRow> rows;
   for (int i = 0; i < lstCmdLineParam.ListCount(); ++i)
@@ -203,8 +231,8 @@ void FrmCMDLineEdit::cmdSaveFile_Click() {
 void FrmCMDLineEdit::cmdDeleteCustom_Click() {
   const std::string file = CustomOptionFile();
   if (file.empty() || !FileExists(file)) return;
-  if (win::MsgBox("Are you sure you want to delete the custom command line config file for this install?", win::kYesNo,
-                  "Are you sure?") != win::Answer::kYes)
+  if (win::MsgBox("Are you sure you want to delete the custom command line config file for this install?",
+                  win::kYesNo + win::kDefaultNo, "Are you sure?") != win::Answer::kYes)
     return;
   win::DeleteFiles(file);
   ListDirty = false;

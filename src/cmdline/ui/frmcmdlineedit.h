@@ -30,6 +30,9 @@ class FrmCMDLineEdit {
   // Before another page comes up: unsaved rows may be saved, or they are given up, whatever the answer.
   void OfferToSave();
 
+  // Before the program ends. False when the player wants to stay.
+  [[nodiscard]] bool MayClose();
+
   void cmdSaveFile_Click();
 
   // For the hints of the status bar.

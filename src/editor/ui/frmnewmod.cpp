@@ -43,6 +43,19 @@ void frmNewMod::PlaceControls() {
   chkLock.Move(120, 5640, 8160, 315);
   cmdSave.Move(5160, 6060, 1500, 375);
   cmdCancel.Move(6780, 6060, 1500, 375);
+  SetSizable();
+  lstFile.SetMonospace();
+  txtParam.SetMonospace();
+  chkLock.SetMnemonic('L');
+  lstFile.SetAnchors(win::kFill);
+  for (win::Button* button : {&cmdAdd, &cmdRemove, &cmdMoveUp, &cmdMoveDown})
+    button->SetAnchors(win::kTopRight);
+  for (win::Control* control : std::initializer_list<win::Control*>{&cmbCmd, &cmbParam, &lblParamInfo})
+    control->SetAnchors(win::kBottomLeft);
+  for (win::Control* control : std::initializer_list<win::Control*>{&lblHelpCmd, &txtParam, &lblHelpParam, &chkLock})
+    control->SetAnchors(win::kBottomAcross);
+  cmdSave.SetAnchors(win::kBottomRight);
+  cmdCancel.SetAnchors(win::kBottomRight);
 }
 
 void frmNewMod::WireControls() {
@@ -56,7 +69,10 @@ void frmNewMod::WireControls() {
   cmdMoveDown.Click = [this] { MoveRow(draft_.MoveDown()); };
   cmdSave.Click = [this] { cmdSave_Click(); };
   cmdCancel.Click = [this] { Close(); };
-  SetCancelButton(cmdCancel);
+  QueryUnload = [this](bool& cancel, win::UnloadMode mode) {
+    cancel = mode == win::UnloadMode::kControlMenu && !MayClose();
+  };
+  SetEscapeCloses();
   win::AddShortcut(lstFile, "Ins", [this] { cmdAdd_Click(); });
   win::AddShortcut(lstFile, "Del", [this] { cmdRemove_Click(); });
   win::AddShortcut(lstFile, "Ctrl+Up", [this] { MoveRow(draft_.MoveUp()); });
@@ -64,8 +80,16 @@ void frmNewMod::WireControls() {
   win::AddShortcut(*this, "Ctrl+S", [this] { cmdSave_Click(); });
 }
 
+bool frmNewMod::MayClose() {
+  if (!isDirty_) return true;
+  const win::Answer answer = win::MsgBox("Would you like to save your changes?", win::kYesNoCancel, "Save Changes?");
+  if (answer == win::Answer::kYes) cmdSave_Click();
+  return answer == win::Answer::kNo || !isDirty_;
+}
+
 void frmNewMod::loadmod(const std::string& path) {
   const bool isRead = draft_.Load(path);
+  isDirty_ = false;
   {
     const win::ListUpdate update(lstFile);
     lstFile.Clear();
@@ -133,6 +157,7 @@ void frmNewMod::ShowRowText(int row) {
 void frmNewMod::cmbCmd_Click() {
   if (showing_ || draft_.SelectedRow() < 0 || cmbCmd.ListIndex() < 0) return;
   draft_.ChangeDirective(cmbCmd.ListIndex());
+  isDirty_ = true;
   ShowParts();
 }
 
@@ -149,11 +174,13 @@ void frmNewMod::cmbParam_Click() {
 void frmNewMod::txtParam_Change() {
   if (showing_ || draft_.SelectedRow() < 0) return;
   draft_.ChangePart(cmbParam.ListIndex(), txtParam.Text());
+  isDirty_ = true;
   ShowRowText(draft_.SelectedRow());
 }
 
 void frmNewMod::cmdAdd_Click() {
   draft_.AddRow();
+  isDirty_ = true;
   lstFile.AddItem(draft_.Rows()[draft_.SelectedRow()], draft_.SelectedRow());
   ShowSelectedRow();
 }
@@ -162,6 +189,7 @@ void frmNewMod::cmdRemove_Click() {
   const int row = draft_.SelectedRow();
   if (row < 0) return;
   draft_.RemoveRow();
+  isDirty_ = true;
   showing_ = true;
   lstFile.RemoveItem(row);
   showing_ = false;
@@ -170,6 +198,7 @@ void frmNewMod::cmdRemove_Click() {
 
 void frmNewMod::MoveRow(bool moved) {
   if (!moved) return;
+  isDirty_ = true;
   const int row = draft_.SelectedRow();
   for (int neighbour : {row - 1, row, row + 1})
     ShowRowText(neighbour);
@@ -191,7 +220,7 @@ void frmNewMod::cmdSave_Click() {
     return;
   }
   if (!IsDefinitionName(name)) win::MsgBox("File will be saved for inclusion only.");
-  draft_.Save(name, chkLock.Value() == 1);
+  if (draft_.Save(name, chkLock.Value() == 1)) isDirty_ = false;
   win::MsgBox("Done. No error checking preformed.");
 }
 

@@ -50,6 +50,9 @@ class frmNewMod : public win::Form {
   void cmdSave_Click();
   void MoveRow(bool moved);
 
+  // Asks when something is unsaved. False when the dialog has to stay.
+  [[nodiscard]] bool MayClose();
+
   // Shows the draft's selected row: its text, its directive and its first part.
   void ShowSelectedRow();
   void ShowNoRow();
@@ -57,6 +60,7 @@ class frmNewMod : public win::Form {
   void ShowRowText(int row);
 
   DefinitionDraft draft_;
+  bool isDirty_ = false;  // a person has changed something since the last load or save
   bool showing_ = false;  // controls follow the draft and are not to be taken for a person's choice
 };
 

@@ -9,6 +9,11 @@ FrmBZ2Config::FrmBZ2Config(win::Container& parent) : frmBZ2Config(parent, "frmBZ
   chkdarkPlants.Move(240, 420, 5040, 315);
   lblSettingsWarning.Move(240, 960, 5040, 840);
   cmdCfgApply.Move(3900, 4440, 1380, 375);
+  chkdarkPlants.SetMnemonic('u');
+  cmdCfgApply.SetMnemonic('p');
+  chkdarkPlants.SetAnchors(win::kAcross);
+  lblSettingsWarning.SetAnchors(win::kAcross);
+  cmdCfgApply.SetAnchors(win::kBottomRight);
   cmdCfgApply.Click = [this] { ApplyDarkPlants(chkdarkPlants.Value() != 0); };
 }
 

@@ -13,33 +13,55 @@ FrmBZ2Config1_3::FrmBZ2Config1_3(win::Container& parent) : frmBZ2Config1_3(paren
 
 void FrmBZ2Config1_3::PlaceControls() {
   frmBZ2Config1_3.Move(2280, 360, 5520, 5010);
-  chkFramerate.Move(240, 180, 5040, 300);
-  chkVsync.Move(240, 480, 5040, 300);
-  lblViews.Move(240, 840, 5040, 285);
+  chkFramerate.Move(240, 150, 5040, 285);
+  chkFramerate.SetMnemonic('F');
+  chkVsync.Move(240, 435, 5040, 285);
+  chkVsync.SetMnemonic('S');
+  lblViews.Move(240, 765, 5040, 255);
+  PlaceViews(1020);
+  PlaceTexts(2445);
+  cmdCFGApply1_3.Move(3960, 4515, 1320, 375);
+  cmdCFGApply1_3.SetMnemonic('y');
+  cmdCFGApply1_3.SetAnchors(win::kBottomRight);
+}
+
+void FrmBZ2Config1_3::PlaceViews(double top) {
   const struct {
     win::Label& label;
+    char key;
     win::ComboBox& box;
-  } views[] = {
-      {lblHovercraft, cmbHovercraft}, {lblPerson, cmbPerson}, {lblTracked, cmbTracked}, {lblWalker, cmbWalker}};
-  double top = 1125;
+  } views[] = {{lblHovercraft, 'o', cmbHovercraft},
+               {lblPerson, 'P', cmbPerson},
+               {lblTracked, 'T', cmbTracked},
+               {lblWalker, 'W', cmbWalker}};
   for (const auto& view : views) {
-    view.label.Move(240, top + 45, 1500, 285);
+    view.label.Move(240, top + 45, 1500, 255);
+    view.label.SetTarget(view.box);
+    view.label.SetMnemonic(view.key);
     view.box.Move(1800, top, 3480, 330);
-    view.box.SetAccessibleName("View for " + view.label.Caption());
-    top += 360;
+    view.box.SetAnchors(win::kAcross);
+    top += 350;
   }
+}
+
+// Each label stands close above its box, and away from the box before.
+void FrmBZ2Config1_3::PlaceTexts(double top) {
   const struct {
     win::Label& label;
+    char key;
     win::TextBox& box;
-  } texts[] = {{lblAltNick, txtAltNick}, {lblIRCUserID, txtIRCUserID}, {lblIRCFullName, txtIRCFullName}};
-  top = 2610;
+  } texts[] = {{lblAltNick, 'N', txtAltNick}, {lblIRCUserID, 'I', txtIRCUserID}, {lblIRCFullName, 'u', txtIRCFullName}};
   for (const auto& text : texts) {
     text.label.Move(240, top, 5040, 450);
-    text.box.Move(240, top + 450, 3540, 300);
+    text.label.SetAtBottom();
+    text.label.SetTarget(text.box);
+    text.label.SetMnemonic(text.key);
+    text.label.SetAnchors(win::kAcross);
+    text.box.Move(240, top + 450, 3540, 285);
+    text.box.SetAnchors(win::kAcross);
     text.box.SetAccessibleName(text.label.Caption());
-    top += 780;
+    top += 825;
   }
-  cmdCFGApply1_3.Move(3960, 4560, 1320, 375);
 }
 
 void FrmBZ2Config1_3::FillViews() {

@@ -48,6 +48,8 @@ class FrmBZ2Config1_3 {
 
  private:
   void PlaceControls();
+  void PlaceViews(double top);
+  void PlaceTexts(double top);
   void FillViews();
   void cmdCFGApply1_3_Click();
 };

@@ -29,6 +29,9 @@ class FrmExtras {
   win::Label lblScreenshots{frmExtras, "lblScreenshots", "Display Screenshots(Aspect Ratio not Guarenteed):"};
   win::ComboBox cmbScreenshots{frmExtras, "cmbScreenshots"};
   win::PictureBox imgScreenshot{frmExtras, "imgScreenshot", win::PictureSize::kStretch};
+  win::Label lblNoScreenshots{frmExtras, "lblNoScreenshots",
+                              "There are no screenshots yet. The game puts them into the folder screenshots of the "
+                              "install, as .bmp files."};
   win::Label lblClearBindata{frmExtras, "lblClearBindata",
                              "Clear Bindata deletes all files in your @rootdir\\data\\bindata folder."};
   win::Button cmdClearBindata{frmExtras, "cmdClearBindata", "Clear Bindata"};

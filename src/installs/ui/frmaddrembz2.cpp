@@ -67,12 +67,33 @@ void frmAddRemBZ2::PlaceControls() {
   cmdRemove.Move(kRight, 4320, kRightWidth, 375);
   cmdSaveChanges.Move(kRight, 6210, 2100, 375);
   cmdCancel.Move(8700, 6210, 2100, 375);
+  SetSizable();
+  lblDescriptiveName.SetTarget(txtDescriptiveName);
+  lblDescriptiveName.SetMnemonic('N');
+  lblManual.SetTarget(txtManual);
+  lblManual.SetMnemonic('M');
+  const std::pair<win::Button&, char> keys[] = {{cmdMvUp, 'U'},   {cmdMvDown, 'w'},      {cmdSearchBZ2, 'S'},
+                                                {cmdRemove, 'R'}, {cmdSaveChanges, 'C'}, {cmdCancel, 'D'}};
+  for (const auto& [button, key] : keys)
+    button.SetMnemonic(key);
+  lstBZ2Loc.SetAnchors(win::kFill);
+  cmdMvUp.SetAnchors({0, 1, 0.5, 1});
+  cmdMvDown.SetAnchors({0.5, 1, 1, 1});
+  for (win::Control* control :
+       std::initializer_list<win::Control*>{&lblSel, &lblDescriptiveName, &txtDescriptiveName, &lblManual, &txtManual})
+    control->SetAnchors(win::kBottomAcross);
+  for (win::Control* control :
+       std::initializer_list<win::Control*>{&lblList, &lblSearch, &cmdSearchBZ2, &lblRemove, &cmdRemove})
+    control->SetAnchors(win::kTopRight);
+  for (win::Button* button : {&cmdManualAdd, &cmdSaveChanges, &cmdCancel})
+    button->SetAnchors(win::kBottomRight);
 }
 
 void frmAddRemBZ2::WireControls() {
   Load = [this] { Form_Load(); };
   lstBZ2Loc.Click = [this] { lstBZ2Loc_Click(); };
   lstBZ2Loc.ItemCheck = [this](int row) { list_.rows[row].Offered = lstBZ2Loc.Selected(row); };
+  lstBZ2Loc.DragRow = [this](int step) { MoveRow(step); };
   txtDescriptiveName.Change = [this] { txtDescriptiveName_Change(); };
   cmdMvUp.Click = [this] { MoveRow(-1); };
   cmdMvDown.Click = [this] { MoveRow(1); };

@@ -21,6 +21,10 @@ constexpr int kTypedName = -2;
 // A description is a page of text; what is larger is something else under its name, and the box would choke on it.
 constexpr std::uint64_t kMaxDescriptionBytes = 1u << 20;
 
+// Of what the page gains: in width the list beside the picture, in height both of them above the description.
+constexpr double kListShare = 0.5;
+constexpr double kUpperShare = 0.75;
+
 bool HasMapExtension(const std::string& name) {
   const std::string lower = win::LowerCase(win::Trim(name));
   return lower.ends_with(".bzn") || lower.ends_with(".trn");
@@ -35,7 +39,10 @@ std::string ProblemWith(const std::string& name) {
 
 }  // namespace
 
-FrmMap::FrmMap(win::Container& parent, MapPageHost host) : frmMap(parent, "frmMap"), host_(std::move(host)) {
+FrmMap::FrmMap(win::Container& parent, MapPageHost host)
+    : frmMap(parent, "frmMap"),
+      finder_(frmMap, "txtMapFind", lstmap, [this](int row) { return SearchedText(lstmap.ItemData(row)); }),
+      host_(std::move(host)) {
   PlaceControls();
   lstmap.Click = [this] { lstmap_Click(); };
   cmdMapLstRefresh.Click = [this] { cmdMapLstRefresh_Click(); };
@@ -44,7 +51,7 @@ FrmMap::FrmMap(win::Container& parent, MapPageHost host) : frmMap(parent, "frmMa
 
 void FrmMap::PlaceControls() {
   frmMap.Move(2280, 360, 5520, 5010);
-  lstmap.Move(240, 300, 2160, 2355);
+  finder_.Place(240, 300, 2160, 2355, {0, 0, kListShare, kUpperShare});
   lstmap.SetAccessibleName("Maps");
   cmdMapLstRefresh.Move(240, 2715, 2160, 375);
   imgmap.Move(2520, 300, 2760, 2790);
@@ -55,6 +62,12 @@ void FrmMap::PlaceControls() {
   txtMapDesc.SetLocked(true);
   txtMapDesc.SetAccessibleName("Description of the map");
   lblMapDetails.Move(240, 4320, 5040, 630);
+  lblMapDetails.SetElided();
+  cmdMapLstRefresh.SetMnemonic('R');
+  cmdMapLstRefresh.SetAnchors({0, kUpperShare, kListShare, kUpperShare});
+  imgmap.SetAnchors({kListShare, 0, 1, kUpperShare});
+  txtMapDesc.SetAnchors({0, kUpperShare, 1, 1});
+  lblMapDetails.SetAnchors(win::kBottomAcross);
 }
 
 void FrmMap::SetNoMapPicture(const win::Picture& picture) { imgnomap.SetPicture(picture); }
@@ -89,7 +102,13 @@ void FrmMap::PopulateMapList(int mapType, int subType) {
   if (!MapLoadTried) LoadMaps(false);
   if (!MapsLoaded) return;
   FillList(MapRowsOfPage(mapType, subType));
+  finder_.Filled();
   RestoreSelection();
+}
+
+std::string FrmMap::SearchedText(int map) {
+  if (map < 0 || map >= static_cast<int>(MapList.size())) return "";
+  return MapList[map].Title + "\n" + MapList[map].FileName;
 }
 
 void FrmMap::FillList(const std::vector<std::size_t>& rows) {
@@ -161,7 +180,8 @@ void FrmMap::ShowDescription(const std::string& file) {
 }
 
 void FrmMap::txtMapFileName_LostFocus() {
-  if (host_.busy.isUp()) return;
+  const bool nameIsGoing = tmrMap.Enabled() && PendingMap < 0;  // with a reload, for one
+  if (host_.busy.isUp() || nameIsGoing) return;
   const std::string name = host_.mapName();
   if (win::Trim(name).empty()) return ShowNoMap();
   if (SelectedMapIndex >= 0 && win::EqualNoCase(name, MapList[SelectedMapIndex].FileName)) return;

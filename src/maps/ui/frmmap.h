@@ -1,6 +1,7 @@
 #pragma once
 
 #include "support/busywindow.h"
+#include "support/ui/listfinder.h"
 #include "windowing/button.h"
 #include "windowing/frame.h"
 #include "windowing/label.h"
@@ -45,6 +46,9 @@ class FrmMap {
   // The stand-by picture for a map without one.
   void SetNoMapPicture(const win::Picture& picture);
 
+  // The box that narrows the list.
+  ListFinder& Finder() { return finder_; }
+
   // For the hints of the status bar.
   std::vector<win::Control*> Controls() {
     return {&lstmap, &cmdMapLstRefresh, &imgmap, &imgnomap, &lblMapDetails, &txtMapDesc};
@@ -71,6 +75,9 @@ class FrmMap {
   void ShowDescription(const std::string& file);
   void cmdMapLstRefresh_Click();
 
+  static std::string SearchedText(int map);
+
+  ListFinder finder_;
   MapPageHost host_;
   bool showing_ = false;  // tmrMap_Timer is at work
   int PendingMap = -1;    // MapList index of the click not yet shown; -1 none

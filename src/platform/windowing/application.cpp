@@ -2,6 +2,7 @@
 
 #include "platform/system/paths/program.h"
 #include "platform/system/process/instance.h"
+#include "platform/windowing/accessibility.h"
 #include "platform/windowing/qtsupport.h"
 #include "windowing/dialogs.h"
 #include "windowing/form.h"
@@ -159,6 +160,7 @@ Application::Application() {
   QApplication::setDesktopFileName(QString::fromStdString(Program().name));
   WindowServices services = BoxServices();
   services.doEvents = RunEvents;
+  InstallAccessibility();
   SetWindowServices(services);
 }
 

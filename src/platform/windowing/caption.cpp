@@ -1,9 +1,13 @@
 #include "platform/windowing/caption.h"
 
+#include "platform/windowing/qtsupport.h"
+
+#include <QHelpEvent>
 #include <QPainter>
 #include <QStyleOptionButton>
 #include <QStylePainter>
 #include <QTextLayout>
+#include <QToolTip>
 
 #include <algorithm>
 #include <cmath>
@@ -71,7 +75,23 @@ LabelWidget::LabelWidget(QWidget* parent) : QLabel(parent) {
   setAlignment(Qt::AlignLeft | Qt::AlignTop);
 }
 
+QString LabelWidget::CutText() const {
+  QStringList lines = text().split('\n');
+  for (QString& line : lines)
+    line = fontMetrics().elidedText(line, Qt::ElideMiddle, contentsRect().width());
+  return lines.join('\n');
+}
+
+bool LabelWidget::event(QEvent* event) {
+  if (event->type() == QEvent::ToolTip && elided_ && toolTip().isEmpty() && CutText() != text()) {
+    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), PlainToolTip(text()), this);
+    return true;
+  }
+  return QLabel::event(event);
+}
+
 int LabelWidget::NeededHeight(int width) const {
+  if (elided_) return fontMetrics().lineSpacing() * static_cast<int>(text().count('\n') + 1);
   QTextOption option;
   option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
   double height = 0;
@@ -97,9 +117,13 @@ void LabelWidget::paintEvent(QPaintEvent*) {
     painter.drawText(contentsRect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, shown);
     return;
   }
+  if (buddy()) {
+    painter.drawText(contentsRect(), WrapFlags(this, alignment()), text());
+    return;
+  }
   QTextOption option(alignment());
-  option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-  painter.drawText(QRectF(contentsRect()), text(), option);
+  option.setWrapMode(elided_ ? QTextOption::NoWrap : QTextOption::WrapAtWordBoundaryOrAnywhere);
+  painter.drawText(QRectF(contentsRect()), elided_ ? CutText() : text(), option);
 }
 
 ButtonWidget::ButtonWidget(QWidget* parent) : QPushButton(parent) {

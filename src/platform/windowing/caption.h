@@ -26,11 +26,17 @@ class LabelWidget : public QLabel, public WrappingCaption {
   // A text that is too long for one line is cut with dots instead of wrapped.
   void SetOneLine() { oneLine_ = true; }
 
+  // Each line is cut in its middle instead of wrapped.
+  void SetElided() { elided_ = true; }
+
  protected:
   void paintEvent(QPaintEvent* event) override;
+  bool event(QEvent* event) override;
 
  private:
-  bool oneLine_ = false;
+  QString CutText() const;  // as an elided label shows it
+
+  bool oneLine_ = false, elided_ = false;
 };
 
 class ButtonWidget : public QPushButton, public WrappingCaption {

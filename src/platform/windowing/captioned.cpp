@@ -12,7 +12,18 @@ CaptionedControl::CaptionedControl(const char* name, QWidget* widget) : Control(
 void CaptionedControl::SetCaption(const std::string& caption) {
   if (!Widget() || (caption == caption_ && !caption.empty())) return;
   caption_ = caption;
-  const QString shown = Readable(caption).replace("\r\n", "\n");
+  ShowCaption();
+}
+
+void CaptionedControl::SetMnemonic(char letter) {
+  mnemonic_ = letter;
+  if (Widget()) ShowCaption();
+}
+
+void CaptionedControl::ShowCaption() {
+  QString shown = Readable(caption_).replace("\r\n", "\n");
+  const qsizetype marked = mnemonic_ ? shown.indexOf(QChar::fromLatin1(mnemonic_), 0, Qt::CaseInsensitive) : -1;
+  if (marked >= 0) shown.insert(marked, u'&');
   if (auto* frame = qobject_cast<QGroupBox*>(Widget()))
     frame->setTitle(QString(shown).replace("&", "&&"));  // no target for a key
   else
@@ -21,7 +32,7 @@ void CaptionedControl::SetCaption(const std::string& caption) {
 }
 
 void CaptionedControl::FitText() {
-  if (Widget()) FitCaption(Widget(), AskedSize());
+  if (Widget()) FitCaption(Widget(), PlacedSize());
 }
 
 }  // namespace win

@@ -6,6 +6,7 @@
 #include <QAbstractButton>
 #include <QAbstractScrollArea>
 #include <QApplication>
+#include <QComboBox>
 #include <QEvent>
 #include <QGroupBox>
 #include <QHash>
@@ -13,6 +14,7 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <cmath>
 #include <optional>
 
 namespace win {
@@ -72,6 +74,13 @@ bool SpeaksItsCaption(const QWidget* widget) {
          qobject_cast<const QGroupBox*>(widget);
 }
 
+// A combo box speaks its chosen row as its name; only a label says what it is for. This one is never seen.
+void NameByLabel(QComboBox& box, const QString& name) {
+  auto* label = new QLabel(name, box.parentWidget());
+  label->setBuddy(&box);
+  label->hide();
+}
+
 struct Place {
   double left = 0, top = 0, width = 0, height = 0;
 
@@ -80,13 +89,21 @@ struct Place {
   }
 };
 
+int Share(double part, int gained) { return static_cast<int>(std::lround(part * gained)); }
+
 }  // namespace
 
 class ControlWatcher : public QObject {
  public:
   explicit ControlWatcher(Control& control) : control_(control) {}
 
-  bool eventFilter(QObject*, QEvent* event) override {
+  // Of the control and of the container that it stands in.
+  bool eventFilter(QObject* object, QEvent* event) override {
+    const QWidget* widget = control_.Widget();
+    if (widget && object == widget->parentWidget()) {
+      if (event->type() == QEvent::Resize) control_.PlaceWidget();
+      return false;
+    }
     if (event->type() == QEvent::MouseMove) Raise(control_.MouseMove);
     // By now the neighbours stand where they belong.
     if (event->type() == QEvent::Show) control_.FitText();
@@ -104,6 +121,13 @@ struct Control::Impl {
   ControlWatcher watcher;
   std::string name, tag, toolTip;
   Place asked;
+  Anchors anchors;
+
+  QRect Placed() const {
+    const QSize gained = GainedSize(widget->parentWidget());
+    return asked.Pixels().adjusted(Share(anchors.left, gained.width()), Share(anchors.top, gained.height()),
+                                   Share(anchors.right, gained.width()), Share(anchors.bottom, gained.height()));
+  }
 
   // What was asked for, as long as it is where the widget is: a length read back is the length that was set.
   double Length(double Place::*part, int pixels) const {
@@ -120,6 +144,7 @@ Control::Control(const char* name, QWidget* widget) : impl_(std::make_unique<Imp
   if (const auto* area = qobject_cast<QAbstractScrollArea*>(widget)) surface = area->viewport();
   surface->setMouseTracking(true);
   surface->installEventFilter(&impl_->watcher);
+  if (widget->parentWidget()) widget->parentWidget()->installEventFilter(&impl_->watcher);
   FocusTracker::Get().Add(widget, this);
   // A widget made after its window is on screen does not show by itself.
   widget->show();
@@ -158,7 +183,17 @@ void Control::Move(double left, double top) { Move(left, top, impl_->asked.width
 void Control::Move(double left, double top, double width, double height) {
   if (!impl_->widget) return;
   impl_->asked = {left, top, width, height};
-  impl_->widget->setGeometry(impl_->asked.Pixels());
+  SetDesignSize(impl_->widget, impl_->asked.Pixels().size());
+  PlaceWidget();
+}
+
+void Control::SetAnchors(const Anchors& anchors) {
+  impl_->anchors = anchors;
+  if (impl_->widget) PlaceWidget();
+}
+
+void Control::PlaceWidget() {
+  impl_->widget->setGeometry(impl_->Placed());
   FitText();
 }
 
@@ -167,7 +202,7 @@ void Control::SetHeight(double height) {
   Move(asked.left, asked.top, asked.width, height);
 }
 
-QSize Control::AskedSize() const { return impl_->asked.Pixels().size(); }
+QSize Control::PlacedSize() const { return impl_->widget ? impl_->Placed().size() : QSize(); }
 
 std::string Control::Tag() const { return impl_->tag; }
 void Control::SetTag(const std::string& tag) { impl_->tag = tag; }
@@ -180,6 +215,7 @@ void Control::SetToolTipText(const std::string& text) {
 
 void Control::SetAccessibleName(const std::string& name) {
   if (impl_->widget) impl_->widget->setAccessibleName(FromBytes(name));
+  if (auto* box = qobject_cast<QComboBox*>(impl_->widget)) NameByLabel(*box, FromBytes(name));
 }
 
 void Control::SetFocus() {

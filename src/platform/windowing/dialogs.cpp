@@ -41,6 +41,17 @@ QMessageBox::StandardButtons ButtonsOf(int style) {
   }
 }
 
+QMessageBox::Icon IconOf(int style) {
+  if (style & kCritical) return QMessageBox::Critical;
+  return ButtonsOfStyle(style) == kOkOnly ? QMessageBox::Information : QMessageBox::Question;
+}
+
+// Enter never destroys anything.
+QMessageBox::StandardButton DefaultOf(int style) {
+  if (ButtonsOfStyle(style) == kOkOnly) return QMessageBox::Ok;
+  return style & (kCritical | kDefaultNo) ? QMessageBox::No : QMessageBox::Yes;
+}
+
 Answer AnswerOf(int button) {
   switch (button) {
     case QMessageBox::Yes:
@@ -61,8 +72,9 @@ Answer ShowMessage(const std::string& text, int style, const std::string& title)
   box.setWindowTitle(TitleOf(title));
   box.setTextFormat(Qt::PlainText);
   box.setText(Readable(text));
-  box.setIcon((style & kCritical) ? QMessageBox::Critical : QMessageBox::NoIcon);
+  box.setIcon(IconOf(style));
   box.setStandardButtons(ButtonsOf(style));
+  box.setDefaultButton(DefaultOf(style));
   return AnswerOf(box.exec());
 }
 

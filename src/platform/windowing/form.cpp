@@ -9,6 +9,7 @@
 #include <QEventLoop>
 #include <QGuiApplication>
 #include <QPointer>
+#include <QPushButton>
 #include <QScreen>
 #include <QWindow>
 
@@ -37,11 +38,19 @@ QList<QRect> Screens() {
   return screens;
 }
 
-Qt::WindowFlags Flags(bool owned, bool titleBar) {
-  const Qt::WindowFlags kind = owned ? Qt::Dialog : Qt::Window;
-  if (!titleBar) return kind | Qt::FramelessWindowHint;
-  return kind | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint |
-         (owned ? Qt::WindowFlags() : Qt::WindowMinimizeButtonHint);
+Qt::WindowFlags Flags(bool owned, bool titleBar, bool sizable) {
+  Qt::WindowFlags flags = owned ? Qt::Dialog : Qt::Window;
+  if (!titleBar) return flags | Qt::FramelessWindowHint;
+  flags |= Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
+  flags.setFlag(Qt::WindowMinimizeButtonHint, !owned);
+  flags.setFlag(Qt::WindowMaximizeButtonHint, sizable);
+  return flags;
+}
+
+void SetDefault(FormWindow& window, QPushButton* button) {
+  if (auto* earlier = qobject_cast<QPushButton*>(window.defaultButton)) earlier->setDefault(false);
+  if (button) button->setDefault(true);  // its look
+  window.defaultButton = button;
 }
 
 Qt::WindowStates Native(WindowState state) {
@@ -62,6 +71,7 @@ Qt::WindowStates Native(WindowState state) {
 struct Form::Impl {
   bool Usable() const { return alive && window; }
   void Place();  // moves the window to where it opens
+  QPoint Corner() const { return window->isMaximized() ? window->normalGeometry().topLeft() : window->pos(); }
   bool IsOnScreen() const;
   void EndModal();
 
@@ -76,6 +86,7 @@ struct Form::Impl {
   bool loaded = false, loading = false, unloading = false;
   bool enabled = true;
   bool titleBar = true;
+  bool sizable = false;
   bool placed = false;   // since it was loaded; afterwards it shows where it was
   bool awaited = false;  // shown, not yet seen on the screen
 };
@@ -88,13 +99,7 @@ void Form::Impl::Place() {
     frame.moveCenter(owner->frameGeometry().center());
   else
     frame.moveCenter(window->screen()->availableGeometry().center());
-  QPoint at = ReachablePlace(frame, Screens());
-  if (window->size() != window->FullSize()) {
-    // Cut to the height of the screen, it has its last row of controls there only when it hangs out nowhere.
-    const QRect screen = window->screen()->availableGeometry();
-    at = {std::clamp(at.x(), screen.left(), std::max(screen.left(), screen.right() + 1 - frame.width())), screen.top()};
-  }
-  window->move(at);
+  window->move(PlaceOnScreen(frame, Screens()));
 }
 
 bool Form::Impl::IsOnScreen() const {
@@ -160,7 +165,7 @@ void Form::Show(Form* owner) {
   FormWindow& window = *impl->window;
   if (!window.isVisible()) {
     impl->owner = owner ? owner->Window() : nullptr;
-    window.setWindowFlags(Flags(owner != nullptr, impl->titleBar));
+    window.setWindowFlags(Flags(owner != nullptr, impl->titleBar, impl->sizable));
     window.FitToScreen();
     if (!impl->placed) impl->Place();
     impl->placed = true;
@@ -233,8 +238,8 @@ void Form::SetState(WindowState state) {
   if (Visible()) impl_->window->setWindowState(Native(state));
 }
 
-double Form::Left() const { return ToTwips(impl_->window->x()); }
-double Form::Top() const { return ToTwips(impl_->window->y()); }
+double Form::Left() const { return ToTwips(impl_->Corner().x()); }
+double Form::Top() const { return ToTwips(impl_->Corner().y()); }
 double Form::Width() const { return ToTwips(impl_->window->FullSize().width()); }
 double Form::Height() const { return ToTwips(impl_->window->FullSize().height()); }
 
@@ -244,14 +249,30 @@ void Form::Move(double left, double top) {
 }
 
 void Form::SetHeight(double height) {
-  const QSize full = impl_->window->FullSize();
-  const QSize client = impl_->window->Client()->size();
-  impl_->window->SetClientSize({client.width(), client.height() + ToPixels(height) - full.height()});
+  FormWindow& window = *impl_->window;
+  const int more = ToPixels(height) - window.FullSize().height();
+  const QSize client = window.ClientSize();
+  window.SetDesignSize(window.DesignSize() + QSize(0, more));
+  window.SetClientSize(client + QSize(0, more));
 }
 
 void Form::SetClientSize(double width, double height) {
-  impl_->window->SetClientSize({ToPixels(width), ToPixels(height)});
+  impl_->window->SetDesignSize({ToPixels(width), ToPixels(height)});
 }
+
+void Form::SetSizable() {
+  impl_->sizable = true;
+  impl_->window->SetSizable();
+}
+
+void Form::SetSize(double width, double height) {
+  const QSize frame = impl_->window->FullSize() - impl_->window->ClientSize();
+  const QSize client = QSize(ToPixels(width), ToPixels(height)) - frame;
+  impl_->window->SetClientSize(client.expandedTo(impl_->window->DesignSize()));
+}
+
+double Form::ScreenWidth() const { return ToTwips(impl_->window->screen()->size().width()); }
+double Form::ScreenHeight() const { return ToTwips(impl_->window->screen()->size().height()); }
 
 void Form::SetFocus() { impl_->window->activateWindow(); }
 
@@ -262,13 +283,15 @@ void Form::BringToFront() {
 
 void Form::Refresh() { impl_->window->repaint(); }
 
-void Form::SetDefaultButton(Button& button) {
-  impl_->window->defaultButton = qobject_cast<QAbstractButton*>(button.Widget());
-}
+void Form::SetDefaultButton(Button& button) { SetDefault(*impl_->window, qobject_cast<QPushButton*>(button.Widget())); }
+
+void Form::SetNoDefaultButton() { SetDefault(*impl_->window, nullptr); }
 
 void Form::SetCancelButton(Button& button) {
   impl_->window->cancelButton = qobject_cast<QAbstractButton*>(button.Widget());
 }
+
+void Form::SetEscapeCloses() { impl_->window->escapeCloses = true; }
 
 void Form::SetTitleBar(bool shown) {
   impl_->titleBar = shown;

@@ -1,5 +1,7 @@
 #include "platform/windowing/formwindow.h"
 
+#include "platform/windowing/qtsupport.h"
+
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDropEvent>
@@ -15,7 +17,6 @@ namespace win {
 namespace {
 
 constexpr int kTitleHeight = 32;  // room for the title bar, whose height the window manager decides
-constexpr int kGripWidth = 120;   // of the title bar that must lie on a screen
 constexpr QSize kSmallest{320, 240};
 
 // Of the frame's title bar, within the screen.
@@ -42,10 +43,23 @@ QMenuBar* FormWindow::Bar() {
 
 int FormWindow::BarHeight() const { return bar_ ? bar_->heightForWidth(client_->width()) : 0; }
 
-QSize FormWindow::FullSize() const { return {client_->width(), client_->height() + BarHeight()}; }
+QSize FormWindow::FullSize() const { return {clientSize_.width(), clientSize_.height() + BarHeight()}; }
+
+void FormWindow::SetDesignSize(QSize size) {
+  design_ = size;
+  win::SetDesignSize(client_, size);
+  SetClientSize(size);
+}
 
 void FormWindow::SetClientSize(QSize size) {
-  client_->resize(size);
+  clientSize_ = earlierSize_ = size;
+  if (!sizable_) client_->resize(size);
+  FitToScreen();
+}
+
+void FormWindow::SetSizable() {
+  sizable_ = true;
+  scroll_->setWidgetResizable(true);
   FitToScreen();
 }
 
@@ -55,12 +69,26 @@ void FormWindow::FitToScreen() {
   const QSize full = FullSize();
   const QSize room = screen()->availableSize() - QSize(0, kTitleHeight);
   QSize fitted = full.boundedTo(room);
-  if (fitted.height() < full.height()) fitted.rwidth() += scroll_->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-  fitted = fitted.boundedTo(room);
+  if (!sizable_ && fitted.height() < full.height())
+    fitted.rwidth() += scroll_->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+  LimitSizes(fitted.boundedTo(room), room);
+  if (!isMaximized()) resize(fitted.boundedTo(room));
+  Arrange();
+}
+
+void FormWindow::LimitSizes(QSize fitted, QSize room) {
+  if (sizable_) {
+    // By as much as a scroll bar takes, so that one alone never brings the other nor hides what stands at the edge.
+    const int bar = scroll_->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    client_->setMinimumSize(design_ - QSize(bar, bar));
+    const QSize smallest = design_ + QSize(0, BarHeight());
+    setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    setMinimumSize(smallest == smallest.boundedTo(room) ? smallest : kSmallest.boundedTo(room));
+    return;
+  }
+  const QSize full = FullSize();
   setMinimumSize(fitted == full ? full : kSmallest.boundedTo(fitted));
   setMaximumSize(full.expandedTo(fitted));
-  resize(fitted);
-  Arrange();
 }
 
 void FormWindow::Arrange() {
@@ -88,7 +116,12 @@ bool FormWindow::eventFilter(QObject*, QEvent* event) {
   return true;
 }
 
-void FormWindow::resizeEvent(QResizeEvent*) { Arrange(); }
+void FormWindow::resizeEvent(QResizeEvent*) {
+  Arrange();
+  if (!sizable_ || !isVisible() || isMaximized()) return;
+  earlierSize_ = clientSize_;
+  clientSize_ = size() - QSize(0, BarHeight());
+}
 
 void FormWindow::closeEvent(QCloseEvent* event) {
   // Whether the window goes is the form's decision, and Close hides it.
@@ -99,6 +132,9 @@ void FormWindow::closeEvent(QCloseEvent* event) {
 
 void FormWindow::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
+  // The new size of a window that is being maximised comes ahead of the word that it is.
+  if (event->type() == QEvent::WindowStateChange && isMaximized() && clientSize_ == size() - QSize(0, BarHeight()))
+    clientSize_ = earlierSize_;
   if (stateChanged && isVisible() && event->type() == QEvent::WindowStateChange) stateChanged();
 }
 
@@ -112,11 +148,13 @@ void FormWindow::keyPressEvent(QKeyEvent* event) {
   }
   if (button && button->isVisible())
     button->click();
+  else if (event->key() == Qt::Key_Escape && escapeCloses)
+    close();
   else
     QWidget::keyPressEvent(event);
 }
 
-QPoint ReachablePlace(const QRect& frame, const QList<QRect>& screens) {
+QPoint PlaceOnScreen(const QRect& frame, const QList<QRect>& screens) {
   const auto area = [&frame](const QRect& screen) {
     const QRect grip = Grip(frame, screen);
     return grip.width() * grip.height();
@@ -124,10 +162,8 @@ QPoint ReachablePlace(const QRect& frame, const QList<QRect>& screens) {
   const auto best = std::max_element(screens.begin(), screens.end(),
                                      [&area](const QRect& a, const QRect& b) { return area(a) < area(b); });
   if (best == screens.end()) return frame.topLeft();
-  const QRect grip = Grip(frame, *best);
-  if (grip.height() >= kTitleHeight && grip.width() >= std::min(kGripWidth, frame.width())) return frame.topLeft();
   const int lastLeft = std::max(best->left(), best->right() + 1 - frame.width());
-  const int lastTop = std::max(best->top(), best->bottom() + 1 - frame.height());
+  const int lastTop = std::max(best->top(), best->bottom() + 1 - frame.height() - kTitleHeight);
   return {std::clamp(frame.left(), best->left(), lastLeft), std::clamp(frame.top(), best->top(), lastTop)};
 }
 

@@ -19,9 +19,16 @@ class FormWindow : public QWidget {
 
   QWidget* Client() const { return client_; }
   QMenuBar* Bar();
-  QSize FullSize() const;  // of client area and menu bar together
+  QSize FullSize() const;  // of client area and menu bar together, while the window is neither maximised nor cut
+  QSize ClientSize() const { return clientSize_; }  // of the client area, likewise
 
+  // The size that the controls are placed for, which the window gets as well.
+  void SetDesignSize(QSize size);
+
+  // A sizable window can be made larger than it was designed, and by a scroll bar's width smaller.
+  void SetSizable();
   void SetClientSize(QSize size);
+  QSize DesignSize() const { return design_; }
   void SetEdge(bool drawn);  // where no window manager draws one
 
   // Gives the window its full size, or what of it the screen has room for.
@@ -35,6 +42,7 @@ class FormWindow : public QWidget {
   std::function<void()> closeRefused;  // the same while it is, and Escape
   std::function<void()> stateChanged;  // a person minimised it or brought it back
   QPointer<QAbstractButton> defaultButton, cancelButton;
+  bool escapeCloses = false;
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -46,14 +54,19 @@ class FormWindow : public QWidget {
  private:
   int BarHeight() const;
   void Arrange();
+  void LimitSizes(QSize fitted, QSize room);
 
   QScrollArea* scroll_;
   QFrame* client_;
+  QSize design_, clientSize_;
+  QSize earlierSize_;  // of the client area, before the last resize
+  bool sizable_ = false;
   QMenuBar* bar_ = nullptr;
   bool inputIsBlocked_ = false;
 };
 
-// The place nearest to `frame` at which enough of its title bar is on a screen to grab the window by it.
-QPoint ReachablePlace(const QRect& frame, const QList<QRect>& screens);
+// The place nearest to `frame` at which the window lies on one screen, its title bar included; of a window larger than
+// the screen the top left corner.
+QPoint PlaceOnScreen(const QRect& frame, const QList<QRect>& screens);
 
 }  // namespace win

@@ -18,6 +18,18 @@ void Label::SetBold(bool bold) {
   FitText();
 }
 
+void Label::SetAtBottom() {
+  if (Widget()) label_->setAlignment(Qt::AlignBottom | Qt::AlignLeft);
+}
+
+void Label::SetElided() {
+  if (Widget()) label_->SetElided();
+}
+
+void Label::SetTarget(Control& target) {
+  if (Widget() && target.Widget()) label_->setBuddy(target.Widget());
+}
+
 void Label::SetCentered(bool centered) {
   if (Widget()) label_->setAlignment(Qt::AlignTop | (centered ? Qt::AlignHCenter : Qt::AlignLeft));
 }

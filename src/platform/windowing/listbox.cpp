@@ -2,7 +2,9 @@
 
 #include "platform/windowing/listmodel.h"
 #include "platform/windowing/qtsupport.h"
+#include "platform/windowing/rowview.h"
 
+#include <QFontDatabase>
 #include <QKeyEvent>
 #include <QListView>
 #include <QMouseEvent>
@@ -15,30 +17,56 @@ namespace win {
 namespace {
 
 // Tells when a person has acted on it, behind the view's own handling: a handler may rebuild the list.
-class ListView : public QListView {
+class ListView : public RowView<QListView> {
  public:
-  using QListView::QListView;
+  using RowView::RowView;
   std::function<void(bool clickedRow)> acted;
+  std::function<void()> doubleClicked;
+  std::function<bool()> canDrag;
+  std::function<void(int step)> dragged;
 
  protected:
   void mousePressEvent(QMouseEvent* event) override {
+    dragging_ = false;
     // Below the last row there is nothing to select, and the selection stays.
-    if (indexAt(event->pos()).isValid()) QListView::mousePressEvent(event);
+    if (indexAt(event->pos()).isValid()) RowView::mousePressEvent(event);
+  }
+
+  void mouseMoveEvent(QMouseEvent* event) override {
+    if (!(event->buttons() & Qt::LeftButton) || !canDrag()) return RowView::mouseMoveEvent(event);
+    const int under = indexAt(event->pos()).row();
+    const int row = currentIndex().row();
+    if (under < 0 || row < 0 || under == row) return;
+    dragging_ = true;
+    const auto handler = dragged;
+    handler(under < row ? -1 : 1);
+  }
+
+  void mouseDoubleClickEvent(QMouseEvent* event) override {
+    RowView::mouseDoubleClickEvent(event);
+    doubled_ = event->button() == Qt::LeftButton && indexAt(event->pos()).isValid();
   }
 
   void mouseReleaseEvent(QMouseEvent* event) override {
-    QListView::mouseReleaseEvent(event);
-    if (event->button() == Qt::LeftButton) Report(indexAt(event->pos()).isValid());
+    if (std::exchange(dragging_, false)) return setState(NoState);  // no click on what it was dragged to
+    RowView::mouseReleaseEvent(event);
+    if (event->button() != Qt::LeftButton) return;
+    const bool doubled = std::exchange(doubled_, false);
+    const QPointer<ListView> alive(this);
+    Report(indexAt(event->pos()).isValid());
+    if (!alive || !doubled) return;
+    const auto handler = doubleClicked;
+    handler();
   }
 
   void keyPressEvent(QKeyEvent* event) override {
-    QListView::keyPressEvent(event);
+    RowView::keyPressEvent(event);
     Report(false);
   }
 
   void focusInEvent(QFocusEvent* event) override {
     const bool none = !currentIndex().isValid();
-    QListView::focusInEvent(event);
+    RowView::focusInEvent(event);
     // Qt makes the first row the current one, and the first key would then go past it.
     if (none) selectionModel()->clear();
   }
@@ -48,6 +76,8 @@ class ListView : public QListView {
     const auto handler = acted;
     if (handler) handler(clickedRow);
   }
+
+  bool dragging_ = false, doubled_ = false;
 };
 
 }  // namespace
@@ -79,8 +109,12 @@ ListBox::ListBox(Container& parent, const char* name, ListStyle style)
   state_->view = view;
   view->setModel(&state_->model);
   view->setUniformItemSizes(true);
-  view->setEditTriggers(QAbstractItemView::NoEditTriggers);
   view->acted = [this](bool clickedRow) { Acted(clickedRow); };
+  view->doubleClicked = [this] {
+    if (ListIndex() >= 0) Raise(DblClick);
+  };
+  view->canDrag = [this] { return static_cast<bool>(DragRow); };
+  view->dragged = [this](int step) { Raise(DragRow, step); };
   state_->model.tickedByPerson = [this](int index) { state_->tickedRow = index; };
 }
 
@@ -164,6 +198,24 @@ void ListBox::SetSelected(int index, bool selected) {
   } else if (index == state_->listIndex) {
     SetListIndex(-1);
   }
+}
+
+void ListBox::SetMark(int index, RowMark mark) {
+  if (state_->model.Holds(index)) state_->model.SetMark(index, mark);
+}
+
+void ListBox::SetFilter(const std::function<bool(int index)>& shows) {
+  if (!state_->view) return;
+  for (int row = 0; row < ListCount(); ++row)
+    state_->view->setRowHidden(row, shows && !shows(row));
+}
+
+bool ListBox::IsShown(int index) const {
+  return state_->model.Holds(index) && state_->view && !state_->view->isRowHidden(index);
+}
+
+void ListBox::SetMonospace() {
+  if (Widget()) Widget()->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
 }
 
 void ListBox::BeginUpdate() { state_->model.BeginUpdate(); }

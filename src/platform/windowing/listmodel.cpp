@@ -2,6 +2,7 @@
 
 #include "platform/system/text/compare.h"
 #include "platform/windowing/qtsupport.h"
+#include "platform/windowing/rowmark.h"
 
 #include <algorithm>
 
@@ -68,6 +69,11 @@ bool ListModel::SetTicked(int index, bool ticked) {
   return true;
 }
 
+void ListModel::SetMark(int index, RowMark mark) {
+  rows_[index]->mark = mark;
+  if (!Updating()) Q_EMIT dataChanged(this->index(index), this->index(index));
+}
+
 void ListModel::BeginUpdate() {
   if (updates_++ == 0) beginResetModel();
 }
@@ -86,6 +92,7 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
   if (!Holds(index.row()) || Updating()) return {};
   const ListRow& row = *rows_[index.row()];
   if (role == Qt::DisplayRole) return OneLine(Readable(row.text));
+  if (role == Qt::DecorationRole && row.mark != RowMark::kNone) return RowMarkIcon(row.mark);
   if (role == Qt::CheckStateRole && style_ == ListStyle::kCheckBoxes) return row.ticked ? Qt::Checked : Qt::Unchecked;
   return {};
 }

@@ -17,6 +17,7 @@ struct ListRow {
   std::string sortKey;  // of a sorted list
   std::int32_t data = 0;
   bool ticked = false;
+  RowMark mark = RowMark::kNone;
 };
 
 // The rows of a list box. While an update is open, rows are added behind the others and sorted when it ends.
@@ -34,6 +35,7 @@ class ListModel : public QAbstractListModel {
   void Clear();
   void SetText(int index, const std::string& text);
   void SetData(int index, std::int32_t data) { rows_[index]->data = data; }
+  void SetMark(int index, RowMark mark);
   bool SetTicked(int index, bool ticked);  // true when that changed it
 
   void BeginUpdate();

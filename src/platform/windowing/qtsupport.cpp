@@ -7,6 +7,8 @@
 #include <QScreen>
 #include <QTextDocument>
 #include <QTimer>
+#include <QVariant>
+#include <QWidget>
 
 #include <cmath>
 
@@ -15,6 +17,7 @@ namespace win {
 namespace {
 
 constexpr double kTwipsToTheInch = 1440;
+constexpr char kDesignSize[] = "designSize";
 constexpr std::size_t kMaxReadable = 4096;  // bytes
 
 double DotsPerInch() {
@@ -51,6 +54,13 @@ void RunEventsFor(int milliseconds) {
   QEventLoop loop;
   QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
   loop.exec();
+}
+
+void SetDesignSize(QWidget* container, QSize size) { container->setProperty(kDesignSize, size); }
+
+QSize GainedSize(const QWidget* container) {
+  const QVariant design = container ? container->property(kDesignSize) : QVariant();
+  return design.isValid() ? container->size() - design.toSize() : QSize(0, 0);
 }
 
 int ToPixels(double twips) { return static_cast<int>(std::lround(twips * DotsPerInch() / kTwipsToTheInch)); }

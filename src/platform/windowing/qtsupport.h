@@ -1,9 +1,12 @@
 #pragma once
 
+#include <QSize>
 #include <QString>
 
 #include <string>
 #include <string_view>
+
+class QWidget;
 
 // What the controls share of Qt: texts, lengths and events.
 namespace win {
@@ -19,6 +22,10 @@ std::string BytesOfEdited(const QString& edited, std::string_view original);
 
 // Qt takes a tool tip that looks like HTML for it.
 QString PlainToolTip(const QString& text);
+
+// The size that a container's controls are placed for, and what it has gained since; nothing unless it was set.
+void SetDesignSize(QWidget* container, QSize size);
+QSize GainedSize(const QWidget* container);
 
 int ToPixels(double twips);
 double ToTwips(int pixels);

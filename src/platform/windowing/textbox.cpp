@@ -2,6 +2,7 @@
 
 #include "platform/windowing/qtsupport.h"
 
+#include <QFontDatabase>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -70,7 +71,6 @@ TextBox::TextBox(Container& parent, const char* name, TextBoxStyle style)
   } else {
     auto* page = static_cast<PageEdit*>(Widget());
     page->takesKey = takesKey;
-    page->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     page->setTabChangesFocus(true);
     QObject::connect(page, &QPlainTextEdit::textChanged, page, changed);
     page_ = page;
@@ -103,6 +103,25 @@ void TextBox::SetText(const std::string& text) {
 void TextBox::SetLocked(bool locked) {
   locked_ = locked;
   ApplyLock();
+}
+
+void TextBox::SetHeading() {
+  if (!line_ || !Widget()) return;
+  line_->setFrame(false);
+  QPalette flat;
+  flat.setColor(QPalette::Base, Qt::transparent);
+  line_->setPalette(flat);
+  QFont bold;
+  bold.setBold(true);
+  line_->setFont(bold);
+}
+
+void TextBox::SetMonospace() {
+  if (Widget()) Widget()->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+}
+
+void TextBox::SetHint(const std::string& text) {
+  if (line_ && Widget()) line_->setPlaceholderText(FromBytes(text));
 }
 
 void TextBox::ApplyLock() {

@@ -1,11 +1,10 @@
 #include "windowing/treeview.h"
 
 #include "platform/windowing/qtsupport.h"
+#include "platform/windowing/rowview.h"
 
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QScrollBar>
 #include <QTreeWidget>
 
 namespace win {
@@ -19,26 +18,19 @@ QString KeyData(const std::string& key) { return QString::fromLatin1(key.data(),
 std::string KeyOf(const QTreeWidgetItem* item) { return item->data(0, kKeyRole).toString().toLatin1().toStdString(); }
 
 // Tells which node a person clicked or moved to, behind the view's own handling: a handler may remove the node.
-class Tree : public QTreeWidget {
+class Tree : public RowView<QTreeWidget> {
  public:
-  using QTreeWidget::QTreeWidget;
+  using RowView::RowView;
   std::function<void(const std::string& key)> chosen;
 
  protected:
-  // Up and down only: a node that is wide must not move the beginnings of all others out of sight.
-  void scrollTo(const QModelIndex& index, ScrollHint hint) override {
-    const int left = horizontalScrollBar()->value();
-    QTreeWidget::scrollTo(index, hint);
-    horizontalScrollBar()->setValue(left);
-  }
-
   void mousePressEvent(QMouseEvent* event) override {
-    if (itemAt(event->pos())) QTreeWidget::mousePressEvent(event);
+    if (itemAt(event->pos())) RowView::mousePressEvent(event);
   }
 
   void mouseReleaseEvent(QMouseEvent* event) override {
     const QTreeWidgetItem* under = itemAt(event->pos());
-    QTreeWidget::mouseReleaseEvent(event);
+    RowView::mouseReleaseEvent(event);
     if (event->button() == Qt::LeftButton && under && under == currentItem() &&
         visualItemRect(under).contains(event->pos()))
       Report(under);
@@ -46,13 +38,13 @@ class Tree : public QTreeWidget {
 
   void keyPressEvent(QKeyEvent* event) override {
     const QTreeWidgetItem* before = currentItem();
-    QTreeWidget::keyPressEvent(event);
+    RowView::keyPressEvent(event);
     if (currentItem() && currentItem() != before) Report(currentItem());
   }
 
   void focusInEvent(QFocusEvent* event) override {
     const bool none = !currentItem();
-    QTreeWidget::focusInEvent(event);
+    RowView::focusInEvent(event);
     if (none) selectionModel()->clear();
   }
 
@@ -68,12 +60,8 @@ class Tree : public QTreeWidget {
 TreeView::TreeView(Container& parent, const char* name)
     : Control(name, new Tree(parent.Area())), tree_(static_cast<QTreeWidget*>(Widget())) {
   tree_->setHeaderHidden(true);
-  // Texts that are wider than the tree are reached by its scroll bar, never cut.
-  tree_->header()->setStretchLastSection(false);
-  tree_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   tree_->setIndentation(ToPixels(kIndentation));
   tree_->setUniformRowHeights(true);
-  tree_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   static_cast<Tree*>(tree_)->chosen = [this](const std::string& key) { Raise(NodeClick, key); };
 }
 

@@ -36,7 +36,7 @@ std::int16_t DecideRunMode(std::int16_t mode) {
 
 void ShowAsMode(FrmMain& window, std::int16_t mode) {
   window.Show();
-  if (mode == kRunModeNormal) return;
+  if (mode == kRunModeNormal) return window.MaximizeAsLeft();
   win::DoEvents();
   window.SetState(win::WindowState::kMinimized);
   win::DoEvents();

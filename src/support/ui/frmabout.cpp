@@ -26,6 +26,8 @@ frmAbout::frmAbout() : Form("frmAbout", 6600, 4080) {
       "that may arise from the use of this program are your own problem. You have been warned.");
   cmdOK.Move(4920, 3540, 1440, 375);
   cmdSysInfo.Move(3300, 3540, 1440, 375);
+  Image1.SetAccessibleName("Logo");
+  cmdOK.SetMnemonic('O');
   cmdOK.Click = [this] { Close(); };
   cmdSysInfo.Click = [] { LaunchSystemInfo(); };
   SetDefaultButton(cmdOK);

@@ -40,6 +40,14 @@ void frmOptions::PlaceControls() {
   imgNoMapPreview.Move(3480, 4080, 2400, 2400);
   imgNoMapPreview.SetAccessibleName("Preview of the picture");
   cmdOk.Move(240, 6420, 1815, 375);
+  const std::pair<win::CheckBox&, char> keys[] = {{chkBinData, 'A'},   {chkHighPriority, 'H'}, {chkOldMods, 'F'},
+                                                  {chkRenameLog, 'R'}, {chkStatusBar, 'S'},    {chkOnBoot, 'V'}};
+  for (const auto& [box, key] : keys)
+    box.SetMnemonic(key);
+  lblTrayIcon.SetTarget(sldtrayicon);
+  lblTrayIcon.SetMnemonic('T');
+  lblNoMapPic.SetTarget(sldNoMapImage);
+  lblNoMapPic.SetMnemonic('N');
 }
 
 void frmOptions::WireControls() {

@@ -11,17 +11,18 @@
 
 namespace varnik {
 
-frmSplash::frmSplash() : Form("frmSplash", 6600, 2880) {
+frmSplash::frmSplash() : Form("frmSplash", 7800, 2880) {
   SetTitleBar(false);
   SetCaption(win::Program().title);
   imgLogo.Move(240, 240, 1440, 1440);
-  lblProductName.Move(1920, 240, 4440, 360);
+  imgLogo.SetAccessibleName("Logo");
+  lblProductName.Move(1920, 240, 5640, 360);
   lblProductName.SetBold(true);
-  lblVersion.Move(1920, 600, 4440, 300);
-  lblPlatform.Move(1920, 900, 4440, 300);
-  Label1.Move(1920, 1260, 4440, 300);
-  lblstatus.Move(1920, 1560, 4440, 300);
-  lblWarning.Move(240, 2040, 6120, 720);
+  lblVersion.Move(1920, 600, 5640, 300);
+  lblPlatform.Move(1920, 900, 5640, 300);
+  Label1.Move(1920, 1260, 5640, 300);
+  lblstatus.Move(1920, 1560, 5640, 300);
+  lblWarning.Move(240, 2040, 7320, 720);
   lblWarning.SetCentered(true);
   Load = [this] { Form_Load(); };
   QueryUnload = [this](bool& cancel, win::UnloadMode mode) {

@@ -7,7 +7,8 @@
 // Without one there are no events, a message goes to standard error and a question gets its safe answer.
 namespace win {
 
-// Runs pending events, handlers inside handlers included. Cheap enough to be called in every turn of a long loop. Does nothing in a rehearsal.
+// Runs pending events, handlers inside handlers included. Cheap enough to be called in every turn of a long loop. Does
+// nothing in a rehearsal.
 void DoEvents();
 
 // Style values of a message box, added up.
@@ -15,6 +16,7 @@ constexpr int kOkOnly = 0;
 constexpr int kYesNoCancel = 3;
 constexpr int kYesNo = 4;
 constexpr int kCritical = 16;
+constexpr int kDefaultNo = 256;  // of a question after which something is gone; kCritical implies it
 
 // The part of a style that names the buttons: kOkOnly, kYesNoCancel or kYesNo.
 constexpr int ButtonsOfStyle(int style) { return style & 0x0F; }

@@ -3,6 +3,7 @@
 #include "platform/system/text/text.h"
 
 #include <unicode/tblcoll.h>
+#include <unicode/translit.h>
 #include <unicode/unistr.h>
 
 #include <algorithm>
@@ -57,6 +58,16 @@ SplitText Split(std::string_view text) {
 }
 
 }  // namespace
+
+std::string SearchKey(std::string_view text) {
+  UErrorCode status = U_ZERO_ERROR;
+  static const std::unique_ptr<icu::Transliterator> strip(
+      icu::Transliterator::createInstance(u"NFKD; [:Nonspacing Mark:] Remove; NFC", UTRANS_FORWARD, status));
+  icu::UnicodeString key = icu::UnicodeString::fromUTF8(Utf8FromBytes(text));
+  if (strip) strip->transliterate(key);
+  std::string utf8;
+  return key.foldCase().toUTF8String(utf8);
+}
 
 int CompareForList(std::string_view a, std::string_view b) { return ListSortKey(a).compare(ListSortKey(b)); }
 

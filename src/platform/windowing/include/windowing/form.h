@@ -37,8 +37,8 @@ enum class UnloadMode { kControlMenu = 0, kFormCode = 1, kAppWindows = 2 };  // 
 enum class WindowState { kNormal = 0, kMinimized = 1, kMaximized = 2 };
 
 // A window. It is loaded from the first Show, ShowModal or EnsureLoaded until it is closed; the program's event loop
-// runs as long as a form is loaded. A form that is destroyed is unloaded without an event. Its size is fixed; on a
-// screen that is too small for it, it is as large as the screen allows and its inside scrolls.
+// runs as long as a form is loaded. A form that is destroyed is unloaded without an event. Its size is fixed unless it
+// is made sizable; on a screen that is too small for it, it is as large as the screen allows and its inside scrolls.
 class Form : public Container {
  public:
   // Size of the inside without title and menu bar, in twips.
@@ -75,23 +75,31 @@ class Form : public Container {
   WindowState State() const;
   void SetState(WindowState state);  // takes effect at the next Show when the form is hidden
 
-  // Outer place and size of the window, in twips. Whatever is asked for, the title bar can be reached on a screen.
-  // Without a Move the form opens in the middle of its owner or of the screen.
+  // Outer place and size of the window, in twips, of a maximised one as they will be again. Whatever is asked for, the
+  // form opens on one screen; without a Move in the middle of its owner or of the screen.
   double Left() const;
   double Top() const;
   double Width() const;
   double Height() const;
   void Move(double left, double top);
-  void SetHeight(double height);
+  void SetHeight(double height);  // the controls stay where they are: the room below them changes
   void SetClientSize(double width, double height);
+
+  // A person may make the form larger than it was designed, and maximise it. Its controls follow by their anchors.
+  void SetSizable();
+  void SetSize(double width, double height);  // outer size of a sizable form
+  double ScreenWidth() const;                 // of the screen that it stands on
+  double ScreenHeight() const;
 
   void SetFocus();  // makes it the active window
   void BringToFront();
   void Refresh();  // paints the form at once, without running other events
 
   void SetDefaultButton(Button& button);  // pressed by Enter
-  void SetCancelButton(Button& button);   // pressed by Escape
-  void SetTitleBar(bool shown);           // false for a busy window
+  void SetNoDefaultButton();
+  void SetCancelButton(Button& button);  // pressed by Escape
+  void SetEscapeCloses();                // Escape is the close box
+  void SetTitleBar(bool shown);          // false for a busy window
 
   std::function<void()> Load;
   std::function<void(bool& cancel, UnloadMode mode)> QueryUnload;

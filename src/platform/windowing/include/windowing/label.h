@@ -15,6 +15,11 @@ class Label : public CaptionedControl {
 
   void SetBold(bool bold);
   void SetCentered(bool centered);
+  void SetAtBottom();  // a text lower than the label stands at its lower edge, close to what it names
+  void SetElided();    // lines do not wrap: one that is too wide is cut in its middle, and the tool tip has it whole
+
+  // What the label names: screen readers say the caption there, and the label's mnemonic moves the focus to it.
+  void SetTarget(Control& target);
 
  private:
   LabelWidget* label_;

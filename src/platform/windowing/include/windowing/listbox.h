@@ -14,6 +14,9 @@ namespace win {
 // the later one stands behind. Data, tick and selection travel with their row. An index outside the list changes
 // nothing and reads as empty text, 0 or false.
 //
+// Rows that do not fit in width end in dots, and their tool tip is the whole text. Typing goes to the row that begins
+// so.
+//
 // Click is raised by a person's click on a row, by a move of the selection, by a person's tick, and by SetListIndex
 // when the index changes. Adding, removing and clearing raise nothing.
 class ListBox : public Control {
@@ -41,12 +44,24 @@ class ListBox : public Control {
   bool Selected(int index) const;
   void SetSelected(int index, bool selected);
 
+  void SetMark(int index, RowMark mark);
+
+  // Leaves out of sight the rows for which `shows` is false, until it is called again; an empty function shows all.
+  // Rows keep their indices, and the selected one stays selected. Rows that are added are shown.
+  void SetFilter(const std::function<bool(int index)>& shows);
+  bool IsShown(int index) const;
+
+  void SetMonospace();
+
   // Between the two, AddItem costs next to nothing: rows stand in the order in which they were added, and indices
   // (NewIndex too) count in that order. EndUpdate sorts and shows them. Pairs may nest.
   void BeginUpdate();
   void EndUpdate();
 
   std::function<void()> Click;
+  std::function<void()> DblClick;  // on the selected row; Click has been raised
+  std::function<void(int step)>
+      DragRow;  // a person drags the selected row up (-1) or down (1); moving it is up to the handler
   std::function<void(int index)> ItemCheck;  // a tick changed, by a person (Click follows) or by SetSelected
 
  private:

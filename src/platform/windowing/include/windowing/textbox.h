@@ -10,7 +10,7 @@ class QPlainTextEdit;
 
 namespace win {
 
-enum class TextBoxStyle { kSingleLine, kMultiLine };  // kMultiLine wraps and has a vertical scroll bar
+enum class TextBoxStyle { kSingleLine, kMultiLine };  // kMultiLine wraps and scrolls
 
 // A box for text. The text comes back to the byte as it was set until a person changes it; a changed text stays in
 // Windows-1252 when it was set in that and has room for all its characters, and its lines end in CRLF.
@@ -22,6 +22,10 @@ class TextBox : public Control {
   std::string Text() const;
   void SetText(const std::string& text);  // raises Change when the text is another
   void SetLocked(bool locked);            // can be read and copied, not changed
+
+  void SetHeading();  // flat and bold, as a title
+  void SetMonospace();
+  void SetHint(const std::string& text);  // shown while an only line is empty
 
   std::function<void()> Change;
 

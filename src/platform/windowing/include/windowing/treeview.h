@@ -13,8 +13,8 @@ namespace win {
 
 enum class TreeRelation { kChild, kNext };  // last child of the other node; the sibling right behind it
 
-// A tree of nodes, each reached by its unique key. Calls with a key that is not in the tree change nothing and give
-// false or an empty text.
+// A tree of nodes, each reached by its unique key. A text that does not fit in width ends in dots, and is the tool tip.
+// Calls with a key that is not in the tree change nothing and give false or an empty text.
 class TreeView : public Control {
  public:
   TreeView(Container& parent, const char* name);
