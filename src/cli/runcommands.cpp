@@ -67,6 +67,8 @@ int PrintReverted(const Arguments& arguments, const std::string& file, const Rev
 int PrintRun(const Arguments& arguments, const RunOutcome& run) {
   if (!run.ran) NoteExeTookOver();
   NoteAll(run.failed);
+  // Its last lines stand above already.
+  if (!run.earlyEnd.empty()) Note(OneLine(run.earlyEnd.substr(0, run.earlyEnd.find("\r\n\r\n"))));
   Json result = {
       {"Ran", run.ran && run.asPromised}, {"Program", nullptr}, {"CommandLine", nullptr}, {"ExitStatus", nullptr}};
   if (run.ran) {
