@@ -129,11 +129,11 @@ int ActivateGivenMod(const Arguments& arguments) {
   SelectModFolders(static_cast<int>(row));
   const ModEntry& mod = ModList[row];
   if (const int refused = RefuseActivation(mod); refused != kDone) return refused;
-  if (mod.State == 0) Note(mod.DefinitionFile + ": is deactivated by `deactivate`, or by the next start of Varnik");
   const std::string file = mod.DefinitionFile;
   const bool isLegacy = mod.Legacy;
   if (const std::string problem = ActivationProblem(file, isLegacy); !problem.empty())
     return Fail(file, OneLine(problem));
+  if (mod.State == 0) Note(file + ": is deactivated by `deactivate`, or by the next start of Varnik");
   return Uninterrupted(kCarriedOut, [&] { return PrintApplied(arguments, file, ApplyMod(file, isLegacy, Foretell)); });
 }
 
