@@ -69,6 +69,8 @@ int PrintReverted(const Arguments& arguments, const std::string& file, const Rev
 int PrintRun(const Arguments& arguments, const RunOutcome& run) {
   if (!run.ran) NoteExeTookOver();
   NoteAll(run.failed);
+  // Its last lines stand above already.
+  if (!run.earlyEnd.empty()) Note(OneLine(run.earlyEnd.substr(0, run.earlyEnd.find("\r\n\r\n"))));
   Json result = {
       {"Ran", run.ran && run.asPromised}, {"Program", nullptr}, {"CommandLine", nullptr}, {"ExitStatus", nullptr}};
   if (run.ran) {
@@ -132,11 +134,11 @@ int ActivateGivenMod(const Arguments& arguments) {
   SelectModFolders(static_cast<int>(row));
   const ModEntry& mod = ModList[row];
   if (const int refused = RefuseActivation(mod); refused != kDone) return refused;
-  if (mod.State == 0) Note(mod.DefinitionFile + ": is deactivated by `deactivate`, or by the next start of Varnik");
   const std::string file = mod.DefinitionFile;
   const bool isLegacy = mod.Legacy;
   if (const std::string problem = ActivationProblem(file, isLegacy); !problem.empty())
     return Fail(file, OneLine(problem));
+  if (mod.State == 0) Note(file + ": is deactivated by `deactivate`, or by the next start of Varnik");
   return Uninterrupted(kCarriedOut, [&] { return PrintApplied(arguments, file, ApplyMod(file, isLegacy, Foretell)); });
 }
 

@@ -37,6 +37,7 @@ void FrmMain::cmdLaunchBZ2_Click() {
   if (click.act == ClickOutcome::Act::kActivated || click.act == ClickOutcome::Act::kDeactivated) LoadMods();
   running_ = false;
   ShowReport(click.act == ClickOutcome::Act::kRun ? click.run.failed : click.failed);
+  if (!click.run.earlyEnd.empty()) win::MsgBox(click.run.earlyEnd);
 }
 
 // From the tray every mod is run, a persistent one too.
@@ -47,6 +48,7 @@ void FrmMain::mnuModH_Click(int index) {
   const RunOutcome run = LaunchBZ2(mod, cmdLinePage.buildcmdline(false), false, MakeRunHooks());
   running_ = false;
   ShowReport(run.failed);
+  if (!run.earlyEnd.empty()) win::MsgBox(run.earlyEnd);
 }
 
 // No box comes between a player and the game: the status bar says how many steps did not work, and which the first was.

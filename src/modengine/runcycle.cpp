@@ -19,6 +19,7 @@
 #include "support/runstate.h"
 
 #include <cstdio>
+#include <utility>
 
 namespace varnik {
 
@@ -76,8 +77,10 @@ void RunGame(Run& run) {
   run.outcome.ran = true;
   run.outcome.program = GameOf(run.root, run.useEditor);
   run.outcome.commandLine = "\"" + run.outcome.program + "\" " + run.commandLine;
-  run.outcome.exitStatus =
+  GameEnd end =
       ShellAndWait(run.outcome.commandLine, HighPriority ? win::kHighPriorityClass : win::kNormalPriorityClass);
+  run.outcome.exitStatus = end.status;
+  run.outcome.earlyEnd = std::move(end.earlyEnd);
 }
 
 void EndWithProblem(Run& run, const std::string& problem) {

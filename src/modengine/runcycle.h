@@ -30,6 +30,7 @@ struct RunOutcome {
   std::string program;      // full path of it
   std::string commandLine;  // the whole line as spawned
   int exitStatus = -1;      // -1: it could not be started
+  std::string earlyEnd;     // see ShellAndWait; for the caller to show
   std::string problem;      // the message that ended the run before the game, if any; it has been shown
 };
 

@@ -121,9 +121,40 @@ TEST_F(Support, ShellAndWaitPumpsEventsWhileTheGameRunsInItsFolder) {
     if (++pumped == 3) Put("enough=");
   });
   PutProgram("bzone.exe", "pwd > here; until [ -f enough ]; do sleep 0.1; done; exit 4");
-  EXPECT_EQ(ShellAndWait("\"" + Root() + "bzone.exe\" ", win::kNormalPriorityClass), 4);
+  EXPECT_EQ(ShellAndWait("\"" + Root() + "bzone.exe\" ", win::kNormalPriorityClass).status, 4);
   EXPECT_FALSE(GameRunning);
   EXPECT_EQ(Content("here"), sandbox_.Install().string() + "\n");
+}
+
+TEST_F(Support, AGameThatARunnerDoesNotStartIsSaid) {
+  const struct {
+    const char *content, *runner, *said;
+  } cases[] = {
+      {"#!/bin/sh\necho why >&2; exit 127", "", "status 127"},
+      {"#!/bin/sh\nexit 1", "", ""},
+      {"MZ", "echo lost; seq 2000; echo why; exit 3", "status 3"},
+      {"MZ", "exit 0", ""},
+      {"MZ", "sleep 2.1; exit 127", ""},
+  };
+  const std::filesystem::path runner = sandbox_.Root() / "my runner";
+  setenv("VARNIK_RUNNER", ("\"" + runner.string() + "\" --fast").c_str(), 1);
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.said);
+    PutProgram("bzone.exe", "");
+    test::WriteFile(InRoot("bzone.exe"), c.content);
+    test::WriteScript(runner, c.runner);
+    testing::internal::CaptureStderr();
+    const std::string said = ShellAndWait("\"" + Root() + "bzone.exe\" -a", win::kNormalPriorityClass).earlyEnd;
+    const std::string printed = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(said.empty(), *c.said == '\0') << said;
+    if (said.empty()) continue;
+    EXPECT_NE(said.find(c.said), std::string::npos) << said;
+    EXPECT_NE(said.find("bzone.exe -a\r\n"), std::string::npos) << said;
+    EXPECT_TRUE(said.ends_with("why\n") && said.find("lost") == std::string::npos) << said;
+    EXPECT_TRUE(printed.ends_with("why\n")) << printed;
+    EXPECT_EQ(printed.starts_with("lost\n1\n") && said.find("--fast") < said.find("bzone.exe"), *c.runner != '\0');
+  }
+  unsetenv("VARNIK_RUNNER");
 }
 
 class FindFilesTest : public test::ModTest {

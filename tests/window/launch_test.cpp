@@ -98,6 +98,14 @@ TEST_F(Launch, WhatIsAskedForDuringTheGameEndsWithItButWhatWasSavedCounts) {
   EXPECT_TRUE(test::Await([] { return varnik::CurrentInstall == -1; }));
 }
 
+TEST_F(Launch, AGameThatEndsAtOnceIsSaidOnceTheWindowIsBack) {
+  Put("bzone.exe", "#!/bin/sh\nexit 126\n");
+  for (const bool byTray : {false, true}) {
+    ExpectMsgBox("The game ended at once, with status 126.");
+    byTray ? test::ClickMenu(TrayRow("plain.bzm")) : main->cmdLaunchBZ2.Press();
+  }
+}
+
 TEST_F(Launch, AWindowComesBackAsItWasUnlessItIsClosedDuringTheRun) {
   main->SetState(win::WindowState::kMinimized);
   test::RunEvents();

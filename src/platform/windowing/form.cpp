@@ -4,10 +4,9 @@
 #include "platform/windowing/qtsupport.h"
 #include "windowing/button.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
-#include <QGuiApplication>
 #include <QPointer>
 #include <QPushButton>
 #include <QScreen>
@@ -279,6 +278,8 @@ void Form::SetFocus() { impl_->window->activateWindow(); }
 void Form::BringToFront() {
   impl_->window->raise();
   impl_->window->activateWindow();
+  // Qt forgets its active window when that is hidden. A platform that has not noticed reports no activation again.
+  if (QGuiApplication::focusWindow() == impl_->window->windowHandle()) QApplication::setActiveWindow(impl_->window);
 }
 
 void Form::Refresh() { impl_->window->repaint(); }

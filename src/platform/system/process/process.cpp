@@ -6,6 +6,7 @@
 #include "platform/system/filesystem/operations.h"
 #include "platform/system/paths/paths.h"
 #include "platform/system/paths/program.h"
+#include "platform/system/process/capturedoutput.h"
 #include "platform/system/process/launch.h"
 #include "platform/system/text/argumentlist.h"
 
@@ -46,7 +47,8 @@ constexpr int kHighNice = -5;
 // posix_spawn's settings: a session of its own, no signal blocked or ignored, and of our files only standard error.
 class SpawnSettings {
  public:
-  SpawnSettings(const std::string& folder, bool silent) {
+  // `output` is where it prints; -1: nowhere.
+  SpawnSettings(const std::string& folder, int output) {
     posix_spawnattr_init(&attributes_);
     posix_spawn_file_actions_init(&actions_);
     sigset_t signals;
@@ -56,8 +58,10 @@ class SpawnSettings {
     posix_spawnattr_setsigmask(&attributes_, &signals);
     posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
     posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    const bool noError = fcntl(STDERR_FILENO, F_GETFD) < 0;
-    if (silent || noError) posix_spawn_file_actions_addopen(&actions_, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    if (fcntl(output, F_GETFD) < 0)
+      posix_spawn_file_actions_addopen(&actions_, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    else
+      posix_spawn_file_actions_adddup2(&actions_, output, STDERR_FILENO);
     posix_spawn_file_actions_adddup2(&actions_, STDERR_FILENO, STDOUT_FILENO);
     posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1);
     posix_spawn_file_actions_addchdir_np(&actions_, folder.c_str());
@@ -109,11 +113,11 @@ struct Order {
   std::string tail;
   std::string folder;  // native
   int nice = kNormalNice;
-  bool silent = false;
+  int output = -1;
 };
 
-// The process id, -1 for a failed start, whose reason has then been said.
-pid_t Spawn(const Order& order) {
+// The process id, -1 for a failed start, whose reason has then been said. `call` receives what was started.
+pid_t Spawn(const Order& order, std::vector<std::string>& call) {
   if (!CurrentFileSystem().IsFolder(order.folder)) {
     SayFailure(order.program + " in " + order.folder, ENOENT);
     return -1;
@@ -122,14 +126,14 @@ pid_t Spawn(const Order& order) {
   struct sigaction action;
   if (sigaction(SIGCHLD, nullptr, &action) == 0 && action.sa_handler == SIG_IGN) signal(SIGCHLD, SIG_DFL);
   Launch launch = PrepareLaunch(order.program, order.tail);
-  const SpawnSettings settings(order.folder, order.silent);
+  const SpawnSettings settings(order.folder, order.output);
   const NiceForChild nice(order.nice);
   pid_t process = -1;
   const int error = posix_spawnp(&process, launch.arguments[0].c_str(), settings.Actions(), settings.Attributes(),
                                  PointersTo(launch.arguments).data(), PointersTo(launch.environment).data());
+  call = std::move(launch.arguments);
   if (error == 0) return process;
-  const bool throughRunner = launch.arguments[0] != order.program;
-  SayFailure(order.program + (throughRunner ? " with " + launch.arguments[0] : ""), error);
+  SayFailure(order.program + (call[0] != order.program ? " with " + call[0] : ""), error);
   return -1;
 }
 
@@ -190,6 +194,9 @@ struct Process::State {
   Processes alive;  // those of the session that are known
   bool ended = false;
   int exitStatus = -1;
+  std::string program;
+  std::vector<std::string> call;
+  CapturedOutput output;
 
   ~State() {
     if (!ended) ReapInBackground(session);
@@ -214,16 +221,18 @@ bool Process::Started() const { return state_ != nullptr; }
 WaitResult Process::Wait(int milliseconds) {
   if (!Started()) return WaitResult::kFailed;
   const auto deadline = Clock::now() + std::chrono::milliseconds(milliseconds);
-  while (!state_->ended) {
+  WaitResult result = WaitResult::kEnded;
+  while (!state_->ended && result == WaitResult::kEnded) {
     if (state_->SessionIsEmpty()) {
       state_->exitStatus = StatusOf(state_->session, 0).value_or(-1);
       state_->ended = true;
       break;
     }
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
-    if (!AwaitAny(state_->alive, static_cast<int>(std::max<std::int64_t>(left, 0)))) return WaitResult::kTimedOut;
+    if (!AwaitAny(state_->alive, static_cast<int>(std::max<std::int64_t>(left, 0)))) result = WaitResult::kTimedOut;
   }
-  return WaitResult::kEnded;
+  state_->output.HandOn();
+  return result;
 }
 
 void Process::Send(int signal) {
@@ -237,16 +246,28 @@ int Process::ExitStatus() const {
   return state_->ended ? state_->exitStatus : StatusOf(state_->session, WNOHANG | WNOWAIT).value_or(-1);
 }
 
+const std::vector<std::string>& Process::Call() const {
+  static const std::vector<std::string> kNone;
+  return Started() ? state_->call : kNone;
+}
+
+bool Process::HasRunner() const { return Started() && state_->call[0] != state_->program; }
+
+std::string Process::LastOutput() const { return Started() ? state_->output.Tail() : ""; }
+
 Process CreateProcess(const std::string& commandLine, unsigned creationFlags, const std::string& folder) {
   const ProgramAndTail line = SplitProgram(commandLine);
   const int nice = creationFlags & kHighPriorityClass ? kHighNice : kNormalNice;
-  const pid_t session =
-      Spawn({AbsoluteNativePath(line.program), line.tail, AbsoluteNativePath(folder), nice, /*silent=*/false});
+  auto state = std::make_unique<Process::State>();
+  state->program = AbsoluteNativePath(line.program);
+  const int captured = state->output.ForWriting(), output = captured < 0 ? STDERR_FILENO : captured;
+  state->session = Spawn({state->program, line.tail, AbsoluteNativePath(folder), nice, output}, state->call);
+  state->ended = state->session < 0;
   Process result;
-  if (session < 0) return result;
-  result.state_ = std::make_unique<Process::State>();
-  result.state_->session = session;
-  if (Descriptor program = OpenProcess(session); program.IsOpen()) result.state_->alive.push_back(std::move(program));
+  if (state->ended) return result;
+  result.state_ = std::move(state);
+  if (Descriptor program = OpenProcess(result.state_->session); program.IsOpen())
+    result.state_->alive.push_back(std::move(program));
   return result;
 }
 
@@ -270,7 +291,8 @@ bool StartWithoutWaiting(const std::string& commandLine, const std::string& fold
   const std::string program = AbsoluteNativePath(line.program);
   const std::string start = folder.empty() ? FolderAbove(program) : AbsoluteNativePath(folder);
   if (!CurrentFileSystem().IsSeenByPrograms()) return CouldBeStarted(program);
-  const pid_t process = Spawn({program, line.tail, start, kNormalNice, /*silent=*/true});
+  std::vector<std::string> call;
+  const pid_t process = Spawn({program, line.tail, start, kNormalNice, /*output=*/-1}, call);
   if (process < 0) return false;
   ReapInBackground(process);
   return true;

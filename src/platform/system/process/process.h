@@ -2,13 +2,15 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 // Starting programs, Windows programs included. A program that this system can start is started as it is. A Windows
 // program (its first bytes are `MZ`) goes through a runner: `VARNIK_RUNNER`, else the line `Runner=` of `platform.ini`
 // in the configuration folder, else `wine`; a path, or a program with arguments of its own. When the program lies
 // inside a Wine prefix, WINEPREFIX names that prefix for the child.
 //
-// A child has a session of its own, no input, and standard error for all that it prints.
+// A child has a session of its own, no input, and standard error for all that it prints. What a child prints that is
+// waited for gets there during the waits.
 namespace win {
 
 constexpr unsigned kNormalPriorityClass = 32;
@@ -36,6 +38,13 @@ class Process {
 
   // Exit status of the program itself once it has ended; 128 plus the signal for one that was killed; -1 before.
   int ExitStatus() const;
+
+  // The whole call, word by word; the runner comes first when there is one.
+  const std::vector<std::string>& Call() const;
+  bool HasRunner() const;
+
+  // The last lines that it printed, 4 KB at most.
+  std::string LastOutput() const;
 
  private:
   friend Process CreateProcess(const std::string&, unsigned, const std::string&);
