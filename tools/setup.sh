@@ -18,7 +18,7 @@ test=(
 )
 check=(
   git libbenchmark-dev clang-format clang-tidy libclang-rt-dev llvm
-  dpkg-dev librsvg2-bin lintian mandoc man-db appstream
+  dpkg-dev file librsvg2-bin lintian mandoc man-db appstream
 )
 case "${1:-}" in
   run) packages=("${run[@]}") ;;
