@@ -13,7 +13,7 @@ namespace win {
 
 namespace {
 
-constexpr std::size_t kMaxLookedAt = 20'000;
+constexpr std::size_t kMaxLookedAt = 100'000;
 constexpr std::size_t kMaxFollowed = 1'000;
 
 bool IsBelow(const std::string& path, const std::string& folder) { return path.starts_with(JoinPath(folder, "")); }
