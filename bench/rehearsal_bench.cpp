@@ -1,5 +1,6 @@
 #include "bench/install.h"
 #include "modengine/activation.h"
+#include "modengine/applymod.h"
 #include "modengine/deactivation.h"
 #include "platform/system/files/rehearsal.h"
 #include "support/modfindfile.h"
@@ -10,7 +11,8 @@
 #include <map>
 #include <optional>
 
-// What a rehearsal of both passes adds to a run: a mod activated and deactivated as it is, and with a rehearsal ahead.
+// What comes on top of both passes of a mod: activated and deactivated as it is, with a rehearsal of both ahead, and as
+// a player gets it, with a journal.
 namespace {
 
 namespace fs = std::filesystem;
@@ -79,10 +81,22 @@ bool BothPasses(const Install& install) {
   return varnik::ActivateMod(mod) && varnik::DeactivateMod(mod, install.Text());
 }
 
-enum Rehearse : std::int64_t { kNo, kAhead, kOnly };
+bool WithJournal(const Install& install) {
+  const std::string mod = install.Text() + "mod.bzm";
+  const varnik::ApplyResult applied = varnik::ApplyMod(mod, false);
+  const varnik::RevertResult reverted = varnik::RevertMod(mod, install.Text(), false);
+  return applied.active && applied.failed.empty() && reverted.end == varnik::RevertResult::End::kDone &&
+         reverted.failed.empty();
+}
+
+enum Rehearse : std::int64_t { kNo, kAhead, kOnly, kJournal };
 
 void Run(benchmark::State& state, const Install& install, std::int64_t rehearse) {
   for (auto _ : state) {
+    if (rehearse == kJournal) {
+      if (!WithJournal(install)) state.SkipWithError("not run");
+      continue;
+    }
     if (rehearse != kNo) {
       win::Rehearsal rehearsal;
       if (!BothPasses(install)) state.SkipWithError("not rehearsed");
@@ -94,14 +108,14 @@ void Run(benchmark::State& state, const Install& install, std::int64_t rehearse)
 void Lines(benchmark::State& state) { Run(state, InstallFor(static_cast<int>(state.range(0))), state.range(1)); }
 BENCHMARK(Lines)
     ->ArgNames({"lines", "rehearse"})
-    ->ArgsProduct({{10, 1'000, 10'000}, {kNo, kAhead, kOnly}})
+    ->ArgsProduct({{10, 1'000, 10'000}, {kNo, kAhead, kOnly, kJournal}})
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();
 
 void TenLinesInFiftyThousandFiles(benchmark::State& state) { Run(state, LargeInstall(), state.range(0)); }
 BENCHMARK(TenLinesInFiftyThousandFiles)
     ->ArgName("rehearse")
-    ->DenseRange(kNo, kOnly)
+    ->DenseRange(kNo, kJournal)
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();
 

@@ -157,7 +157,7 @@ try_disk() {
   [ "$type" = ext4 ] || [ "$type" = xfs ] || how=image
   rm -f "$image"
   truncate -s 300M "$image"
-  "mkfs.$type" -q "$image" 2>"$work/mkfs" || missing "$(cat "$work/mkfs")"
+  "mkfs.$type" -q "$image" >"$work/mkfs" 2>&1 || missing "$(cat "$work/mkfs")"
   attach
   game=$mnt/game
   home=$work/home

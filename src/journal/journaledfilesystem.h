@@ -4,8 +4,8 @@
 #include "platform/system/filesystem/confinedfilesystem.h"
 #include "platform/system/paths/program.h"
 
-#include <set>
 #include <string>
+#include <unordered_set>
 
 namespace varnik {
 
@@ -23,7 +23,7 @@ class JournaledFileSystem : public win::ConfinedFileSystem {
   bool MayChange(const std::string& resolved) override;
 
   win::OwnFolders own_;
-  std::set<std::string> paths_;
+  std::unordered_set<std::string> paths_;
 };
 
 }  // namespace varnik

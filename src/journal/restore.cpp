@@ -25,17 +25,17 @@ class Restoration {
     constexpr int kMaxRounds = 64;  // each brings back what lies one folder deeper, or more
     bool isChanged = true;
     for (int round = 0; isChanged && round < kMaxRounds; ++round) {
-      places_.Look();
+      Look();
       isChanged = RemoveOurs() + MakeFolders() + MoveBack() > 0;
     }
     WriteBack();
     RemoveFolders();
-    places_.Look();
+    if (isTouched_) Look();
     return Judge();
   }
 
   // What would be left to do.
-  RestoreResult Look() {
+  RestoreResult Compare() {
     places_.Look();
     return Judge();
   }
@@ -44,6 +44,17 @@ class Restoration {
   std::size_t Count() const { return journal_.entries.size(); }
   Place& At(std::size_t place) { return places_.All()[place]; }
   bool IsCopied(std::size_t i) const { return journal_.entries[i].existed && journal_.entries[i].copy; }
+
+  void Look() {
+    places_.Look();
+    isTouched_ = false;
+  }
+
+  // The file system, to change something.
+  win::FileSystem& Disk() {
+    isTouched_ = true;
+    return win::CurrentFileSystem();
+  }
 
   void Remember(std::size_t entry) { why_[entry] = win::ExplainError(errno); }
 
@@ -60,7 +71,8 @@ class Restoration {
       for (std::size_t other = 0; other < Count(); ++other)
         if (!journal_.entries[other].movedTo.empty()) secondCopies_[journal_.entries[other].movedTo] = other;
     const auto found = secondCopies_.find(journal_.entries[i].path);
-    if (journal_.entries[i].existed || found == secondCopies_.end() || places_.Of(found->second) == kNowhere) return false;
+    if (journal_.entries[i].existed || found == secondCopies_.end() || places_.Of(found->second) == kNowhere)
+      return false;
     const Place& first = At(places_.Of(found->second));
     if (first.status.size != At(i).status.size || first.status.identity == At(i).status.identity) return false;
     const auto content = win::ReadWholeFile(win::WindowsPathFromNative(At(i).path));
@@ -71,7 +83,7 @@ class Restoration {
     int removed = 0;
     for (std::size_t i = 0; i < Count(); ++i) {
       if (!MayGo(i)) continue;
-      if (win::CurrentFileSystem().Remove(At(i).path)) {
+      if (Disk().Remove(At(i).path)) {
         At(i).isThere = false;
         ++removed;
       } else {
@@ -87,13 +99,15 @@ class Restoration {
     for (std::size_t i = 0; i < Count(); ++i) {
       const JournalEntry& entry = journal_.entries[i];
       if (!entry.existed || !entry.before.IsFolder() || places_.Of(i) != kNowhere || At(i).isThere) continue;
-      if (win::CurrentFileSystem().MakeFolder(At(i).path, entry.before.permissions)) ++made;
+      if (Disk().MakeFolder(At(i).path, entry.before.permissions)) ++made;
     }
     return made;
   }
 
   bool Move(std::size_t from, std::size_t to, std::size_t entry) {
-    const bool isMoved = win::RenameFile(win::WindowsPathFromNative(At(from).path), win::WindowsPathFromNative(At(to).path));
+    isTouched_ = true;
+    const bool isMoved =
+        win::RenameFile(win::WindowsPathFromNative(At(from).path), win::WindowsPathFromNative(At(to).path));
     if (isMoved)
       places_.Move(from, to);
     else
@@ -108,7 +122,7 @@ class Restoration {
     std::string kept;
     for (int number = 1; kept.empty() || win::CurrentFileSystem().HasEntry(kept); ++number)
       kept = At(i).path + ".kept-" + std::to_string(number);
-    if (!win::CurrentFileSystem().RenameWithoutReplacing(At(i).path, kept)) return false;
+    if (!Disk().RenameWithoutReplacing(At(i).path, kept)) return false;
     At(i).isThere = false;
     return true;
   }
@@ -156,12 +170,12 @@ class Restoration {
   }
 
   void WriteBack() {
-    win::FileSystem& files = win::CurrentFileSystem();
     for (std::size_t i = 0; i < Count(); ++i) {
       if (!IsCopied(i) || HasOldContent(i)) continue;
       const Place& place = At(i);
       const JournalEntry& entry = journal_.entries[i];
       if (place.isThere && (scope_ == RestoreScope::kAllButContents || !places_.IsOurs(place))) continue;
+      win::FileSystem& files = Disk();
       if (!win::WriteWholeFile(win::WindowsPathFromNative(place.path), *entry.copy) ||
           !files.SetPermissions(place.path, entry.before.permissions))
         Remember(i);
@@ -174,7 +188,7 @@ class Restoration {
     for (std::size_t i = Count(); i-- > 0;) {
       const Place& place = At(i);
       const bool isNew = place.isThere && place.holds == kNowhere && place.status.IsFolder();
-      if (isNew && !journal_.entries[i].existed) win::CurrentFileSystem().RemoveFolder(place.path);
+      if (isNew && !journal_.entries[i].existed) Disk().RemoveFolder(place.path);
     }
   }
 
@@ -218,14 +232,15 @@ class Restoration {
   const Journal& journal_;
   const RestoreScope scope_;
   Places places_;
-  std::map<std::size_t, std::string> why_;                  // by entry: why the last try failed
-  std::map<std::string_view, std::size_t> secondCopies_;    // entries by where they were moved to
+  bool isTouched_ = false;                                // since the last look
+  std::map<std::size_t, std::string> why_;                // by entry: why the last try failed
+  std::map<std::string_view, std::size_t> secondCopies_;  // entries by where they were moved to
 };
 
 }  // namespace
 
 bool IsAsBefore(const Journal& journal) {
-  const RestoreResult found = Restoration(journal, RestoreScope::kEverything).Look();
+  const RestoreResult found = Restoration(journal, RestoreScope::kEverything).Compare();
   return found.failed.empty() && found.lost.empty();
 }
 

@@ -19,6 +19,7 @@
 #include "platform/system/paths/workingfolder.h"
 #include "platform/system/text/text.h"
 #include "support/install.h"
+#include "support/rememberedsearches.h"
 #include "support/settings.h"
 
 #include <algorithm>
@@ -166,6 +167,7 @@ ApplyResult ApplyMod(const std::string& definitionFile, bool isLegacy,
     result.refusal = "An earlier mod is still to be put back: " + TextOf(failed[0]) + ". Nothing was changed.";
     return result;
   }
+  const RememberedSearches searches;  // the activation looks for what its rehearsal has found
   RehearsedMod mod = RehearseMod(definitionFile, isLegacy);
   if (!mod.unreadable.empty()) {
     result.refusal = mod.unreadable + " cannot be read: " + mod.why + ". Nothing was changed.";

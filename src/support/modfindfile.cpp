@@ -5,6 +5,7 @@
 #include "platform/system/process/services.h"
 #include "platform/system/text/wildcards.h"
 #include "support/install.h"
+#include "support/rememberedsearches.h"
 #include "support/runstate.h"
 
 namespace varnik {
@@ -55,9 +56,10 @@ bool MatchesPattern(const std::string& name, const std::string& pattern, const F
 
 std::string FindInSearchDirs(const std::string& fileName, std::size_t firstDir) {
   std::string found;
+  const auto find = RememberedSearches::AreAlive() ? RememberedSearches::FindFirstFile : FindFirstFile;
   win::ReportOperation(win::Operation::kSearch, fileName, "", [&] {
     for (std::size_t row = firstDir; !InstallRoot().empty() && found.empty() && row < SearchDirs.size(); ++row)
-      found = FindFirstFile(InstallRoot() + SearchDirs[row] + "\\", fileName);
+      found = find(InstallRoot() + SearchDirs[row] + "\\", fileName);
     return !found.empty();
   });
   return found;

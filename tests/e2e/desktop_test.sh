@@ -118,7 +118,7 @@ run_first_start() {
   await "dialog" window "Add/Remove BZ2 Locations"
   press Tab Tab Tab
   xdotool type "$game"
-  press Tab space shift+Tab shift+Tab shift+Tab shift+Tab Home space Tab Tab Tab Tab Tab Tab Tab Tab space
+  press Tab space shift+Tab shift+Tab shift+Tab shift+Tab Home Tab Tab Tab Tab Tab Tab Tab Tab space
   await "list of installs" stored BZ2Sel0 Yes
   await "end of the dialog" no_window "Add/Remove BZ2 Locations"
   press alt+b Return

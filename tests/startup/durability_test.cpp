@@ -156,11 +156,13 @@ TEST_F(Durability, APowerCutAtAnyMomentCanBeUndone) {
   const char* const given = std::getenv("VARNIK_CUT_STEP");  // 1: every definition of three of these lines
   const std::size_t step = given ? std::strtoul(given, nullptr, 10) : 331;
   constexpr std::size_t kCount = std::size(kLines);
+  int definitions = 0, cuts = 0;
   for (std::size_t i = 0; i < kCount * kCount * kCount && !HasFailure(); i += step) {
     const std::string lines =
         std::string(kLines[i % kCount]) + "\n" + kLines[i / kCount % kCount] + "\n" + kLines[i / kCount / kCount];
     Define(lines);
     before_ = Install();
+    ++definitions;
     test::Disk whole(win::CurrentFileSystem());
     {
       const win::ScopedFileSystem scope(whole);
@@ -182,9 +184,12 @@ TEST_F(Durability, APowerCutAtAnyMomentCanBeUndone) {
           Fix();
           ExpectAsBefore();
           if (HasFailure()) return;
+          ++cuts;
         }
       }
   }
+  RecordProperty("definitions", definitions);
+  RecordProperty("cuts", cuts);
 }
 
 }  // namespace

@@ -1,3 +1,6 @@
+#include "platform/system/files/files.h"
+#include "platform/system/files/rehearsal.h"
+#include "platform/system/files/wholefile.h"
 #include "platform/system/process/process.h"
 #include "platform/system/store/registry.h"
 #include "support/ini_sm.h"
@@ -7,6 +10,7 @@
 #include "support/modshellwait.h"
 #include "support/quips.h"
 #include "support/registry.h"
+#include "support/rememberedsearches.h"
 #include "support/settings.h"
 #include "support/sysinfo.h"
 #include "tests/modengine/modtest.h"
@@ -219,6 +223,36 @@ TEST_F(FindFilesTest, EachFolderIsEnteredOnceWhereverLinksLead) {
   EXPECT_EQ(std::regex_replace(found, std::regex(R"((f1|Sub\\f2)\\x.bzm )"), ""),
             ".f.bzm Sub\\C.BZM Sub\\Deep\\d.bzm a.bzm in\\e.bzm ");
   EXPECT_EQ(params_.FoundCount, 6) << found;
+}
+
+// In folders that are old enough to be trusted, and in rehearsals around and within.
+TEST_F(FindFilesTest, ARememberedSearchFindsWhatANewOneFinds) {
+  namespace fs = std::filesystem;
+  const std::function<void()> changes[] = {
+      [] {},
+      [this] { win::RenameFile(Root() + "Sub\\Deep\\d.bzm", Root() + "Sub\\Deep\\e.txt"); },
+      [this] { win::RenameFile(Root() + "Sub\\Deep\\e.txt", Root() + "Sub\\Deep\\d.bzm"); },
+      [this] { win::WriteWholeFile(Root() + "Folder.bzm\\d.bzm", ""); },
+      [this] { win::DeleteFiles(Root() + "Folder.bzm\\d.bzm"); },
+      [this] { win::RenameFile(Root() + "Sub", Root() + "None"); },
+      [this] { win::RenameFile(Root() + "b.txt", Root() + "D.BZM"); },
+      [this] { fs::create_directory_symlink("None", InRoot("Link")), win::DeleteFiles(Root() + "D.BZM"); },
+  };
+  for (const auto& folder : {"", "Sub", "Sub/Deep", "Folder.bzm"})
+    fs::last_write_time(InRoot(folder), fs::file_time_type::clock::now() - std::chrono::hours(1));
+  const RememberedSearches remembered;
+  const auto expectTheSame = [this](std::size_t change) {
+    for (const char* name : {"d.bzm", "c.bzm", "none"})
+      EXPECT_EQ(RememberedSearches::FindFirstFile(Root(), name), FindFirstFile(Root(), name)) << change;
+  };
+  for (std::size_t i = 0; i < std::size(changes); ++i) {
+    {
+      const win::Rehearsal rehearsal;
+      for (std::size_t ahead = i; ahead + 1 < std::size(changes); ++ahead)
+        changes[ahead](), expectTheSame(ahead);
+    }
+    changes[i](), expectTheSame(i);
+  }
 }
 
 TEST_F(FindFilesTest, SearchDirsAreSearchedFromTheOneGiven) {

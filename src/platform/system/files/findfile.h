@@ -24,6 +24,9 @@ class FolderReader {
 
   bool IsOpen() const;
 
+  // Of its folder, native.
+  const std::string& Path() const { return path_; }
+
   // False at the end, and at once when the folder could not be opened. `entry` is filled in place.
   bool Next(FoundEntry& entry);
 

@@ -4,6 +4,7 @@
 #include "platform/system/filesystem/nativepath.h"
 
 #include <algorithm>
+#include <ctime>
 #include <functional>
 #include <limits>
 #include <set>
@@ -13,7 +14,7 @@ namespace win {
 
 namespace {
 
-constexpr std::size_t kMaxLookedAt = 20'000;
+constexpr std::size_t kMaxLookedAt = 100'000;
 constexpr std::size_t kMaxFollowed = 1'000;
 
 bool IsBelow(const std::string& path, const std::string& folder) { return path.starts_with(JoinPath(folder, "")); }
@@ -42,7 +43,8 @@ std::optional<std::string> ContentOf(FileSystem& files, const std::string& path)
 struct OverlayFileSystem::Node {
   std::optional<Entry> change;  // nothing: what the folder above leads to
   std::unordered_map<std::string, std::shared_ptr<Node>, NameHash, std::equal_to<>> children;
-  FolderNames names;  // those of the children over those below
+  FolderNames names;                 // those of the children over those below
+  std::optional<timespec> modified;  // when a child changed last
 
   const Node* Child(std::string_view name) const {
     const auto found = children.find(name);
@@ -211,6 +213,15 @@ bool OverlayFileSystem::IsLinkAt(const std::string& resolved) {
 }
 
 bool OverlayFileSystem::StatusOf(const std::string& resolved, bool followLink, FileStatus& status) {
+  if (!StatusBeforeChanges(resolved, followLink, status)) return false;
+  if (!status.IsFolder()) return true;
+  const auto node = NodeAt(resolved);
+  if (node && node->modified) status.modified = *node->modified;
+  return true;
+}
+
+// Of a folder: before names in it changed.
+bool OverlayFileSystem::StatusBeforeChanges(const std::string& resolved, bool followLink, FileStatus& status) {
   const std::optional<Entry> entry = Find(resolved);
   if (!entry) return FailWith(ENOENT);
   if (!entry->backing.empty()) {
@@ -295,6 +306,7 @@ void OverlayFileSystem::Set(const std::string& resolved, Entry entry) {
 // Takes the place of what had changed there and below. A change back to what is below is none.
 void OverlayFileSystem::Put(const std::string& resolved, std::shared_ptr<Node> node) {
   Node& around = MakeNode(FolderAbove(resolved));
+  clock_gettime(CLOCK_REALTIME, &around.modified.emplace());
   const std::string name(LastName(resolved));
   around.children.erase(name);
   const std::optional<Entry> without = Find(resolved);

@@ -97,6 +97,7 @@ class OverlayFileSystem : public FileSystem {
   bool IsLinkAt(const std::string& resolved);
   bool IsFileNamedAsFolder(const std::string& path);
   bool StatusOf(const std::string& resolved, bool followLink, FileStatus& status);
+  bool StatusBeforeChanges(const std::string& resolved, bool followLink, FileStatus& status);
   bool IsFolderAt(const std::string& resolved);
   bool ExistsAt(const std::string& resolved);
   bool MayChange(const std::string& folder);
