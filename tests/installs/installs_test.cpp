@@ -119,7 +119,7 @@ TEST_F(Locations, OfAListCutOffAtItsTopAreKeptBehindTheNewRows) {
   LocationList list;
   AddLocation(list, "/a\\");
   SaveLocations(list);
-  EXPECT_EQ(Told(LoadLocations()), "/a\\=;/b\\=d1;*/c\\=d2;");
+  EXPECT_EQ(Told(LoadLocations()), "*/a\\=;/b\\=d1;*/c\\=d2;");
 }
 
 TEST_F(Locations, AreAddedByManyProcessesAtOnceAndLeaveTheSelectionAlone) {
