@@ -8,7 +8,7 @@
 
 #include <QAbstractButton>
 #include <QAccessible>
-#include <QComboBox>
+#include <QGroupBox>
 #include <QKeySequence>
 #include <QLabel>
 #include <QListView>
@@ -23,6 +23,9 @@ namespace {
 constexpr double kTwipsToThePixel = 15;
 
 QString CaptionOf(const QWidget* widget) { return widget->property("text").toString().remove('&'); }
+
+// The top of a page, where its caption stands, lies under the title of the pages.
+bool IsPage(const QWidget* widget) { return qobject_cast<const QGroupBox*>(widget) != nullptr; }
 
 // The controls that a person sees, those of frames too.
 std::vector<QWidget*> ShownControls(const win::Form& form) {
@@ -83,7 +86,7 @@ TEST_F(Layout, HasItsPlacesAtTheDesignSize) {
       const auto pixels = [&c](int column) { return qRound(c[column].get<double>() / kTwipsToThePixel); };
       EXPECT_EQ(widget->geometry(), QRect(pixels(1), pixels(2), pixels(3), pixels(4))) << c;
     }
-    if (c.size() > 5) EXPECT_EQ(CaptionOf(widget).toStdString(), c[5].get<std::string>());
+    EXPECT_TRUE(c.size() <= 5 || CaptionOf(widget).toStdString() == c[5].get<std::string>()) << c;
   }
 }
 
@@ -99,11 +102,12 @@ TEST_F(Layout, FillsTheWindowAtAnySize) {
         SCOPED_TRACE(control->objectName().toStdString() + " " + std::to_string(more.width()));
         EXPECT_TRUE(control->parentWidget()->rect().contains(control->geometry()));
         for (const QWidget* other : ShownControls(*main))
-          EXPECT_TRUE(other == control || other->parent() != control->parent() ||
+          EXPECT_TRUE(other == control || other->parent() != control->parent() || IsPage(control) || IsPage(other) ||
                       !other->geometry().intersects(control->geometry()))
               << other->objectName().toStdString();
-        if (const auto* list = qobject_cast<const QListView*>(control))
-          EXPECT_EQ(list->viewport()->height() % list->sizeHintForRow(0), 0);
+        const auto* list = qobject_cast<const QListView*>(control);
+        EXPECT_TRUE(!list || list->model()->rowCount() == 0 ||
+                    list->viewport()->height() % list->sizeHintForRow(0) == 0);
       }
       for (const QScrollBar* bar : main->Window()->findChildren<QScrollBar*>())
         EXPECT_TRUE(!bar->isVisible() || bar->parentWidget()->parentWidget()->parentWidget() != main->Window());
@@ -146,7 +150,7 @@ TEST_F(Layout, EverythingIsSpokenByAName) {
     for (QWidget* widget : ShownControls(form)) {
       const std::string name = SpokenName(widget);
       const bool isWorkedWith = qobject_cast<QAbstractButton*>(widget) || widget->focusPolicy() != Qt::NoFocus;
-      if (isWorkedWith) EXPECT_NE(name, "") << widget->objectName().toStdString();
+      EXPECT_TRUE(!isWorkedWith || !name.empty()) << widget->objectName().toStdString();
       for (const char c : name)
         if (c >= '0' && c <= '9' && name.find(' ') == std::string::npos) ADD_FAILURE() << name;
     }
@@ -170,7 +174,7 @@ TEST_F(Layout, NoTwoControlsHaveTheSameKey) {
       if (widget->isEnabled() && (qobject_cast<const QAbstractButton*>(widget) || (label && label->buddy())))
         note(widget->property("text").toString());
     }
-    if (form.Name() != "frmSplash" && form.Name() != "frmMain") EXPECT_FALSE(keys.empty());
+    EXPECT_TRUE(form.Name() == "frmSplash" || !keys.empty());
   });
 }
 
@@ -178,6 +182,7 @@ TEST_F(Layout, AFindBoxNarrowsTheListAndGoesAwayAgain) {
   AddMod("ice.bzm", "dname(Frozen);\r\ndescription(Snow on \xC3\x89t\xC3\xA9 hills);\r\n");
   AddMod("sand.bzm", "dname(Dunes);\r\n");
   main->activatebz2(0, false);
+  test::ShowActive(*main);
   auto& list = main->modPage.lstmods;
   win::TextBox& box = main->modPage.Finder().box;
   const double top = list.Top();
