@@ -1,21 +1,33 @@
 #!/bin/bash
-# Takes the pictures of the documents, on a screen of its own and with the demo world: screenshots.sh BIN_DIR [FOLDER [DPI]]
-# Without FOLDER they replace those of docs/screenshots. Needs xvfb, openbox, xdotool and imagemagick.
+# Takes the pictures of the documents, on a screen of its own and with the demo world:
+#   screenshots.sh BIN_DIR [FOLDER [DPI [SCREEN]]]
+#   screenshots.sh --all BIN_DIR FOLDER   every page and dialog on screens of several sizes and densities, light and dark
+# Without FOLDER they replace those of docs/screenshots. Needs xvfb, openbox, xdotool and imagemagick, and for the dark
+# ones dbus and the traystub of a build with tests.
 set -euo pipefail
+if [ "$1" = --all ]; then
+  for scene in 96:1366x768 96:1280x800 96:1920x1080 144:1366x768 144:1920x1080 192:2732x1536; do
+    "$0" "$2" "$3/$scene" "${scene%:*}" "${scene#*:}"
+  done
+  COLOR_SCHEME=1 dbus-run-session -- "$0" "$2" "$3/dark" 96 1920x1080
+  exit
+fi
 bin=$(realpath "$1")
 source_dir=$(cd "$(dirname "$0")/.." && pwd)
 folder=$(realpath -m "${2:-$source_dir/docs/screenshots}")
 dpi=${3:-96}
+screen=${4:-1366x768}
 mkdir -p "$folder"
 work=/tmp/varnik-demo # its name is seen in the pictures
 mkdir "$work"
 trap 'kill $(jobs -p) 2>/dev/null; wait; rm -rf "$work"' EXIT
 
 mkfifo "$work/display"
-Xvfb -displayfd 3 -screen 0 1366x768x24 -nolisten tcp 3>"$work/display" >/dev/null 2>&1 &
+Xvfb -displayfd 3 -screen 0 "${screen}x24" -nolisten tcp 3>"$work/display" >/dev/null 2>&1 &
 read -r number <"$work/display"
 export DISPLAY=:$number QT_QPA_PLATFORM=xcb QT_FONT_DPI=$dpi
 openbox >/dev/null 2>&1 &
+[ -z "${COLOR_SCHEME:-}" ] || "$bin/traystub" >/dev/null 2>&1 &
 
 "$source_dir/tools/make-demo.sh" "$work/world"
 mkdir -m 700 "$work/home" "$work/run"
@@ -78,8 +90,8 @@ await xprop -root _NET_SUPPORTING_WM_CHECK
 await active Varnik
 sleep 3 # what showed first may have been the busy window
 main=$(xdotool getactivewindow)
-click 300 320
-press Home
+click 60 300
+press Home Tab Tab Home
 xdotool type --delay 60 Frozen
 sleep 1
 picture main Varnik
@@ -93,13 +105,18 @@ picture optionlist Varnik
 page BZ2 1.3
 picture config13 Varnik
 page Extras
-click 300 95
-press Home Down Return
+press alt+d Home Down
 picture extras Varnik
 page Maps
 press n # to the question about maps of older versions
 sleep 1
-click 240 100
-press Home Down Down Down
+press Tab Home Down Down Down
 sleep 1
 picture maps Varnik
+press ctrl+f
+xdotool type --delay 60 ca
+picture find Varnik
+press Escape
+page BZ2
+picture config Varnik
+dialog about "About Varnik" alt+h a

@@ -192,9 +192,19 @@ TEST_F(MapPage, ATypedNameIsJudgedWhenTheBoxIsLeft) {
     if (!c.complaint.empty()) ExpectMsgBox(c.complaint);
     main->SettingTree.SetFocus();
     EXPECT_EQ(Name().HasFocus(), !c.complaint.empty());
+    if (!c.complaint.empty()) {
+      test::RunEvents(20);
+      EXPECT_EQ(main->SettingTree.SelectedItem(), "RCMD") << "the tree follows the page";
+    }
     ExpectShown(c.shown, c.shown == alpha ? details : c.shown.substr(3), c.typed, c.shown == alpha);
     Name().SetText("Alpha.bzn");
   }
+  main->SettingTree_NodeClick("RCMD");
+  Name().SetFocus();
+  Name().SetText("thrown-away.txt");
+  test::PressKey(Name(), Qt::Key_F5);
+  AwaitTimer();
+  EXPECT_EQ(Name().Text(), "") << "and nothing was said of it";
 }
 
 }  // namespace

@@ -111,6 +111,31 @@ TEST_F(ModEditor, SavesUnderTheNameThatItIsGiven) {
   }
 }
 
+TEST_F(ModEditor, AsksBeforeUnsavedRowsAreLost) {
+  const auto escape = [](frmNewMod& d) { QTest::keyClick(d.Window(), Qt::Key_Escape); };
+  const auto cancel = [](frmNewMod& d) { test::ClickOn(d.cmdCancel); };
+  const struct {
+    bool edited;
+    std::function<void(frmNewMod&)> leave;
+    std::optional<win::Answer> answer;
+    bool stays;
+  } cases[] = {
+      {false, escape, {}, false},
+      {true, escape, win::Answer::kCancel, true},
+      {true, [](frmNewMod& d) { d.Window()->close(); }, win::Answer::kNo, false},
+      {true, cancel, {}, false},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(&c - cases);
+    Open("a(1);\r\n");
+    test::ClickRow(dialog_.lstFile, 0);
+    if (c.edited) test::ClickOn(dialog_.cmdAdd);
+    if (c.answer) ExpectMsgBox("Would you like to save your changes?", *c.answer);
+    c.leave(dialog_);
+    EXPECT_EQ(dialog_.Visible(), c.stays);
+  }
+}
+
 TEST_F(ModEditor, SavesAnEmptyFileOnlyWithARowAndReloadsWhenItIsLeft) {
   test::ShowActive(dialog_);
   ExpectMsgBox("Nothing to save. And yes, I will save all blank lines and comments.");

@@ -20,7 +20,7 @@ void FrmBZ2Config1_3::PlaceControls() {
   lblViews.Move(240, 765, 5040, 255);
   PlaceViews(1020);
   PlaceTexts(2445);
-  cmdCFGApply1_3.Move(3960, 4515, 1320, 375);
+  cmdCFGApply1_3.Move(3960, 4590, 1320, 360);
   cmdCFGApply1_3.SetMnemonic('y');
   cmdCFGApply1_3.SetAnchors(win::kBottomRight);
 }

@@ -34,6 +34,7 @@ void FrmExtras::populatescreenshots() {
   cmbScreenshots.Clear();
   cmbScreenshots.SetEnabled(!names.empty());
   lblNoScreenshots.SetVisible(names.empty());
+  imgScreenshot.SetVisible(!names.empty());
   for (const std::string& name : names)
     cmbScreenshots.AddItem(name);
   imgScreenshot.SetPicture(win::Picture());

@@ -3,6 +3,7 @@
 #include "platform/system/paths/program.h"
 #include "platform/system/process/instance.h"
 #include "platform/windowing/accessibility.h"
+#include "platform/windowing/colorscheme.h"
 #include "platform/windowing/qtsupport.h"
 #include "windowing/dialogs.h"
 #include "windowing/form.h"
@@ -110,6 +111,7 @@ struct Application::Impl {
   char* argv[2] = {programName.data(), nullptr};
   int argc = 1;
   QtApplication qt{argc, argv};
+  ColorScheme colorScheme;
   QTimer retry;
   QTimer quit;  // a form that follows the last one keeps the program going
   std::unique_ptr<QSocketNotifier> signalNotifier, requestNotifier;

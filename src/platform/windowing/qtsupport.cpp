@@ -4,6 +4,7 @@
 
 #include <QEventLoop>
 #include <QGuiApplication>
+#include <QPainter>
 #include <QScreen>
 #include <QTextDocument>
 #include <QTimer>
@@ -61,6 +62,15 @@ void SetDesignSize(QWidget* container, QSize size) { container->setProperty(kDes
 QSize GainedSize(const QWidget* container) {
   const QVariant design = container ? container->property(kDesignSize) : QVariant();
   return design.isValid() ? container->size() - design.toSize() : QSize(0, 0);
+}
+
+void DrawEdge(QWidget* widget) {
+  const QPalette& palette = widget->palette();
+  QColor line = palette.color(QPalette::WindowText);
+  line.setAlphaF(0.35F);
+  QPainter painter(widget);
+  painter.setPen(line);
+  painter.drawRect(widget->rect().adjusted(0, 0, -1, -1));
 }
 
 int ToPixels(double twips) { return static_cast<int>(std::lround(twips * DotsPerInch() / kTwipsToTheInch)); }

@@ -27,6 +27,9 @@ QString PlainToolTip(const QString& text);
 void SetDesignSize(QWidget* container, QSize size);
 QSize GainedSize(const QWidget* container);
 
+// The line around a list or page of text. The style draws its own, at some densities outside the widget.
+void DrawEdge(QWidget* widget);
+
 int ToPixels(double twips);
 double ToTwips(int pixels);
 

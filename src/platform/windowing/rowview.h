@@ -39,6 +39,12 @@ class RowView : public View {
   }
 
  protected:
+  bool event(QEvent* event) override {
+    const bool taken = View::event(event);
+    if (event->type() == QEvent::Paint) DrawEdge(this);
+    return taken;
+  }
+
   void resizeEvent(QResizeEvent* event) override {
     View::resizeEvent(event);
     FitRows();

@@ -31,7 +31,18 @@ class AskingEdit : public Edit {
 };
 
 using LineEdit = AskingEdit<QLineEdit>;
-using PageEdit = AskingEdit<QPlainTextEdit>;
+
+class PageEdit : public AskingEdit<QPlainTextEdit> {
+ public:
+  using AskingEdit::AskingEdit;
+
+ protected:
+  bool event(QEvent* event) override {
+    const bool taken = AskingEdit::event(event);
+    if (event->type() == QEvent::Paint) DrawEdge(this);
+    return taken;
+  }
+};
 
 // The page's text with line ends as a text file has them; toPlainText would turn hard blanks into blanks.
 QString PageText(const QPlainTextEdit& page) {

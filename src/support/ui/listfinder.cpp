@@ -12,6 +12,7 @@ namespace {
 constexpr double kBoxHeight = 315;
 constexpr double kGap = 30;
 constexpr int kEnter = 13;
+constexpr int kEscape = 27;
 
 }  // namespace
 
@@ -24,9 +25,9 @@ ListFinder::ListFinder(win::Container& parent, const char* name, win::ListBox& l
   box.Change = [this] { Narrow(); };
   box.KeyPress = [this](int& key) {
     if (key == kEnter) GoToList();
+    if (key == kEscape) Close();
   };
   win::AddShortcut(box, "Down", [this] { GoToList(); });
-  win::AddShortcut(box, "Esc", [this] { Close(); });
 }
 
 void ListFinder::Place(double left, double top, double width, double height, const win::Anchors& anchors) {
