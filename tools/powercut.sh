@@ -167,7 +167,7 @@ try_disk() {
   declare -A spans
   for mod in current older; do
     make_install
-    spans[$mod]=$(run_for)
+    spans[$mod]=$(run_for) || missing "$mod.bzm cannot be run"
   done
   for ((number = 1; number <= rounds; ++number)); do
     mod=current

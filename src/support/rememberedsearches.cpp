@@ -62,13 +62,16 @@ class Search {
   bool IsAsBefore() {
     for (SearchedFolder& folder : folders_)
       if (!IsAsBefore(folder)) return false;
-    return true;
+    return isRepeatable_;
   }
 
  private:
   bool Walk(win::FolderReader reader, const std::string& path) {
     win::DoEvents();
-    if (!reader.IsOpen()) return false;
+    if (!reader.IsOpen()) {
+      isRepeatable_ = false;
+      return false;
+    }
     const std::size_t here = folders_.size();
     folders_.emplace_back(reader.Path());
     for (win::FoundEntry entry; reader.Next(entry);) {
@@ -96,6 +99,7 @@ class Search {
 
   std::string pattern_;
   std::vector<SearchedFolder> folders_;
+  bool isRepeatable_ = true;  // false: what could not be opened, or had been entered by a link, may be next time
   std::string found_;
 };
 

@@ -242,8 +242,9 @@ TEST_F(FindFilesTest, ARememberedSearchFindsWhatANewOneFinds) {
     fs::last_write_time(InRoot(folder), fs::file_time_type::clock::now() - std::chrono::hours(1));
   const RememberedSearches remembered;
   const auto expectTheSame = [this](std::size_t change) {
-    for (const char* name : {"d.bzm", "c.bzm", "none"})
-      EXPECT_EQ(RememberedSearches::FindFirstFile(Root(), name), FindFirstFile(Root(), name)) << change;
+    for (const std::string& folder : {Root(), Root() + "None\\"})
+      for (const char* name : {"d.bzm", "c.bzm", "none"})
+        EXPECT_EQ(RememberedSearches::FindFirstFile(folder, name), FindFirstFile(folder, name)) << change;
   };
   for (std::size_t i = 0; i < std::size(changes); ++i) {
     {
