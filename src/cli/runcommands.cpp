@@ -152,7 +152,8 @@ int DeactivateGivenMod(const Arguments& arguments) {
   if (const std::string problem = DeactivationProblem(file, InstallRoot()); !problem.empty())
     return Fail(file, OneLine(problem));
   const bool isForced = arguments.force || ModList[row].State == 1;
-  return Uninterrupted(kCarriedOut, [&] { return PrintReverted(arguments, file, RevertMod(file, InstallRoot(), isForced)); });
+  return Uninterrupted(kCarriedOut,
+                       [&] { return PrintReverted(arguments, file, RevertMod(file, InstallRoot(), isForced)); });
 }
 
 int RunGivenMod(const Arguments& arguments) {

@@ -87,7 +87,8 @@ int Uninterrupted(const std::string& outcome, const std::function<int()>& work) 
   const int status = work();
   const win::NotedSignals noted = win::SignalsNoted();
   if (noted.count == 0) return status;
-  Note(std::string("SIG") + sigabbrev_np(noted.first) + ": " + (status == kDone ? outcome : "not everything could be done"));
+  Note(std::string("SIG") + sigabbrev_np(noted.first) + ": " +
+       (status == kDone ? outcome : "not everything could be done"));
   return 128 + noted.first;
 }
 

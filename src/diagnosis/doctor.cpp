@@ -95,10 +95,10 @@ std::optional<Leftover> Unfinished(const Journal& journal) {
   const bool isActive = journal.phase == JournalPhase::kActive;
   if (isActive && FileExists(journal.definitionFile)) return std::nullopt;
   const std::string mod = journal.definitionFile;
-  const std::string meaning =
-      isActive                                 ? mod + " is active, and its definition has gone."
-      : journal.phase == JournalPhase::kLeft ? "A start has undone " + mod + ", and left what it does not put back."
-                                             : "An activation or deactivation of " + mod + " was interrupted.";
+  const std::string meaning = isActive ? mod + " is active, and its definition has gone."
+                              : journal.phase == JournalPhase::kLeft
+                                  ? "A start has undone " + mod + ", and left what it does not put back."
+                                  : "An activation or deactivation of " + mod + " was interrupted.";
   return Leftover{win::FileNameOf(journal.file), meaning, "Everything is put back as it was before the mod.",
                   [journal] { RevertMod(journal.definitionFile, InstallRoot(), true); }, true};
 }
@@ -108,7 +108,8 @@ void AddJournals(std::vector<Leftover>& leftovers) {
   std::string unread;
   const std::vector<Journal> journals = ReadJournals(&unread);
   if (!unread.empty())
-    leftovers.push_back({win::FileNameOf(unread), unread + " cannot be read: what it tells of is not known.",
+    leftovers.push_back({win::FileNameOf(unread),
+                         unread + " cannot be read: what it tells of is not known.",
                          "Mend the disk or the permissions of the file, and ask again.",
                          {}});
   for (const Journal& journal : journals) {

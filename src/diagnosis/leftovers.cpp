@@ -75,7 +75,8 @@ const std::string kTwoConfigurations = std::string("Two configurations are put a
                                        " and as " + kLegacyConfigBackup + "; one of them is the game's own.";
 const std::string kFindTheOwn = "Look into both, and name the game's own bzone.cfg.";
 const std::string kDeactivateByHand =
-    "`varnik-cli deactivate --force MOD` with the mod that was active moves it back; only its definition tells where to.";
+    "`varnik-cli deactivate --force MOD` with the mod that was active moves it back; only its definition tells where "
+    "to.";
 const std::string kPilotsBackup = std::string(kPilotsFolder) + kLegacyFolderBackup;
 const std::string kSavedGamesBackup = std::string(kSavedGamesFolder) + kLegacyFolderBackup;
 

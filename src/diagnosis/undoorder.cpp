@@ -87,8 +87,9 @@ void UndoOrder::SetFates(const Place& place, const std::vector<MovedName>& names
 void UndoOrder::Add(const Place& place, const std::vector<MovedName>& names) {
   const auto isShared = [&](const MovedName& moved) { return Touches(moved.name); };
   if (const auto shared = std::find_if(names.begin(), names.end(), isShared); shared != names.end())
-    place.Report(kUndoOrder, NameOfLine(FindShared(KeyOf(shared->name))) + " names " + Quoted(shared->name) +
-                                 " too, and is undone first, as it was done first: the lines alone do not bring all back");
+    place.Report(kUndoOrder,
+                 NameOfLine(FindShared(KeyOf(shared->name))) + " names " + Quoted(shared->name) +
+                     " too, and is undone first, as it was done first: the lines alone do not bring all back");
   SetFates(place, names);
   for (const MovedName& moved : names) {
     const std::string key = KeyOf(moved.name);

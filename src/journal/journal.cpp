@@ -26,9 +26,14 @@ constexpr char kExtension[] = ".journal";
 std::string JournalFolder() { return win::StateFolder() + "/journal"; }
 
 Json Packed(const win::FileStatus& status) {
-  return {static_cast<int>(status.kind),   status.permissions,       status.size,
-          status.identity.device,          status.identity.inode,    status.owner,
-          std::int64_t{status.modified.tv_sec}, status.modified.tv_nsec};
+  return {static_cast<int>(status.kind),
+          status.permissions,
+          status.size,
+          status.identity.device,
+          status.identity.inode,
+          status.owner,
+          std::int64_t{status.modified.tv_sec},
+          status.modified.tv_nsec};
 }
 
 win::FileStatus StatusFrom(const Json& packed) {
@@ -98,11 +103,13 @@ Journal JournalFrom(const Json& packed) {
   for (const Json& row : packed.at("definitions"))
     journal.definitions.push_back({row.at(0).get<std::string>(), row.at(1).get<std::string>()});
   for (const Json& row : packed.at("session"))
-    journal.session.push_back({row.at(0).get<std::string>(), row.at(1).get<std::string>(), row.at(2).get<std::string>()});
+    journal.session.push_back(
+        {row.at(0).get<std::string>(), row.at(1).get<std::string>(), row.at(2).get<std::string>()});
   for (const Json& row : packed.at("entries"))
     journal.entries.push_back(EntryFrom(row));
   for (const Json& row : packed.at("written"))
-    journal.written.push_back({row.at(0).get<std::uint64_t>(), row.at(1).get<std::uint64_t>(), row.at(2).get<std::uint64_t>()});
+    journal.written.push_back(
+        {row.at(0).get<std::uint64_t>(), row.at(1).get<std::uint64_t>(), row.at(2).get<std::uint64_t>()});
   journal.texts = packed.at("texts").get<std::vector<std::string>>();
   return journal;
 }
@@ -207,9 +214,8 @@ std::optional<Journal> FindJournal(const std::string& root, const std::string& d
 }
 
 bool DefinitionsAreAsNoted(const Journal& journal) {
-  return std::all_of(journal.definitions.begin(), journal.definitions.end(), [](const DefinitionText& text) {
-    return win::ReadWholeFile(text.path) == text.content;
-  });
+  return std::all_of(journal.definitions.begin(), journal.definitions.end(),
+                     [](const DefinitionText& text) { return win::ReadWholeFile(text.path) == text.content; });
 }
 
 }  // namespace varnik

@@ -39,7 +39,9 @@ std::string WaitingName(const std::string& native) {
 }  // namespace
 
 Places::Places(const Journal& journal)
-    : journal_(journal), now_(journal.entries.size(), kNowhere), written_(journal.written.begin(), journal.written.end()) {
+    : journal_(journal),
+      now_(journal.entries.size(), kNowhere),
+      written_(journal.written.begin(), journal.written.end()) {
   const std::string root = win::FollowLinks(win::NativePath(journal.root));
   for (const JournalEntry& entry : journal.entries)
     places_.push_back({PathInInstall(root, entry.path), false, {}, kNowhere});

@@ -137,8 +137,8 @@ class FrmMain : public win::Form {
   BusyWindow busyWindow_;
   std::unique_ptr<frmSplashScrn> splash_;
   std::string clickedNode_;
-  Report lastReport_;  // what did not work in the last run, activation or deactivation
-  win::Timer tmrTree_{1};   // marks the node of the page that shows, once the click that brought it has been served
+  Report lastReport_;      // what did not work in the last run, activation or deactivation
+  win::Timer tmrTree_{1};  // marks the node of the page that shows, once the click that brought it has been served
   std::vector<std::function<void()>> postponed_;
   win::Timer postponedTimer_{50};
   bool running_ = false;    // from a click that launches to the end of what it does

@@ -13,7 +13,7 @@ struct ActivationState {
   std::array<std::string, 26> RaceNames;  // new names by letter, A to Z
   bool noActionYet = true;
   bool configurationFailed = false;  // an entry of the generated bzone.cfg could not be written
-  bool persistent = false;  // that of an included file is not taken over
+  bool persistent = false;           // that of an included file is not taken over
 };
 
 }  // namespace varnik

@@ -68,7 +68,8 @@ std::string PreferencesOf(const Journal& journal) {
 
 // Puts back what the journal tells of, which goes once that is on the disk, unless something else has `failed` already.
 Report Finish(const Journal& journal, RestoreScope scope, Report failed = {}, Report* left = nullptr) {
-  if (!win::GetAttributes(journal.root)) return {{"", 0, "put back what changed in " + journal.root, "it is not there"}};
+  if (!win::GetAttributes(journal.root))
+    return {{"", 0, "put back what changed in " + journal.root, "it is not there"}};
   const std::string preferences = journal.session.empty() ? "" : PreferencesOf(journal);
   RestoreResult result = Restore(journal, scope);
   if (scope == RestoreScope::kEverything && !preferences.empty() &&
@@ -174,7 +175,8 @@ ApplyResult ApplyMod(const std::string& definitionFile, bool isLegacy,
     return result;
   }
   if (!mod.journal.entries.empty() && !WriteJournal(mod.journal)) {
-    result.refusal = "What the mod changes cannot be written down: " + win::ExplainError(errno) + ". Nothing was changed.";
+    result.refusal =
+        "What the mod changes cannot be written down: " + win::ExplainError(errno) + ". Nothing was changed.";
     return result;
   }
   result.foretold = FailedSteps(mod.steps, definitionFile);

@@ -80,8 +80,7 @@ bool RestorePlayersValues(const win::SettingsSnapshot& stored) {
   for (char letter = 'A'; letter <= 'Z'; ++letter) {
     const std::string old = stored.Get(kBackupSection, RaceKey(letter));
     const std::string file = old.empty() ? "" : RaceFile(letter);
-    const bool isDone =
-        file.empty() || win::ReadWholeFile(file) == old || win::WriteWholeFile(file, old + "\r\n");
+    const bool isDone = file.empty() || win::ReadWholeFile(file) == old || win::WriteWholeFile(file, old + "\r\n");
     if (isDone) done.push_back({RaceKey(letter), {}});
     allDone = allDone && isDone;
   }

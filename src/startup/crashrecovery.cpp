@@ -28,7 +28,8 @@ void SayAll(const Report& report) {
 void SayLeft(const std::string& definition, const std::string& root, const Report& left) {
   if (left.empty()) return;
   SayAll(left);
-  Say("`varnik-cli --root '" + root + "' doctor --fix` puts these back as well, and so does `deactivate` of " + definition);
+  Say("`varnik-cli --root '" + root + "' doctor --fix` puts these back as well, and so does `deactivate` of " +
+      definition);
 }
 
 bool UndoMarked(const CrashMarker& marker) {

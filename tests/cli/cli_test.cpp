@@ -155,7 +155,8 @@ TEST_F(Cli, AnswersNoUnlessToldToConvertMaps) {
 TEST_F(Cli, EndsBySignalWithEverythingPutBack) {
   for (const auto& [game, status, name] :
        {std::tuple("trap 'exit 0' TERM; kill -HUP $PPID; while :; do sleep 0.1; done", 128 + SIGHUP, "HUP"),
-        {"trap '' INT; kill -INT $PPID; sleep 1; kill -TERM $PPID; while :; do sleep 0.1; done", 128 + SIGINT, "INT"}}) {
+        {"trap '' INT; kill -INT $PPID; sleep 1; kill -TERM $PPID; while :; do sleep 0.1; done", 128 + SIGINT,
+         "INT"}}) {
     PutProgram("bzone.exe", game);
     const CliResult result = RunCli("--root @ run plain.bzm");
     EXPECT_EQ(result.status, status) << game;

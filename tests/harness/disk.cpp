@@ -42,8 +42,8 @@ std::vector<Row> CutsOf(const std::vector<DiskCall>& log, bool isOrdered, const 
     for (std::size_t here = 0; here <= pending[0].size(); ++here)
       for (std::size_t there = 0; there <= pending[1].size(); ++there)
         for (const bool withContent : {false, true})
-          rows.push_back(Beginning(log, Beginning(log, synced, pending[0], here, withContent), pending[1], there,
-                                   withContent));
+          rows.push_back(
+              Beginning(log, Beginning(log, synced, pending[0], here, withContent), pending[1], there, withContent));
   } else {
     std::vector<std::size_t> all = pending[0];
     all.insert(all.end(), pending[1].begin(), pending[1].end());

@@ -146,9 +146,10 @@ class Disk : public win::OverlayFileSystem {
 };
 
 // What a power cut may leave of the calls of a log whose changes have not been synced, one row of flags for each state:
-// true for a call that lasts. A sync of a file or folder makes its content last, or the names in it. With `isOrdered` it
-// makes all earlier changes of names last too, and no change of a name lasts without the one before it, as on ext4; else
-// they last in any combination, as on btrfs. Paths below `other` lie on a disk of their own. At most about `limit` rows.
+// true for a call that lasts. A sync of a file or folder makes its content last, or the names in it. With `isOrdered`
+// it makes all earlier changes of names last too, and no change of a name lasts without the one before it, as on ext4;
+// else they last in any combination, as on btrfs. Paths below `other` lie on a disk of their own. At most about `limit`
+// rows.
 std::vector<std::vector<bool>> CutsOf(const std::vector<DiskCall>& log, bool isOrdered, const std::string& other,
                                       int limit);
 

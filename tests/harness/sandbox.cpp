@@ -21,10 +21,13 @@ Sandbox::Sandbox() {
   home_ = root_ / "home";
   for (const fs::path& folder : {install_, app_, home_, home_ / "run"})
     fs::create_directories(folder);
-  const std::pair<const char*, fs::path> variables[] = {
-      {"HOME", home_},       {"XDG_CONFIG_HOME", home_ / "config"}, {"XDG_DATA_HOME", home_ / "data"},
-      {"XDG_STATE_HOME", home_ / "state"},
-      {"VARNIK_HOME", app_}, {"XDG_RUNTIME_DIR", home_ / "run"},    {"WINEPREFIX", home_ / "wine"}};
+  const std::pair<const char*, fs::path> variables[] = {{"HOME", home_},
+                                                        {"XDG_CONFIG_HOME", home_ / "config"},
+                                                        {"XDG_DATA_HOME", home_ / "data"},
+                                                        {"XDG_STATE_HOME", home_ / "state"},
+                                                        {"VARNIK_HOME", app_},
+                                                        {"XDG_RUNTIME_DIR", home_ / "run"},
+                                                        {"WINEPREFIX", home_ / "wine"}};
   for (const auto& [name, value] : variables)
     setenv(name, value.c_str(), 1);
   win::SetProgram({"varnik", "Varnik", ""});

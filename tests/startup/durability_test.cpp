@@ -22,11 +22,13 @@ class Durability : public test::ModTest {
  protected:
   Durability() {
     MakeInstall("1.3");
-    Put("a=a b=b new/b=modded hidden/x=x RaceName_A.txt=player pilots/b=2 saved/d=4 m/p/a=1 m/s/c=3 m/a=mods m/n=n r=r");
+    Put("a=a b=b new/b=modded hidden/x=x RaceName_A.txt=player pilots/b=2 saved/d=4 m/p/a=1 m/s/c=3 m/a=mods m/n=n "
+        "r=r");
     test::WriteFile(InRoot("RecyList.txt"), "first 1\nmod own");
     test::WriteFile(InRoot("gameprefs.ini"), "[UserPrefs]\nDefaultSessionName=Mine\n");
     for (const char* name : {"current", "older", "persistent"})
-      std::filesystem::copy_file(SOURCE_DIR "/tests/startup/" + std::string(name) + ".bzm", InRoot(std::string(name) + ".bzm"));
+      std::filesystem::copy_file(SOURCE_DIR "/tests/startup/" + std::string(name) + ".bzm",
+                                 InRoot(std::string(name) + ".bzm"));
     before_ = Install();
     SilenceBoxes();
   }
@@ -150,9 +152,18 @@ TEST_F(Durability, AFailureAtAnyMomentIsSaidAndLosesNothing) {
 }
 
 TEST_F(Durability, APowerCutAtAnyMomentCanBeUndone) {
-  const char* const kLines[] = {"rename(a,b2);", "rename(none,b);",        "replace(b,new\\b,b.orig);", "replace(a,none,a.orig);",
-                                "fold(new);",    "addrecy(mod,x);",        "writeid(r);",               "rename(b,none);",
-                                "pak(p);",       "rename(saved,pilots2);", "defaultname(Mod);",         "racename(a,Mod);"};
+  const char* const kLines[] = {"rename(a,b2);",
+                                "rename(none,b);",
+                                "replace(b,new\\b,b.orig);",
+                                "replace(a,none,a.orig);",
+                                "fold(new);",
+                                "addrecy(mod,x);",
+                                "writeid(r);",
+                                "rename(b,none);",
+                                "pak(p);",
+                                "rename(saved,pilots2);",
+                                "defaultname(Mod);",
+                                "racename(a,Mod);"};
   const char* const given = std::getenv("VARNIK_CUT_STEP");  // 1: every definition of three of these lines
   const std::size_t step = given ? std::strtoul(given, nullptr, 10) : 331;
   constexpr std::size_t kCount = std::size(kLines);

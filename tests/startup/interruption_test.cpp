@@ -14,7 +14,8 @@ class Interruption : public test::ModTest, public testing::WithParamInterface<co
   void Prepare() {
     MakeInstall("1.3");
     fs::copy_file(SOURCE_DIR "/tests/startup/" + std::string(GetParam()) + ".bzm", mod_);
-    Put("a=a b=b new/b=modded hidden/x=x pilots/b=2 saved/d=4 m/p/a=1 m/s/c=3 m/a=mods m/n=n r=r RaceName_A.txt=player");
+    Put("a=a b=b new/b=modded hidden/x=x pilots/b=2 saved/d=4 m/p/a=1 m/s/c=3 m/a=mods m/n=n r=r "
+        "RaceName_A.txt=player");
     test::WriteFile(InRoot("RecyList.txt"), "first 1\nmod own");
     test::WriteFile(InRoot("gameprefs.ini"), "[UserPrefs]\nDefaultSessionName=Mine\n");
     for (const char* folder : {"config", "state"})

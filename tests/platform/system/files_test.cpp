@@ -6,8 +6,8 @@
 #include "platform/system/filesystem/folderindex.h"
 #include "platform/system/paths/paths.h"
 #include "tests/harness/cases.h"
-#include "tests/harness/failingreads.h"
 #include "tests/harness/disk.h"
+#include "tests/harness/failingreads.h"
 #include "tests/harness/sandbox.h"
 
 #include <gtest/gtest.h>
