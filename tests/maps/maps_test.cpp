@@ -195,6 +195,10 @@ TEST_F(Maps, OffersAConversionOnceInALoadOfVersion13) {
       "\r\nNote: This process is based on ivar information only and may produce inaccurate results.";
   EXPECT_EQ(told_, question + question);
   EXPECT_EQ(test::Snapshot(InRoot("addon")), before);
+  for (const char* gone : {"x.inf", "y.inf"})
+    std::filesystem::remove(InRoot(std::string(kMultiplayer) + gone));
+  LoadMapList(false);
+  EXPECT_EQ(told_, question + question) << "a file that has gone needs no conversion";
 }
 
 TEST_F(Maps, AreNamedAfterTheirInfAndTitledByIt) {

@@ -98,6 +98,9 @@ TEST_F(LocationDialog, ASearchListsEachInstallOnceAndTakesNoInput) {
     test::ClickOn(dialog.cmdSearchBZ2);
   };
   test::ShowActive(dialog);
+  dialog.txtManual.SetText((sandbox.Root() / "disk/two").string());
+  test::ClickOn(dialog.cmdManualAdd);
+  EXPECT_TRUE(dialog.lstBZ2Loc.Selected(3)) << "the menus offer a new row";
   test::ClickRow(dialog.lstBZ2Loc, 1);
   search("", "");
   std::string progress;

@@ -168,4 +168,16 @@ TEST_F(OptionEditor, TicksBecomeTextThatMayBeEdited) {
   EXPECT_EQ(page.lstCmdLine.ListCount(), 0);
 }
 
+TEST_F(OptionEditor, IsAskedBeforeTheProgramEnds) {
+  const std::pair<Asked, bool> cases[] = {{{kAskFile, Answer::kCancel}, false}, {{kAskFile, Answer::kNo}, true}};
+  Open();
+  EXPECT_TRUE(page_.MayClose());
+  test::ClickTick(page_.lstCmdLineParam, 0);
+  for (const auto& [asked, ends] : cases) {
+    ExpectMsgBox(asked.text, asked.answer);
+    EXPECT_EQ(page_.MayClose(), ends);
+  }
+  EXPECT_TRUE(page_.MayClose());
+}
+
 }  // namespace

@@ -53,6 +53,14 @@ TEST_F(MainWindow, TheFirstStartOpensWithoutAnInstall) {
   EXPECT_EQ(main->lblBZ2LocVer.Caption(), "Current BZ2 Dir: None\r\nVersion: N/A");
   EXPECT_FALSE(main->menu.mnuBZ2DirSpacer.Visible() || main->hidden.mnuBZ2DirH.Visible());
   EXPECT_EQ(main->imglstnomap.Count(), 2);
+  EXPECT_FALSE(main->menu.mnuFileEdit.Enabled() || main->menu.mnuEmergencyDeactivate.Enabled());
+  std::string opened;
+  test::DuringModal([&opened](win::Form& form) {
+    opened = form.Name();
+    form.Close();
+  });
+  test::ClickOn(main->cmdAddInstall);
+  EXPECT_EQ(opened, "frmAddRemBZ2");
 }
 
 TEST_F(MainWindow, TheStatusBarTakesItsHeightAlongAndBringsItBack) {

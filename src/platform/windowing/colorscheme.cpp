@@ -6,7 +6,10 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
-#include <QStyle>
+#include <QPainter>
+#include <QProxyStyle>
+#include <QStyleFactory>
+#include <QStyleOption>
 
 namespace win {
 
@@ -15,12 +18,12 @@ namespace {
 constexpr unsigned kPrefersDark = 1;
 
 QPalette DarkPalette() {
-  QPalette palette(QColor(0x3a3a3a), QColor(0x2d2d2d));
+  QPalette palette(QColor(0x454545), QColor(0x323232));
   for (const QPalette::ColorRole role :
        {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::ToolTipText, QPalette::BrightText})
     palette.setColor(role, QColor(0xeeeeee));
-  palette.setColor(QPalette::Base, QColor(0x1f1f1f));
-  palette.setColor(QPalette::AlternateBase, QColor(0x272727));
+  palette.setColor(QPalette::Base, QColor(0x1b1b1b));
+  palette.setColor(QPalette::AlternateBase, QColor(0x242424));
   palette.setColor(QPalette::ToolTipBase, QColor(0x3a3a3a));
   palette.setColor(QPalette::PlaceholderText, QColor(0xa8a8a8));
   palette.setColor(QPalette::Highlight, QColor(0x2a6db0));
@@ -30,6 +33,24 @@ QPalette DarkPalette() {
     palette.setColor(QPalette::Disabled, role, QColor(0x9a9a9a));
   return palette;
 }
+
+// The style draws the edges of boxes darker than what they lie on, which nobody sees on dark.
+class DarkStyle : public QProxyStyle {
+ public:
+  DarkStyle() : QProxyStyle("fusion") {}
+
+  void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    if (element != PE_IndicatorCheckBox && element != PE_IndicatorItemViewItemCheck && element != PE_FrameLineEdit)
+      return;
+    painter->save();
+    painter->setPen(QColor(0x8a8a8a));
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+    painter->restore();
+  }
+};
 
 bool IsDark(const QPalette& palette) {
   return palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
@@ -64,6 +85,7 @@ void ColorScheme::Ask() {
 void ColorScheme::Apply(bool dark) {
   if (dark == dark_) return;
   dark_ = dark;
+  QApplication::setStyle(dark ? new DarkStyle : QStyleFactory::create("fusion"));
   QApplication::setPalette(dark ? DarkPalette() : light_);
 }
 

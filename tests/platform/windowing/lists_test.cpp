@@ -1,6 +1,9 @@
 #include "tests/harness/window_app.h"
 
+#include <QApplication>
+#include <QListView>
 #include <QMenu>
+#include <QMouseEvent>
 
 #include <vector>
 
@@ -190,6 +193,32 @@ TEST_F(TreeTest, OnlyAPersonRaisesNodeClickAndANodeGoesWithItsChildren) {
   EXPECT_FALSE(tree.AddRoot("RMod", "again") || tree.SetKey("RMod", "RCFG"));
   test::RunEvents();
   EXPECT_EQ(clicks.size(), 3u);
+}
+
+TEST_F(ListBoxTest, ADoubleClickComesOnceAndADragStepByStep) {
+  ListForm form(win::ListStyle::kCheckBoxes, {"a", "b", "c"});
+  test::ShowActive(form);
+  auto* view = qobject_cast<QListView*>(form.lst.Widget());
+  const auto placeOf = [view](int row) { return view->visualRect(view->model()->index(row, 0)).center(); };
+  form.lst.DblClick = [&form] { form.log.push_back("double " + std::to_string(form.lst.ListIndex())); };
+  QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, placeOf(1));
+  QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, placeOf(1));
+  QTest::mouseRelease(view->viewport(), Qt::LeftButton, {}, placeOf(1));
+  EXPECT_EQ(form.log, (Log{"1", "1", "double 1"}));
+  form.lst.DragRow = [&form](int step) {
+    const int to = form.lst.ListIndex() + step;
+    form.log.push_back("to " + std::to_string(to));
+    form.lst.SetListIndex(to);
+  };
+  form.log.clear();
+  QTest::mousePress(view->viewport(), Qt::LeftButton, {}, placeOf(1));
+  for (const int row : {2, 2, 1, 0}) {
+    QMouseEvent move(QEvent::MouseMove, placeOf(row), view->viewport()->mapToGlobal(placeOf(row)), Qt::NoButton,
+                     Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(view->viewport(), &move);
+  }
+  QTest::mouseRelease(view->viewport(), Qt::LeftButton, {}, placeOf(0));
+  EXPECT_EQ(form.log, (Log{"to 2", "2", "to 1", "1", "to 0", "0"})) << "and the release is no click";
 }
 
 }  // namespace
