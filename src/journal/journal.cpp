@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <set>
 
 // The file is one CBOR value. Names and contents are byte strings there, as the disk has them.
 namespace varnik {
@@ -199,6 +200,18 @@ std::vector<Journal> ReadJournals(std::string* unread) {
 bool RemoveJournal(const Journal& journal) {
   win::FileSystem& files = win::CurrentFileSystem();
   return journal.file.empty() || (files.Remove(journal.file) && files.Sync(JournalFolder()));
+}
+
+Journal Joined(Journal earlier, const Journal& later) {
+  std::set<std::string> known;
+  for (const JournalEntry& entry : earlier.entries)
+    known.insert(entry.path);
+  for (const JournalEntry& entry : later.entries)
+    if (!known.contains(entry.path)) earlier.entries.push_back(entry);
+  earlier.written.insert(earlier.written.end(), later.written.begin(), later.written.end());
+  earlier.texts.insert(earlier.texts.end(), later.texts.begin(), later.texts.end());
+  earlier.definitions = later.definitions;
+  return earlier;
 }
 
 bool IsAbout(const Journal& journal, const std::string& root) {

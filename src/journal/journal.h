@@ -66,6 +66,10 @@ std::vector<Journal> ReadJournals(std::string* unread = nullptr);
 
 bool RemoveJournal(const Journal& journal);
 
+// The journal of a mod that has been activated once more while it was active: how the install was before the first
+// time, and what may be found of either.
+Journal Joined(Journal earlier, const Journal& later);
+
 // Whether the journal is about the install at `root`, also when its folder has moved.
 bool IsAbout(const Journal& journal, const std::string& root);
 

@@ -90,15 +90,16 @@ bool StoreAs(Journal& journal, JournalPhase phase) {
 }
 
 // The journal of a persistent mod stays until that is deactivated; so does that of a mod whose EXE has taken over,
-// unless nothing was changed.
-void KeepJournal(Journal& journal, ApplyResult& result) {
+// unless nothing was changed. A mod that was active already goes on with the journal it has.
+void KeepJournal(Journal& journal, const std::optional<Journal>& earlier, ApplyResult& result) {
   if (journal.entries.empty()) return;
   const bool isUnchanged = !result.active && IsAsBefore(journal);
   win::SyncFileSystemOf(journal.root);
-  if (isUnchanged)
-    RemoveJournal(journal);
-  else if (!StoreAs(journal, JournalPhase::kActive))
+  Journal kept = earlier ? Joined(*earlier, journal) : journal;
+  if (!isUnchanged && !StoreAs(kept, JournalPhase::kActive))
     result.failed.push_back(NotWrittenDown());
+  else if (isUnchanged || earlier)
+    RemoveJournal(journal);
 }
 
 enum class Format { kNone, kLegacy, kCurrent };
@@ -144,7 +145,13 @@ Report FinishEarlier(const std::string& root) {
     if (!earlier.failed.empty()) return earlier.failed;
   }
   int count = 0;
-  return FinishInterrupted(root, true, count);
+  const Report failed = FinishInterrupted(root, true, count);
+  std::string unread;
+  const std::vector<Journal> journals = ReadJournals(&unread);
+  const bool isFinished = unread.empty() && std::ranges::none_of(journals, [&root](const Journal& journal) {
+    return journal.phase != JournalPhase::kActive && IsAbout(journal, root);
+  });
+  return isFinished ? Report() : failed;
 }
 
 // A persistent mod that has taken bzone.cfg keeps it.
@@ -174,6 +181,7 @@ ApplyResult ApplyMod(const std::string& definitionFile, bool isLegacy,
     result.refusal = mod.unreadable + " cannot be read: " + mod.why + ". Nothing was changed.";
     return result;
   }
+  const std::optional<Journal> earlier = FindJournal(mod.journal.root, definitionFile);
   if (!mod.journal.entries.empty() && !WriteJournal(mod.journal)) {
     result.refusal =
         "What the mod changes cannot be written down: " + win::ExplainError(errno) + ". Nothing was changed.";
@@ -192,7 +200,7 @@ ApplyResult ApplyMod(const std::string& definitionFile, bool isLegacy,
   }
   result.steps = steps.All();
   result.failed = Unforetold(FailedSteps(result.steps, definitionFile), result.foretold);
-  if (!result.active || state.persistent) KeepJournal(mod.journal, result);
+  if (!result.active || state.persistent) KeepJournal(mod.journal, earlier, result);
   return result;
 }
 
