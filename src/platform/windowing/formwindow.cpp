@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QDropEvent>
 #include <QKeyEvent>
 #include <QScreen>
@@ -17,6 +18,7 @@ namespace win {
 namespace {
 
 constexpr int kTitleHeight = 32;  // room for the title bar, whose height the window manager decides
+constexpr int kSettleTime = 300;  // milliseconds
 constexpr QSize kSmallest{320, 240};
 
 // Of the frame's title bar, within the screen.
@@ -30,6 +32,13 @@ FormWindow::FormWindow() : scroll_(new QScrollArea(this)), client_(new QFrame) {
   scroll_->setWidget(client_);
   scroll_->setFrameShape(QFrame::NoFrame);
   scroll_->setFocusPolicy(Qt::NoFocus);
+  settle_.setSingleShot(true);
+  settle_.setInterval(kSettleTime);
+  connect(&settle_, &QTimer::timeout, this, [this] {
+    if (!isVisible() || isMaximized() || isMinimized()) return;
+    settledCorner_ = pos();
+    settledSize_ = clientSize_;
+  });
 }
 
 QMenuBar* FormWindow::Bar() {
@@ -45,14 +54,17 @@ int FormWindow::BarHeight() const { return bar_ ? bar_->heightForWidth(client_->
 
 QSize FormWindow::FullSize() const { return {clientSize_.width(), clientSize_.height() + BarHeight()}; }
 
-void FormWindow::SetDesignSize(QSize size) {
-  design_ = size;
-  win::SetDesignSize(client_, size);
-  SetClientSize(size);
+void FormWindow::SetSizes(QSize design, QSize client) {
+  design_ = design;
+  SetDesignSize(client_, design);
+  SetClientSize(client);
+  // Controls go to their places also when the client area keeps its size.
+  QResizeEvent place(client_->size(), client_->size());
+  QCoreApplication::sendEvent(client_, &place);
 }
 
 void FormWindow::SetClientSize(QSize size) {
-  clientSize_ = earlierSize_ = size;
+  clientSize_ = settledSize_ = size;
   if (!sizable_) client_->resize(size);
   FitToScreen();
 }
@@ -116,11 +128,18 @@ bool FormWindow::eventFilter(QObject*, QEvent* event) {
   return true;
 }
 
+void FormWindow::MoveTo(QPoint corner) {
+  move(corner);
+  settledCorner_ = corner;
+}
+
+void FormWindow::moveEvent(QMoveEvent*) { settle_.start(); }
+
 void FormWindow::resizeEvent(QResizeEvent*) {
   Arrange();
   if (!sizable_ || !isVisible() || isMaximized()) return;
-  earlierSize_ = clientSize_;
   clientSize_ = size() - QSize(0, BarHeight());
+  settle_.start();
 }
 
 void FormWindow::closeEvent(QCloseEvent* event) {
@@ -132,9 +151,7 @@ void FormWindow::closeEvent(QCloseEvent* event) {
 
 void FormWindow::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
-  // The new size of a window that is being maximised comes ahead of the word that it is.
-  if (event->type() == QEvent::WindowStateChange && isMaximized() && clientSize_ == size() - QSize(0, BarHeight()))
-    clientSize_ = earlierSize_;
+  if (event->type() == QEvent::WindowStateChange && isMaximized()) clientSize_ = settledSize_;
   if (stateChanged && isVisible() && event->type() == QEvent::WindowStateChange) stateChanged();
 }
 
