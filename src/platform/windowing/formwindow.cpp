@@ -90,9 +90,6 @@ void FormWindow::FitToScreen() {
 
 void FormWindow::LimitSizes(QSize fitted, QSize room) {
   if (sizable_) {
-    // By as much as a scroll bar takes, so that one alone never brings the other nor hides what stands at the edge.
-    const int bar = scroll_->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-    client_->setMinimumSize(design_ - QSize(bar, bar));
     const QSize smallest = design_ + QSize(0, BarHeight());
     setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
     setMinimumSize(smallest == smallest.boundedTo(room) ? smallest : kSmallest.boundedTo(room));
@@ -107,6 +104,16 @@ void FormWindow::Arrange() {
   const int barHeight = BarHeight();
   if (bar_) bar_->setGeometry(0, 0, width(), barHeight);
   scroll_->setGeometry(0, barHeight, width(), height() - barHeight);
+  if (sizable_) client_->setMinimumSize(LeastClientSize(QSize(width(), height() - barHeight)));
+}
+
+// Smaller than designed by as much as a scroll bar takes: one alone then never brings the other, nor hides what stands
+// at the edge. Where there is not even that room, the whole client area scrolls.
+QSize FormWindow::LeastClientSize(QSize room) const {
+  const int bar = scroll_->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+  const QSize least = design_ - QSize(bar, bar);
+  return {room.width() < least.width() ? design_.width() : least.width(),
+          room.height() < least.height() ? design_.height() : least.height()};
 }
 
 void FormWindow::BlockInput(bool block) {

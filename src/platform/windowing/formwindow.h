@@ -59,6 +59,7 @@ class FormWindow : public QWidget {
  private:
   int BarHeight() const;
   void Arrange();
+  QSize LeastClientSize(QSize room) const;
   void LimitSizes(QSize fitted, QSize room);
 
   QScrollArea* scroll_;
