@@ -141,7 +141,8 @@ void FrmMain::showstatusbar(bool show) {
   const win::WindowState state = State();
   const bool visible = Visible();
   SetVisible(true);
-  SetState(win::WindowState::kNormal);
+  // A maximised window keeps its height, and what changes is the one that it will have again.
+  if (state != win::WindowState::kMaximized) SetState(win::WindowState::kNormal);
   if (!StatusBar1.Visible() && show) {
     StatusBar1.SetVisible(true);
     SetHeight(FormHeight);

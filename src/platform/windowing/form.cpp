@@ -70,7 +70,6 @@ Qt::WindowStates Native(WindowState state) {
 struct Form::Impl {
   bool Usable() const { return alive && window; }
   void Place();  // moves the window to where it opens
-  QPoint Corner() const { return window->isMaximized() ? window->normalGeometry().topLeft() : window->pos(); }
   bool IsOnScreen() const;
   void EndModal();
 
@@ -98,7 +97,7 @@ void Form::Impl::Place() {
     frame.moveCenter(owner->frameGeometry().center());
   else
     frame.moveCenter(window->screen()->availableGeometry().center());
-  window->move(PlaceOnScreen(frame, Screens()));
+  window->MoveTo(PlaceOnScreen(frame, Screens()));
 }
 
 bool Form::Impl::IsOnScreen() const {
@@ -237,8 +236,8 @@ void Form::SetState(WindowState state) {
   if (Visible()) impl_->window->setWindowState(Native(state));
 }
 
-double Form::Left() const { return ToTwips(impl_->Corner().x()); }
-double Form::Top() const { return ToTwips(impl_->Corner().y()); }
+double Form::Left() const { return ToTwips(impl_->window->Corner().x()); }
+double Form::Top() const { return ToTwips(impl_->window->Corner().y()); }
 double Form::Width() const { return ToTwips(impl_->window->FullSize().width()); }
 double Form::Height() const { return ToTwips(impl_->window->FullSize().height()); }
 
@@ -250,13 +249,13 @@ void Form::Move(double left, double top) {
 void Form::SetHeight(double height) {
   FormWindow& window = *impl_->window;
   const int more = ToPixels(height) - window.FullSize().height();
-  const QSize client = window.ClientSize();
-  window.SetDesignSize(window.DesignSize() + QSize(0, more));
-  window.SetClientSize(client + QSize(0, more));
+  const QSize room(0, more);
+  window.SetSizes(window.DesignSize() + room, window.ClientSize() + room);
 }
 
 void Form::SetClientSize(double width, double height) {
-  impl_->window->SetDesignSize({ToPixels(width), ToPixels(height)});
+  const QSize size(ToPixels(width), ToPixels(height));
+  impl_->window->SetSizes(size, size);
 }
 
 void Form::SetSizable() {

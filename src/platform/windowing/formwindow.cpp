@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QDropEvent>
 #include <QKeyEvent>
 #include <QScreen>
@@ -17,6 +18,7 @@ namespace win {
 namespace {
 
 constexpr int kTitleHeight = 32;  // room for the title bar, whose height the window manager decides
+constexpr int kSettleTime = 300;  // milliseconds
 constexpr QSize kSmallest{320, 240};
 
 // Of the frame's title bar, within the screen.
@@ -30,6 +32,13 @@ FormWindow::FormWindow() : scroll_(new QScrollArea(this)), client_(new QFrame) {
   scroll_->setWidget(client_);
   scroll_->setFrameShape(QFrame::NoFrame);
   scroll_->setFocusPolicy(Qt::NoFocus);
+  settle_.setSingleShot(true);
+  settle_.setInterval(kSettleTime);
+  connect(&settle_, &QTimer::timeout, this, [this] {
+    if (!isVisible() || isMaximized() || isMinimized()) return;
+    settledCorner_ = pos();
+    settledSize_ = clientSize_;
+  });
 }
 
 QMenuBar* FormWindow::Bar() {
@@ -45,14 +54,17 @@ int FormWindow::BarHeight() const { return bar_ ? bar_->heightForWidth(client_->
 
 QSize FormWindow::FullSize() const { return {clientSize_.width(), clientSize_.height() + BarHeight()}; }
 
-void FormWindow::SetDesignSize(QSize size) {
-  design_ = size;
-  win::SetDesignSize(client_, size);
-  SetClientSize(size);
+void FormWindow::SetSizes(QSize design, QSize client) {
+  design_ = design;
+  SetDesignSize(client_, design);
+  SetClientSize(client);
+  // Controls go to their places also when the client area keeps its size.
+  QResizeEvent place(client_->size(), client_->size());
+  QCoreApplication::sendEvent(client_, &place);
 }
 
 void FormWindow::SetClientSize(QSize size) {
-  clientSize_ = earlierSize_ = size;
+  clientSize_ = settledSize_ = size;
   if (!sizable_) client_->resize(size);
   FitToScreen();
 }
@@ -78,9 +90,6 @@ void FormWindow::FitToScreen() {
 
 void FormWindow::LimitSizes(QSize fitted, QSize room) {
   if (sizable_) {
-    // By as much as a scroll bar takes, so that one alone never brings the other nor hides what stands at the edge.
-    const int bar = scroll_->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-    client_->setMinimumSize(design_ - QSize(bar, bar));
     const QSize smallest = design_ + QSize(0, BarHeight());
     setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
     setMinimumSize(smallest == smallest.boundedTo(room) ? smallest : kSmallest.boundedTo(room));
@@ -95,6 +104,16 @@ void FormWindow::Arrange() {
   const int barHeight = BarHeight();
   if (bar_) bar_->setGeometry(0, 0, width(), barHeight);
   scroll_->setGeometry(0, barHeight, width(), height() - barHeight);
+  if (sizable_) client_->setMinimumSize(LeastClientSize(QSize(width(), height() - barHeight)));
+}
+
+// Smaller than designed by as much as a scroll bar takes: one alone then never brings the other, nor hides what stands
+// at the edge. Where there is not even that room, the whole client area scrolls.
+QSize FormWindow::LeastClientSize(QSize room) const {
+  const int bar = scroll_->style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+  const QSize least = design_ - QSize(bar, bar);
+  return {room.width() < least.width() ? design_.width() : least.width(),
+          room.height() < least.height() ? design_.height() : least.height()};
 }
 
 void FormWindow::BlockInput(bool block) {
@@ -116,11 +135,18 @@ bool FormWindow::eventFilter(QObject*, QEvent* event) {
   return true;
 }
 
+void FormWindow::MoveTo(QPoint corner) {
+  move(corner);
+  settledCorner_ = corner;
+}
+
+void FormWindow::moveEvent(QMoveEvent*) { settle_.start(); }
+
 void FormWindow::resizeEvent(QResizeEvent*) {
   Arrange();
   if (!sizable_ || !isVisible() || isMaximized()) return;
-  earlierSize_ = clientSize_;
   clientSize_ = size() - QSize(0, BarHeight());
+  settle_.start();
 }
 
 void FormWindow::closeEvent(QCloseEvent* event) {
@@ -132,9 +158,7 @@ void FormWindow::closeEvent(QCloseEvent* event) {
 
 void FormWindow::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
-  // The new size of a window that is being maximised comes ahead of the word that it is.
-  if (event->type() == QEvent::WindowStateChange && isMaximized() && clientSize_ == size() - QSize(0, BarHeight()))
-    clientSize_ = earlierSize_;
+  if (event->type() == QEvent::WindowStateChange && isMaximized()) clientSize_ = settledSize_;
   if (stateChanged && isVisible() && event->type() == QEvent::WindowStateChange) stateChanged();
 }
 

@@ -6,6 +6,7 @@
 #include <QMenuBar>
 #include <QPointer>
 #include <QScrollArea>
+#include <QTimer>
 #include <QWidget>
 
 #include <functional>
@@ -22,8 +23,11 @@ class FormWindow : public QWidget {
   QSize FullSize() const;  // of client area and menu bar together, while the window is neither maximised nor cut
   QSize ClientSize() const { return clientSize_; }  // of the client area, likewise
 
-  // The size that the controls are placed for, which the window gets as well.
-  void SetDesignSize(QSize size);
+  void MoveTo(QPoint corner);
+  QPoint Corner() const { return isMaximized() ? settledCorner_ : pos(); }
+
+  // The size that the controls are placed for, and the one that the client area gets.
+  void SetSizes(QSize design, QSize client);
 
   // A sizable window can be made larger than it was designed, and by a scroll bar's width smaller.
   void SetSizable();
@@ -48,18 +52,23 @@ class FormWindow : public QWidget {
   void closeEvent(QCloseEvent* event) override;
   void changeEvent(QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void moveEvent(QMoveEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   bool eventFilter(QObject* window, QEvent* event) override;
 
  private:
   int BarHeight() const;
   void Arrange();
+  QSize LeastClientSize(QSize room) const;
   void LimitSizes(QSize fitted, QSize room);
 
   QScrollArea* scroll_;
   QFrame* client_;
   QSize design_, clientSize_;
-  QSize earlierSize_;  // of the client area, before the last resize
+  // As the window has been for a moment. What it gets when it is maximised comes ahead of the word that it is.
+  QTimer settle_;
+  QPoint settledCorner_;
+  QSize settledSize_;  // of the client area
   bool sizable_ = false;
   QMenuBar* bar_ = nullptr;
   bool inputIsBlocked_ = false;
