@@ -24,8 +24,6 @@ using Json = nlohmann::json;
 constexpr int kFormat = 1;
 constexpr char kExtension[] = ".journal";
 
-std::string JournalFolder() { return win::StateFolder() + "/journal"; }
-
 Json Packed(const win::FileStatus& status) {
   return {static_cast<int>(status.kind),
           status.permissions,
@@ -159,6 +157,8 @@ void SetAside(const std::string& file) {
 }
 
 }  // namespace
+
+std::string JournalFolder() { return win::StateFolder() + "/journal"; }
 
 bool WriteJournal(Journal& journal) {
   if (!MakeJournalFolder()) return false;

@@ -56,6 +56,9 @@ struct Journal {
   std::vector<std::string> texts;       // what they hold while the mod is active
 };
 
+// Where journals are; a native path.
+std::string JournalFolder();
+
 // Stores the journal, a new one under a name of its own: it has reached the disk when this returns true. False leaves
 // what was stored before; the reason is in errno.
 bool WriteJournal(Journal& journal);

@@ -192,19 +192,26 @@ class Restoration {
     }
   }
 
-  Problem ProblemOf(std::size_t entry, const std::string& what, const std::string& otherwise) const {
-    const auto why = why_.find(entry);
+  std::string NameOf(std::size_t entry) const {
     std::string name = journal_.entries[entry].path;
     if (!name.starts_with('/')) std::ranges::replace(name, '/', '\\');
-    return {"", 0, what + " " + name, why == why_.end() ? otherwise : why->second};
+    return name;
+  }
+
+  Problem ProblemOf(std::size_t entry, const std::string& what, const std::string& otherwise) const {
+    const auto why = why_.find(entry);
+    return {"", 0, what + " " + NameOf(entry), why == why_.end() ? otherwise : why->second};
   }
 
   void JudgeCopied(std::size_t i, RestoreResult& result) {
     if (!At(i).isThere || At(i).status.IsFolder())
       result.failed.push_back(ProblemOf(i, "put back", "it has gone"));
-    else if (!HasOldContent(i) && places_.IsOurs(At(i)))
-      (scope_ == RestoreScope::kEverything ? result.failed : result.left)
-          .push_back(ProblemOf(i, "put back the content of", "it is as the mod left it"));
+    else if (HasOldContent(i) || !places_.IsOurs(At(i)))
+      return;
+    else if (scope_ == RestoreScope::kEverything)
+      result.failed.push_back(ProblemOf(i, "put back the content of", "it is as the mod left it"));
+    else
+      result.left.push_back({"", 0, NameOf(i), "it stays as the mod left it"});
   }
 
   void JudgeMoved(std::size_t i, RestoreResult& result) {

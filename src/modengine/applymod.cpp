@@ -130,7 +130,7 @@ bool End(bool isLegacy, const std::string& root, bool persistent) {
 
 bool ApplyResult::IsAsPromised() const {
   const auto changesTheInstall = [](const ActivationStep& step) {
-    return step.works && step.step != "store" && step.step != "forget";
+    return step.works && step.step != "store" && step.step != "forget" && !win::IsAbsolutePath(step.target);
   };
   return active && failed.empty() && (foretold.empty() || std::ranges::any_of(steps, changesTheInstall));
 }
@@ -149,8 +149,8 @@ Report FinishEarlier(const std::string& root) {
   std::string unread;
   const std::vector<Journal> journals = ReadJournals(&unread);
   const bool isFinished = unread.empty() && std::ranges::none_of(journals, [&root](const Journal& journal) {
-    return journal.phase != JournalPhase::kActive && IsAbout(journal, root);
-  });
+                            return journal.phase != JournalPhase::kActive && IsAbout(journal, root);
+                          });
   return isFinished ? Report() : failed;
 }
 
@@ -183,8 +183,8 @@ ApplyResult ApplyMod(const std::string& definitionFile, bool isLegacy,
   }
   const std::optional<Journal> earlier = FindJournal(mod.journal.root, definitionFile);
   if (!mod.journal.entries.empty() && !WriteJournal(mod.journal)) {
-    result.refusal =
-        "What the mod changes cannot be written down: " + win::ExplainError(errno) + ". Nothing was changed.";
+    result.refusal = "What the mod changes cannot be written down in " + JournalFolder() + ": " +
+                     win::ExplainError(errno) + ". Nothing was changed.";
     return result;
   }
   result.foretold = FailedSteps(mod.steps, definitionFile);

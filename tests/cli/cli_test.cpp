@@ -61,6 +61,7 @@ TEST_F(Cli, AnswersStepByStep) {
   Define("dname(Caf\xE9);\r\npak(a)\r\nimage(\x1B[2J);", "bad.bzm");
   Define("version(9.9);", "old.bzm");
   Define("activated();\r\naddrecy(mine,1);", "list.bzm");
+  Define("writeid(..\\x);\r\nrename(no,b);", "idle.bzm");
   Define("requireexe(taker.exe);", "taker.bzm");
   WriteFile(InRoot("taker.exe"), "#!/bin/sh\n");
   Define("writeid(made);\nrequireexe(win.exe,/undo);", "win.bzm");
