@@ -12,22 +12,6 @@ namespace {
 constexpr std::string_view kLineEnds = "\r\n";
 constexpr std::size_t kGap = 2;  // blanks between two columns
 
-// The text as UTF-8 in which no character acts on a terminal: every control character but a line end stands as `\x1b`
-// does, and so do those that begin with C2 (U+0080 to U+009F), which some terminals take for an escape sequence.
-std::string Shown(std::string_view bytes) {
-  std::string shown;
-  const std::string text = win::Utf8FromBytes(bytes);
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool isLong = text[i] == '\xC2' && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0;
-    const auto code = static_cast<unsigned char>(text[isLong ? ++i : i]);
-    const bool isControl = isLong || code == 0x7F || (code < ' ' && kLineEnds.find(text[i]) == kLineEnds.npos);
-    char escaped[5];
-    std::snprintf(escaped, sizeof escaped, "\\x%02x", code);
-    shown += isControl ? escaped : std::string(1, text[i]);
-  }
-  return shown;
-}
-
 int Write(const std::string& text) {
   const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
   return written ? kDone : Fail("standard output", "cannot be written");
@@ -40,7 +24,7 @@ std::size_t WidthOf(std::string_view utf8) {
 std::string Joined(const Row& row, const std::vector<std::size_t>& widths) {
   std::string line;
   for (std::size_t i = 0; i < row.size(); ++i) {
-    const std::string cell = Shown(row[i]);
+    const std::string cell = win::Printable(row[i]);
     line += cell + std::string(widths[i] - WidthOf(cell) + kGap, ' ');
   }
   line.erase(line.find_last_not_of(' ') + 1);
@@ -53,7 +37,7 @@ Json Text(std::string_view bytes) { return win::Utf8FromBytes(bytes); }
 
 int Print(const Json& document) { return Write(document.dump(2) + "\n"); }
 
-int PrintLine(std::string_view bytes) { return Write(Shown(bytes) + "\n"); }
+int PrintLine(std::string_view bytes) { return Write(win::Printable(bytes) + "\n"); }
 
 int PrintBytes(std::string_view bytes) { return Write(std::string(bytes)); }
 
@@ -62,7 +46,7 @@ int PrintTable(const Row& headings, const std::vector<Row>& rows) {
   for (std::size_t i = 0; i < headings.size(); ++i) {
     widths.push_back(WidthOf(headings[i]));
     for (const Row& row : rows)
-      widths[i] = std::max(widths[i], WidthOf(Shown(row[i])));
+      widths[i] = std::max(widths[i], WidthOf(win::Printable(row[i])));
   }
   std::string table = Joined(headings, widths);
   for (const Row& row : rows)
@@ -70,7 +54,7 @@ int PrintTable(const Row& headings, const std::vector<Row>& rows) {
   return Write(table);
 }
 
-void Note(std::string_view text) { std::fprintf(stderr, "varnik-cli: %s\n", Shown(text).c_str()); }
+void Note(std::string_view text) { std::fprintf(stderr, "varnik-cli: %s\n", win::Printable(text).c_str()); }
 
 int Fail(std::string_view subject, std::string_view why) {
   Note(std::string(subject) + ": " + std::string(why));

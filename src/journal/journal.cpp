@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <cstdlib>
 #include <set>
 
@@ -152,8 +151,7 @@ void SetAside(const std::string& file) {
   for (int number = 1; kept.empty() || files.HasEntry(kept); ++number)
     kept = file + ".damaged-" + std::to_string(number);
   const bool isKept = files.RenameWithoutReplacing(file, kept);
-  std::fprintf(stderr, "%s: %s is damaged; it %s\n", win::Program().name.c_str(), file.c_str(),
-               isKept ? ("is kept as " + kept).c_str() : "stays as it is");
+  win::SayOnStandardError(file + " is damaged; it " + (isKept ? "is kept as " + kept : "stays as it is"));
 }
 
 }  // namespace
@@ -185,7 +183,7 @@ std::vector<Journal> ReadJournals(std::string* unread) {
     const std::optional<std::string> bytes = win::ReadWholeFile(win::WindowsPathFromNative(file));
     std::optional<Journal> journal = bytes ? Decoded(*bytes) : std::nullopt;
     if (!bytes) {
-      std::fprintf(stderr, "%s: %s cannot be read\n", win::Program().name.c_str(), file.c_str());
+      win::SayOnStandardError(file + " cannot be read");
       if (unread) *unread = file;
     } else if (!journal) {
       SetAside(file);

@@ -10,6 +10,7 @@
 #include "modengine/takeover.h"
 #include "platform/system/files/files.h"
 #include "platform/system/files/lines.h"
+#include "platform/system/paths/program.h"
 #include "platform/system/process/process.h"
 #include "platform/system/process/services.h"
 #include "platform/system/process/signals.h"
@@ -129,7 +130,7 @@ std::string RunnerProblem(int modIndex, bool useEditor, const RunHooks& hooks) {
   const std::string game = "\"" + GameOf(InstallRoot(), useEditor) + "\"";
   const std::string problem =
       mod.Standard ? GameProblem(game) : ActivationProblem(mod.DefinitionFile, mod.Legacy, game);
-  if (!problem.empty() && hooks.hideWindow) std::fprintf(stderr, "%s\n", problem.substr(0, problem.find('\r')).c_str());
+  if (!problem.empty() && hooks.hideWindow) win::SayOnStandardError(problem.substr(0, problem.find('\r')));
   return problem;
 }
 

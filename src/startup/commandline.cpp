@@ -8,8 +8,6 @@
 #include "support/debuglog.h"
 #include "support/modfileexists.h"
 
-#include <cstdio>
-
 namespace varnik {
 
 std::vector<std::string> SplitCommandLine(std::string_view line, int maxArgs) {
@@ -40,7 +38,7 @@ void Deactivate(const std::string& definitionFile, const std::string& root) {
   const RevertResult result = RevertMod(definitionFile, root, true);
   if (!result.refusal.empty()) win::MsgBox(result.refusal);
   for (const Problem& problem : result.failed)
-    std::fprintf(stderr, "%s: %s\n", win::Program().name.c_str(), TextOf(problem).c_str());
+    win::SayOnStandardError(TextOf(problem));
 }
 
 }  // namespace

@@ -9,7 +9,6 @@
 #include "support/modfileexists.h"
 #include "support/settings.h"
 
-#include <cstdio>
 #include <optional>
 #include <string>
 
@@ -17,19 +16,17 @@ namespace varnik {
 
 namespace {
 
-void Say(const std::string& text) { std::fprintf(stderr, "%s: %s\n", win::Program().name.c_str(), text.c_str()); }
-
 void SayAll(const Report& report) {
   for (const Problem& problem : report)
-    Say(TextOf(problem));
+    win::SayOnStandardError(TextOf(problem));
 }
 
 // What a start leaves to a person who asks for it.
 void SayLeft(const std::string& definition, const std::string& root, const Report& left) {
   if (left.empty()) return;
   SayAll(left);
-  Say("`varnik-cli --root '" + root + "' doctor --fix` puts these back as well, and so does `deactivate` of " +
-      definition);
+  win::SayOnStandardError("`varnik-cli --root '" + root +
+                          "' doctor --fix` puts these back as well, and so does `deactivate` of " + definition);
 }
 
 bool UndoMarked(const CrashMarker& marker) {
@@ -70,7 +67,7 @@ Recovery RecoverFromCrash() {
   int count = 0;
   const Report failed = FinishInterrupted("", false, count);
   SayAll(failed);
-  if (count > 0 && failed.empty()) Say("what an interrupted activation changed has been put back");
+  if (count > 0 && failed.empty()) win::SayOnStandardError("what an interrupted activation changed has been put back");
   return {isMarked, isDone && failed.empty()};
 }
 

@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 
 namespace win {
 namespace {
@@ -33,6 +34,10 @@ std::string XdgFolder(const char* variable, const char* belowHome) {
 }  // namespace
 
 std::string OwnVariableName(const char* suffix) { return UpperCase(identity_.name) + suffix; }
+
+void SayOnStandardError(const std::string& text) {
+  std::fprintf(stderr, "%s: %s\n", identity_.name.c_str(), Printable(text).c_str());
+}
 
 void SetProgram(const ProgramIdentity& identity) {
   identity_ = identity;

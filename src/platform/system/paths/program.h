@@ -16,6 +16,9 @@ struct ProgramIdentity {
 // The name of an environment variable of the program's own: its name in upper case, then `suffix`.
 std::string OwnVariableName(const char* suffix);
 
+// One line on standard error, the program's name first.
+void SayOnStandardError(const std::string& text);
+
 void SetProgram(const ProgramIdentity& identity);
 const ProgramIdentity& Program();
 

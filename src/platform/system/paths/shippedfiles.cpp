@@ -3,6 +3,7 @@
 #include "platform/system/filesystem/contentid.h"
 #include "platform/system/filesystem/currentfilesystem.h"
 #include "platform/system/filesystem/nativepath.h"
+#include "platform/system/text/text.h"
 
 #include <cstdio>
 #include <functional>
@@ -102,8 +103,8 @@ class Follower {
       if (isKnown && own == known->second) {
         if (!CopyShippedFile(from, to)) return false;
       } else if (!record_.version.empty() && (!isKnown || *now != known->second)) {
-        std::fprintf(stderr, "%s: has been changed here and stays as it is; the new one is %s\n", to.c_str(),
-                     from.c_str());
+        const std::string text = to + ": has been changed here and stays as it is; the new one is " + from;
+        std::fprintf(stderr, "%s\n", Printable(text).c_str());
       }
     }
     record_.files[path] = *now;

@@ -12,7 +12,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <utility>
 #include <vector>
@@ -99,7 +98,7 @@ bool ExclusiveLock::TryAcquire() {
   if (IsHeld()) return true;
   if (errno == EWOULDBLOCK) return false;
   // No process can hold a file that cannot be made, and a read-only home does not prevent playing.
-  std::fprintf(stderr, "%s: %s: %s\n", Program().name.c_str(), path_.c_str(), std::strerror(errno));
+  SayOnStandardError(path_ + ": " + std::strerror(errno));
   return true;
 }
 

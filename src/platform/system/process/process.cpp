@@ -24,7 +24,6 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdint>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -105,7 +104,7 @@ std::vector<char*> PointersTo(std::vector<std::string>& texts) {
 }
 
 void SayFailure(const std::string& what, int error) {
-  std::fprintf(stderr, "%s: cannot start %s: %s\n", Program().name.c_str(), what.c_str(), std::strerror(error));
+  SayOnStandardError("cannot start " + what + ": " + std::strerror(error));
 }
 
 struct Order {

@@ -1,6 +1,7 @@
 #include "platform/system/process/services.h"
 
 #include "platform/system/filesystem/currentfilesystem.h"
+#include "platform/system/text/text.h"
 
 #include <cstdio>
 #include <memory>
@@ -25,7 +26,7 @@ Answer MsgBox(const std::string& text, int style, const std::string& title) {
   const Held services = installed;
   if (services->msgBox) return services->msgBox(text, style, title);
   const bool question = ButtonsOfStyle(style) != kOkOnly;
-  std::fprintf(stderr, question ? "%s (taken as No)\n" : "%s\n", text.c_str());
+  std::fprintf(stderr, question ? "%s (taken as No)\n" : "%s\n", Printable(text).c_str());
   return question ? Answer::kNo : Answer::kOk;
 }
 

@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
-#include <cstdio>
 #include <set>
 #include <thread>
 
@@ -36,7 +35,7 @@ std::unique_ptr<FileLock> LockStore(const std::string& path) {
 // Says each thing once, however often the store is asked.
 void SayOnce(const std::string& message) {
   static std::set<std::string> said;
-  if (said.insert(message).second) std::fprintf(stderr, "%s: %s\n", Program().name.c_str(), message.c_str());
+  if (said.insert(message).second) SayOnStandardError(message);
 }
 
 Content ReadBytes(const std::string& path, std::string& bytes) {

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdio>
 #include <limits>
 #include <numeric>
 
@@ -128,6 +129,20 @@ std::u32string CharactersFromBytes(std::string_view bytes) {
     return true;
   });
   return characters;
+}
+
+std::string Printable(std::string_view bytes) {
+  std::string shown;
+  const std::string text = Utf8FromBytes(bytes);
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool isLong = text[i] == '\xC2' && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0;
+    const auto code = static_cast<unsigned char>(text[isLong ? ++i : i]);
+    const bool isControl = isLong || code == 0x7F || (code < ' ' && code != '\r' && code != '\n');
+    char escaped[5];
+    std::snprintf(escaped, sizeof escaped, "\\x%02x", code);
+    shown += isControl ? escaped : std::string(1, text[i]);
+  }
+  return shown;
 }
 
 }  // namespace win

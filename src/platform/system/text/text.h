@@ -42,4 +42,8 @@ std::u32string CharactersFromBytes(std::string_view bytes);
 bool IsAscii(std::string_view bytes);
 bool IsValidUtf8(std::string_view bytes);
 
+// The text as UTF-8 in which no character acts on a terminal: every control character but a line end stands as `\x1b`
+// does, and so do those that begin with C2 (U+0080 to U+009F), which some terminals take for an escape sequence.
+std::string Printable(std::string_view bytes);
+
 }  // namespace win
