@@ -1,8 +1,8 @@
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <string_view>
+#include <tuple>
 
 namespace win {
 
@@ -12,7 +12,10 @@ struct ContentId {
   std::uint64_t size = 0;  // bytes
   std::uint64_t high = 0;  // XXH3, 128 bits
   std::uint64_t low = 0;
-  auto operator<=>(const ContentId&) const = default;
+  bool operator==(const ContentId&) const = default;
+  bool operator<(const ContentId& other) const {
+    return std::tie(size, high, low) < std::tie(other.size, other.high, other.low);
+  }
 };
 
 ContentId ContentIdOf(std::string_view content);

@@ -72,9 +72,8 @@ std::unique_ptr<WritableFile> RecordingFileSystem::OpenForWriting(const std::str
                                                                   mode_t permissions) {
   const std::string resolved = Resolved(path, mode == OpenMode::kTruncate || mode == OpenMode::kAppend);
   FileStatus status;
-  if (mode == OpenMode::kAppend && ContentInMemory(resolved))
-    Touch(resolved);
-  else if (Status(resolved, status) && status.IsFile() && IsAllowed(resolved, W_OK))
+  const bool goesOn = mode == OpenMode::kAppend && ContentInMemory(resolved);
+  if (!goesOn && Status(resolved, status) && status.IsFile() && IsAllowed(resolved, W_OK))
     TouchForGood(resolved);
   else
     Touch(resolved);
