@@ -30,12 +30,12 @@ std::string OtherActiveMod(const std::string& definitionFile) {
 void NoteExeTookOver() { Note("an EXE of the mod has taken over"); }
 
 void NoteAll(const Report& report) {
-  for (const Problem& problem : report)
+  for (const ReportLine& problem : report)
     Note(TextOf(problem));
 }
 
 void Foretell(const Report& report) {
-  for (const Problem& problem : report)
+  for (const ReportLine& problem : report)
     Note(TextOf(problem) + "; this step is skipped");
 }
 

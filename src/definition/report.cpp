@@ -4,7 +4,7 @@
 
 namespace varnik {
 
-std::string TextOf(const Problem& problem) {
+std::string TextOf(const ReportLine& problem) {
   std::string text;
   if (!problem.file.empty()) text = win::FileNameOf(problem.file) + ":";
   if (problem.line != 0) text += std::to_string(problem.line) + ":";

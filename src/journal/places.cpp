@@ -53,7 +53,7 @@ bool Places::IsMissing(std::size_t entry) const {
   return journal_.entries[entry].existed && !journal_.entries[entry].copy && now_[entry] == kNowhere;
 }
 
-void Places::LookAt(Place& place) {
+void Places::LookAt(FilePlace& place) {
   place.isThere = win::CurrentFileSystem().LinkStatus(place.path, place.status);
   place.holds = kNowhere;
 }
@@ -64,8 +64,8 @@ void Places::Match(std::size_t entry, std::size_t place) {
 }
 
 void Places::Move(std::size_t from, std::size_t to) {
-  Place& source = places_[from];
-  Place& target = places_[to];
+  FilePlace& source = places_[from];
+  FilePlace& target = places_[to];
   target.isThere = true;
   target.status = source.status;
   if (source.holds != kNowhere) Match(source.holds, to);
@@ -76,7 +76,7 @@ void Places::Move(std::size_t from, std::size_t to) {
 void Places::Look() {
   places_.resize(journal_.entries.size());
   std::fill(now_.begin(), now_.end(), kNowhere);
-  for (Place& place : places_)
+  for (FilePlace& place : places_)
     LookAt(place);
   for (std::size_t i = 0; i < now_.size(); ++i)
     if (IsMissing(i) && places_[i].isThere && IsSame(journal_.entries[i].before, places_[i].status)) Match(i, i);
@@ -107,7 +107,7 @@ void Places::LookForWaiting() {
   for (std::size_t i = 0; i < now_.size() && !anyMissing; ++i)
     anyMissing = IsMissing(i);
   for (std::size_t i = 0; anyMissing && i < now_.size(); ++i) {
-    Place waiting{WaitingName(places_[i].path), false, {}, kNowhere};
+    FilePlace waiting{WaitingName(places_[i].path), false, {}, kNowhere};
     LookAt(waiting);
     if (waiting.isThere) places_.push_back(std::move(waiting));
   }
@@ -135,7 +135,7 @@ void Places::MatchSuccessors() {
   for (std::size_t i = 0; i < now_.size(); ++i)
     byPath.emplace(journal_.entries[i].path, i);
   const auto follows = [this](std::size_t entry, std::size_t place) {
-    const Place& there = places_[place];
+    const FilePlace& there = places_[place];
     return IsFree(there) && there.status.kind == journal_.entries[entry].before.kind && !IsOurs(there);
   };
   for (std::size_t i = 0; i < now_.size(); ++i) {
@@ -148,7 +148,7 @@ void Places::MatchSuccessors() {
   }
 }
 
-bool Places::IsOurs(const Place& place) const {
+bool Places::IsOurs(const FilePlace& place) const {
   if (place.status.IsFile() && win::IsTemporaryName(place.path)) return true;
   if (!place.status.IsFile() || place.status.size > longest_) return false;
   const std::optional<std::string> content = win::ReadWholeFile(win::WindowsPathFromNative(place.path));

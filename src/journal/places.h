@@ -14,7 +14,7 @@ constexpr std::size_t kNowhere = static_cast<std::size_t>(-1);
 
 // A path that a journal names, as it is now. The places of a journal stand in the order of its entries; behind them are
 // those where a restoration has set a file down for a moment.
-struct Place {
+struct FilePlace {
   std::string path;  // native
   bool isThere = false;
   win::FileStatus status;
@@ -28,7 +28,7 @@ class Places {
   // Looks at the disk, and finds what the journal's entries had.
   void Look();
 
-  std::vector<Place>& All() { return places_; }
+  std::vector<FilePlace>& All() { return places_; }
 
   // The place of what the entry had before; kNowhere when it had nothing, when it has gone, and for a file of which
   // there is a copy.
@@ -38,7 +38,7 @@ class Places {
   void Move(std::size_t from, std::size_t to);
 
   // Whether the file there holds nothing but what the mod wrote, also if only a part of it has reached the disk.
-  bool IsOurs(const Place& place) const;
+  bool IsOurs(const FilePlace& place) const;
   bool IsOurs(std::string_view content) const;
 
   // Where a file waits while another one leaves its place.
@@ -46,8 +46,8 @@ class Places {
 
  private:
   bool IsMissing(std::size_t entry) const;
-  bool IsFree(const Place& place) const { return place.isThere && place.holds == kNowhere; }
-  void LookAt(Place& place);
+  bool IsFree(const FilePlace& place) const { return place.isThere && place.holds == kNowhere; }
+  void LookAt(FilePlace& place);
   void Match(std::size_t entry, std::size_t place);
   void MatchIdentities();
   void MatchTimes();
@@ -55,7 +55,7 @@ class Places {
   void LookForWaiting();
 
   const Journal& journal_;
-  std::vector<Place> places_;
+  std::vector<FilePlace> places_;
   std::vector<std::size_t> now_;
   std::set<win::ContentId> written_;
   std::size_t longest_ = 0;  // bytes of the longest content that is ours

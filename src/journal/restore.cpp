@@ -42,7 +42,7 @@ class Restoration {
 
  private:
   std::size_t Count() const { return journal_.entries.size(); }
-  Place& At(std::size_t place) { return places_.All()[place]; }
+  FilePlace& At(std::size_t place) { return places_.All()[place]; }
   bool IsCopied(std::size_t i) const { return journal_.entries[i].existed && journal_.entries[i].copy; }
 
   void Look() {
@@ -61,7 +61,7 @@ class Restoration {
   // A file of the mod's that stands where it does not belong, or a second copy of one that was moved to another file
   // system and not removed there.
   bool MayGo(std::size_t i) {
-    const Place& place = At(i);
+    const FilePlace& place = At(i);
     if (!place.isThere || place.holds != kNowhere || IsCopied(i) || !place.status.IsFile()) return false;
     return places_.IsOurs(place) || IsSecondCopy(i);
   }
@@ -73,7 +73,7 @@ class Restoration {
     const auto found = secondCopies_.find(journal_.entries[i].path);
     if (journal_.entries[i].existed || found == secondCopies_.end() || places_.Of(found->second) == kNowhere)
       return false;
-    const Place& first = At(places_.Of(found->second));
+    const FilePlace& first = At(places_.Of(found->second));
     if (first.status.size != At(i).status.size || first.status.identity == At(i).status.identity) return false;
     const auto content = win::ReadWholeFile(win::WindowsPathFromNative(At(i).path));
     return content && content == win::ReadWholeFile(win::WindowsPathFromNative(first.path));
@@ -132,7 +132,7 @@ class Restoration {
     std::vector<std::size_t> chain = {entry};  // each waits for the next one to leave
     std::vector<std::size_t> moved;
     for (;;) {
-      const Place& target = At(chain.back());
+      const FilePlace& target = At(chain.back());
       if (!target.isThere) break;
       const std::size_t next = target.holds;
       if (next == kNowhere) {
@@ -164,7 +164,7 @@ class Restoration {
   }
 
   bool HasOldContent(std::size_t i) {
-    const Place& place = At(i);
+    const FilePlace& place = At(i);
     return place.isThere && place.status.IsFile() &&
            win::ReadWholeFile(win::WindowsPathFromNative(place.path)) == journal_.entries[i].copy;
   }
@@ -172,7 +172,7 @@ class Restoration {
   void WriteBack() {
     for (std::size_t i = 0; i < Count(); ++i) {
       if (!IsCopied(i) || HasOldContent(i)) continue;
-      const Place& place = At(i);
+      const FilePlace& place = At(i);
       const JournalEntry& entry = journal_.entries[i];
       if (place.isThere && (scope_ == RestoreScope::kAllButContents || !places_.IsOurs(place))) continue;
       win::FileSystem& files = Disk();
@@ -186,7 +186,7 @@ class Restoration {
   // From the innermost to the outermost; one that is not empty stays.
   void RemoveFolders() {
     for (std::size_t i = Count(); i-- > 0;) {
-      const Place& place = At(i);
+      const FilePlace& place = At(i);
       const bool isNew = place.isThere && place.holds == kNowhere && place.status.IsFolder();
       if (isNew && !journal_.entries[i].existed) Disk().RemoveFolder(place.path);
     }
@@ -198,7 +198,7 @@ class Restoration {
     return name;
   }
 
-  Problem ProblemOf(std::size_t entry, const std::string& what, const std::string& otherwise) const {
+  ReportLine ProblemOf(std::size_t entry, const std::string& what, const std::string& otherwise) const {
     const auto why = why_.find(entry);
     return {"", 0, what + " " + NameOf(entry), why == why_.end() ? otherwise : why->second};
   }

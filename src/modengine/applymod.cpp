@@ -36,12 +36,12 @@ void Append(Report& report, const Report& more) { report.insert(report.end(), mo
 // Of an activation that has begun, as the rehearsal foretold or not.
 Report Unforetold(const Report& failed, const Report& foretold) {
   Report unforetold;
-  for (const Problem& problem : failed)
+  for (const ReportLine& problem : failed)
     if (std::ranges::find(foretold, TextOf(problem), TextOf) == foretold.end()) unforetold.push_back(problem);
   return unforetold;
 }
 
-Problem NotWrittenDown() { return {"", 0, "write down how the install is", win::ExplainError(errno)}; }
+ReportLine NotWrittenDown() { return {"", 0, "write down how the install is", win::ExplainError(errno)}; }
 
 // Settings that cannot be read may name it.
 bool MarkerNames(const Journal& journal) {
@@ -156,7 +156,7 @@ Report FinishEarlier(const std::string& root) {
 
 // A persistent mod that has taken bzone.cfg keeps it.
 void ForetellOfConfiguration(const std::string& definitionFile, Report& foretold) {
-  const auto isTaken = [](const Problem& problem) {
+  const auto isTaken = [](const ReportLine& problem) {
     return problem.what.starts_with("rename") && problem.what.ends_with(kGameConfigBackup);
   };
   if (std::ranges::none_of(foretold, isTaken)) return;

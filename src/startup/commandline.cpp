@@ -37,7 +37,7 @@ namespace {
 void Deactivate(const std::string& definitionFile, const std::string& root) {
   const RevertResult result = RevertMod(definitionFile, root, true);
   if (!result.refusal.empty()) win::MsgBox(result.refusal);
-  for (const Problem& problem : result.failed)
+  for (const ReportLine& problem : result.failed)
     win::SayOnStandardError(TextOf(problem));
 }
 

@@ -17,7 +17,7 @@ namespace varnik {
 namespace {
 
 void SayAll(const Report& report) {
-  for (const Problem& problem : report)
+  for (const ReportLine& problem : report)
     win::SayOnStandardError(TextOf(problem));
 }
 
