@@ -29,7 +29,7 @@ first_start() {
   local home=$work/home page
   rm -rf "$home"
   env -i HOME="$home" PATH=/usr/bin:/bin "$1/bin/varnik-cli" settings >/dev/null
-  diff -r data "$home/.local/share/varnik"
+  diff -r --exclude=.shipped data "$home/.local/share/varnik"
   ls "$1"/libexec/varnik/{varnik-start{32,64}.exe,varnik-picture} >/dev/null
   for page in man/*; do
     page=${page#man/}
