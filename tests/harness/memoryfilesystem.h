@@ -50,7 +50,9 @@ class EmptyFileSystem : public win::FileSystem {
   bool SetPermissions(const std::string&, mode_t) override { return false; }
   bool SetModified(const std::string&, const timespec&) override { return false; }
   bool Sync(const std::string&) override { return true; }
+  bool SyncAll(const std::string&) override { return true; }
   std::unique_ptr<win::FileLock> TryLock(const std::string&) override { return nullptr; }
+  std::unique_ptr<win::FileLock> TryLockFolder(const std::string&) override { return nullptr; }
   const win::FolderNames* NamesIn(const std::string& path) override {
     return names_.contains(path) ? &names_[path] : nullptr;
   }
